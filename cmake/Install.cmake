@@ -1,0 +1,1 @@
+# Filled when there is something to install.

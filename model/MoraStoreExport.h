@@ -1,0 +1,10 @@
+#pragma once
+
+#include <QtGlobal>
+
+/// Marks what libMoraStore offers to its hosts; everything else stays inside the library.
+#ifdef MORASTORE_LIBRARY
+#define MORASTORE_EXPORT Q_DECL_EXPORT
+#else
+#define MORASTORE_EXPORT Q_DECL_IMPORT
+#endif
