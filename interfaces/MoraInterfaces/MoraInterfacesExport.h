@@ -1,0 +1,10 @@
+#pragma once
+
+#include <QtGlobal>
+
+/// Marks what libMoraInterfaces offers to the host and to the libraries beside it.
+#ifdef MORAINTERFACES_LIBRARY
+#define MORAINTERFACES_EXPORT Q_DECL_EXPORT
+#else
+#define MORAINTERFACES_EXPORT Q_DECL_IMPORT
+#endif
