@@ -1,0 +1,20 @@
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+
+#include <exception>
+
+/// An operation of the host that cannot go on. The message is one sentence for the user: it names the thing
+/// that is wrong and what to do about it.
+class Failure : public std::exception {
+public:
+    explicit Failure(const QString &message) : mMessage(message), mUtf8(message.toUtf8()) {}
+
+    const QString &message() const { return mMessage; }
+    const char *what() const noexcept override { return mUtf8.constData(); }
+
+private:
+    QString mMessage;
+    QByteArray mUtf8;
+};

@@ -1,0 +1,36 @@
+#pragma once
+
+#include <QString>
+
+#include <cstdint>
+
+/// A set of the vehicle classes that a SUMO lane may admit.
+class VehicleClasses {
+public:
+    /// The set of a lane's exclusive attributes `allow` and `disallow`; without both every class may pass.
+    static VehicleClasses of(const QString &allow, const QString &disallow);
+    static VehicleClasses all() { return VehicleClasses(~std::uint64_t(0)); }
+
+    bool isAll() const { return *this == all(); }
+    bool admits(const char *vehicleClass) const;
+
+    /// Cars and lorries in general use.
+    bool admitsCars() const;
+    /// Buses and everything on rails.
+    bool admitsPublicTransport() const;
+    bool admitsBicycles() const { return admits("bicycle"); }
+    bool admitsPedestrians() const { return admits("pedestrian"); }
+    /// Bicycles and powered two-wheelers.
+    bool admitsTwoWheelers() const;
+
+    /// "all", or the classes by name with blanks between, as `allow` spells them.
+    QString toText() const;
+
+    friend bool operator==(VehicleClasses a, VehicleClasses b) { return a.mBits == b.mBits; }
+    friend bool operator!=(VehicleClasses a, VehicleClasses b) { return a.mBits != b.mBits; }
+
+private:
+    explicit VehicleClasses(std::uint64_t bits) : mBits(bits) {}
+
+    std::uint64_t mBits;
+};
