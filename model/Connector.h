@@ -1,0 +1,39 @@
+#pragma once
+
+#include "LaneConnector.h"
+#include "MoraStoreExport.h"
+#include "OwningList.h"
+
+#include <QJsonObject>
+#include <QString>
+
+class Link;
+
+/// Joins the end of one link to the start of another. It owns its lane connectors.
+class MORASTORE_EXPORT Connector {
+public:
+    /// The road id starts as `id`, too. The links stay with their owners.
+    Connector(long id, Link *from, Link *to);
+    /// Deletes the lane connectors and leaves the tables of gNet.
+    ~Connector();
+
+    long connID = 0;
+    long roadId = 0;
+    QString connName = QStringLiteral("1");
+    double length = 0; ///< metres
+    double curvature = 1.0;
+    double nonLinearCoefficient = 1.0;
+    QString color = QStringLiteral("CCCCCC");
+    double desiredSpeed = 50.0;      ///< km/h
+    double limitSpeed = 80.0;        ///< km/h
+    QJsonObject leftBreakPointsJson; ///< the geometry objects hold {"data":[{"x":..,"y":..,"z":..}, ...]}
+    QJsonObject rightBreakPointsJson;
+    QJsonObject otherAttrsJson; ///< the host's
+    Link *mpStartLink = nullptr;
+    Link *mpEndLink = nullptr;
+    OwningList<LaneConnector> mlLaneConnector;
+    QList<long> mlLimitVehicle; ///< codes of the restricted vehicle types
+
+private:
+    Q_DISABLE_COPY(Connector)
+};

@@ -1,0 +1,32 @@
+#pragma once
+
+#include "MoraStoreExport.h"
+#include "OwningList.h"
+#include "Routing.h"
+#include "RoutingFlowByInterval.h"
+
+#include <QString>
+
+class Link;
+struct _DecisionPoint;
+
+/// Where passing vehicles are given a route. It owns its routes and flow intervals; a copy has copies of
+/// them, which lead back to the copy.
+class MORASTORE_EXPORT DecisionPoint {
+public:
+    DecisionPoint() = default;
+    DecisionPoint(const DecisionPoint &other);
+    DecisionPoint &operator=(const DecisionPoint &other);
+    /// Takes id, name and place; the link is the one that gNet has under the record's id, or null. Routes and
+    /// flow intervals stay.
+    DecisionPoint &operator=(const _DecisionPoint &record);
+
+    long deciPointID = 0;
+    QString deciPointName;
+    Link *mpLink = nullptr; ///< not owned
+    double x = 0;
+    double y = 0;
+    double z = 0;
+    OwningList<Routing> mlRouting;
+    OwningList<RoutingFlowByInterval> mlFlowByInterval; ///< in ascending order of their ends
+};

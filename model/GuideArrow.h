@@ -1,0 +1,10 @@
+#pragma once
+
+/// An arrow painted on a lane.
+struct GuideArrow {
+    long guideArrowID = 0;
+    long laneID = 0;
+    double length = 0;         ///< metres
+    double distToTerminal = 0; ///< metres from the arrow to the end of the lane
+    int arrowType = 0;         ///< the host's code for the shape
+};

@@ -1,0 +1,37 @@
+#pragma once
+
+#include "MoraStoreExport.h"
+
+#include <QJsonObject>
+#include <QList>
+#include <QPair>
+#include <QString>
+
+struct GuideArrow;
+
+/// A lane of a link.
+class MORASTORE_EXPORT Lane {
+public:
+    Lane() = default;
+    /// Leaves the tables of gNet.
+    ~Lane();
+
+    /// Takes the guide arrows of that id out of the list, without deleting them.
+    void removeGuideArrow(long guideArrowID);
+
+    long laneID = 0;
+    long linkID = 0;
+    int serialNumber = 0; ///< position across the link, from 1
+    double width = 0;     ///< metres
+    QString expectTravelDirection;
+    QString actionType;               ///< kind of lane, one of the dictionary's words
+    QJsonObject centerLinePointsJson; ///< the geometry objects hold {"data":[{"x":..,"y":..,"z":..}, ...]}
+    QJsonObject leftBreakPointsJson;
+    QJsonObject rightBreakPointsJson;
+    QJsonObject otherAttrsJson;                 ///< the host's
+    QList<GuideArrow *> mlGuideArrow;           ///< not owned
+    QList<QPair<long, QString>> mlLimitVehicle; ///< code and name of each restricted vehicle type
+
+private:
+    Q_DISABLE_COPY(Lane)
+};

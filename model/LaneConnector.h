@@ -1,0 +1,33 @@
+#pragma once
+
+#include "MoraStoreExport.h"
+
+#include <QJsonObject>
+
+class Connector;
+class Lane;
+
+/// Joins a lane of a connector's first link to a lane of its second.
+class MORASTORE_EXPORT LaneConnector {
+public:
+    /// Takes the next number of generId as its id. The three objects stay with their owners.
+    LaneConnector(Connector *connector, Lane *from, Lane *to);
+    /// Leaves the tables of gNet.
+    ~LaneConnector();
+
+    long laneConnId = 0;
+    int weight = 0;
+    QJsonObject centerLinePointsJson; ///< the geometry objects hold {"data":[{"x":..,"y":..,"z":..}, ...]}
+    QJsonObject leftBreakPointsJson;
+    QJsonObject rightBreakPointsJson;
+    QJsonObject otherAttrsJson; ///< the host's
+    Connector *mpConnector = nullptr;
+    Lane *mpStartLane = nullptr;
+    Lane *mpEndLane = nullptr;
+
+    /// The last id given. Lane connectors are numbered by process, afresh at every read.
+    static long generId;
+
+private:
+    Q_DISABLE_COPY(LaneConnector)
+};

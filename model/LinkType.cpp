@@ -1,0 +1,3 @@
+#include "LinkType.h"
+
+QList<LinkType> glLinkType;

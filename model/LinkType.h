@@ -1,0 +1,19 @@
+#pragma once
+
+#include "MoraStoreExport.h"
+
+#include <QList>
+#include <QString>
+
+/// A class of roads.
+struct LinkType {
+    long linkTypeID = 0;
+    QString typeName;           ///< display word
+    double trafficCapacity = 0; ///< vehicles per hour
+    double trafficSpeed = 0;    ///< km/h
+    double limitSpeed = 0;      ///< km/h
+    double minSpeed = 0;        ///< km/h
+};
+
+/// The link types of the open store; the host fills it from DBTools::selectLinkType.
+extern MORASTORE_EXPORT QList<LinkType> glLinkType;

@@ -1,0 +1,105 @@
+#pragma once
+
+#include "Configuration.h"
+#include "MoraStoreExport.h"
+#include "NetIndex.h"
+
+#include <MoraInterfaces/IRoadNet.h>
+
+#include <QJsonObject>
+#include <QString>
+
+class Connector;
+class Lane;
+class LaneConnector;
+class Link;
+class SignalPhase;
+
+/// The row of table Net.
+struct NetRecord {
+    long netId = 0; ///< 0: no network
+    QString name;
+    QString sourceType = QStringLiteral("MoraSim"); ///< kind of source the network came from
+    QString sourceUrl;
+    QString backgroundUrl;
+    QString caption;
+    QJsonObject otherAttrsJson;
+    double centerX = 0;
+    double centerY = 0;
+    bool isDefault = false; ///< the network to open by default
+};
+
+/// A network: its record, its scene configuration, and tables of its objects by id.
+///
+/// The tables are filled by the reads and by the enter functions. They are indexes and own nothing: what a
+/// read returned belongs to its caller, and an object that is destroyed leaves the tables of gNet, and of
+/// gNet alone. So only gNet should be given objects. Copying takes the record and the configuration, never
+/// the tables.
+class MORASTORE_EXPORT Net : public IRoadNet, public NetRecord {
+public:
+    Net() = default;
+    Net(const Net &other);
+    /// The own tables stay when both are records of the same network, and are emptied otherwise.
+    Net &operator=(const Net &other);
+    ~Net() override;
+
+    long id() const override { return netId; }
+    QString netName() const override { return name; }
+    QString url() const override { return sourceUrl; }
+    QString type() const override { return sourceType; }
+    QString bkgUrl() const override { return backgroundUrl; }
+    QString explain() const override { return caption; }
+    QPointF centerPoint() const override { return {centerX, centerY}; }
+    QJsonObject otherAttrs() const override { return otherAttrsJson; }
+
+    /// Takes the record over; another network's record empties the tables. The configuration stays.
+    void loadRecord(const NetRecord &record);
+
+    /// Whether objects of network `id` may be found in and entered into the tables: it is this network, or
+    /// this is none yet (id 0).
+    bool isCurrent(long id) const { return netId == 0 || netId == id; }
+
+    Configuration &config() { return mConfig; }
+    const Configuration &config() const { return mConfig; }
+
+    /// The links and the connectors of the tables, in ascending order of their ids.
+    QList<Link *> lLink() const { return mLinks.inAscendingOrder(); }
+    QList<Connector *> lConnector() const { return mConnectors.inAscendingOrder(); }
+
+    /// The object of that id, or null. It keeps its owner.
+    Link *getLinkById(long id) const { return mLinks.find(id); }
+    Lane *getLaneById(long id) const { return mLanes.find(id); }
+    Connector *getConnectorById(long id) const { return mConnectors.find(id); }
+    LaneConnector *getLaneConnectorById(long id) const { return mLaneConnectors.find(id); }
+    SignalPhase *getSignalPhaseById(long id) const { return mSignalPhases.find(id); }
+
+    /// Enters the link under its id unless the table has one of that id. Its lanes are entered one by one.
+    void enter(Link *link);
+    /// These enter the object alone, in place of one that has its id. A connector's lane connectors are
+    /// entered one by one.
+    void enter(Lane *lane);
+    void enter(Connector *connector);
+    void enter(LaneConnector *laneConnector);
+    void enter(SignalPhase *phase);
+
+    /// Empties the tables. The objects stay with their owners.
+    void releaseNet();
+
+    /// Takes an object that is being destroyed out of gNet's tables; also safe when gNet is gone already.
+    static void forget(const Link *link);
+    static void forget(const Lane *lane);
+    static void forget(const Connector *connector);
+    static void forget(const LaneConnector *laneConnector);
+    static void forget(const SignalPhase *phase);
+
+private:
+    Configuration mConfig;
+    NetIndex<Link> mLinks;
+    NetIndex<Lane> mLanes;
+    NetIndex<Connector> mConnectors;
+    NetIndex<LaneConnector> mLaneConnectors;
+    NetIndex<SignalPhase> mSignalPhases;
+};
+
+/// The current network.
+extern MORASTORE_EXPORT Net gNet;

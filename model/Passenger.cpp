@@ -1,0 +1,3 @@
+#include "Passenger.h"
+
+long Passenger::generId = 0;

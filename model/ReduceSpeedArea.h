@@ -1,0 +1,30 @@
+#pragma once
+
+#include "MoraStoreExport.h"
+#include "OwningList.h"
+#include "ReduceSpeedInterval.h"
+#include "ReduceSpeedVehiType.h"
+
+#include <QString>
+
+/// A stretch of one road where vehicles slow down at times. It owns its intervals and vehicle types; a copy
+/// has copies of them.
+class MORASTORE_EXPORT ReduceSpeedArea {
+public:
+    /// Whether toLaneNumber is below 1.
+    bool isOnLink() const { return toLaneNumber < 1; }
+    /// Deletes the intervals.
+    void releaseSpeedInterval() { mlSpeedInterval.deleteAll(); }
+    /// Deletes the vehicle types' entries.
+    void releaseVehiType() { mlSpeedVehiType.deleteAll(); }
+
+    long reduceSpeedAreaID = 0;
+    QString name;
+    double location = 0;   ///< metres from the road's start
+    double areaLength = 0; ///< metres
+    long roadID = 0;
+    int laneNumber = 0;
+    int toLaneNumber = 0;
+    OwningList<ReduceSpeedInterval> mlSpeedInterval;
+    OwningList<ReduceSpeedVehiType> mlSpeedVehiType;
+};

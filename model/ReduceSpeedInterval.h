@@ -1,0 +1,9 @@
+#pragma once
+
+/// A time during which vehicles slow down in a speed area; seconds.
+struct ReduceSpeedInterval {
+    long intervalID = 0;
+    long reduceSpeedAreaID = 0;
+    long startTime = 0;
+    long endTime = 0;
+};

@@ -1,0 +1,9 @@
+#pragma once
+
+/// The speed of a vehicle type in a speed area, in all of its intervals.
+struct ReduceSpeedVehiType {
+    long reduceSpeedAreaID = 0;
+    long vehicleTypeCode = 0;
+    double avgSpeed = 0;
+    double speedSD = 0;
+};

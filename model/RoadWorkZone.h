@@ -1,0 +1,27 @@
+#pragma once
+
+#include "MoraStoreExport.h"
+#include "OwningList.h"
+#include "ZoneLane.h"
+
+#include <QString>
+
+/// A stretch of road blocked by works. It owns its lanes; a copy has copies of them.
+class MORASTORE_EXPORT RoadWorkZone {
+public:
+    /// Length and speed limit follow the scale of gNet at this moment.
+    RoadWorkZone();
+
+    bool isOnLink() const { return ZoneLane::allOnLink(mlLane); }
+
+    long roadWorkZoneId = 0;
+    QString name;
+    double location = 0; ///< metres from the road's start
+    double zoneLength;   ///< at first 100 metres in scene units
+    double limitSpeed;   ///< at first 60 km/h in scene units
+    long roadID = 0;
+    QString roadName;
+    QString roadType = QStringLiteral("link");
+    OwningList<ZoneLane> mlLane;
+    qint64 hostValue = 0; ///< for the host; not stored
+};

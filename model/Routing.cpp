@@ -1,0 +1,5 @@
+#include "Routing.h"
+
+void Routing::init() {
+    *this = Routing();
+}

@@ -1,0 +1,18 @@
+#pragma once
+
+#include "MoraStoreExport.h"
+
+struct _RoutingFLowRatio;
+
+/// The share of one route in a time slice; times in the host's unit.
+class MORASTORE_EXPORT RoutingFLowRatio {
+public:
+    RoutingFLowRatio() = default;
+    RoutingFLowRatio &operator=(const _RoutingFLowRatio &record);
+
+    long routingFLowRatioID = 0;
+    long routingID = 0;
+    long startDateTime = 0;
+    long endDateTime = 0;
+    double ratio = 0;
+};

@@ -1,0 +1,10 @@
+#pragma once
+
+#include "OwningList.h"
+#include "RoutingFLowRatio.h"
+
+/// The shares of a decision point's routes in one time slice. A copy has ratios of its own.
+struct RoutingFlowByInterval {
+    long endDateTime = 0;                     ///< end of the slice, in the host's time unit
+    OwningList<RoutingFLowRatio> mlFlowRatio; ///< at most one per route
+};

@@ -1,0 +1,33 @@
+#pragma once
+
+#include "MoraStoreExport.h"
+#include "SignalPhase.h"
+
+#include <MoraInterfaces/ISignalLamp.h>
+
+#include <QObject>
+#include <QPointer>
+#include <QString>
+
+/// A signal head: shows a phase's colours to the traffic from one lane to another.
+class MORASTORE_EXPORT SignalLamp : public QObject, public ISignalLamp {
+    Q_OBJECT
+
+public:
+    explicit SignalLamp(QObject *parent = nullptr);
+    /// Leaves the lamps of its phase.
+    ~SignalLamp() override;
+
+    /// Sets the phase (null for none) and enters the lamp once into that phase's lamps; a former phase loses
+    /// it.
+    void setPhase(SignalPhase *phase);
+
+    long signalLampID = 0;
+    QString name;
+    QPointer<SignalPhase> mpPhase; ///< not owned; null once the phase is gone
+    int laneID = 0;
+    int toLaneID = 0;
+    double x = 0;
+    double y = 0;
+    double z = 0;
+};

@@ -1,0 +1,34 @@
+#pragma once
+
+#include "MoraStoreExport.h"
+
+#include <MoraInterfaces/ISignalPhase.h>
+
+#include <QObject>
+
+class SignalLamp;
+
+/// A phase of a signal group: colours in sequence, and the lamps that show them.
+class MORASTORE_EXPORT SignalPhase : public QObject, public ISignalPhase {
+    Q_OBJECT
+
+public:
+    explicit SignalPhase(QObject *parent = nullptr);
+    /// Leaves the tables of gNet. The lamps stay with their owners, without a phase.
+    ~SignalPhase() override;
+
+    QString phaseName() const override { return name; }
+    void setPhaseName(const QString &phaseName) override { name = phaseName; }
+    QList<Online::ColorInterval> listColor() const override { return mlColor; }
+    void setColorList(const QList<Online::ColorInterval> &colors) override { mlColor = colors; }
+    QList<ISignalLamp *> signalLamps() const override;
+
+    /// Each colour followed by its duration, joined by commas, as in "红30,绿25,黄3".
+    QString signalColorInStr() const;
+
+    long signalPhaseID = 0;
+    int serialNumber = 0; ///< position in the group
+    QString name;
+    QList<Online::ColorInterval> mlColor; ///< colours as display words
+    QList<SignalLamp *> mlLamp;           ///< not owned; filled by SignalLamp::setPhase
+};

@@ -1,0 +1,10 @@
+#include "VehicleTravelDetector.h"
+
+void VehicleTravelDetector::empty() {
+    VehicleTravelDetector fresh;
+    fresh.startX = startX;
+    fresh.startY = startY;
+    fresh.teminalX = teminalX;
+    fresh.teminalY = teminalY;
+    *this = fresh;
+}

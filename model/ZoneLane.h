@@ -1,0 +1,15 @@
+#pragma once
+
+#include "MoraStoreExport.h"
+
+#include <QList>
+
+/// A lane that an accident or road-work zone blocks.
+struct MORASTORE_EXPORT ZoneLane {
+    long zoneId = 0;
+    int laneNumber = 0;
+    int toLaneNumber = 0; ///< negative on a link; on a connector the lane that the path leads to
+
+    /// Whether every lane is one of a link; so it is for no lanes at all.
+    static bool allOnLink(const QList<ZoneLane *> &lanes);
+};
