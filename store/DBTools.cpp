@@ -1,0 +1,271 @@
+#include "store/DBTools.h"
+
+#include "store/DBTools_V6.h"
+#include "store/core/FailureLog.h"
+#include "store/core/Probes.h"
+#include "store/core/Store.h"
+#include "store/core/Transaction.h"
+#include "store/families/Connectors.h"
+#include "store/families/GuideArrows.h"
+#include "store/families/Identifiers.h"
+#include "store/families/LinkTypes.h"
+#include "store/families/Links.h"
+#include "store/families/Networks.h"
+#include "store/schema/Dictionaries.h"
+#include "store/schema/Upgrade.h"
+
+#include <QJsonDocument>
+#include <QSysInfo>
+
+#include <algorithm>
+
+QSqlDatabase gDB;
+QSqlDatabase gDBForBackup;
+QString gsDbPath;
+
+QString DBTools::mDbDriver = QStringLiteral("QSQLITE");
+QString DBTools::mDbHost = QSysInfo::machineHostName();
+int DBTools::mDbPort = 5432;
+QString DBTools::mDbName;
+QString DBTools::mDbUser;
+QString DBTools::mDbPassword;
+int DBTools::mDbVer = 2;
+bool DBTools::mbLinkHasRouadId = true;
+bool DBTools::mbInter = false;
+QList<CallDbResult> DBTools::mlCallDbResult;
+QStringList DBTools::mlTableName;
+QHash<QString, QString> DBTools::mhTablePK;
+QHash<long, QHash<QString, QList<long>>> DBTools::mhId;
+QHash<long, QHash<QString, long>> DBTools::mhNetMaxId;
+
+namespace {
+
+/// A store of one network, whatever its version says: for the operations that never forward.
+Store oneNetStore(QSqlDatabase &db, long netId = 0) {
+    return {db, netId, Generation::OneNet, DBTools::dbVer(), DBTools::mlCallDbResult};
+}
+
+/// The choice between the generations: from version 6 on the operation runs as that of DBTools_V6.
+Store storeOf(QSqlDatabase &db, long netId) {
+    const long version = DBTools::selectDbVersion(db);
+    if (version >= 6)
+        return {db, netId, Generation::SeveralNets, static_cast<int>(version), DBTools_V6::mlCallDbResult};
+    return oneNetStore(db, netId);
+}
+
+} // namespace
+
+int DBTools::dbVer() {
+    return mDbVer;
+}
+
+void DBTools::setDbVersion(int version) {
+    mDbVer = version;
+}
+
+bool DBTools::isInternational() {
+    return mbInter;
+}
+
+bool DBTools::validateDatabase(QSqlDatabase &db) {
+    return checkConnection(db, mlCallDbResult);
+}
+
+bool DBTools::validateQuery(QSqlQuery &query) {
+    return checkStatement(query, mlCallDbResult);
+}
+
+void DBTools::logError(QSqlDatabase &db) {
+    if (db.isOpen())
+        writeFailureLog(db.databaseName(), mlCallDbResult + DBTools_V6::mlCallDbResult);
+}
+
+long DBTools::selectDbVersion(QSqlDatabase &db) {
+    return probes::dbVersion(db);
+}
+
+bool DBTools::hasTable(QSqlDatabase &db, QString table) {
+    return probes::hasTable(db, table);
+}
+
+bool DBTools::tableHasField(QSqlDatabase &db, QString table, QString field) {
+    return probes::tableHasField(db, table, field);
+}
+
+bool DBTools::checkConstraint(QSqlDatabase &db, QString sql) {
+    return probes::returnsRow(db, sql);
+}
+
+bool DBTools::hasErrorFieldName(QSqlDatabase &db) {
+    return probes::hasMisspeltColumn(db);
+}
+
+void DBTools::metadata(QSqlDatabase &db) {
+    if (!mlTableName.isEmpty())
+        return;
+    mlTableName = probes::tableNames(db);
+    mhTablePK = probes::keyColumns(db, mlTableName);
+}
+
+QHash<QString, QString> DBTools::tablePK() {
+    return mhTablePK;
+}
+
+void DBTools::updateDatabase(QSqlDatabase &db) {
+    upgrade::toCurrentSchema(oneNetStore(db));
+    metadata(db);
+}
+
+bool DBTools::initDictionary(QSqlDatabase &db, long netId, bool useTransaction) {
+    return dictionaries::seed(storeOf(db, netId), useTransaction);
+}
+
+bool DBTools::getIDByTableName(QSqlDatabase &db, QString table, long &id) {
+    return identifiers::next(storeOf(db, gNet.netId), table, id);
+}
+
+bool DBTools::getID(QSqlDatabase &db, long &id) {
+    return identifiers::nextGeneral(db, id);
+}
+
+QString DBTools::getIDName(QString table) {
+    return identifiers::idColumn(table);
+}
+
+long DBTools::getMaxID(QSqlDatabase &db, long netId, QString table) {
+    return identifiers::largestInUse(db, netId, table);
+}
+
+bool DBTools::updateIds(QSqlDatabase &db, bool useTransaction) {
+    return identifiers::giveBackUnused(oneNetStore(db, gNet.netId), useTransaction);
+}
+
+bool DBTools::insertNet(QSqlDatabase &db, long id, QString name, QPointF center, QString sourceType,
+                        QString backgroundUrl, QJsonObject otherAttrs, bool useTransaction) {
+    const QByteArray json = QJsonDocument(otherAttrs).toJson(QJsonDocument::Compact);
+    return insertNet(db, id, name, center, sourceType, backgroundUrl, QString::fromUtf8(json),
+                     useTransaction);
+}
+
+bool DBTools::insertNet(QSqlDatabase &db, long id, QString name, QPointF center, QString sourceType,
+                        QString backgroundUrl, QString otherAttrsJson, bool useTransaction) {
+    // Never forwarded: on a generation-6 store the row lacks isDefault and is refused.
+    networks::Record record;
+    record.id = id;
+    record.name = name;
+    record.centerX = center.x();
+    record.centerY = center.y();
+    record.sourceType = sourceType;
+    record.backgroundUrl = backgroundUrl;
+    record.otherAttrsJson = otherAttrsJson;
+    return networks::insert(oneNetStore(db, id), record, useTransaction);
+}
+
+bool DBTools::insertNet(QSqlDatabase &db, bool useTransaction) {
+    return networks::insert(oneNetStore(db, gNet.netId), networks::recordOf(gNet), useTransaction);
+}
+
+bool DBTools::updateNet(QSqlDatabase &db, long id, bool useTransaction) {
+    const Store store = storeOf(db, id);
+    if (!store.hasSeveralNets())
+        return true;
+    return networks::update(store, networks::recordOf(gNet), useTransaction);
+}
+
+Net *DBTools::selectNetById(QSqlDatabase &db, long id) {
+    return networks::load(oneNetStore(db, id));
+}
+
+Net *DBTools::selectNetIdByName(QSqlDatabase &db, QString name) {
+    return networks::loadByName(oneNetStore(db), name);
+}
+
+bool DBTools::selectNetId(QSqlDatabase &db, long id) {
+    return networks::exists(oneNetStore(db, id));
+}
+
+long DBTools::selectMaxNetId(QSqlDatabase &db) {
+    return networks::largestId(oneNetStore(db));
+}
+
+QList<Net> DBTools::selectNets(QSqlDatabase &db) {
+    return networks::all(oneNetStore(db));
+}
+
+QByteArray DBTools::selectBackgroundMap(QSqlDatabase &db, long netId) {
+    return networks::backgroundMap(storeOf(db, netId));
+}
+
+bool DBTools::insertLink(QSqlDatabase &db, long netId, Link *link, bool inTransaction) {
+    return links::insert(storeOf(db, netId), link, inTransaction);
+}
+
+bool DBTools::insertLinks(QSqlDatabase &db, long netId, QList<Link *> &links, bool inTransaction) {
+    // The frame's own failures are recorded in this class whatever the generation.
+    const Store frame = oneNetStore(db, netId);
+    Transaction transaction(frame, inTransaction);
+    const bool written = frame.isUsable() && std::all_of(links.cbegin(), links.cend(), [&](Link *link) {
+                             return insertLink(db, netId, link, false);
+                         });
+    return transaction.commitOrRecord(written);
+}
+
+Link *DBTools::selectLinkByID(QSqlDatabase &db, long netId, long linkId) {
+    return links::read(storeOf(db, netId), linkId);
+}
+
+bool DBTools::selectLinkIDs(QSqlDatabase &db, long netId, QList<long> &ids) {
+    return links::listIds(storeOf(db, netId), ids);
+}
+
+bool DBTools::checkLinkVertex(QSqlDatabase &db, long linkId, long vertexId) {
+    return links::hasVertex(db, linkId, vertexId);
+}
+
+QString DBTools::breakPoints(QJsonObject geometry) {
+    return links::breakPoints(geometry);
+}
+
+bool DBTools::insertConnector(QSqlDatabase &db, long netId, Connector *connector, bool inTransaction) {
+    return connectors::insert(storeOf(db, netId), connector, inTransaction);
+}
+
+bool DBTools::insertConnectors(QSqlDatabase &db, long netId, QList<Connector *> &connectors,
+                               bool inTransaction) {
+    const Store store = storeOf(db, netId);
+    if (store.hasSeveralNets())
+        return DBTools_V6::insertConnectors(db, netId, connectors, inTransaction);
+    Transaction transaction(store, inTransaction);
+    bool written = store.isUsable();
+    for (Connector *connector : qAsConst(connectors))
+        written = store.isUsable() && insertConnector(db, netId, connector, false) && written;
+    return transaction.commit(written);
+}
+
+Connector *DBTools::selectConnectorByID(QSqlDatabase &db, long netId, long connectorId) {
+    return connectors::read(storeOf(db, netId), connectorId);
+}
+
+bool DBTools::selectConnectorIDs(QSqlDatabase &db, long netId, QList<long> &ids) {
+    return connectors::listIds(storeOf(db, netId), ids);
+}
+
+bool DBTools::checkNodeVertex(QSqlDatabase &db, long nodeId, long vertexId) {
+    return links::nodeStandsOn(db, nodeId, vertexId);
+}
+
+bool DBTools::selectLinkType(QSqlDatabase &db, long netId, QList<LinkType> &types) {
+    return linktypes::readAll(storeOf(db, netId), types);
+}
+
+bool DBTools::insertGuideArrow(QSqlDatabase &db, long netId, GuideArrow *arrow, bool inTransaction) {
+    return guidearrows::insert(storeOf(db, netId), arrow, inTransaction);
+}
+
+GuideArrow *DBTools::selectGuideArrowByID(QSqlDatabase &db, long netId, long id) {
+    return guidearrows::read(storeOf(db, netId), id);
+}
+
+bool DBTools::selectGuideArrowIDs(QSqlDatabase &db, long netId, QList<long> &ids) {
+    return guidearrows::listIds(storeOf(db, netId), ids);
+}

@@ -1,0 +1,258 @@
+#pragma once
+
+#include "model/CallDbResult.h"
+#include "model/GuideArrow.h"
+#include "model/LinkType.h"
+#include "model/MoraStoreExport.h"
+#include "model/Net.h"
+
+#include <QByteArray>
+#include <QHash>
+#include <QJsonObject>
+#include <QList>
+#include <QPointF>
+#include <QSqlDatabase>
+#include <QSqlQuery>
+#include <QString>
+#include <QStringList>
+
+class Connector;
+class Link;
+
+/// The connection that the host works on.
+extern MORASTORE_EXPORT QSqlDatabase gDB;
+/// A second connection, opened by DBTools_V6::openDatabaseForBackup().
+extern MORASTORE_EXPORT QSqlDatabase gDBForBackup;
+/// Path of the open SQLite store; empty while none is open.
+extern MORASTORE_EXPORT QString gsDbPath;
+
+/// The operations on a store, as a host calls them.
+///
+/// Every store is opened through this class. An operation whose behaviour depends on the generation of the
+/// store asks for its version and, from generation 6 on, runs as the operation of the same name of DBTools_V6
+/// with the same arguments, recording its failures there.
+///
+/// Common to all operations:
+/// - The first argument is an open connection. Operations on a connection that is not usable do nothing and
+/// give
+///   their failure result; validateDatabase() says what usable means.
+/// - @p netId is the network; stores of one network do not use it.
+/// - A trailing flag asks for a transaction of the operation's own. Without it the caller owns the
+/// transaction.
+///   With it no transaction may be open on the connection.
+/// - Nothing is thrown. A failed statement is appended to mlCallDbResult of the class whose body ran, and the
+///   result is false, null or empty. Inserts go on after a failed row unless their description says
+///   otherwise.
+/// - Identifiers are the caller's: inserts write the ids that the objects carry (getIDByTableName() hands
+/// them out).
+/// - Lists of ids are appended to in ascending order and not cleared.
+/// - One thread at a time uses the store: all state is process-wide.
+class MORASTORE_EXPORT DBTools {
+public:
+    DBTools() = delete;
+
+    /// @name Connection settings
+    /// Read by openDatabase(). The host's JSON settings overwrite them.
+    /// @{
+    static QString mDbDriver;   ///< Qt driver: "QSQLITE" (default) or "QPSQL".
+    static QString mDbHost;     ///< Server host (PostgreSQL); default: the name of this machine.
+    static int mDbPort;         ///< Server port (PostgreSQL); default 5432.
+    static QString mDbName;     ///< Database name; for SQLite the file path.
+    static QString mDbUser;     ///< User name (PostgreSQL).
+    static QString mDbPassword; ///< Password (PostgreSQL).
+    /// @}
+
+    /// @name State of the open store
+    /// @{
+    /// Whether Link of the open store has a column whose name contains "roadid". Hosts use the name as
+    /// spelled.
+    static bool mbLinkHasRouadId;
+    /// Failed calls since the last opening.
+    static QList<CallDbResult> mlCallDbResult;
+    /// Table names, filled by metadata().
+    static QStringList mlTableName;
+    /// Table name to the column of its own id, filled by metadata().
+    static QHash<QString, QString> mhTablePK;
+    /// Network id to table name to the identifiers reserved and not yet used, ascending.
+    static QHash<long, QHash<QString, QList<long>>> mhId;
+    /// Network id to table name to the highest identifier reserved in this process.
+    static QHash<long, QHash<QString, long>> mhNetMaxId;
+
+    /// Generation of the open store (2 before any was opened).
+    static int dbVer();
+    static void setDbVersion(int version);
+    /// Whether the open store is an international one: its link types do not carry the Chinese names.
+    static bool isInternational();
+    /// @}
+
+    /// @name Opening and checking
+    /// @{
+    /// Opens a store on @p db, which becomes Qt's default connection and replaces an earlier one.
+    ///
+    /// Takes the connection settings from gpMoraInterface's JSON settings ("__dbdriver", "__dbhost",
+    /// "__dbname",
+    /// "__dbuser", "__dbpassword"; the port is not read there), connects, reads the generation, upgrades an
+    /// SQLite store to the current schema, finds out its language (SpecialWords::setDbIsEnglish()) and
+    /// whether links have road ids. Empties the identifier caches and both failure lists.
+    /// @param path file of an SQLite store; not used with another driver. A path that does not exist is
+    /// refused and
+    ///        no file is made.
+    /// @param resetIdCache empty the reserved identifiers once more after connecting.
+    /// @return whether the store is open. On false the reason is in mlCallDbResult (but for an empty path),
+    /// and
+    ///         settings taken from the host stay changed.
+    static bool openDatabase(QSqlDatabase &db, QString path, bool resetIdCache);
+
+    /// Whether @p db is usable: no driver error is pending and, on SQLite, table IDGenerater can be read.
+    /// Records a failure. A driver error from a failed begin or commit stays pending until the store is
+    /// opened again.
+    static bool validateDatabase(QSqlDatabase &db);
+
+    /// Whether the last statement of @p query succeeded; records a failure.
+    static bool validateQuery(QSqlQuery &query);
+
+    /// Writes the failures of this class and then those of DBTools_V6, numbered through, as one text to the
+    /// log named after the store file. Writes a heading alone without failures, and nothing when @p db is not
+    /// open. The lists stay as they are.
+    static void logError(QSqlDatabase &db);
+
+    /// The store's generation as table DbVersion has it; 0 when the table has no row.
+    static long selectDbVersion(QSqlDatabase &db);
+    /// Whether an SQLite store has @p table.
+    static bool hasTable(QSqlDatabase &db, QString table);
+    /// Whether @p table has a column whose name contains @p field, case-sensitively (SQLite). Always false on
+    /// PostgreSQL for tables of an ordinary schema, and on other drivers.
+    static bool tableHasField(QSqlDatabase &db, QString table, QString field);
+    /// Whether @p sql executes and returns at least one row.
+    static bool checkConstraint(QSqlDatabase &db, QString sql);
+    /// Whether any column of the store carries the misspelling "Nnumber" of first-generation stores.
+    static bool hasErrorFieldName(QSqlDatabase &db);
+    /// Fills mlTableName and mhTablePK once per process; later calls do nothing.
+    static void metadata(QSqlDatabase &db);
+    /// A copy of mhTablePK.
+    static QHash<QString, QString> tablePK();
+    /// @}
+
+    /// @name Schema
+    /// @{
+    /// Brings an SQLite store to the current schema; called by openDatabase(). Every step probes first and
+    /// acts only when its table is missing, in one transaction; a failed statement is recorded and the
+    /// upgrade goes on.
+    static void updateDatabase(QSqlDatabase &db);
+
+    /// Seeds the dictionaries of a network where it has none yet: link types, vehicle types, the standard
+    /// composition, driver-model sets and the scene configuration. A second call changes nothing.
+    static bool initDictionary(QSqlDatabase &db, long netId, bool useTransaction);
+    /// @}
+
+    /// @name Identifiers
+    /// @{
+    /// The next identifier for @p table, of the current network gNet in generation 6.
+    ///
+    /// SQLite counts in IDGenerater (generation 6: in blocks of 100 per network), never handing out what a
+    /// row uses; PostgreSQL counts in sequences. Lane connectors of older stores are counted in memory.
+    /// @return false when the counter could not be read or moved; @p id is then unchanged (0 in generation
+    /// 6).
+    static bool getIDByTableName(QSqlDatabase &db, QString table, long &id);
+    /// A general-purpose identifier.
+    static bool getID(QSqlDatabase &db, long &id);
+    /// The id column of @p table; empty for a table that has none.
+    static QString getIDName(QString table);
+    /// The largest identifier in use in @p table (generation 6: of @p netId); 0 without one.
+    static long getMaxID(QSqlDatabase &db, long netId, QString table);
+    /// Gives unused reserved identifiers of gNet back, so that later draws start with the first of them
+    /// (SQLite; true at once elsewhere). The counters of all networks of a store are set alike.
+    static bool updateIds(QSqlDatabase &db, bool useTransaction);
+    /// @}
+
+    /// @name Networks
+    /// @{
+    /// Writes a network record into a store of one network; on a generation-6 store the row lacks a column
+    /// and is refused. An empty @p name becomes "MoraSim".
+    /// @return false, with nothing written or recorded, when the name is taken already.
+    static bool insertNet(QSqlDatabase &db, long id, QString name, QPointF center, QString sourceType,
+                          QString backgroundUrl, QJsonObject otherAttrs, bool useTransaction);
+    /// @overload with the further attributes as JSON text.
+    static bool insertNet(QSqlDatabase &db, long id, QString name, QPointF center, QString sourceType,
+                          QString backgroundUrl, QString otherAttrsJson, bool useTransaction);
+    /// @overload Writes the current network gNet.
+    static bool insertNet(QSqlDatabase &db, bool useTransaction);
+    /// Writes gNet's record over the row of network @p id. Below generation 6 does nothing and returns true.
+    static bool updateNet(QSqlDatabase &db, long id, bool useTransaction);
+    /// Loads a network record into gNet. @return &gNet (not the caller's), or null when there is no such row;
+    /// gNet is then unchanged.
+    static Net *selectNetById(QSqlDatabase &db, long id);
+    /// Loads the first network of that name, or of the smallest id when @p name is empty, into gNet. @return
+    /// as selectNetById().
+    static Net *selectNetIdByName(QSqlDatabase &db, QString name);
+    /// Whether the store has a network @p id.
+    static bool selectNetId(QSqlDatabase &db, long id);
+    /// The largest network id; 0 in an empty store.
+    static long selectMaxNetId(QSqlDatabase &db);
+    /// All networks by id, each with id, name and further attributes only.
+    static QList<Net> selectNets(QSqlDatabase &db);
+    /// The background image of the scene configuration; empty without one.
+    static QByteArray selectBackgroundMap(QSqlDatabase &db, long netId);
+    /// @}
+
+    /// @name Links and lanes
+    /// @{
+    /// Writes a link with its end nodes, vertices, lanes, lane restrictions and geometry. An end node without
+    /// a name takes its id as name and a link without a road id its own id, on the objects too. Generation 6
+    /// stores neither lane restrictions nor lane attributes: a lane that has attributes makes the result
+    /// false.
+    static bool insertLink(QSqlDatabase &db, long netId, Link *link, bool inTransaction);
+    /// Writes links in order and stops at the first that fails.
+    static bool insertLinks(QSqlDatabase &db, long netId, QList<Link *> &links, bool inTransaction);
+    /// The link that gNet holds already, or one read from the store, which is entered into gNet with its
+    /// lanes. A link that was read belongs to the caller; one that gNet held belongs to whom it was given
+    /// before.
+    /// @return null when the store has no such link.
+    static Link *selectLinkByID(QSqlDatabase &db, long netId, long linkId);
+    /// Appends all link ids.
+    static bool selectLinkIDs(QSqlDatabase &db, long netId, QList<long> &ids);
+    /// Whether the vertex belongs to the link, in whichever network.
+    static bool checkLinkVertex(QSqlDatabase &db, long linkId, long vertexId);
+    /// The points of a geometry object as text, x1,y1;x2,y2;..., six significant digits each, without
+    /// heights.
+    static QString breakPoints(QJsonObject geometry);
+    /// @}
+
+    /// @name Connectors
+    /// @{
+    /// Writes a connector with its restrictions and lane connectors. A connector without a road id takes its
+    /// own id, on the object too. Generation 6 stores neither restrictions nor the geometry of lane
+    /// connectors.
+    static bool insertConnector(QSqlDatabase &db, long netId, Connector *connector, bool inTransaction);
+    /// Writes connectors in order, going on after one that fails.
+    static bool insertConnectors(QSqlDatabase &db, long netId, QList<Connector *> &connectors,
+                                 bool inTransaction);
+    /// Reads a connector with its lane connectors into a new object of the caller's, entered into gNet. Links
+    /// and lanes are resolved through gNet, so they are read first; lane connectors whose lanes are unknown
+    /// are left out, restrictions are not read.
+    /// @return null when the store has no such connector or gNet does not know its links.
+    static Connector *selectConnectorByID(QSqlDatabase &db, long netId, long connectorId);
+    /// Appends all connector ids.
+    static bool selectConnectorIDs(QSqlDatabase &db, long netId, QList<long> &ids);
+    /// @}
+
+    /// @name Nodes, link types and guide arrows
+    /// @{
+    /// Whether the node stands on the vertex, in whichever network.
+    static bool checkNodeVertex(QSqlDatabase &db, long nodeId, long vertexId);
+    /// Appends all link types by id, names in the host's language; true in every case.
+    static bool selectLinkType(QSqlDatabase &db, long netId, QList<LinkType> &types);
+    static bool insertGuideArrow(QSqlDatabase &db, long netId, GuideArrow *arrow, bool inTransaction);
+    /// A new guide arrow of the caller's; null when the store has no such arrow.
+    static GuideArrow *selectGuideArrowByID(QSqlDatabase &db, long netId, long id);
+    /// Appends the ids of all guide arrows whose lane exists.
+    static bool selectGuideArrowIDs(QSqlDatabase &db, long netId, QList<long> &ids);
+    /// @}
+
+private:
+    static bool takeSettings();
+    static void judgeIsInter(QSqlDatabase &db);
+
+    static int mDbVer;
+    static bool mbInter;
+};

@@ -1,0 +1,35 @@
+#include "store/core/Failures.h"
+
+#include <QSqlDatabase>
+#include <QSqlError>
+#include <QSqlQuery>
+#include <QVariant>
+
+bool checkStatement(const QSqlQuery &query, FailureList &failures) {
+    const QSqlError error = query.lastError();
+    if (!error.isValid())
+        return true;
+    CallDbResult failure;
+    failure.sql = query.lastQuery();
+    const QVariant id = query.lastInsertId();
+    failure.id = id.isValid() ? static_cast<long>(id.toLongLong()) : 0;
+    failure.error = error.text();
+    failures.append(failure);
+    return false;
+}
+
+bool checkConnection(const QSqlDatabase &db, FailureList &failures) {
+    const QSqlError error = db.lastError();
+    if (error.isValid()) {
+        CallDbResult failure;
+        failure.error = error.text();
+        failures.append(failure);
+        return false;
+    }
+    if (db.driverName() != QLatin1String("QSQLITE"))
+        return true;
+    QSqlQuery count(db);
+    count.setForwardOnly(true);
+    count.exec(QStringLiteral("select count(*) from IDGenerater"));
+    return checkStatement(count, failures);
+}

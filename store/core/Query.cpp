@@ -1,0 +1,90 @@
+#include "store/core/Query.h"
+
+#include "store/core/GeometryJson.h"
+
+#include <QSqlRecord>
+
+#include <algorithm>
+
+Query::Query(const Store &store, const Sql &sql, std::initializer_list<long> ids)
+    : Query(store, store.text(sql, ids)) {}
+
+Query::Query(const Store &store, const char *sql, std::initializer_list<long> ids)
+    : Query(store, fillNumbers(QString::fromUtf8(sql), ids)) {}
+
+Query::Query(const Store &store, const QString &text) : mStore(store), mText(text), mQuery(store.db()) {
+    // QPSQL gives up the rest of a forward-only result as soon as another statement runs on the connection.
+    mQuery.setForwardOnly(!store.isPostgreSql());
+}
+
+Query &Query::bind(const char *name, const QString &value) {
+    return bindValue(name, value.isNull() ? QString(QLatin1String("")) : value);
+}
+
+Query &Query::bind(const char *name, const QJsonObject &value) {
+    const QByteArray json = geometryjson::toBytes(value);
+    return mStore.isSqlite() ? bindValue(name, json) : bindValue(name, QString::fromUtf8(json));
+}
+
+Query &Query::bindFlag(const char *name, bool value) {
+    return bindValue(name, value ? QStringLiteral("T") : QStringLiteral("F"));
+}
+
+Query &Query::bindNet() {
+    return mStore.hasSeveralNets() ? bind(":NetId", mStore.netId()) : *this;
+}
+
+Query &Query::bindValue(const char *name, const QVariant &value) {
+    if (mStore.isUsable()) {
+        prepare();
+        mQuery.bindValue(QString::fromLatin1(name), value);
+    }
+    return *this;
+}
+
+void Query::prepare() {
+    if (mPrepared || mPrepareFailed)
+        return;
+    mPrepared = mQuery.prepare(mText);
+    mPrepareFailed = !mPrepared;
+}
+
+bool Query::exec() {
+    if (!mStore.isUsable())
+        return false;
+    mColumns.clear();
+    // Executing what could not be prepared would replace the engine's reason by a count of its parameters.
+    if (mPrepared)
+        mQuery.exec();
+    else if (!mPrepareFailed)
+        mQuery.exec(mText);
+    return mStore.check(mQuery);
+}
+
+QVariant Query::value(const char *column) {
+    const int index = columnIndex(column);
+    return index >= 0 ? mQuery.value(index) : QVariant();
+}
+
+QJsonObject Query::json(const char *column) {
+    return geometryjson::fromBytes(value(column).toByteArray());
+}
+
+int Query::columnIndex(const char *column) {
+    const auto known = std::find_if(mColumns.cbegin(), mColumns.cend(),
+                                    [column](const auto &entry) { return entry.first == column; });
+    if (known != mColumns.cend())
+        return known->second;
+    const int index = mQuery.record().indexOf(QLatin1String(column));
+    mColumns.emplace_back(column, index);
+    return index;
+}
+
+bool appendIds(const Store &store, const Sql &sql, QList<long> &ids) {
+    Query query(store, sql);
+    if (!query.exec())
+        return false;
+    while (query.next())
+        ids.append(query.firstId());
+    return true;
+}

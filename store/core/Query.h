@@ -1,0 +1,93 @@
+#pragma once
+
+#include "store/core/Store.h"
+
+#include <QByteArray>
+#include <QJsonObject>
+#include <QSqlQuery>
+#include <QVariant>
+
+#include <utility>
+#include <vector>
+
+/// One statement on one store: named binds, results read by column name.
+///
+/// A statement that fails is recorded once, by exec(). On a store that is not usable nothing runs and nothing
+/// more is recorded. Column names are matched without regard to case, as the engines do.
+class Query {
+public:
+    /// @p sql in the store's spelling; its number placeholders take the network id first (generation 6 only),
+    /// then
+    /// @p ids in order.
+    Query(const Store &store, const Sql &sql, std::initializer_list<long> ids = {});
+    /// A statement that reads the same in both generations, its number placeholders filled from @p ids alone.
+    Query(const Store &store, const char *sql, std::initializer_list<long> ids = {});
+    /// A statement whose text is complete.
+    Query(const Store &store, const QString &text);
+
+    Query(const Query &) = delete;
+    Query &operator=(const Query &) = delete;
+
+    /// @{ Bind a value to the placeholder named @p name (with its colon). A text that was never set binds as
+    /// the empty text, never as NULL.
+    Query &bind(const char *name, long value) {
+        return bindValue(name, QVariant::fromValue<qlonglong>(value));
+    }
+    Query &bind(const char *name, int value) { return bindValue(name, value); }
+    Query &bind(const char *name, double value) { return bindValue(name, value); }
+    Query &bind(const char *name, const QString &value);
+    Query &bind(const char *name, const QByteArray &value) { return bindValue(name, value); }
+    Query &bind(const char *name, const QJsonObject &value);
+    /// @}
+    /// Binds a switch as "T" or "F".
+    Query &bindFlag(const char *name, bool value);
+    /// Binds :NetId in generation 6; stores of one network have no such placeholder.
+    Query &bindNet();
+    /// Binds what none of the above covers (dates).
+    Query &bindValue(const char *name, const QVariant &value);
+
+    /// Runs the statement; false after a failure, which is recorded.
+    bool exec();
+    /// Runs the statement, then goes to the first row of its result; false without one.
+    bool execAndNext() { return exec() && next(); }
+
+    bool next() { return mQuery.next(); }
+    /// Ends reading, so that another statement may change what was read.
+    void finish() { mQuery.finish(); }
+
+    /// @{ The value of a column in the current row; the type's own empty value for NULL or an unknown column.
+    QVariant value(const char *column);
+    bool isNull(const char *column) { return value(column).isNull(); }
+    bool hasColumn(const char *column) { return columnIndex(column) >= 0; }
+    QString text(const char *column) { return value(column).toString(); }
+    double number(const char *column) { return value(column).toDouble(); }
+    int integer(const char *column) { return value(column).toInt(); }
+    /// An identifier: 64 bits wide in the store, narrowed to 32.
+    long id(const char *column) { return narrowedId(value(column)); }
+    /// A JSON object; empty when the text is empty or does not parse.
+    QJsonObject json(const char *column);
+    /// @}
+    /// The first column of the current row as an identifier.
+    long firstId() const { return narrowedId(mQuery.value(0)); }
+
+    /// Identifiers are 64 bits wide in the store and 32 in memory, on every platform.
+    static long narrowedId(const QVariant &value) {
+        return static_cast<long>(static_cast<qint32>(value.toLongLong()));
+    }
+
+private:
+    void prepare();
+    int columnIndex(const char *column);
+
+    const Store &mStore;
+    QString mText;
+    QSqlQuery mQuery;
+    bool mPrepared = false;
+    bool mPrepareFailed = false;
+    /// Columns by the address of their name: the names are literals, and one read asks for the same ones row
+    /// by row.
+    std::vector<std::pair<const char *, int>> mColumns;
+};
+
+/// Appends the identifiers that @p sql lists; false when the statement failed.
+bool appendIds(const Store &store, const Sql &sql, QList<long> &ids);

@@ -1,0 +1,33 @@
+#include "store/core/Store.h"
+
+#include "store/core/Probes.h"
+
+Store::Store(QSqlDatabase &db, long netId, Generation generation, int schemaVersion, FailureList &failures)
+    : mDb(db), mNetId(netId), mGeneration(generation), mSchemaVersion(schemaVersion), mFailures(failures) {}
+
+bool Store::isUsable() const {
+    if (mState == State::Unchecked)
+        mState = checkConnection() ? State::Usable : State::Unusable;
+    return mState == State::Usable;
+}
+
+bool Store::isSqlite() const {
+    return mDb.driverName() == QLatin1String("QSQLITE");
+}
+
+bool Store::isPostgreSql() const {
+    return mDb.driverName() == QLatin1String("QPSQL");
+}
+
+bool Store::hasColumn(const char *table, const char *column) const {
+    if (!isUsable())
+        return false;
+    if (hasSeveralNets() && isPostgreSql())
+        return true;
+    return probes::tableHasField(mDb, QLatin1String(table), QLatin1String(column));
+}
+
+QString Store::text(const Sql &sql, std::initializer_list<long> ids) const {
+    const QString spelled = text(sql);
+    return fillNumbers(hasSeveralNets() ? fillNumber(spelled, mNetId) : spelled, ids);
+}

@@ -1,0 +1,65 @@
+#pragma once
+
+#include "store/core/Failures.h"
+#include "store/core/Sql.h"
+
+#include <QSqlDatabase>
+#include <QString>
+
+/// The two generations of the store format.
+enum class Generation {
+    OneNet,     ///< A store holds one network; the network id of an operation is not used.
+    SeveralNets ///< Generation 6: every network-scoped row is led by the network's id.
+};
+
+/// What an operation runs on: connection, network, generation and the list that its failures go to.
+///
+/// Cheap to make, one for each call. The connection is checked before the first statement of the operation;
+/// on one that is not usable no statement runs, and the operation ends in its failure result. Holds
+/// references: it must not outlive the connection handle and the failure list. A constant Store is a constant
+/// set of references: what they refer to may change.
+class Store {
+public:
+    /// @param schemaVersion the version of the open store; only version 1 makes a difference (misspelt
+    /// columns).
+    Store(QSqlDatabase &db, long netId, Generation generation, int schemaVersion, FailureList &failures);
+
+    QSqlDatabase &db() const { return mDb; }
+    long netId() const { return mNetId; }
+    bool hasSeveralNets() const { return mGeneration == Generation::SeveralNets; }
+    bool isSqlite() const;
+    bool isPostgreSql() const;
+
+    /// The connection was usable when it was first asked, and nothing has happened since that forbids going
+    /// on.
+    bool isUsable() const;
+    /// No further statement of this operation may run.
+    void giveUp() const { mState = State::Unusable; }
+
+    /// Stores of version 1 spell the serial number of lanes and signal colours with an extra n.
+    bool hasMisspeltSerialNumber() const { return !hasSeveralNets() && mSchemaVersion == 1; }
+
+    /// Whether @p table has an optional column whose name contains @p column. A generation-6 store on
+    /// PostgreSQL has its columns by definition: the column probe answers false there for ordinary schemas.
+    bool hasColumn(const char *table, const char *column) const;
+
+    /// The spelling of @p sql for this store.
+    QString text(const Sql &sql) const { return QString::fromUtf8(hasSeveralNets() ? sql.many : sql.one); }
+    /// The spelling of @p sql for this store with its number placeholders filled: the network id first
+    /// (generation 6 only), then @p ids in order.
+    QString text(const Sql &sql, std::initializer_list<long> ids) const;
+
+    FailureList &failures() const { return mFailures; }
+    bool check(const QSqlQuery &query) const { return checkStatement(query, mFailures); }
+    bool checkConnection() const { return ::checkConnection(mDb, mFailures); }
+
+private:
+    enum class State { Unchecked, Usable, Unusable };
+
+    QSqlDatabase &mDb;
+    long mNetId;
+    Generation mGeneration;
+    int mSchemaVersion;
+    FailureList &mFailures;
+    mutable State mState = State::Unchecked;
+};

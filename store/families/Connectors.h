@@ -1,0 +1,16 @@
+#pragma once
+
+#include "store/core/Store.h"
+
+#include <QList>
+
+class Connector;
+
+/// Connectors with their lane connectors.
+namespace connectors {
+
+bool insert(const Store &store, Connector *connector, bool inTransaction);
+Connector *read(const Store &store, long connectorId);
+bool listIds(const Store &store, QList<long> &ids);
+
+} // namespace connectors

@@ -1,0 +1,55 @@
+#include "store/families/GuideArrows.h"
+
+#include "model/GuideArrow.h"
+#include "store/core/Query.h"
+#include "store/core/Transaction.h"
+
+#include <memory>
+
+namespace guidearrows {
+
+namespace {
+
+constexpr Sql kInsert = {
+    "insert into GuideArrow(guideArrowID,laneID,length,distToTerminal,arrowType) values(:guideArrowID,:laneID,:length,:distToTerminal,:arrowType)",
+    "insert into GuideArrow(NetId, guideArrowID,laneID,length,distToTerminal,arrowType) values(:NetId, :guideArrowID,:laneID,:length,:distToTerminal,:arrowType)"};
+constexpr Sql kSelect = {"select * from GuideArrow where guideArrowID = %1",
+                         "select * from GuideArrow where NetId = %0 and guideArrowID = %1"};
+constexpr Sql kSelectIds = {
+    "select guideArrowID from GuideArrow as a join lane b on a.laneID = b.laneID order by guideArrowID",
+    "select a.guideArrowID from GuideArrow a join lane b on a.NetId = b.NetId and a.laneID = b.laneID where a.NetId = %0 order by a.guideArrowID"};
+
+} // namespace
+
+bool insert(const Store &store, GuideArrow *arrow, bool inTransaction) {
+    if (!arrow)
+        return true;
+    Transaction transaction(store, inTransaction);
+    Query insert(store, kInsert);
+    insert.bindNet()
+        .bind(":guideArrowID", arrow->guideArrowID)
+        .bind(":laneID", arrow->laneID)
+        .bind(":length", arrow->length)
+        .bind(":distToTerminal", arrow->distToTerminal)
+        .bind(":arrowType", arrow->arrowType);
+    return transaction.commit(insert.exec());
+}
+
+GuideArrow *read(const Store &store, long id) {
+    Query row(store, kSelect, {id});
+    if (!row.execAndNext())
+        return nullptr;
+    auto arrow = std::make_unique<GuideArrow>();
+    arrow->guideArrowID = row.id("guideArrowID");
+    arrow->laneID = row.id("laneID");
+    arrow->length = row.number("length");
+    arrow->distToTerminal = row.number("distToTerminal");
+    arrow->arrowType = row.integer("arrowType");
+    return arrow.release();
+}
+
+bool listIds(const Store &store, QList<long> &ids) {
+    return appendIds(store, kSelectIds, ids);
+}
+
+} // namespace guidearrows

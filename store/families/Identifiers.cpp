@@ -1,0 +1,200 @@
+#include "store/families/Identifiers.h"
+
+#include "model/LaneConnector.h"
+#include "store/DBTools.h"
+#include "store/core/Query.h"
+#include "store/core/Transaction.h"
+
+#include <algorithm>
+
+namespace identifiers {
+
+namespace {
+
+constexpr long kBlock = 100;
+
+/// Fills the number placeholders of @p sql with @p numbers, then the remaining one with a table name.
+QString withTable(const char *sql, std::initializer_list<long> numbers, const QString &table) {
+    return fillNumbers(QString::fromLatin1(sql), numbers).arg(quoted(table));
+}
+
+/// The first value of what @p sql returns; false without a row.
+bool firstValue(const Store &store, const QString &sql, long &value) {
+    Query query(store, sql);
+    if (!query.execAndNext())
+        return false;
+    value = query.firstId();
+    return true;
+}
+
+/// Stores of one network: one counter row per table, moved with every draw past the largest id in use.
+bool nextOfOneNet(const Store &store, const QString &table, long &id) {
+    Query counter(store, withTable("select ID from IDGenerater where TableName = '%1'", {}, table));
+    if (!counter.exec())
+        return false;
+    if (!counter.next()) {
+        Query insert(store, withTable("insert into IDGenerater(TableName, ID) values('%1', 1)", {}, table));
+        if (!insert.exec())
+            return false;
+        id = 1;
+        return true;
+    }
+    const long stored = counter.firstId();
+    counter.finish();
+    const long largest = std::max(largestInUse(store.db(), store.netId(), table), stored);
+    Query move(store,
+               largest > stored
+                   ? withTable("update IDGenerater set ID = %0 + 1 where TableName = '%1'", {largest}, table)
+                   : withTable("update IDGenerater set ID = ID + 1 where TableName = '%1'", {}, table));
+    if (!move.exec())
+        return false;
+    id = largest + 1;
+    return true;
+}
+
+/// Generation 6: reserves a block of identifiers, above what rows use and what this process reserved before.
+bool reserveBlock(const Store &store, const QString &table) {
+    const long net = store.netId();
+    long &highestReserved = DBTools::mhNetMaxId[net][table];
+    Query counter(
+        store, withTable("select ID from IDGenerater where NetId = %0 and TableName = '%1'", {net}, table));
+    if (!counter.exec())
+        return false;
+    long base = 0;
+    QString claim;
+    if (!counter.next()) {
+        claim =
+            withTable("insert into IDGenerater(NetId, TableName, ID) values(%0, '%1', 100)", {net}, table);
+    } else {
+        const long stored = counter.firstId();
+        counter.finish();
+        base = std::max(largestInUse(store.db(), net, table), highestReserved);
+        if (base > stored) {
+            claim = withTable("update IDGenerater set ID = %1 + 100 where NetId = %2 and TableName = '%3'",
+                              {base, net}, table);
+        } else {
+            base = stored;
+            claim = withTable("update IDGenerater set ID = ID + 100 where NetId = %1 and TableName = '%2'",
+                              {net}, table);
+        }
+    }
+    if (!Query(store, claim).exec())
+        return false;
+    QList<long> &reserved = DBTools::mhId[net][table];
+    for (long id = base + 1; id <= base + kBlock; ++id)
+        reserved.append(id);
+    highestReserved = base + kBlock;
+    return true;
+}
+
+bool nextOfNet(const Store &store, const QString &table, long &id) {
+    QList<long> &reserved = DBTools::mhId[store.netId()][table];
+    if (reserved.isEmpty() && !reserveBlock(store, table)) {
+        id = 0;
+        return false;
+    }
+    id = reserved.takeFirst();
+    return true;
+}
+
+bool hasSequence(const Store &store, const QString &name) {
+    // Drawing from a missing sequence would end a transaction of the caller's.
+    Query known(
+        store,
+        QStringLiteral("select 1 from pg_class where relkind = 'S' and relname = '%1'").arg(quoted(name)));
+    return known.execAndNext();
+}
+
+/// Sequences serve all networks of a database; tables without one of their own share seq_table_id.
+bool nextOfSequence(const Store &store, const QString &table, long &id) {
+    const QString own = QStringLiteral("seq_%1_id").arg(table.toLower());
+    const QString name = hasSequence(store, own) ? own : QStringLiteral("seq_table_id");
+    return firstValue(store, QStringLiteral("select nextval('\"%1\"')").arg(quoted(name)), id);
+}
+
+} // namespace
+
+bool next(const Store &store, const QString &table, long &id) {
+    // Older stores do not keep the ids of lane connectors.
+    if (!store.hasSeveralNets() && table == QLatin1String("LaneConnector") && DBTools::dbVer() < 6) {
+        id = ++LaneConnector::generId;
+        return true;
+    }
+    if (store.isPostgreSql())
+        return nextOfSequence(store, table, id);
+    if (!store.isSqlite())
+        return store.hasSeveralNets();
+    return store.hasSeveralNets() ? nextOfNet(store, table, id) : nextOfOneNet(store, table, id);
+}
+
+bool nextGeneral(QSqlDatabase &db, long &id) {
+    if (db.driverName() == QLatin1String("QSQLITE"))
+        return DBTools::getIDByTableName(db, QStringLiteral("General"), id);
+    if (db.driverName() != QLatin1String("QPSQL"))
+        return false;
+    // The sequence is named "seg", not "seq", in databases and hosts alike.
+    const Store store(db, 0, Generation::OneNet, DBTools::dbVer(), DBTools::mlCallDbResult);
+    return firstValue(store, QStringLiteral("select nextval('\"seg_table_id\"')"), id);
+}
+
+QString idColumn(const QString &table) {
+    static const QHash<QString, QString> columns = {
+        {QStringLiteral("Vertex"), QStringLiteral("VertexID")},
+        {QStringLiteral("Link"), QStringLiteral("linkID")},
+        {QStringLiteral("Lane"), QStringLiteral("laneID")},
+        {QStringLiteral("Connector"), QStringLiteral("ConnID")},
+        {QStringLiteral("DecisionPoint"), QStringLiteral("deciPointID")},
+        {QStringLiteral("DeparturePoint"), QStringLiteral("departurePointID")},
+        {QStringLiteral("BusLine"), QStringLiteral("busLineID")},
+        {QStringLiteral("BusStation"), QStringLiteral("busStationID")},
+        {QStringLiteral("BusStationLine"), QStringLiteral("stationLineID")},
+        // The column is spelled without its I in every store.
+        {QStringLiteral("DepartureInterval"), QStringLiteral("departureIntervalD")},
+        {QStringLiteral("Node"), QStringLiteral("nodeID")},
+        {QStringLiteral("ReduceSpeedArea"), QStringLiteral("reduceSpeedAreaID")},
+        {QStringLiteral("ReduceSpeedInterval"), QStringLiteral("intervalID")},
+        {QStringLiteral("Routing"), QStringLiteral("routingID")},
+        {QStringLiteral("RoutingFLowRatio"), QStringLiteral("RoutingFLowRatioID")},
+        {QStringLiteral("SignalGroup"), QStringLiteral("signalGroupID")},
+        {QStringLiteral("SignalPhase"), QStringLiteral("signalPhaseID")},
+        {QStringLiteral("SignalLamp"), QStringLiteral("signalLampID")},
+        {QStringLiteral("VehicleConstitutent"), QStringLiteral("vehicleConsCode")},
+        {QStringLiteral("VehicleDrivInfoCollecter"), QStringLiteral("collecterID")},
+        {QStringLiteral("VehicleQueueCounter"), QStringLiteral("QueueCounterID")},
+        {QStringLiteral("VehicleTravelDetector"), QStringLiteral("detectorId")},
+        {QStringLiteral("GuideArrow"), QStringLiteral("guideArrowID")},
+        {QStringLiteral("VehicleDetector"), QStringLiteral("vehicleDetectorId")},
+    };
+    return columns.value(table);
+}
+
+long largestInUse(QSqlDatabase &db, long netId, const QString &table) {
+    QString sql = DBTools::selectDbVersion(db) >= 6
+                      ? QStringLiteral("select max(%0) from %1 where NetId = %2")
+                      : QStringLiteral("select max(%0) from %1");
+    sql = fillNumber(sql.arg(idColumn(table), table), netId);
+    // A table without an id column makes the statement invalid: nothing is in use there, and nothing is
+    // recorded.
+    QSqlQuery largest(db);
+    largest.exec(sql);
+    return largest.next() ? Query::narrowedId(largest.value(0)) : 0;
+}
+
+bool giveBackUnused(const Store &store, bool useTransaction) {
+    if (!store.isSqlite())
+        return true;
+    Transaction transaction(store, useTransaction);
+    bool verdict = true;
+    const QHash<QString, QList<long>> reserved = DBTools::mhId.value(store.netId());
+    for (auto table = reserved.cbegin(); table != reserved.cend(); ++table) {
+        if (table.value().isEmpty())
+            continue;
+        // The rows of all networks are set: hosts that give ids back rely on the statement as it stands.
+        Query update(store, withTable("update IDGenerater set ID = %1 where TableName = '%2'",
+                                      {table.value().first() - 1}, table.key()));
+        verdict = update.exec() && verdict;
+    }
+    return transaction.commitOrRecord(verdict);
+}
+
+} // namespace identifiers

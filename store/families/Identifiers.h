@@ -1,0 +1,23 @@
+#pragma once
+
+#include "store/core/Store.h"
+
+/// Row identifiers. SQLite stores count in table IDGenerater, PostgreSQL stores in sequences.
+namespace identifiers {
+
+/// The next identifier for @p table in the store's network.
+bool next(const Store &store, const QString &table, long &id);
+
+/// A general-purpose identifier.
+bool nextGeneral(QSqlDatabase &db, long &id);
+
+/// The id column of @p table; empty for a table without one.
+QString idColumn(const QString &table);
+
+/// The largest identifier that rows of @p table use (of @p netId in generation 6); 0 without one.
+long largestInUse(QSqlDatabase &db, long netId, const QString &table);
+
+/// Sets the counters back to the identifiers that were reserved but not used.
+bool giveBackUnused(const Store &store, bool useTransaction);
+
+} // namespace identifiers

@@ -1,0 +1,25 @@
+#pragma once
+
+#include "store/core/Store.h"
+
+class Lane;
+class Link;
+
+/// The lanes of a link: they are written and read with it.
+namespace lanes {
+
+/// The lane of serial number 1, the rightmost; null without one.
+const Lane *first(const Link &link);
+/// The lane of the highest serial number, the leftmost; null without lanes.
+const Lane *last(const Link &link);
+
+/// Writes the lanes. @param soFar the verdict so far: attributes are written only while nothing has failed.
+/// @return the verdict with the lanes.
+bool insertAll(const Store &store, const Link &link, bool soFar);
+/// Writes the vehicle types that may not use the lanes. Generation 6 keeps none.
+bool insertRestrictions(const Store &store, const Link &link);
+
+/// Appends the stored lanes to @p link, by serial number, with their restrictions.
+void readAll(const Store &store, Link &link);
+
+} // namespace lanes

@@ -1,0 +1,14 @@
+#pragma once
+
+#include "model/LinkType.h"
+#include "store/core/Store.h"
+
+#include <QList>
+
+/// The catalogue of road classes.
+namespace linktypes {
+
+/// Appends all link types; true in every case.
+bool readAll(const Store &store, QList<LinkType> &types);
+
+} // namespace linktypes

@@ -1,0 +1,25 @@
+#pragma once
+
+#include "store/core/Store.h"
+
+#include <QJsonObject>
+#include <QList>
+#include <QString>
+
+class Link;
+
+/// Links with their nodes, vertices and lanes.
+namespace links {
+
+bool insert(const Store &store, Link *link, bool inTransaction);
+Link *read(const Store &store, long linkId);
+bool listIds(const Store &store, QList<long> &ids);
+
+/// @{ Checks without a network, over all rows of a store.
+bool hasVertex(QSqlDatabase &db, long linkId, long vertexId);
+bool nodeStandsOn(QSqlDatabase &db, long nodeId, long vertexId);
+/// @}
+
+QString breakPoints(const QJsonObject &geometry);
+
+} // namespace links

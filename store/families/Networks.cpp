@@ -1,0 +1,154 @@
+#include "store/families/Networks.h"
+
+#include "model/Net.h"
+#include "store/core/GeometryJson.h"
+#include "store/core/Query.h"
+#include "store/core/Transaction.h"
+
+namespace networks {
+
+namespace {
+
+constexpr Sql kSameRecord = {"select * from Net where name = '%1'", "select * from Net where NetId = %0"};
+
+constexpr const char *kInsert =
+    "insert into Net(NetId, name, centerX, centerY, sourceType, backgroundUrl, otherAttrsJson) values(:NetId, :name, :centerX, :centerY, :sourceType, :backgroundUrl, :otherAttrsJson)";
+constexpr const char *kInsertWithoutCenter =
+    "insert into Net(NetId, name, sourceType, backgroundUrl, otherAttrsJson) values(:NetId, :name, :sourceType, :backgroundUrl, :otherAttrsJson)";
+constexpr const char *kInsertSeveralNets =
+    "insert into Net(NetId, name, centerX, centerY, sourceType, backgroundUrl, otherAttrsJson, isDefault) values(:NetId, :name, :centerX, :centerY, :sourceType, :backgroundUrl, :otherAttrsJson, :isDefault)";
+
+constexpr const char *kUpdate =
+    "update Net set name = :name, sourceUrl = :sourceUrl, sourceType = :sourceType, backgroundUrl = :backgroundUrl, centerX = :centerX, centerY = :centerY, caption = :caption, otherAttrsJson = :otherAttrsJson, isDefault = :isDefault where NetId = %0";
+constexpr const char *kUpdateWithoutCaption =
+    "update Net set name = :name, sourceUrl = :sourceUrl, sourceType = :sourceType, backgroundUrl = :backgroundUrl, centerX = :centerX, centerY = :centerY, otherAttrsJson = :otherAttrsJson, isDefault = :isDefault where NetId = %0";
+
+constexpr Sql kBackgroundMap = {"select backgroundMap from Configuration",
+                                "select backgroundMap from Configuration where NetId = %0"};
+
+/// Names are unique in a store of one network, ids in generation 6.
+bool isTaken(const Store &store, const Record &record) {
+    Query same(store, store.hasSeveralNets() ? store.text(kSameRecord, {})
+                                             : store.text(kSameRecord).arg(quoted(record.name)));
+    return same.execAndNext();
+}
+
+QString nameToStore(const QString &name) {
+    return name.isEmpty() ? QStringLiteral("MoraSim") : name;
+}
+
+/// Loads the current row of @p row into gNet. Columns that older stores lack read as their defaults.
+Net *loadRow(Query &row) {
+    Net net;
+    net.netId = row.id("NetId");
+    net.name = row.text("name");
+    net.sourceType = row.text("sourceType");
+    net.sourceUrl = row.text("sourceUrl");
+    net.backgroundUrl = row.text("backgroundUrl");
+    net.otherAttrsJson = row.json("otherAttrsJson");
+    net.centerX = row.number("centerX");
+    net.centerY = row.number("centerY");
+    net.caption = row.text("caption");
+    net.isDefault = row.text("isDefault") == QLatin1String("T");
+    gNet.loadRecord(net);
+    return &gNet;
+}
+
+Net *loadFirst(const Store &store, const QString &sql) {
+    Query row(store, sql);
+    return row.execAndNext() ? loadRow(row) : nullptr;
+}
+
+} // namespace
+
+Record recordOf(const Net &net) {
+    Record record;
+    record.id = net.netId;
+    record.name = net.name;
+    record.sourceUrl = net.sourceUrl;
+    record.sourceType = net.sourceType;
+    record.backgroundUrl = net.backgroundUrl;
+    record.centerX = net.centerX;
+    record.centerY = net.centerY;
+    record.caption = net.caption;
+    record.otherAttrsJson = QString::fromUtf8(geometryjson::toBytes(net.otherAttrsJson));
+    record.isDefault = net.isDefault;
+    return record;
+}
+
+bool insert(const Store &store, const Record &record, bool useTransaction) {
+    if (!store.isUsable() || isTaken(store, record))
+        return false;
+    Transaction transaction(store, useTransaction);
+    const bool hasCenter = store.hasSeveralNets() || store.hasColumn("Net", "centerX");
+    Query insert(store, store.hasSeveralNets() ? kInsertSeveralNets
+                        : hasCenter            ? kInsert
+                                               : kInsertWithoutCenter);
+    insert.bind(":NetId", record.id).bind(":name", nameToStore(record.name));
+    if (hasCenter)
+        insert.bind(":centerX", record.centerX).bind(":centerY", record.centerY);
+    insert.bind(":sourceType", record.sourceType)
+        .bind(":backgroundUrl", record.backgroundUrl)
+        .bind(":otherAttrsJson", record.otherAttrsJson);
+    if (store.hasSeveralNets())
+        insert.bindFlag(":isDefault", record.isDefault);
+    return transaction.commitOrRecord(insert.exec());
+}
+
+bool update(const Store &store, const Record &record, bool useTransaction) {
+    Transaction transaction(store, useTransaction);
+    const bool hasCaption = store.hasColumn("Net", "caption");
+    Query update(store, hasCaption ? kUpdate : kUpdateWithoutCaption, {store.netId()});
+    update.bind(":name", nameToStore(record.name))
+        .bind(":sourceUrl", record.sourceUrl)
+        .bind(":sourceType", record.sourceType)
+        .bind(":backgroundUrl", record.backgroundUrl)
+        .bind(":centerX", record.centerX)
+        .bind(":centerY", record.centerY)
+        .bind(":otherAttrsJson", record.otherAttrsJson)
+        .bindFlag(":isDefault", record.isDefault);
+    if (hasCaption)
+        update.bind(":caption", record.caption);
+    return transaction.commitOrRecord(update.exec());
+}
+
+Net *load(const Store &store) {
+    return loadFirst(store, fillNumber(QStringLiteral("select * from Net where NetId = %1"), store.netId()));
+}
+
+Net *loadByName(const Store &store, const QString &name) {
+    if (name.isEmpty())
+        return loadFirst(store, QStringLiteral("select * from Net order by netId"));
+    return loadFirst(store, QStringLiteral("select * from Net where name = '%1'").arg(quoted(name)));
+}
+
+bool exists(const Store &store) {
+    return Query(store, "select * from Net where NetId = %1", {store.netId()}).execAndNext();
+}
+
+long largestId(const Store &store) {
+    Query largest(store, "select max(NetId) from Net");
+    return largest.execAndNext() ? largest.firstId() : 0;
+}
+
+QList<Net> all(const Store &store) {
+    QList<Net> nets;
+    Query rows(store, "select * from Net order by NetId");
+    if (!rows.exec())
+        return nets;
+    while (rows.next()) {
+        Net net;
+        net.netId = rows.id("NetId");
+        net.name = rows.text("name");
+        net.otherAttrsJson = rows.json("otherAttrsJson");
+        nets.append(net);
+    }
+    return nets;
+}
+
+QByteArray backgroundMap(const Store &store) {
+    Query map(store, kBackgroundMap);
+    return map.execAndNext() ? map.value("backgroundMap").toByteArray() : QByteArray();
+}
+
+} // namespace networks

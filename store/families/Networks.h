@@ -1,0 +1,46 @@
+#pragma once
+
+#include "store/core/Store.h"
+
+#include <QByteArray>
+#include <QList>
+#include <QString>
+
+class Net;
+
+/// Rows of table Net and the current network gNet.
+namespace networks {
+
+/// What a row of Net holds; the further attributes as JSON text.
+struct Record {
+    long id = 0;
+    QString name;
+    QString sourceUrl;
+    QString sourceType;
+    QString backgroundUrl;
+    double centerX = 0;
+    double centerY = 0;
+    QString caption;
+    QString otherAttrsJson;
+    bool isDefault = false;
+};
+
+Record recordOf(const Net &net);
+
+/// Writes @p record; false without a record of failure when its name (generation 6: its id) is taken.
+bool insert(const Store &store, const Record &record, bool useTransaction);
+/// Writes @p record over the row of the store's network (generation 6).
+bool update(const Store &store, const Record &record, bool useTransaction);
+
+/// Loads the store's network into gNet; null and gNet unchanged without its row.
+Net *load(const Store &store);
+/// Loads the network of that name, or the first one for an empty name, into gNet.
+Net *loadByName(const Store &store, const QString &name);
+bool exists(const Store &store);
+long largestId(const Store &store);
+/// All networks with id, name and further attributes.
+QList<Net> all(const Store &store);
+
+QByteArray backgroundMap(const Store &store);
+
+} // namespace networks

@@ -1,0 +1,117 @@
+#include "model/SpecialWords.h"
+#include "store/DBTools.h"
+#include "store/DBTools_V6.h"
+#include "store/core/Probes.h"
+
+#include <MoraInterfaces/MoraInterfaces.h>
+
+#include <QDir>
+#include <QFileInfo>
+#include <QJsonObject>
+
+namespace {
+
+/// Copies the settings that the host names into @p targets; keys that are absent or null leave theirs alone.
+void takeTexts(const QJsonObject &settings,
+               std::initializer_list<std::pair<const char *, QString *>> targets) {
+    for (const auto &[key, target] : targets) {
+        const QJsonValue value = settings.value(QLatin1String(key));
+        if (!value.isUndefined() && !value.isNull())
+            *target = value.toString();
+    }
+}
+
+QJsonObject hostSettings() {
+    return gpMoraInterface ? gpMoraInterface->jsonSettings() : QJsonObject();
+}
+
+/// Gives up a handle on Qt's default connection, closing the connection.
+void releaseDefault(QSqlDatabase &handle) {
+    if (handle.connectionName() != QLatin1String(QSqlDatabase::defaultConnection))
+        return;
+    handle.close();
+    handle = QSqlDatabase();
+}
+
+/// Makes @p db Qt's default connection with @p driver. The process-wide handles on the one that it replaces
+/// are given up first: Qt would otherwise keep it alive and complain that it is in use.
+void replaceDefaultConnection(QSqlDatabase &db, const QString &driver) {
+    const QString name = QLatin1String(QSqlDatabase::defaultConnection);
+    releaseDefault(db);
+    releaseDefault(gDB);
+    releaseDefault(gDBForBackup);
+    gsDbPath.clear();
+    if (QSqlDatabase::contains(name))
+        QSqlDatabase::removeDatabase(name);
+    db = QSqlDatabase::addDatabase(driver);
+}
+
+/// SQLite would make a file for a path that does not exist; opening leaves no traces.
+bool isMissingFile(const QString &path, QList<CallDbResult> &failures) {
+    if (QFileInfo::exists(path))
+        return false;
+    CallDbResult failure;
+    failure.error = QStringLiteral("%1: no such file").arg(QDir::toNativeSeparators(path));
+    failures.append(failure);
+    return true;
+}
+
+} // namespace
+
+bool DBTools::takeSettings() {
+    takeTexts(hostSettings(), {{"__dbdriver", &mDbDriver},
+                               {"__dbhost", &mDbHost},
+                               {"__dbname", &mDbName},
+                               {"__dbuser", &mDbUser},
+                               {"__dbpassword", &mDbPassword}});
+    return mDbDriver == QLatin1String("QSQLITE");
+}
+
+bool DBTools::openDatabase(QSqlDatabase &db, QString path, bool resetIdCache) {
+    mhId.clear();
+    mhNetMaxId.clear();
+    mlCallDbResult.clear();
+    DBTools_V6::mlCallDbResult.clear();
+    const bool isSqlite = takeSettings();
+    if (isSqlite && path.isEmpty())
+        return false;
+    if (isSqlite)
+        mDbName = path;
+    replaceDefaultConnection(db, mDbDriver);
+    db.setHostName(mDbHost);
+    db.setPort(mDbPort);
+    db.setDatabaseName(mDbName);
+    db.setUserName(mDbUser);
+    db.setPassword(mDbPassword);
+    if (isSqlite && isMissingFile(path, mlCallDbResult))
+        return false;
+    db.open();
+    if (!validateDatabase(db))
+        return false;
+
+    mDbVer = static_cast<int>(selectDbVersion(db));
+    if (resetIdCache)
+        mhId.clear();
+    if (isSqlite)
+        updateDatabase(db);
+    judgeIsInter(db);
+    mbLinkHasRouadId = tableHasField(db, QStringLiteral("Link"), QStringLiteral("roadid"));
+    gsDbPath = isSqlite ? path : QString();
+    return true;
+}
+
+void DBTools::judgeIsInter(QSqlDatabase &db) {
+    // A store whose link types carry the Chinese default names is a Chinese store, any other an English one.
+    mbInter = !probes::returnsRow(db, QStringLiteral("select * from LinkType where typeName='高速路'"));
+    gSpecialWords.setDbIsEnglish(mbInter);
+}
+
+bool DBTools_V6::openDatabaseForBackup(QSqlDatabase &db, QString path, bool) {
+    replaceDefaultConnection(db, QStringLiteral("QSQLITE"));
+    db.setHostName(QStringLiteral("127.0.0.1"));
+    db.setDatabaseName(path);
+    if (isMissingFile(path, mlCallDbResult))
+        return false;
+    db.open();
+    return validateDatabase(db);
+}
