@@ -1,0 +1,39 @@
+# Installs BUILD_DIR into a fresh tree below WORK_DIR, builds SOURCE_DIR against nothing but that tree, and runs it.
+file(REMOVE_RECURSE ${WORK_DIR})
+
+function(run)
+    execute_process(COMMAND ${ARGV} RESULT_VARIABLE result OUTPUT_VARIABLE output ERROR_VARIABLE output)
+    message("${output}")
+    if(NOT result EQUAL 0)
+        message(FATAL_ERROR "Failed with ${result}: ${ARGV}")
+    endif()
+    set(output "${output}" PARENT_SCOPE)
+endfunction()
+
+run(${CMAKE_COMMAND} --install ${BUILD_DIR} --prefix ${WORK_DIR}/first)
+# What was installed must also work where it is moved to.
+file(RENAME ${WORK_DIR}/first ${WORK_DIR}/prefix)
+
+# Every public header stands alone and includes nothing that was not installed.
+file(GLOB headers RELATIVE ${WORK_DIR}/prefix/include ${WORK_DIR}/prefix/include/Mora*/*.h)
+if(NOT headers MATCHES "MoraStore/DBTools.h")
+    message(FATAL_ERROR "No public headers in ${WORK_DIR}/prefix/include")
+endif()
+file(COPY ${SOURCE_DIR}/ DESTINATION ${WORK_DIR}/source)
+foreach(header IN LISTS headers)
+    string(MAKE_C_IDENTIFIER ${header} name)
+    file(WRITE ${WORK_DIR}/source/headers/${name}.cpp "#include <${header}>\n")
+endforeach()
+file(APPEND ${WORK_DIR}/source/CMakeLists.txt "
+file(GLOB header_sources headers/*.cpp)
+add_library(headers OBJECT \${header_sources})
+target_link_libraries(headers PRIVATE MoraStore::MoraStore MoraStore::MoraSupport)
+")
+
+run(${CMAKE_COMMAND} -G ${GENERATOR} -S ${WORK_DIR}/source -B ${WORK_DIR}/build -DCMAKE_PREFIX_PATH=${WORK_DIR}/prefix
+    -DCMAKE_CXX_COMPILER=${CXX_COMPILER} "-DCMAKE_CXX_FLAGS=${CXX_FLAGS}")
+run(${CMAKE_COMMAND} --build ${WORK_DIR}/build)
+run(${WORK_DIR}/build/consumer ${WORK_DIR}/store.db)
+if(NOT output MATCHES "${EXPECTED}")
+    message(FATAL_ERROR "The consumer did not print '${EXPECTED}'.")
+endif()
