@@ -9,6 +9,8 @@ DecisionPoint::DecisionPoint(const DecisionPoint &other) {
 }
 
 DecisionPoint &DecisionPoint::operator=(const DecisionPoint &other) {
+    if (this == &other)
+        return *this;
     deciPointID = other.deciPointID;
     deciPointName = other.deciPointName;
     mpLink = other.mpLink;

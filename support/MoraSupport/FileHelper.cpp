@@ -26,7 +26,7 @@ QJsonObject FileHelper::readConfigFile() {
     if (!file.open(QIODevice::ReadOnly))
         return refused(
             QStringLiteral("Configuration file \"%1\" cannot be read: %2").arg(path, file.errorString()));
-    QJsonParseError error;
+    QJsonParseError error{};
     const QJsonDocument document = QJsonDocument::fromJson(file.readAll(), &error);
     if (error.error != QJsonParseError::NoError)
         return refused(QStringLiteral("Configuration file \"%1\" is no valid JSON: %2 at byte %3")
