@@ -1,0 +1,68 @@
+#pragma once
+
+#include "store/DBTools.h"
+#include "store/DBTools_V6.h"
+
+#include <QSqlDatabase>
+#include <QString>
+#include <QStringList>
+#include <QTemporaryDir>
+#include <gtest/gtest.h>
+
+#include <ostream>
+
+/// A kind of store that a family's suite runs on.
+struct StoreKind {
+    const char *name;         ///< Shows in the test's name.
+    const char *templateName; ///< Template that the store is made from.
+    bool hasSeveralNets;
+
+    friend std::ostream &operator<<(std::ostream &out, const StoreKind &kind) { return out << kind.name; }
+};
+
+/// The kinds for INSTANTIATE_TEST_SUITE_P(..., testing::ValuesIn(kStoreKinds), storeKindName).
+extern const StoreKind kStoreKinds[2];
+std::string storeKindName(const testing::TestParamInfo<StoreKind> &info);
+
+/// A store of its own for each case, open on gDB, made from a template that the library carries.
+class StoreFixture : public testing::Test {
+protected:
+    ~StoreFixture() override;
+
+    /// Copies a template to a file and opens it; network 1 exists and is the current one. Failures of the
+    /// opening itself are not kept.
+    void openTemplate(const char *templateName);
+    /// Drops what memory holds of the store (gNet's tables, registries) and opens the file again; network 1
+    /// is loaded where the store has one.
+    void reopen();
+    /// Path of the store file.
+    QString path() const;
+    QString folder() const { return mFolder.path(); }
+
+    /// Executes a statement of the test's own; a failure fails the test.
+    void execute(const QString &sql);
+    /// The rows that a statement returns, each with its values as text joined by "|" (NULL as "NULL").
+    QStringList rows(const QString &sql);
+    int count(const QString &table);
+
+    /// Failures recorded in both classes since the last opening.
+    static int failureCount() { return DBTools::mlCallDbResult.size() + DBTools_V6::mlCallDbResult.size(); }
+    static void clearFailures();
+
+    /// The network that the tests work in.
+    static constexpr long kNet = 1;
+
+private:
+    QTemporaryDir mFolder;
+};
+
+/// StoreFixture opened on the template of the parameter.
+class StoreKindFixture : public StoreFixture, public testing::WithParamInterface<StoreKind> {
+protected:
+    void SetUp() override { openTemplate(GetParam().templateName); }
+    bool hasSeveralNets() const { return GetParam().hasSeveralNets; }
+    /// The list that failures of this generation go to.
+    QList<CallDbResult> &failures() const {
+        return hasSeveralNets() ? DBTools_V6::mlCallDbResult : DBTools::mlCallDbResult;
+    }
+};
