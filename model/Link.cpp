@@ -1,14 +1,84 @@
 #include "Link.h"
 
 #include "Net.h"
+#include "SpecialWords.h"
+#include "store/DBTools.h"
+
+#include <MoraSupport/MyLogger.h>
+
+#include <QApplication>
+#include <QMessageBox>
 
 #include <cmath>
+
+namespace {
+
+QString word(const QString &key) {
+    return gSpecialWords.getWord(key);
+}
+
+/// What drives on the lanes of a link of that type.
+QString actionTypeOf(const QString &linkType) {
+    if (linkType == word(QStringLiteral("机非共享车道")) || linkType == word(QStringLiteral("机非共享")))
+        return word(QStringLiteral("机非共享车道"));
+    if (linkType == word(QStringLiteral("非机动车道")) || linkType == word(QStringLiteral("公交专用道")))
+        return linkType;
+    return word(QStringLiteral("机动车道"));
+}
+
+void showFailure(const QString &text) {
+    const QString title = QStringLiteral("Link");
+    if (qobject_cast<QApplication *>(QCoreApplication::instance()))
+        QMessageBox::critical(nullptr, title, text, QMessageBox::Ok);
+    else
+        MyLogger(title).error(text);
+}
+
+} // namespace
 
 Link::~Link() {
     Net::forget(this);
     if (mpEndNode != mpStartNode)
         delete mpEndNode;
     delete mpStartNode;
+}
+
+void Link::createLanes(const QList<double> &widths) {
+    const QString actionType = actionTypeOf(linkType);
+    for (int i = 0; i < widths.size(); ++i) {
+        if (!appendLane(i + 1, widths.at(i), actionType))
+            return;
+    }
+}
+
+void Link::createLanes() {
+    // Only lanes made by number keep a pedestrian way's type; lanes of given widths on one are motor lanes.
+    const bool isPedestrianWay = linkType == word(QStringLiteral("人行道"));
+    const QString actionType = isPedestrianWay ? linkType : actionTypeOf(linkType);
+    for (int made = 0; laneNumber > made; ++made) {
+        if (!appendLane(made + 1, laneWidth, actionType))
+            return;
+    }
+}
+
+bool Link::appendLane(int serialNumber, double width, const QString &actionType) {
+    long id = 0;
+    if (!DBTools::getIDByTableName(gDB, QStringLiteral("Lane"), id)) {
+        showFailure(QStringLiteral("Lane %1 of link %2 and those after it were not made: the store gives no "
+                                   "identifier; check that it is open and writable.")
+                        .arg(serialNumber)
+                        .arg(linkID));
+        return false;
+    }
+    auto *lane = new Lane;
+    lane->laneID = id;
+    lane->linkID = linkID;
+    lane->serialNumber = serialNumber;
+    lane->width = width;
+    lane->expectTravelDirection = word(QStringLiteral("自由行驶"));
+    lane->actionType = actionType;
+    mlLane.append(lane);
+    return true;
 }
 
 double Link::width() const {

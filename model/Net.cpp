@@ -46,10 +46,8 @@ void Net::enter(Lane *lane) {
 
 void Net::enter(Connector *connector) {
     mConnectors.enter(connector->connID, connector);
-}
-
-void Net::enter(LaneConnector *laneConnector) {
-    mLaneConnectors.enter(laneConnector->laneConnId, laneConnector);
+    for (LaneConnector *laneConnector : qAsConst(connector->mlLaneConnector))
+        mLaneConnectors.enter(laneConnector->laneConnId, laneConnector);
 }
 
 void Net::enter(SignalPhase *phase) {

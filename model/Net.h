@@ -75,11 +75,10 @@ public:
 
     /// Enters the link under its id unless the table has one of that id. Its lanes are entered one by one.
     void enter(Link *link);
-    /// These enter the object alone, in place of one that has its id. A connector's lane connectors are
-    /// entered one by one.
+    /// Enters the object, in place of one that has its id.
     void enter(Lane *lane);
+    /// The same, with the lane connectors that it has by now.
     void enter(Connector *connector);
-    void enter(LaneConnector *laneConnector);
     void enter(SignalPhase *phase);
 
     /// Empties the tables. The objects stay with their owners.

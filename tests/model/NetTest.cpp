@@ -31,7 +31,6 @@ struct Graph {
             gNet.enter(link->mlLane.first());
         }
         gNet.enter(connector.get());
-        gNet.enter(connector->mlLaneConnector.first());
         gNet.enter(phase.get());
     }
 
@@ -39,6 +38,12 @@ struct Graph {
     std::unique_ptr<Link> to = linkOf(2);
     std::unique_ptr<Connector> connector = std::make_unique<Connector>(7, from.get(), to.get());
     std::unique_ptr<SignalPhase> phase = std::make_unique<SignalPhase>();
+};
+
+// The cases share gNet when they run in one process.
+class NetTables : public ::testing::Test {
+protected:
+    void TearDown() override { gNet = Net(); }
 };
 
 void expectEmptyTables(const Net &net, long laneConnectorId) {
@@ -53,7 +58,7 @@ void expectEmptyTables(const Net &net, long laneConnectorId) {
 
 } // namespace
 
-TEST(Net, FindsWhatWasEnteredAndListsInOrderOfIds) {
+TEST_F(NetTables, FindsWhatWasEnteredAndListsInOrderOfIds) {
     const Graph graph;
     EXPECT_EQ(gNet.lLink(), QList<Link *>({graph.from.get(), graph.to.get()}));
     EXPECT_EQ(gNet.lConnector(), QList<Connector *>({graph.connector.get()}));
@@ -65,7 +70,7 @@ TEST(Net, FindsWhatWasEnteredAndListsInOrderOfIds) {
     EXPECT_EQ(gNet.getSignalPhaseById(9), graph.phase.get());
 }
 
-TEST(Net, ObjectsAndTablesMayGoInEitherOrder) {
+TEST_F(NetTables, ObjectsAndTablesMayGoInEitherOrder) {
     long laneConnectorId = 0;
     {
         const Graph graph;
@@ -82,7 +87,7 @@ TEST(Net, ObjectsAndTablesMayGoInEitherOrder) {
     expectEmptyTables(gNet, laneConnectorId);
 }
 
-TEST(Net, OnlyTheEnteredObjectLeaves) {
+TEST_F(NetTables, OnlyTheEnteredObjectLeaves) {
     const auto held = linkOf(1);
     gNet.enter(held.get());
     {
@@ -101,7 +106,7 @@ TEST(Net, OnlyTheEnteredObjectLeaves) {
     EXPECT_EQ(gNet.getConnectorById(7), nullptr);
 }
 
-TEST(Net, AnotherNetworksRecordEmptiesTheTables) {
+TEST_F(NetTables, AnotherNetworksRecordEmptiesTheTables) {
     EXPECT_TRUE(gNet.isCurrent(3)); // no network yet
     NetRecord record;
     record.netId = 3;
@@ -151,7 +156,7 @@ TEST(Net, ShowsItsRecordThroughTheInterface) {
     EXPECT_EQ(roadNet.otherAttrs(), net.otherAttrsJson);
 }
 
-TEST(Net, MayDieBeforeAnEnteredObject) {
+TEST_F(NetTables, MayDieBeforeAnEnteredObject) {
     EXPECT_EXIT(
         {
             auto link = linkOf(3);
