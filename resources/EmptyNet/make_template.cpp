@@ -12,8 +12,9 @@
 ///
 /// Usage: make_template STORE FILE.sql...
 ///
-/// A statement ends with a semicolon at the end of a line; a comment is a line of its own that starts with "--".
-/// A refused statement ends the run with the file, the line and the engine's words, and leaves no store behind.
+/// A statement ends with a semicolon at the end of a line; a comment is a line of its own that starts with
+/// "--". A refused statement ends the run with the file, the line and the engine's words, and leaves no
+/// store.
 
 namespace {
 
@@ -48,8 +49,10 @@ QList<Statement> readStatements(const QString &path) {
         current = {QString(), 0};
     }
     if (!current.text.isEmpty())
-        throw std::runtime_error(qPrintable(
-            QStringLiteral("%1:%2: the statement has no semicolon at the end of a line").arg(path).arg(current.line)));
+        throw std::runtime_error(
+            qPrintable(QStringLiteral("%1:%2: the statement has no semicolon at the end of a line")
+                           .arg(path)
+                           .arg(current.line)));
     return statements;
 }
 
@@ -65,8 +68,9 @@ void makeStore(const QString &store, const QStringList &files) {
     if (!db.open())
         throw std::runtime_error(qPrintable(store + QStringLiteral(": ") + db.lastError().text()));
     QSqlQuery query(db);
-    // Set rather than assumed: an engine may be built with other defaults, and the templates are the same everywhere.
-    for (const char *pragma : {"encoding = 'UTF-8'", "page_size = 4096", "auto_vacuum = none", "journal_mode = delete"})
+    // Set rather than assumed: an engine may be built with other defaults.
+    for (const char *pragma :
+         {"encoding = 'UTF-8'", "page_size = 4096", "auto_vacuum = none", "journal_mode = delete"})
         run(query, QStringLiteral("pragma ") + QLatin1String(pragma), store);
     run(query, QStringLiteral("begin"), store);
     for (const QString &file : files) {
@@ -74,7 +78,7 @@ void makeStore(const QString &store, const QStringList &files) {
             run(query, statement.text, QStringLiteral("%1:%2").arg(file).arg(statement.line));
     }
     run(query, QStringLiteral("commit"), store);
-    run(query, QStringLiteral("vacuum"), store);
+    // Never "vacuum" here: it drops sqlite_sequence when no table numbers itself.
 }
 
 } // namespace
