@@ -20,9 +20,10 @@ bool checkStatement(const QSqlQuery &query, FailureList &failures) {
 
 bool checkConnection(const QSqlDatabase &db, FailureList &failures) {
     const QSqlError error = db.lastError();
-    if (error.isValid()) {
+    // A statement on a closed connection does not run and yet leaves no error behind.
+    if (error.isValid() || !db.isOpen()) {
         CallDbResult failure;
-        failure.error = error.text();
+        failure.error = error.isValid() ? error.text() : QStringLiteral("The store is not open");
         failures.append(failure);
         return false;
     }

@@ -13,7 +13,8 @@ namespace {
 QSqlQuery run(const QSqlDatabase &db, const QString &sql) {
     QSqlQuery query(db);
     query.setForwardOnly(true);
-    query.exec(sql);
+    if (db.isOpen())
+        query.exec(sql);
     return query;
 }
 

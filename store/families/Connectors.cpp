@@ -208,8 +208,6 @@ Connector *read(const Store &store, long connectorId) {
         return nullptr;
     readLaneConnectors(store, *connector);
     gNet.enter(connector.get());
-    for (LaneConnector *lanes : qAsConst(connector->mlLaneConnector))
-        gNet.enter(lanes);
     return connector.release();
 }
 

@@ -33,6 +33,7 @@ StoreFixture::~StoreFixture() {
     dropMemory();
     gDB.close();
     gDB = QSqlDatabase();
+    gDBForBackup = QSqlDatabase();
     QSqlDatabase::removeDatabase(QLatin1String(QSqlDatabase::defaultConnection));
 }
 
