@@ -5,12 +5,20 @@
 #include "store/core/Probes.h"
 #include "store/core/Store.h"
 #include "store/core/Transaction.h"
+#include "store/families/BusLines.h"
+#include "store/families/BusStations.h"
 #include "store/families/Connectors.h"
+#include "store/families/DrivInfoCollectors.h"
 #include "store/families/GuideArrows.h"
 #include "store/families/Identifiers.h"
 #include "store/families/LinkTypes.h"
 #include "store/families/Links.h"
 #include "store/families/Networks.h"
+#include "store/families/QueueCounters.h"
+#include "store/families/ReduceSpeedAreas.h"
+#include "store/families/TravelDetectors.h"
+#include "store/families/VehicleDetectors.h"
+#include "store/families/Zones.h"
 #include "store/schema/Dictionaries.h"
 #include "store/schema/Upgrade.h"
 
@@ -268,4 +276,110 @@ GuideArrow *DBTools::selectGuideArrowByID(QSqlDatabase &db, long netId, long id)
 
 bool DBTools::selectGuideArrowIDs(QSqlDatabase &db, long netId, QList<long> &ids) {
     return guidearrows::listIds(storeOf(db, netId), ids);
+}
+
+bool DBTools::insertVehicleDetector(QSqlDatabase &db, long netId, VehicleDetector *detector,
+                                    bool inTransaction) {
+    return vehicledetectors::insert(storeOf(db, netId), detector, inTransaction);
+}
+
+VehicleDetector *DBTools::selectVehicleDetector(QSqlDatabase &db, long netId, long detectorId) {
+    return vehicledetectors::read(storeOf(db, netId), detectorId);
+}
+
+bool DBTools::selectVehicleDetectorIds(QSqlDatabase &db, long netId, QList<long> &ids) {
+    return vehicledetectors::listIds(storeOf(db, netId), ids);
+}
+
+bool DBTools::insertVehicleQueueCounter(QSqlDatabase &db, long netId, VehicleQueueCounter *counter,
+                                        bool inTransaction) {
+    return queuecounters::insert(storeOf(db, netId), counter, inTransaction);
+}
+
+VehicleQueueCounter *DBTools::selectVehicleQueueCounter(QSqlDatabase &db, long netId, long counterId) {
+    return queuecounters::read(storeOf(db, netId), counterId);
+}
+
+bool DBTools::selectVehicleQueueCounterIds(QSqlDatabase &db, long netId, QList<long> &ids) {
+    return queuecounters::listIds(storeOf(db, netId), ids);
+}
+
+bool DBTools::insertVehicleTravelDetector(QSqlDatabase &db, long netId, VehicleTravelDetector *detector,
+                                          bool inTransaction) {
+    return traveldetectors::insert(storeOf(db, netId), detector, inTransaction);
+}
+
+VehicleTravelDetector *DBTools::selectVehicleTravelDetector(QSqlDatabase &db, long netId, long detectorId) {
+    return traveldetectors::read(storeOf(db, netId), detectorId);
+}
+
+bool DBTools::selectVehicleTravelDetectorIds(QSqlDatabase &db, long netId, QList<long> &ids) {
+    return traveldetectors::listIds(storeOf(db, netId), ids);
+}
+
+bool DBTools::insertDrivInfoCollector(QSqlDatabase &db, long netId, VehicleDrivInfoCollector collector,
+                                      bool inTransaction) {
+    return drivinfocollectors::insert(storeOf(db, netId), collector, inTransaction);
+}
+
+VehicleDrivInfoCollector DBTools::selectVehicleDrivInfoCollector(QSqlDatabase &db, long netId,
+                                                                 long collectorId) {
+    return drivinfocollectors::read(storeOf(db, netId), collectorId);
+}
+
+bool DBTools::selectVehicleDrivInfoCollectorIds(QSqlDatabase &db, long netId, QList<long> &ids) {
+    return drivinfocollectors::listIds(storeOf(db, netId), ids);
+}
+
+bool DBTools::insertBusLine(QSqlDatabase &db, long netId, BusLine *line, bool inTransaction) {
+    return buslines::insert(storeOf(db, netId), line, inTransaction);
+}
+
+BusLine *DBTools::selectBusLine(QSqlDatabase &db, long netId, long lineId) {
+    return buslines::read(storeOf(db, netId), lineId);
+}
+
+bool DBTools::selectBusLineIds(QSqlDatabase &db, long netId, QList<long> &ids) {
+    return buslines::listIds(storeOf(db, netId), ids);
+}
+
+bool DBTools::insertBusStation(QSqlDatabase &db, long netId, BusStation *station, bool inTransaction) {
+    return busstations::insert(storeOf(db, netId), station, inTransaction);
+}
+
+BusStation *DBTools::selectBusStation(QSqlDatabase &db, long netId, long stationId) {
+    return busstations::read(storeOf(db, netId), stationId);
+}
+
+bool DBTools::selectBusStationIds(QSqlDatabase &db, long netId, QList<long> &ids) {
+    return busstations::listIds(storeOf(db, netId), ids);
+}
+
+AccidentZone *DBTools::selectAccidentZone(QSqlDatabase &db, long netId, long zoneId) {
+    // Never forwarded: on a generation-6 store it finds the zone of that id in whichever network.
+    return zones::readAccident(oneNetStore(db, netId), zoneId);
+}
+
+bool DBTools::selectAccidentZoneIds(QSqlDatabase &db, long netId, QList<long> &ids) {
+    return zones::listAccidentIds(storeOf(db, netId), ids);
+}
+
+RoadWorkZone *DBTools::selectRoadWorkZone(QSqlDatabase &db, long netId, long zoneId) {
+    return zones::readRoadWork(storeOf(db, netId), zoneId);
+}
+
+bool DBTools::selectRoadWorkZoneIds(QSqlDatabase &db, long netId, QList<long> &ids) {
+    return zones::listRoadWorkIds(storeOf(db, netId), ids);
+}
+
+bool DBTools::insertReduceSpeedArea(QSqlDatabase &db, long netId, ReduceSpeedArea *area, bool inTransaction) {
+    return reducespeedareas::insert(storeOf(db, netId), area, inTransaction);
+}
+
+ReduceSpeedArea *DBTools::selectReduceSpeedArea(QSqlDatabase &db, long netId, long areaId) {
+    return reducespeedareas::read(storeOf(db, netId), areaId);
+}
+
+bool DBTools::selectReduceSpeedAreaIds(QSqlDatabase &db, long netId, QList<long> &ids) {
+    return reducespeedareas::listIds(storeOf(db, netId), ids);
 }

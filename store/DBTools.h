@@ -5,6 +5,7 @@
 #include "model/LinkType.h"
 #include "model/MoraStoreExport.h"
 #include "model/Net.h"
+#include "model/VehicleDrivInfoCollector.h"
 
 #include <QByteArray>
 #include <QHash>
@@ -16,8 +17,16 @@
 #include <QString>
 #include <QStringList>
 
+class AccidentZone;
+class BusLine;
+class BusStation;
 class Connector;
 class Link;
+class ReduceSpeedArea;
+class RoadWorkZone;
+class VehicleDetector;
+class VehicleQueueCounter;
+class VehicleTravelDetector;
 
 /// The connection that the host works on.
 extern MORASTORE_EXPORT QSqlDatabase gDB;
@@ -247,6 +256,93 @@ public:
     static GuideArrow *selectGuideArrowByID(QSqlDatabase &db, long netId, long id);
     /// Appends the ids of all guide arrows whose lane exists.
     static bool selectGuideArrowIDs(QSqlDatabase &db, long netId, QList<long> &ids);
+    /// @}
+
+    /// @name Detectors
+    /// The inserts are trial runs when their flag is set: their transaction is rolled back on purpose, and
+    /// the result tells whether the rows would have been written. To keep the rows, call them without the
+    /// flag. The lists of ids give true in every case.
+    /// @{
+    /// Writes a detector and the vehicle types that it registers. Generation 6 refuses the types: a detector
+    /// that has some gives false, and its own row stays.
+    static bool insertVehicleDetector(QSqlDatabase &db, long netId, VehicleDetector *detector,
+                                      bool inTransaction);
+    /// A new detector of the caller's; null when the store has no such detector. A vehicle type that
+    /// ghVehicleType does not know reads as the default type's code.
+    static VehicleDetector *selectVehicleDetector(QSqlDatabase &db, long netId, long detectorId);
+    static bool selectVehicleDetectorIds(QSqlDatabase &db, long netId, QList<long> &ids);
+
+    static bool insertVehicleQueueCounter(QSqlDatabase &db, long netId, VehicleQueueCounter *counter,
+                                          bool inTransaction);
+    /// A new queue counter of the caller's, never null: without such a row its id is 0 and the rest as in a
+    /// new one.
+    static VehicleQueueCounter *selectVehicleQueueCounter(QSqlDatabase &db, long netId, long counterId);
+    /// Appends the counters whose road exists; in generation 6 all.
+    static bool selectVehicleQueueCounterIds(QSqlDatabase &db, long netId, QList<long> &ids);
+
+    static bool insertVehicleTravelDetector(QSqlDatabase &db, long netId, VehicleTravelDetector *detector,
+                                            bool inTransaction);
+    /// A new travel-time detector of the caller's; null when the store has no such detector.
+    static VehicleTravelDetector *selectVehicleTravelDetector(QSqlDatabase &db, long netId, long detectorId);
+    /// Appends the detectors both of whose roads exist; in generation 6 all.
+    static bool selectVehicleTravelDetectorIds(QSqlDatabase &db, long netId, QList<long> &ids);
+
+    static bool insertDrivInfoCollector(QSqlDatabase &db, long netId, VehicleDrivInfoCollector collector,
+                                        bool inTransaction);
+    /// A driving-data collector; a new one, of id 0, when the store has no such collector.
+    static VehicleDrivInfoCollector selectVehicleDrivInfoCollector(QSqlDatabase &db, long netId,
+                                                                   long collectorId);
+    /// Appends the collectors whose road exists; in generation 6 all.
+    static bool selectVehicleDrivInfoCollectorIds(QSqlDatabase &db, long netId, QList<long> &ids);
+    /// @}
+
+    /// @name Public transport
+    /// Stations are written before the lines that stop there. Links are resolved through gNet, so they are
+    /// read first. The lists of ids give true in every case.
+    /// @{
+    /// Writes a bus line with its stops, their arrivals and its roads, and stops at the first row that fails;
+    /// with the flag nothing of the line is then left. Stops carry the ids of line and station of their own.
+    static bool insertBusLine(QSqlDatabase &db, long netId, BusLine *line, bool inTransaction);
+    /// A new bus line of the caller's with its stops in the order of the route; stops away from the route are
+    /// left out, and a link that the route passes twice gives its stops twice.
+    /// @return null when the store has no such line or gNet knows none of its links.
+    static BusLine *selectBusLine(QSqlDatabase &db, long netId, long lineId);
+    static bool selectBusLineIds(QSqlDatabase &db, long netId, QList<long> &ids);
+    /// Writes a station, which must have its link. With the flag a trial run: the transaction is rolled back
+    /// on purpose, and the result tells whether the row would have been written.
+    static bool insertBusStation(QSqlDatabase &db, long netId, BusStation *station, bool inTransaction);
+    /// A new station of the caller's, without a link when gNet does not know it; null when the store has no
+    /// such station.
+    static BusStation *selectBusStation(QSqlDatabase &db, long netId, long stationId);
+    /// Appends the stations whose link exists.
+    static bool selectBusStationIds(QSqlDatabase &db, long netId, QList<long> &ids);
+    /// @}
+
+    /// @name Accident and road-work zones
+    /// Other programs write them. The lists of ids are false when their query failed, and add nothing where a
+    /// store of one network has no table for the zones yet.
+    /// @{
+    /// A new zone of the caller's, its lanes by number; null when the store has no such zone. Runs alike on
+    /// every store: in generation 6 it takes the zone of that id of whichever network, while the operation of
+    /// DBTools_V6 finds none.
+    static AccidentZone *selectAccidentZone(QSqlDatabase &db, long netId, long zoneId);
+    static bool selectAccidentZoneIds(QSqlDatabase &db, long netId, QList<long> &ids);
+    /// A new zone of the caller's, its lanes by number; null when the store has no such zone.
+    static RoadWorkZone *selectRoadWorkZone(QSqlDatabase &db, long netId, long zoneId);
+    static bool selectRoadWorkZoneIds(QSqlDatabase &db, long netId, QList<long> &ids);
+    /// @}
+
+    /// @name Speed reduction areas
+    /// @{
+    /// Writes an area, its intervals and the speeds of vehicle types; these carry the area id of their own.
+    /// With the flag a trial run: the transaction is rolled back on purpose, and the result tells whether the
+    /// rows would have been written.
+    static bool insertReduceSpeedArea(QSqlDatabase &db, long netId, ReduceSpeedArea *area,
+                                      bool inTransaction);
+    /// A new area of the caller's; null when the store has no such area.
+    static ReduceSpeedArea *selectReduceSpeedArea(QSqlDatabase &db, long netId, long areaId);
+    /// Appends all area ids; true in every case.
+    static bool selectReduceSpeedAreaIds(QSqlDatabase &db, long netId, QList<long> &ids);
     /// @}
 
 private:

@@ -2,12 +2,20 @@
 
 #include "store/core/Store.h"
 #include "store/core/Transaction.h"
+#include "store/families/BusLines.h"
+#include "store/families/BusStations.h"
 #include "store/families/Connectors.h"
+#include "store/families/DrivInfoCollectors.h"
 #include "store/families/GuideArrows.h"
 #include "store/families/Identifiers.h"
 #include "store/families/LinkTypes.h"
 #include "store/families/Links.h"
 #include "store/families/Networks.h"
+#include "store/families/QueueCounters.h"
+#include "store/families/ReduceSpeedAreas.h"
+#include "store/families/TravelDetectors.h"
+#include "store/families/VehicleDetectors.h"
+#include "store/families/Zones.h"
 #include "store/schema/Dictionaries.h"
 
 #include <QSysInfo>
@@ -119,4 +127,111 @@ GuideArrow *DBTools_V6::selectGuideArrowByID(QSqlDatabase &db, long netId, long 
 
 bool DBTools_V6::selectGuideArrowIDs(QSqlDatabase &db, long netId, QList<long> &ids) {
     return guidearrows::listIds(storeOf(db, netId), ids);
+}
+
+bool DBTools_V6::insertVehicleDetector(QSqlDatabase &db, long netId, VehicleDetector *detector,
+                                       bool inTransaction) {
+    return vehicledetectors::insert(storeOf(db, netId), detector, inTransaction);
+}
+
+VehicleDetector *DBTools_V6::selectVehicleDetector(QSqlDatabase &db, long netId, long detectorId) {
+    return vehicledetectors::read(storeOf(db, netId), detectorId);
+}
+
+bool DBTools_V6::selectVehicleDetectorIds(QSqlDatabase &db, long netId, QList<long> &ids) {
+    return vehicledetectors::listIds(storeOf(db, netId), ids);
+}
+
+bool DBTools_V6::insertVehicleQueueCounter(QSqlDatabase &db, long netId, VehicleQueueCounter *counter,
+                                           bool inTransaction) {
+    return queuecounters::insert(storeOf(db, netId), counter, inTransaction);
+}
+
+VehicleQueueCounter *DBTools_V6::selectVehicleQueueCounter(QSqlDatabase &db, long netId, long counterId) {
+    return queuecounters::read(storeOf(db, netId), counterId);
+}
+
+bool DBTools_V6::selectVehicleQueueCounterIds(QSqlDatabase &db, long netId, QList<long> &ids) {
+    return queuecounters::listIds(storeOf(db, netId), ids);
+}
+
+bool DBTools_V6::insertVehicleTravelDetector(QSqlDatabase &db, long netId, VehicleTravelDetector *detector,
+                                             bool inTransaction) {
+    return traveldetectors::insert(storeOf(db, netId), detector, inTransaction);
+}
+
+VehicleTravelDetector *DBTools_V6::selectVehicleTravelDetector(QSqlDatabase &db, long netId,
+                                                               long detectorId) {
+    return traveldetectors::read(storeOf(db, netId), detectorId);
+}
+
+bool DBTools_V6::selectVehicleTravelDetectorIds(QSqlDatabase &db, long netId, QList<long> &ids) {
+    return traveldetectors::listIds(storeOf(db, netId), ids);
+}
+
+bool DBTools_V6::insertDrivInfoCollector(QSqlDatabase &db, long netId, VehicleDrivInfoCollector collector,
+                                         bool inTransaction) {
+    return drivinfocollectors::insert(storeOf(db, netId), collector, inTransaction);
+}
+
+VehicleDrivInfoCollector DBTools_V6::selectVehicleDrivInfoCollector(QSqlDatabase &db, long netId,
+                                                                    long collectorId) {
+    return drivinfocollectors::read(storeOf(db, netId), collectorId);
+}
+
+bool DBTools_V6::selectVehicleDrivInfoCollectorIds(QSqlDatabase &db, long netId, QList<long> &ids) {
+    return drivinfocollectors::listIds(storeOf(db, netId), ids);
+}
+
+bool DBTools_V6::insertBusLine(QSqlDatabase &db, long netId, BusLine *line, bool inTransaction) {
+    return buslines::insert(storeOf(db, netId), line, inTransaction);
+}
+
+BusLine *DBTools_V6::selectBusLine(QSqlDatabase &db, long netId, long lineId) {
+    return buslines::read(storeOf(db, netId), lineId);
+}
+
+bool DBTools_V6::selectBusLineIds(QSqlDatabase &db, long netId, QList<long> &ids) {
+    return buslines::listIds(storeOf(db, netId), ids);
+}
+
+bool DBTools_V6::insertBusStation(QSqlDatabase &db, long netId, BusStation *station, bool inTransaction) {
+    return busstations::insert(storeOf(db, netId), station, inTransaction);
+}
+
+BusStation *DBTools_V6::selectBusStation(QSqlDatabase &db, long netId, long stationId) {
+    return busstations::read(storeOf(db, netId), stationId);
+}
+
+bool DBTools_V6::selectBusStationIds(QSqlDatabase &db, long netId, QList<long> &ids) {
+    return busstations::listIds(storeOf(db, netId), ids);
+}
+
+AccidentZone *DBTools_V6::selectAccidentZone(QSqlDatabase &db, long netId, long zoneId) {
+    return zones::readAccident(storeOf(db, netId), zoneId);
+}
+
+bool DBTools_V6::selectAccidentZoneIds(QSqlDatabase &db, long netId, QList<long> &ids) {
+    return zones::listAccidentIds(storeOf(db, netId), ids);
+}
+
+RoadWorkZone *DBTools_V6::selectRoadWorkZone(QSqlDatabase &db, long netId, long zoneId) {
+    return zones::readRoadWork(storeOf(db, netId), zoneId);
+}
+
+bool DBTools_V6::selectRoadWorkZoneIds(QSqlDatabase &db, long netId, QList<long> &ids) {
+    return zones::listRoadWorkIds(storeOf(db, netId), ids);
+}
+
+bool DBTools_V6::insertReduceSpeedArea(QSqlDatabase &db, long netId, ReduceSpeedArea *area,
+                                       bool inTransaction) {
+    return reducespeedareas::insert(storeOf(db, netId), area, inTransaction);
+}
+
+ReduceSpeedArea *DBTools_V6::selectReduceSpeedArea(QSqlDatabase &db, long netId, long areaId) {
+    return reducespeedareas::read(storeOf(db, netId), areaId);
+}
+
+bool DBTools_V6::selectReduceSpeedAreaIds(QSqlDatabase &db, long netId, QList<long> &ids) {
+    return reducespeedareas::listIds(storeOf(db, netId), ids);
 }

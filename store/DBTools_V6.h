@@ -64,6 +64,43 @@ public:
     static GuideArrow *selectGuideArrowByID(QSqlDatabase &db, long netId, long id);
     static bool selectGuideArrowIDs(QSqlDatabase &db, long netId, QList<long> &ids);
 
+    static bool insertVehicleDetector(QSqlDatabase &db, long netId, VehicleDetector *detector,
+                                      bool inTransaction);
+    static VehicleDetector *selectVehicleDetector(QSqlDatabase &db, long netId, long detectorId);
+    static bool selectVehicleDetectorIds(QSqlDatabase &db, long netId, QList<long> &ids);
+    static bool insertVehicleQueueCounter(QSqlDatabase &db, long netId, VehicleQueueCounter *counter,
+                                          bool inTransaction);
+    static VehicleQueueCounter *selectVehicleQueueCounter(QSqlDatabase &db, long netId, long counterId);
+    static bool selectVehicleQueueCounterIds(QSqlDatabase &db, long netId, QList<long> &ids);
+    static bool insertVehicleTravelDetector(QSqlDatabase &db, long netId, VehicleTravelDetector *detector,
+                                            bool inTransaction);
+    static VehicleTravelDetector *selectVehicleTravelDetector(QSqlDatabase &db, long netId, long detectorId);
+    static bool selectVehicleTravelDetectorIds(QSqlDatabase &db, long netId, QList<long> &ids);
+    static bool insertDrivInfoCollector(QSqlDatabase &db, long netId, VehicleDrivInfoCollector collector,
+                                        bool inTransaction);
+    static VehicleDrivInfoCollector selectVehicleDrivInfoCollector(QSqlDatabase &db, long netId,
+                                                                   long collectorId);
+    static bool selectVehicleDrivInfoCollectorIds(QSqlDatabase &db, long netId, QList<long> &ids);
+
+    static bool insertBusLine(QSqlDatabase &db, long netId, BusLine *line, bool inTransaction);
+    static BusLine *selectBusLine(QSqlDatabase &db, long netId, long lineId);
+    static bool selectBusLineIds(QSqlDatabase &db, long netId, QList<long> &ids);
+    static bool insertBusStation(QSqlDatabase &db, long netId, BusStation *station, bool inTransaction);
+    static BusStation *selectBusStation(QSqlDatabase &db, long netId, long stationId);
+    static bool selectBusStationIds(QSqlDatabase &db, long netId, QList<long> &ids);
+
+    /// Finds no zone: the database refuses its statement, and the refusal is recorded.
+    /// DBTools::selectAccidentZone() reads them.
+    static AccidentZone *selectAccidentZone(QSqlDatabase &db, long netId, long zoneId);
+    static bool selectAccidentZoneIds(QSqlDatabase &db, long netId, QList<long> &ids);
+    static RoadWorkZone *selectRoadWorkZone(QSqlDatabase &db, long netId, long zoneId);
+    static bool selectRoadWorkZoneIds(QSqlDatabase &db, long netId, QList<long> &ids);
+
+    static bool insertReduceSpeedArea(QSqlDatabase &db, long netId, ReduceSpeedArea *area,
+                                      bool inTransaction);
+    static ReduceSpeedArea *selectReduceSpeedArea(QSqlDatabase &db, long netId, long areaId);
+    static bool selectReduceSpeedAreaIds(QSqlDatabase &db, long netId, QList<long> &ids);
+
 private:
     static int mDbVer;
     static bool mbInter;

@@ -6,13 +6,24 @@
 
 #include <algorithm>
 
+namespace {
+
+/// The brackets around a column that is named like a keyword are SQLite's quoting; PostgreSQL takes the name
+/// as it is.
+QString inDialect(const Store &store, QString text) {
+    return store.isPostgreSql() ? text.replace(QLatin1String("[type]"), QLatin1String("type")) : text;
+}
+
+} // namespace
+
 Query::Query(const Store &store, const Sql &sql, std::initializer_list<long> ids)
     : Query(store, store.text(sql, ids)) {}
 
 Query::Query(const Store &store, const char *sql, std::initializer_list<long> ids)
     : Query(store, fillNumbers(QString::fromUtf8(sql), ids)) {}
 
-Query::Query(const Store &store, const QString &text) : mStore(store), mText(text), mQuery(store.db()) {
+Query::Query(const Store &store, const QString &text)
+    : mStore(store), mText(inDialect(store, text)), mQuery(store.db()) {
     // QPSQL gives up the rest of a forward-only result as soon as another statement runs on the connection.
     mQuery.setForwardOnly(!store.isPostgreSql());
 }

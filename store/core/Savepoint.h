@@ -1,0 +1,25 @@
+#pragma once
+
+#include "store/core/Store.h"
+
+/// Keeps the failure of a row from ending the transaction around it, for operations that go on after a failed
+/// row.
+///
+/// PostgreSQL takes no further statement in a transaction once one has failed; SQLite goes on by itself. With
+/// a savepoint around each row that may fail, both end with the same rows. Does nothing on SQLite and outside
+/// a transaction.
+class Savepoint {
+public:
+    explicit Savepoint(const Store &store);
+    /// Undoes what was not ended.
+    ~Savepoint() { end(false); }
+    Savepoint(const Savepoint &) = delete;
+    Savepoint &operator=(const Savepoint &) = delete;
+
+    /// Keeps what was written since when @p written is true, undoes it otherwise. @return @p written.
+    bool end(bool written);
+
+private:
+    const Store &mStore;
+    bool mSet = false;
+};

@@ -1,0 +1,17 @@
+#pragma once
+
+#include "store/core/Store.h"
+
+#include <QList>
+
+class BusLine;
+
+/// Bus lines with their roads, their stops and the passengers who arrive there.
+namespace buslines {
+
+bool insert(const Store &store, const BusLine *line, bool inTransaction);
+BusLine *read(const Store &store, long lineId);
+/// True in every case.
+bool listIds(const Store &store, QList<long> &ids);
+
+} // namespace buslines

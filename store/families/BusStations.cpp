@@ -1,0 +1,74 @@
+#include "store/families/BusStations.h"
+
+#include "model/BusStation.h"
+#include "model/Link.h"
+#include "model/Net.h"
+#include "store/core/Columns.h"
+#include "store/core/Query.h"
+#include "store/core/Transaction.h"
+
+#include <memory>
+
+namespace busstations {
+
+namespace {
+
+constexpr Sql kInsert = {
+    "insert into BusStation(busStationID, linkID, name, laneNumber, length, x, y, type) values(:busStationID, :linkID, :name, :laneNumber, :length, :x, :y, :type)",
+    "insert into BusStation(NetId, busStationID, linkID, name, laneNumber, length, x, y, type) values(:NetId, :busStationID, :linkID, :name, :laneNumber, :length, :x, :y, :type)"};
+constexpr Sql kSelect = {"select * from BusStation where busStationID = %1",
+                         "select * from BusStation where NetId = %0 and busStationID = %1"};
+constexpr Sql kSelectIds = {
+    "select busStationID from BusStation where linkID in (select linkID from Link) order by busStationID",
+    "select busStationID from BusStation a join Link b on a.NetId = b.NetId and a.linkID = b.linkID where a.NetId = %0 order by busStationID"};
+
+constexpr Column<BusStation> kColumns[] = {
+    {":busStationID", &BusStation::busStationID},
+    {":name", &BusStation::name},
+    {":laneNumber", &BusStation::laneNumber},
+    {":length", &BusStation::length},
+    {":x", &BusStation::x},
+    {":y", &BusStation::y},
+    {":type", &BusStation::type},
+};
+
+/// A station without a link could be stored where keys are not enforced, and would never be listed again.
+bool refuseWithoutLink(const Store &store, const BusStation &station) {
+    CallDbResult failure;
+    failure.id = station.busStationID;
+    failure.error = QStringLiteral("Bus station %1 has no link: set mpLink before it is stored.")
+                        .arg(station.busStationID);
+    store.failures().append(failure);
+    return false;
+}
+
+} // namespace
+
+bool insert(const Store &store, const BusStation *station, bool inTransaction) {
+    if (!station)
+        return true;
+    if (!station->mpLink)
+        return refuseWithoutLink(store, *station);
+    Transaction transaction(store, inTransaction);
+    Query insert(store, kInsert);
+    insert.bindNet().bind(":linkID", station->mpLink->linkID);
+    return transaction.discard(bindAll(insert, kColumns, *station).exec());
+}
+
+BusStation *read(const Store &store, long stationId) {
+    Query row(store, kSelect, {stationId});
+    if (!row.execAndNext())
+        return nullptr;
+    auto station = std::make_unique<BusStation>();
+    readAll(row, kColumns, *station);
+    if (!store.hasSeveralNets() || gNet.isCurrent(store.netId()))
+        station->mpLink = gNet.getLinkById(row.id("linkID"));
+    return station.release();
+}
+
+bool listIds(const Store &store, QList<long> &ids) {
+    appendIds(store, kSelectIds, ids);
+    return true;
+}
+
+} // namespace busstations

@@ -1,0 +1,17 @@
+#pragma once
+
+#include "store/core/Store.h"
+
+#include <QList>
+
+class BusStation;
+
+/// Bus stations.
+namespace busstations {
+
+bool insert(const Store &store, const BusStation *station, bool inTransaction);
+BusStation *read(const Store &store, long stationId);
+/// The stations whose link exists; true in every case.
+bool listIds(const Store &store, QList<long> &ids);
+
+} // namespace busstations

@@ -1,0 +1,57 @@
+#include "store/families/DrivInfoCollectors.h"
+
+#include "store/core/Columns.h"
+#include "store/core/Query.h"
+#include "store/core/Transaction.h"
+
+namespace drivinfocollectors {
+
+namespace {
+
+constexpr Sql kInsert = {
+    "insert into VehicleDrivInfoCollecter(collecterID,name,roadID,laneNumber,toLaneNumber,x,y,z,distance,dataInterval,startTime,endTime) values(:collecterID,:name,:roadID,:laneNumber,:toLaneNumber,:x,:y,:z,:distance,:dataInterval,:startTime,:endTime)",
+    "insert into VehicleDrivInfoCollecter(NetId, collecterID,name,roadID,laneNumber,toLaneNumber,x,y,z,distance,dataInterval,startTime,endTime) values(:NetId, :collecterID,:name,:roadID,:laneNumber,:toLaneNumber,:x,:y,:z,:distance,:dataInterval,:startTime,:endTime)"};
+constexpr Sql kSelect = {"select * from VehicleDrivInfoCollecter where collecterID = %1",
+                         "select * from VehicleDrivInfoCollecter where NetId = %0 and collecterID = %1"};
+// Generation 6 lists the collectors of vanished roads too.
+constexpr Sql kSelectIds = {
+    "select collecterID from VehicleDrivInfoCollecter where roadID in (select linkID from link) or roadID in (select ConnID from Connector) order by collecterID",
+    "select collecterID from VehicleDrivInfoCollecter where NetId = %0 order by collecterID"};
+
+constexpr Column<VehicleDrivInfoCollector> kColumns[] = {
+    {":collecterID", &VehicleDrivInfoCollector::collecterID},
+    {":name", &VehicleDrivInfoCollector::name},
+    {":roadID", &VehicleDrivInfoCollector::roadID},
+    {":laneNumber", &VehicleDrivInfoCollector::laneNumber},
+    {":toLaneNumber", &VehicleDrivInfoCollector::toLaneNumber},
+    {":x", &VehicleDrivInfoCollector::x},
+    {":y", &VehicleDrivInfoCollector::y},
+    {":z", &VehicleDrivInfoCollector::z},
+    {":distance", &VehicleDrivInfoCollector::distance},
+    {":dataInterval", &VehicleDrivInfoCollector::dataInterval},
+    {":startTime", &VehicleDrivInfoCollector::startTime},
+    {":endTime", &VehicleDrivInfoCollector::endTime},
+};
+
+} // namespace
+
+bool insert(const Store &store, const VehicleDrivInfoCollector &collector, bool inTransaction) {
+    Transaction transaction(store, inTransaction);
+    Query insert(store, kInsert);
+    return transaction.discard(bindAll(insert.bindNet(), kColumns, collector).exec());
+}
+
+VehicleDrivInfoCollector read(const Store &store, long collectorId) {
+    VehicleDrivInfoCollector collector;
+    Query row(store, kSelect, {collectorId});
+    if (row.execAndNext())
+        readAll(row, kColumns, collector);
+    return collector;
+}
+
+bool listIds(const Store &store, QList<long> &ids) {
+    appendIds(store, kSelectIds, ids);
+    return true;
+}
+
+} // namespace drivinfocollectors

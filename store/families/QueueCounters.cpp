@@ -1,0 +1,67 @@
+#include "store/families/QueueCounters.h"
+
+#include "model/VehicleQueueCounter.h"
+#include "store/core/Columns.h"
+#include "store/core/Query.h"
+#include "store/core/Transaction.h"
+
+#include <memory>
+
+namespace queuecounters {
+
+namespace {
+
+constexpr Sql kInsert = {
+    "insert into VehicleQueueCounter(queueCounterID, name, roadID, laneNumber, toLaneNumber, x, y, z, distance, speedLowLimit, speedUpLimit, maxDistInterval, maxQueueLength, startTime, endTime, dataInterval,countInterval) values(:queueCounterID, :name, :roadID, :laneNumber, :toLaneNumber, :x, :y, :z, :distance, :speedLowLimit, :speedUpLimit, :maxDistInterval, :maxQueueLength, :startTime, :endTime, :dataInterval,:countInterval)",
+    "insert into VehicleQueueCounter(NetId, queueCounterID, name, roadID, laneNumber, toLaneNumber, x, y, z, distance, speedLowLimit, speedUpLimit, maxDistInterval, maxQueueLength, startTime, endTime, dataInterval,countInterval) values(:NetId, :queueCounterID, :name, :roadID, :laneNumber, :toLaneNumber, :x, :y, :z, :distance, :speedLowLimit, :speedUpLimit, :maxDistInterval, :maxQueueLength, :startTime, :endTime, :dataInterval,:countInterval)"};
+constexpr Sql kSelect = {"select * from VehicleQueueCounter where queueCounterID = %1",
+                         "select * from VehicleQueueCounter where NetId = %0 and queueCounterID = %1"};
+// Generation 6 lists the counters of vanished roads too.
+constexpr Sql kSelectIds = {
+    "select QueueCounterID from VehicleQueueCounter where roadID in (select linkID from link) or roadID in (select ConnID from Connector) order by queueCounterID",
+    "select QueueCounterID from VehicleQueueCounter where NetId = %0 order by queueCounterID"};
+
+constexpr Column<VehicleQueueCounter> kColumns[] = {
+    {":queueCounterID", &VehicleQueueCounter::queueCounterID},
+    {":name", &VehicleQueueCounter::name},
+    {":roadID", &VehicleQueueCounter::roadID},
+    {":laneNumber", &VehicleQueueCounter::laneNumber},
+    {":toLaneNumber", &VehicleQueueCounter::toLaneNumber},
+    {":x", &VehicleQueueCounter::x},
+    {":y", &VehicleQueueCounter::y},
+    {":z", &VehicleQueueCounter::z},
+    {":distance", &VehicleQueueCounter::distance},
+    {":speedLowLimit", &VehicleQueueCounter::speedLowLimit},
+    {":speedUpLimit", &VehicleQueueCounter::speedUpLimit},
+    {":maxDistInterval", &VehicleQueueCounter::maxDistInterval},
+    {":maxQueueLength", &VehicleQueueCounter::maxQueueLength},
+    {":startTime", &VehicleQueueCounter::startTime},
+    {":endTime", &VehicleQueueCounter::endTime},
+    {":dataInterval", &VehicleQueueCounter::dataInterval},
+    {":countInterval", &VehicleQueueCounter::countInterval},
+};
+
+} // namespace
+
+bool insert(const Store &store, const VehicleQueueCounter *counter, bool inTransaction) {
+    if (!counter)
+        return true;
+    Transaction transaction(store, inTransaction);
+    Query insert(store, kInsert);
+    return transaction.discard(bindAll(insert.bindNet(), kColumns, *counter).exec());
+}
+
+VehicleQueueCounter *read(const Store &store, long counterId) {
+    auto counter = std::make_unique<VehicleQueueCounter>();
+    Query row(store, kSelect, {counterId});
+    if (row.execAndNext())
+        readAll(row, kColumns, *counter);
+    return counter.release();
+}
+
+bool listIds(const Store &store, QList<long> &ids) {
+    appendIds(store, kSelectIds, ids);
+    return true;
+}
+
+} // namespace queuecounters

@@ -1,0 +1,18 @@
+#pragma once
+
+#include "store/core/Store.h"
+
+#include <QList>
+
+class VehicleQueueCounter;
+
+/// Queue counters.
+namespace queuecounters {
+
+bool insert(const Store &store, const VehicleQueueCounter *counter, bool inTransaction);
+/// Never null: a new counter when there is no such row.
+VehicleQueueCounter *read(const Store &store, long counterId);
+/// True in every case.
+bool listIds(const Store &store, QList<long> &ids);
+
+} // namespace queuecounters

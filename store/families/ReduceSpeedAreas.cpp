@@ -1,0 +1,121 @@
+#include "store/families/ReduceSpeedAreas.h"
+
+#include "model/ReduceSpeedArea.h"
+#include "store/core/Columns.h"
+#include "store/core/Query.h"
+#include "store/core/Savepoint.h"
+#include "store/core/Transaction.h"
+
+#include <memory>
+
+namespace reducespeedareas {
+
+namespace {
+
+constexpr Sql kInsert = {
+    "insert into ReduceSpeedArea(reduceSpeedAreaID, name, location, areaLength, roadID, laneNumber, toLaneNumber) values(:reduceSpeedAreaID, :name, :location, :areaLength, :roadID, :laneNumber, :toLaneNumber)",
+    "insert into ReduceSpeedArea(NetId, reduceSpeedAreaID, name, location, areaLength, roadID, laneNumber, toLaneNumber) values(:NetId, :reduceSpeedAreaID, :name, :location, :areaLength, :roadID, :laneNumber, :toLaneNumber)"};
+constexpr Sql kInsertInterval = {
+    "insert into ReduceSpeedInterval(intervalID, reduceSpeedAreaID, startTime, endTime) values(:intervalID, :reduceSpeedAreaID, :startTime, :endTime)",
+    "insert into ReduceSpeedInterval(NetId, intervalID, reduceSpeedAreaID, startTime, endTime) values(:NetId, :intervalID, :reduceSpeedAreaID, :startTime, :endTime)"};
+constexpr Sql kInsertVehiType = {
+    "insert into ReduceSpeedVehiType(reduceSpeedAreaID, vehicleTypeCode, avgSpeed, speedSD) values(:reduceSpeedAreaID, :vehicleTypeCode, :avgSpeed, :speedSD)",
+    "insert into ReduceSpeedVehiType(NetId, reduceSpeedAreaID, vehicleTypeCode, avgSpeed, speedSD) values(:NetId, :reduceSpeedAreaID, :vehicleTypeCode, :avgSpeed, :speedSD)"};
+
+constexpr Sql kSelect = {"select * from ReduceSpeedArea where reduceSpeedAreaID = %1",
+                         "select * from ReduceSpeedArea where NetId = %0 and reduceSpeedAreaID = %1"};
+constexpr Sql kSelectIntervals = {
+    "select * from ReduceSpeedInterval where reduceSpeedAreaID = %1",
+    "select * from ReduceSpeedInterval where NetId = %0 and reduceSpeedAreaID = %1"};
+constexpr Sql kSelectVehiTypes = {
+    "select * from ReduceSpeedVehiType where reduceSpeedAreaID = %1",
+    "select * from ReduceSpeedVehiType where NetId = %0 and reduceSpeedAreaID = %1"};
+constexpr Sql kSelectIds = {
+    "select reduceSpeedAreaID from ReduceSpeedArea order by reduceSpeedAreaID",
+    "select reduceSpeedAreaID from ReduceSpeedArea where NetId = %0 order by reduceSpeedAreaID"};
+
+constexpr Column<ReduceSpeedArea> kColumns[] = {
+    {":reduceSpeedAreaID", &ReduceSpeedArea::reduceSpeedAreaID},
+    {":name", &ReduceSpeedArea::name},
+    {":location", &ReduceSpeedArea::location},
+    {":areaLength", &ReduceSpeedArea::areaLength},
+    {":roadID", &ReduceSpeedArea::roadID},
+    {":laneNumber", &ReduceSpeedArea::laneNumber},
+    {":toLaneNumber", &ReduceSpeedArea::toLaneNumber},
+};
+constexpr Column<ReduceSpeedInterval> kIntervalColumns[] = {
+    {":intervalID", &ReduceSpeedInterval::intervalID},
+    {":reduceSpeedAreaID", &ReduceSpeedInterval::reduceSpeedAreaID},
+    {":startTime", &ReduceSpeedInterval::startTime},
+    {":endTime", &ReduceSpeedInterval::endTime},
+};
+constexpr Column<ReduceSpeedVehiType> kVehiTypeColumns[] = {
+    {":reduceSpeedAreaID", &ReduceSpeedVehiType::reduceSpeedAreaID},
+    {":vehicleTypeCode", &ReduceSpeedVehiType::vehicleTypeCode},
+    {":avgSpeed", &ReduceSpeedVehiType::avgSpeed},
+    {":speedSD", &ReduceSpeedVehiType::speedSD},
+};
+
+template <class Entity, std::size_t N>
+bool insertRow(const Store &store, Query &insert, const Column<Entity> (&columns)[N], const Entity &entity) {
+    Savepoint savepoint(store);
+    return savepoint.end(bindAll(insert.bindNet(), columns, entity).exec());
+}
+
+/// Writes what belongs to an area. Each row carries the area id of its own object.
+template <class Child, std::size_t N>
+bool insertChildren(const Store &store, const Sql &sql, const Column<Child> (&columns)[N],
+                    const QList<Child *> &children) {
+    bool written = true;
+    Query insert(store, sql);
+    for (const Child *child : children)
+        written = insertRow(store, insert, columns, *child) && written;
+    return written;
+}
+
+/// Appends what belongs to an area; each object carries the id that was asked for.
+template <class Child, std::size_t N>
+void readChildren(const Store &store, const Sql &sql, const Column<Child> (&columns)[N], long areaId,
+                  QList<Child *> &children) {
+    Query rows(store, sql, {areaId});
+    if (!rows.exec())
+        return;
+    while (rows.next()) {
+        auto child = std::make_unique<Child>();
+        readAll(rows, columns, *child);
+        child->reduceSpeedAreaID = areaId;
+        children.append(child.release());
+    }
+}
+
+} // namespace
+
+bool insert(const Store &store, const ReduceSpeedArea *area, bool inTransaction) {
+    if (!area)
+        return true;
+    Transaction transaction(store, inTransaction);
+    Query insert(store, kInsert);
+    bool written = insertRow(store, insert, kColumns, *area);
+    written = insertChildren(store, kInsertInterval, kIntervalColumns, area->mlSpeedInterval) && written;
+    written = insertChildren(store, kInsertVehiType, kVehiTypeColumns, area->mlSpeedVehiType) && written;
+    return transaction.discard(written);
+}
+
+ReduceSpeedArea *read(const Store &store, long areaId) {
+    Query row(store, kSelect, {areaId});
+    if (!row.execAndNext())
+        return nullptr;
+    auto area = std::make_unique<ReduceSpeedArea>();
+    readAll(row, kColumns, *area);
+    row.finish();
+    readChildren(store, kSelectIntervals, kIntervalColumns, areaId, area->mlSpeedInterval);
+    readChildren(store, kSelectVehiTypes, kVehiTypeColumns, areaId, area->mlSpeedVehiType);
+    return area.release();
+}
+
+bool listIds(const Store &store, QList<long> &ids) {
+    appendIds(store, kSelectIds, ids);
+    return true;
+}
+
+} // namespace reducespeedareas

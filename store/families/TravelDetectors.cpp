@@ -1,0 +1,69 @@
+#include "store/families/TravelDetectors.h"
+
+#include "model/VehicleTravelDetector.h"
+#include "store/core/Columns.h"
+#include "store/core/Query.h"
+#include "store/core/Transaction.h"
+
+#include <memory>
+
+namespace traveldetectors {
+
+namespace {
+
+constexpr Sql kInsert = {
+    "insert into VehicleTravelDetector(detectorId,name,startRoadId,start_laneNumber,start_toLaneNumber,startDist,startX,startY,teminalRoadId,teminal_laneNumber,teminal_toLaneNumber,teminalDist,teminalX,teminalY,startTime,endTime,dataInterval,shortestDistance) values(:detectorId,:name,:startRoadId,:start_laneNumber,:start_toLaneNumber,:startDist,:startX,:startY,:teminalRoadId,:teminal_laneNumber,:teminal_toLaneNumber,:teminalDist,:teminalX,:teminalY,:startTime,:endTime,:dataInterval,:shortestDistance)",
+    "insert into VehicleTravelDetector(NetId, detectorId,name,startRoadId,start_laneNumber,start_toLaneNumber,startDist,startX,startY,teminalRoadId,teminal_laneNumber,teminal_toLaneNumber,teminalDist,teminalX,teminalY,startTime,endTime,dataInterval,shortestDistance) values(:NetId, :detectorId,:name,:startRoadId,:start_laneNumber,:start_toLaneNumber,:startDist,:startX,:startY,:teminalRoadId,:teminal_laneNumber,:teminal_toLaneNumber,:teminalDist,:teminalX,:teminalY,:startTime,:endTime,:dataInterval,:shortestDistance)"};
+constexpr Sql kSelect = {"select * from VehicleTravelDetector where detectorId = %1",
+                         "select * from VehicleTravelDetector where NetId = %0 and detectorId = %1"};
+// Generation 6 lists the detectors of vanished roads too.
+constexpr Sql kSelectIds = {
+    "select detectorId from VehicleTravelDetector where (startRoadID in (select linkID from link) or startRoadID in (select ConnID from Connector)) and (TeminalRoadID in (select linkID from link) or TeminalRoadID in (select ConnID from Connector)) order by detectorId",
+    "select detectorId from VehicleTravelDetector where NetId = %0 order by detectorId"};
+
+constexpr Column<VehicleTravelDetector> kColumns[] = {
+    {":detectorId", &VehicleTravelDetector::detectorId},
+    {":name", &VehicleTravelDetector::name},
+    {":startRoadId", &VehicleTravelDetector::startRoadId},
+    {":start_laneNumber", &VehicleTravelDetector::start_laneNumber},
+    {":start_toLaneNumber", &VehicleTravelDetector::start_toLaneNumber},
+    {":startDist", &VehicleTravelDetector::startDist},
+    {":startX", &VehicleTravelDetector::startX},
+    {":startY", &VehicleTravelDetector::startY},
+    {":teminalRoadId", &VehicleTravelDetector::teminalRoadId},
+    {":teminal_laneNumber", &VehicleTravelDetector::teminal_laneNumber},
+    {":teminal_toLaneNumber", &VehicleTravelDetector::teminal_toLaneNumber},
+    {":teminalDist", &VehicleTravelDetector::teminalDist},
+    {":teminalX", &VehicleTravelDetector::teminalX},
+    {":teminalY", &VehicleTravelDetector::teminalY},
+    {":startTime", &VehicleTravelDetector::startTime},
+    {":endTime", &VehicleTravelDetector::endTime},
+    {":dataInterval", &VehicleTravelDetector::dataInterval},
+    {":shortestDistance", &VehicleTravelDetector::shortestDistance},
+};
+
+} // namespace
+
+bool insert(const Store &store, const VehicleTravelDetector *detector, bool inTransaction) {
+    if (!detector)
+        return true;
+    Transaction transaction(store, inTransaction);
+    Query insert(store, kInsert);
+    return transaction.discard(bindAll(insert.bindNet(), kColumns, *detector).exec());
+}
+
+VehicleTravelDetector *read(const Store &store, long detectorId) {
+    Query row(store, kSelect, {detectorId});
+    if (!row.execAndNext())
+        return nullptr;
+    auto detector = std::make_unique<VehicleTravelDetector>();
+    readAll(row, kColumns, *detector);
+    return detector.release();
+}
+
+bool listIds(const Store &store, QList<long> &ids) {
+    appendIds(store, kSelectIds, ids);
+    return true;
+}
+
+} // namespace traveldetectors

@@ -1,0 +1,17 @@
+#pragma once
+
+#include "store/core/Store.h"
+
+#include <QList>
+
+class VehicleTravelDetector;
+
+/// Travel-time detectors.
+namespace traveldetectors {
+
+bool insert(const Store &store, const VehicleTravelDetector *detector, bool inTransaction);
+VehicleTravelDetector *read(const Store &store, long detectorId);
+/// True in every case.
+bool listIds(const Store &store, QList<long> &ids);
+
+} // namespace traveldetectors

@@ -1,0 +1,98 @@
+#include "store/families/Zones.h"
+
+#include "model/AccidentZone.h"
+#include "model/RoadWorkZone.h"
+#include "store/core/Probes.h"
+#include "store/core/Query.h"
+
+#include <memory>
+
+namespace zones {
+
+namespace {
+
+// The texts of generation 6 are no SQL ("nad", a missing "and"): the database refuses the first, so a
+// generation-6 read finds no accident zone and the second never runs. Hosts count on that answer and read
+// these zones as those of a store of one network.
+constexpr Sql kSelectAccident = {"select * from AccidentZone where accidentZoneId = %1",
+                                 "select * from AccidentZone where NetId = %0 nad accidentZoneId = %2"};
+constexpr Sql kSelectAccidentLanes = {
+    "select * from AccidentZoneWithLane where accidentZoneId = %1 order by laneNumber",
+    "select * from AccidentZoneWithLane where NetId = %0 accidentZoneId = %1 order by laneNumber"};
+constexpr Sql kSelectAccidentIds = {
+    "select accidentZoneId from AccidentZone order by accidentZoneId",
+    "select accidentZoneId from AccidentZone where NetId = %0 order by accidentZoneId"};
+
+constexpr Sql kSelectRoadWork = {"select * from RoadWorkZone where roadWorkZoneId = %1",
+                                 "select * from RoadWorkZone where NetId = %0 and roadWorkZoneId = %1"};
+constexpr Sql kSelectRoadWorkLanes = {
+    "select * from RoadWorkZoneWithLane where roadWorkZoneId = %1  order by laneNumber",
+    "select * from RoadWorkZoneWithLane where NetId = %0 and roadWorkZoneId = %1  order by laneNumber"};
+constexpr Sql kSelectRoadWorkIds = {
+    "select roadWorkZoneId from RoadWorkZone order by roadWorkZoneId",
+    "select roadWorkZoneId from RoadWorkZone where NetId = %1 order by roadWorkZoneId"};
+
+void readLanes(const Store &store, const Sql &select, long zoneId, QList<ZoneLane *> &lanes) {
+    Query rows(store, select, {zoneId});
+    if (!rows.exec())
+        return;
+    while (rows.next()) {
+        auto lane = std::make_unique<ZoneLane>();
+        lane->zoneId = zoneId;
+        lane->laneNumber = rows.integer("laneNumber");
+        lane->toLaneNumber = rows.integer("toLaneNumber");
+        lanes.append(lane.release());
+    }
+}
+
+/// Older stores get the tables when they are upgraded; those of generation 6 have always had them.
+bool lacksTable(const Store &store, const char *table) {
+    return !store.hasSeveralNets() && store.isUsable() && !probes::hasTable(store.db(), QLatin1String(table));
+}
+
+} // namespace
+
+AccidentZone *readAccident(const Store &store, long zoneId) {
+    Query row(store, kSelectAccident, {zoneId});
+    if (!row.execAndNext())
+        return nullptr;
+    auto zone = std::make_unique<AccidentZone>();
+    zone->accidentZoneId = row.id("accidentZoneId");
+    zone->name = row.text("name");
+    zone->location = static_cast<float>(row.number("location"));
+    zone->zoneLength = static_cast<float>(row.number("zoneLength"));
+    zone->roadId = row.id("roadId");
+    zone->roadType = row.text("roadType");
+    row.finish();
+    readLanes(store, kSelectAccidentLanes, zoneId, zone->mlLane);
+    return zone.release();
+}
+
+RoadWorkZone *readRoadWork(const Store &store, long zoneId) {
+    Query row(store, kSelectRoadWork, {zoneId});
+    if (!row.execAndNext())
+        return nullptr;
+    auto zone = std::make_unique<RoadWorkZone>();
+    zone->roadWorkZoneId = row.id("roadWorkZoneID");
+    zone->name = row.text("name");
+    zone->location = row.number("location");
+    zone->zoneLength = row.number("zoneLength");
+    zone->limitSpeed = row.number("limitSpeed");
+    // Some writers store the road as a real number: its fraction is cut off, not rounded.
+    zone->roadID = Query::narrowedId(static_cast<qlonglong>(row.number("roadID")));
+    zone->roadName = row.text("roadName");
+    zone->roadType = row.text("roadType");
+    row.finish();
+    readLanes(store, kSelectRoadWorkLanes, zoneId, zone->mlLane);
+    return zone.release();
+}
+
+bool listAccidentIds(const Store &store, QList<long> &ids) {
+    return lacksTable(store, "AccidentZone") || appendIds(store, kSelectAccidentIds, ids);
+}
+
+bool listRoadWorkIds(const Store &store, QList<long> &ids) {
+    return lacksTable(store, "RoadWorkZone") || appendIds(store, kSelectRoadWorkIds, ids);
+}
+
+} // namespace zones
