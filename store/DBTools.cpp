@@ -13,9 +13,11 @@
 #include "store/families/Identifiers.h"
 #include "store/families/LinkTypes.h"
 #include "store/families/Links.h"
+#include "store/families/NetworkRemoval.h"
 #include "store/families/Networks.h"
 #include "store/families/QueueCounters.h"
 #include "store/families/ReduceSpeedAreas.h"
+#include "store/families/Sequences.h"
 #include "store/families/TravelDetectors.h"
 #include "store/families/VehicleDetectors.h"
 #include "store/families/Zones.h"
@@ -148,6 +150,14 @@ bool DBTools::updateIds(QSqlDatabase &db, bool useTransaction) {
     return identifiers::giveBackUnused(oneNetStore(db, gNet.netId), useTransaction);
 }
 
+bool DBTools::getMaxIdByAllTables(QSqlDatabase &db, long &maxId, QString schema) {
+    return sequences::largestKey(oneNetStore(db), schema, maxId);
+}
+
+bool DBTools::initSequence(QSqlDatabase &db, QString schema) {
+    return sequences::rebase(oneNetStore(db), schema);
+}
+
 bool DBTools::insertNet(QSqlDatabase &db, long id, QString name, QPointF center, QString sourceType,
                         QString backgroundUrl, QJsonObject otherAttrs, bool useTransaction) {
     const QByteArray json = QJsonDocument(otherAttrs).toJson(QJsonDocument::Compact);
@@ -202,6 +212,10 @@ QList<Net> DBTools::selectNets(QSqlDatabase &db) {
 
 QByteArray DBTools::selectBackgroundMap(QSqlDatabase &db, long netId) {
     return networks::backgroundMap(storeOf(db, netId));
+}
+
+bool DBTools::removeNetData(QSqlDatabase &db, long netId, bool useTransaction) {
+    return networkremoval::removeData(storeOf(db, netId), useTransaction);
 }
 
 bool DBTools::insertLink(QSqlDatabase &db, long netId, Link *link, bool inTransaction) {

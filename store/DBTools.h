@@ -112,6 +112,15 @@ public:
     ///         settings taken from the host stay changed.
     static bool openDatabase(QSqlDatabase &db, QString path, bool resetIdCache);
 
+    /// Switches @p db from an SQLite file to the PostgreSQL server that the host's JSON settings name
+    /// ("__pgdbdriver",
+    /// "__pgdbhost", "__pgdbport", "__pgdbname", "__pgdbuser", "__pgdbpassword") and deletes the objects of
+    /// network 1 there. The port is kept in mDbPort but not applied to this connection: the driver's default
+    /// counts.
+    /// @return false when @p db is no SQLite connection or the server cannot be used. A removal that fails is recorded
+    ///         and does not change the result.
+    static bool transToPostgreSql(QSqlDatabase &db);
+
     /// Whether @p db is usable: no driver error is pending and, on SQLite, table IDGenerater can be read.
     /// Records a failure. A driver error from a failed begin or commit stays pending until the store is
     /// opened again.
@@ -172,6 +181,12 @@ public:
     /// Gives unused reserved identifiers of gNet back, so that later draws start with the first of them
     /// (SQLite; true at once elsewhere). The counters of all networks of a store are set alike.
     static bool updateIds(QSqlDatabase &db, bool useTransaction);
+    /// The largest primary-key value over all tables of @p schema ("public" when empty); PostgreSQL only,
+    /// true at once elsewhere.
+    static bool getMaxIdByAllTables(QSqlDatabase &db, long &maxId, QString schema);
+    /// Moves the sequences past what the tables use, after data were copied into a PostgreSQL database; true
+    /// at once elsewhere. Stops at the first failure.
+    static bool initSequence(QSqlDatabase &db, QString schema);
     /// @}
 
     /// @name Networks
@@ -202,6 +217,11 @@ public:
     static QList<Net> selectNets(QSqlDatabase &db);
     /// The background image of the scene configuration; empty without one.
     static QByteArray selectBackgroundMap(QSqlDatabase &db, long netId);
+    /// Deletes all objects of a network (of the store, below generation 6), children before parents. The
+    /// network's record, its counters, configuration and the usage log stay; generation 6 also leaves the
+    /// vehicle restrictions of lanes and connectors. A failed group of tables ends the removal with false;
+    /// what was deleted before it stays deleted, also with a transaction of the operation's own.
+    static bool removeNetData(QSqlDatabase &db, long netId, bool useTransaction);
     /// @}
 
     /// @name Links and lanes

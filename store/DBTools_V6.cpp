@@ -10,6 +10,7 @@
 #include "store/families/Identifiers.h"
 #include "store/families/LinkTypes.h"
 #include "store/families/Links.h"
+#include "store/families/NetworkRemoval.h"
 #include "store/families/Networks.h"
 #include "store/families/QueueCounters.h"
 #include "store/families/ReduceSpeedAreas.h"
@@ -77,6 +78,10 @@ bool DBTools_V6::updateNet(QSqlDatabase &db, long id, QString name, QString sour
     const networks::Record record{id,      name,    sourceUrl, sourceType,     backgroundUrl,
                                   centerX, centerY, caption,   otherAttrsJson, isDefault};
     return networks::update(storeOf(db, id), record, useTransaction);
+}
+
+bool DBTools_V6::removeNetData(QSqlDatabase &db, long netId, bool useTransaction) {
+    return networkremoval::removeData(storeOf(db, netId), useTransaction);
 }
 
 bool DBTools_V6::insertLink(QSqlDatabase &db, long netId, Link *link, bool inTransaction) {

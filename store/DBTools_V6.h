@@ -49,6 +49,8 @@ public:
                           QString backgroundUrl, double centerX, double centerY, QString caption,
                           QString otherAttrsJson, bool isDefault, bool useTransaction);
 
+    static bool removeNetData(QSqlDatabase &db, long netId, bool useTransaction);
+
     static bool insertLink(QSqlDatabase &db, long netId, Link *link, bool inTransaction);
     static Link *selectLinkByID(QSqlDatabase &db, long netId, long linkId);
     static bool selectLinkIDs(QSqlDatabase &db, long netId, QList<long> &ids);

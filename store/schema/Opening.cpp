@@ -106,6 +106,32 @@ void DBTools::judgeIsInter(QSqlDatabase &db) {
     gSpecialWords.setDbIsEnglish(mbInter);
 }
 
+bool DBTools::transToPostgreSql(QSqlDatabase &db) {
+    if (db.driverName() != QLatin1String("QSQLITE"))
+        return false;
+    const QJsonObject settings = hostSettings();
+    takeTexts(settings, {{"__pgdbdriver", &mDbDriver},
+                         {"__pgdbhost", &mDbHost},
+                         {"__pgdbname", &mDbName},
+                         {"__pgdbuser", &mDbUser},
+                         {"__pgdbpassword", &mDbPassword}});
+    const QJsonValue port = settings.value(QLatin1String("__pgdbport"));
+    if (!port.isUndefined() && !port.isNull())
+        mDbPort = port.toInt();
+    replaceDefaultConnection(db, mDbDriver);
+    // The port is not applied: hosts that switch rely on the driver's default.
+    db.setHostName(mDbHost);
+    db.setDatabaseName(mDbName);
+    db.setUserName(mDbUser);
+    db.setPassword(mDbPassword);
+    db.open();
+    if (!validateDatabase(db))
+        return false;
+    // The switch has succeeded whatever becomes of the removal; that records its own failures.
+    removeNetData(db, 1, true);
+    return true;
+}
+
 bool DBTools_V6::openDatabaseForBackup(QSqlDatabase &db, QString path, bool) {
     replaceDefaultConnection(db, QStringLiteral("QSQLITE"));
     db.setHostName(QStringLiteral("127.0.0.1"));

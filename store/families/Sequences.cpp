@@ -1,0 +1,105 @@
+#include "store/families/Sequences.h"
+
+#include "store/core/Query.h"
+
+#include <algorithm>
+
+namespace sequences {
+
+namespace {
+
+/// A sequence and what it must not hand out again.
+struct Sequence {
+    const char *largest;
+    const char *restart;
+};
+
+constexpr Sequence kSequences[] = {
+    {"select max(netid) from net", "alter sequence seq_net_id RESTART %1"},
+    {"select max(linkid) from Link", "alter sequence seq_link_id RESTART %1"},
+    {"select max(laneid) from lane", "alter sequence seq_lane_id RESTART %1"},
+    {"select max(connid) from connector", "alter sequence seq_connector_id RESTART %1"},
+    {"select max(vertexid) from vertex", "alter sequence seq_vertex_id RESTART %1"},
+};
+
+constexpr const char *kTables = "select tablename from pg_tables where schemaname = '%1'";
+constexpr const char *kKeyColumns =
+    "SELECT tc.constraint_name, tc.table_name, kcu.column_name FROM information_schema.table_constraints AS tc JOIN information_schema.key_column_usage AS kcu ON tc.constraint_name = kcu.constraint_name JOIN information_schema.constraint_column_usage AS ccu ON ccu.constraint_name = tc.constraint_name";
+
+/// The column of a table's own id: the first of its primary key but for the network's.
+QString keyColumn(const Store &store, const QString &schema, const QString &table) {
+    const QString condition =
+        QStringLiteral(" where tc.constraint_type = 'PRIMARY KEY' and tc.table_schema = '%1' and "
+                       "tc.table_name = '%2' order by kcu.ordinal_position")
+            .arg(quoted(schema), quoted(table));
+    Query columns(store, QString::fromLatin1(kKeyColumns) + condition);
+    if (!columns.exec())
+        return {};
+    while (columns.next()) {
+        const QString column = columns.text("column_name");
+        if (column.compare(QLatin1String("netid"), Qt::CaseInsensitive) != 0 || table == QLatin1String("net"))
+            return column;
+    }
+    return {};
+}
+
+bool largestOf(const Store &store, const QString &schema, const QString &table, const QString &column,
+               long &largest) {
+    Query rows(store, QStringLiteral("select max(\"%1\") from \"%2\".\"%3\"").arg(column, schema, table));
+    if (!rows.execAndNext())
+        return false;
+    largest = std::max(largest, rows.firstId());
+    return true;
+}
+
+QString schemaOrPublic(const QString &schema) {
+    return schema.isEmpty() ? QStringLiteral("public") : schema;
+}
+
+bool restart(const Store &store, const Sequence &sequence) {
+    Query rows(store, sequence.largest);
+    if (!rows.execAndNext())
+        return false;
+    return Query(store, sequence.restart, {rows.firstId() + 1}).exec();
+}
+
+} // namespace
+
+bool largestKey(const Store &store, const QString &schema, long &largest) {
+    if (!store.isPostgreSql())
+        return true;
+    const QString name = schemaOrPublic(schema);
+    QStringList tables;
+    Query list(store, QString::fromLatin1(kTables).arg(quoted(name)));
+    if (!list.exec())
+        return false;
+    while (list.next())
+        tables.append(list.text("tablename"));
+    largest = 0;
+    bool read = true;
+    for (const QString &table : qAsConst(tables)) {
+        const QString column = keyColumn(store, name, table);
+        if (!column.isEmpty())
+            read = read && largestOf(store, name, table, column, largest);
+    }
+    return read;
+}
+
+bool rebase(const Store &store, const QString &schema) {
+    if (!store.isPostgreSql())
+        return true;
+    for (const Sequence &sequence : kSequences) {
+        if (!restart(store, sequence))
+            return false;
+    }
+    long largest = 0;
+    if (!largestKey(store, schema, largest))
+        return false;
+    Query current(store, "select nextval('\"seq_table_id\"')");
+    if (!current.execAndNext())
+        return false;
+    return Query(store, "alter sequence seq_table_id RESTART %1", {std::max(largest, current.firstId())})
+        .exec();
+}
+
+} // namespace sequences
