@@ -13,6 +13,7 @@ class Connector;
 class Lane;
 class LaneConnector;
 class Link;
+class QSqlDatabase;
 class SignalPhase;
 
 /// The row of table Net.
@@ -61,6 +62,8 @@ public:
 
     Configuration &config() { return mConfig; }
     const Configuration &config() const { return mConfig; }
+    /// Reads this network's scene configuration from a store, with DBTools::selectConfiguration().
+    bool readConfiguration(QSqlDatabase &db);
 
     /// The links and the connectors of the tables, in ascending order of their ids.
     QList<Link *> lLink() const { return mLinks.inAscendingOrder(); }

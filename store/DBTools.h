@@ -20,13 +20,20 @@
 class AccidentZone;
 class BusLine;
 class BusStation;
+class ChangeLaneModelParam;
 class Connector;
 class Link;
 class ReduceSpeedArea;
 class RoadWorkZone;
+class SimulateConfiguration;
+class VehicleComposition;
 class VehicleDetector;
 class VehicleQueueCounter;
 class VehicleTravelDetector;
+class VehicleType;
+struct DeparturePoint;
+struct DriveFollowedModelParam;
+struct VehicleConsDetail;
 
 /// The connection that the host works on.
 extern MORASTORE_EXPORT QSqlDatabase gDB;
@@ -363,6 +370,87 @@ public:
     static ReduceSpeedArea *selectReduceSpeedArea(QSqlDatabase &db, long netId, long areaId);
     /// Appends all area ids; true in every case.
     static bool selectReduceSpeedAreaIds(QSqlDatabase &db, long netId, QList<long> &ids);
+
+    /// @name Vehicle types and compositions
+    /// Vehicle types are stored under stored words and held in memory under display words; names of
+    /// compositions stay as they are. Hosts use the names of the operations as spelled.
+    /// @{
+    static bool insertVehicleType(QSqlDatabase &db, long netId, VehicleType type, bool useTransaction);
+    /// Adds all vehicle types by code, in place of entries of the same code. @return true in every case.
+    static bool selectVehicleType(QSqlDatabase &db, long netId, QHash<long, VehicleType> &types);
+    /// Writes a composition, then its details up to the first that fails. With a transaction of its own a
+    /// composition that lacks a detail leaves nothing.
+    static bool insertVehicleConstitutent(QSqlDatabase &db, long netId, VehicleComposition composition,
+                                          bool useTransaction);
+    /// Adds all compositions with their details by code, in place of entries of the same code. None of them
+    /// is marked as default: selectVehicleComposition() alone tells. @return true in every case.
+    static bool selectVehicleConstitutent(QSqlDatabase &db, long netId,
+                                          QHash<long, VehicleComposition> &compositions);
+    /// A composition with its details; a new record, of code 0, when the store has no such composition.
+    static VehicleComposition selectVehicleComposition(QSqlDatabase &db, long netId, long consCode);
+    static bool insertVehicleConsDetail(QSqlDatabase &db, long netId, VehicleConsDetail detail,
+                                        bool useTransaction);
+    /// The details of a composition by vehicle type code.
+    static QList<VehicleConsDetail> selectVehicleConsDetail(QSqlDatabase &db, long netId, long consCode);
+    /// @}
+
+    /// @name Departure points
+    /// @{
+    /// Writes a departure point with its intervals, going on after one that fails; also with a transaction of
+    /// its own the good rows stay. Of an interval's composition the code is stored.
+    static bool insertDeparturePoint(QSqlDatabase &db, long netId, DeparturePoint point, bool useTransaction);
+    /// A new departure point of the caller's with its intervals by id, or null when the store has none.
+    /// Compositions are taken from @p compositions; one that is not there reads as a new record, of code 0.
+    static DeparturePoint *selectDeparturePoint(QSqlDatabase &db, long netId,
+                                                QHash<long, VehicleComposition> &compositions,
+                                                long departurePointId);
+    /// Appends all departure point ids. @return true in every case.
+    static bool selectDeparturePointIds(QSqlDatabase &db, long netId, QList<long> &ids);
+    /// @}
+
+    /// @name Simulation and scene configuration
+    /// @{
+    /// Writes the stored fields over the row. Where there is not exactly one row, all rows give way to the
+    /// standard row (3600 seconds, accuracy 20, multiple 1, all else off or 0), and only a second save writes
+    /// the caller's values. All or nothing with a transaction of its own.
+    ///
+    /// Generation 6 gives a network without a row the standard one, then issues an update that the engine
+    /// refuses: the result is always false, the failure is recorded and the row stays as it was. With a
+    /// transaction of its own the roll back takes back a standard row just given, too.
+    static bool saveSimuConfiguration(QSqlDatabase &db, long netId, SimulateConfiguration &configuration,
+                                      bool useTransaction);
+    /// Reads the stored fields; without a row the record stays as it was. @return false when the statement
+    /// failed.
+    static bool selectSimuConfiguration(QSqlDatabase &db, long netId, SimulateConfiguration &configuration);
+    /// Writes gNet's scene configuration in place of the row of network @p netId. With a transaction of its
+    /// own a failure leaves the old row. Stores of one network keep the date and time of saving, generation 6
+    /// the date.
+    static bool saveConfiguration(QSqlDatabase &db, long netId, bool useTransaction);
+    /// Reads the scene configuration; without a row the record stays as it was. @return false when the
+    /// statement failed.
+    static bool selectConfiguration(QSqlDatabase &db, long netId, Configuration &configuration);
+    /// Writes the grid switch of gNet's scene configuration into the row of every network.
+    static bool updateConfigIfShowGrid(QSqlDatabase &db, bool useTransaction);
+    /// Writes the background map switch of gNet's scene configuration into the row of every network.
+    static bool updateConfigIfShowBackgroundMap(QSqlDatabase &db, bool useTransaction);
+    /// @}
+
+    /// @name Driver models
+    /// @{
+    /// Writes a car-following set over the stored one of its id; without such a row nothing is written and
+    /// the result is true.
+    static bool saveDriveFollowedModelParam(QSqlDatabase &db, long netId, DriveFollowedModelParam &param,
+                                            bool useTransaction);
+    /// Reads the car-following sets 1 and 2; one without a row stays as it was. @return false when a
+    /// statement failed.
+    static bool selectDriveFollowedModelParam(QSqlDatabase &db, long netId, DriveFollowedModelParam &first,
+                                              DriveFollowedModelParam &second);
+    /// Writes lane-changing sets in place of all stored ones, going on after one that fails; also with a
+    /// transaction of its own the good rows stay.
+    static bool saveChangeLaneParam(QSqlDatabase &db, long netId, QList<ChangeLaneModelParam> &params,
+                                    bool useTransaction);
+    /// Appends all stored lane-changing sets by id. @return false when the statement failed.
+    static bool selectChangeLaneParam(QSqlDatabase &db, long netId, QList<ChangeLaneModelParam> &params);
     /// @}
 
 private:

@@ -5,7 +5,9 @@
 #include "store/families/BusLines.h"
 #include "store/families/BusStations.h"
 #include "store/families/Connectors.h"
+#include "store/families/DeparturePoints.h"
 #include "store/families/DrivInfoCollectors.h"
+#include "store/families/DriverModels.h"
 #include "store/families/GuideArrows.h"
 #include "store/families/Identifiers.h"
 #include "store/families/LinkTypes.h"
@@ -14,8 +16,12 @@
 #include "store/families/Networks.h"
 #include "store/families/QueueCounters.h"
 #include "store/families/ReduceSpeedAreas.h"
+#include "store/families/SceneConfigurations.h"
+#include "store/families/SimulateConfigurations.h"
 #include "store/families/TravelDetectors.h"
+#include "store/families/VehicleCompositions.h"
 #include "store/families/VehicleDetectors.h"
+#include "store/families/VehicleTypes.h"
 #include "store/families/Zones.h"
 #include "store/schema/Dictionaries.h"
 
@@ -239,4 +245,96 @@ ReduceSpeedArea *DBTools_V6::selectReduceSpeedArea(QSqlDatabase &db, long netId,
 
 bool DBTools_V6::selectReduceSpeedAreaIds(QSqlDatabase &db, long netId, QList<long> &ids) {
     return reducespeedareas::listIds(storeOf(db, netId), ids);
+}
+
+bool DBTools_V6::insertVehicleType(QSqlDatabase &db, long netId, VehicleType type, bool useTransaction) {
+    return vehicletypes::insert(storeOf(db, netId), type, useTransaction);
+}
+
+bool DBTools_V6::selectVehicleType(QSqlDatabase &db, long netId, QHash<long, VehicleType> &types) {
+    return vehicletypes::readAll(storeOf(db, netId), types);
+}
+
+bool DBTools_V6::insertVehicleConstitutent(QSqlDatabase &db, long netId, VehicleComposition composition,
+                                           bool useTransaction) {
+    return vehiclecompositions::insert(storeOf(db, netId), composition, useTransaction);
+}
+
+bool DBTools_V6::selectVehicleConstitutent(QSqlDatabase &db, long netId,
+                                           QHash<long, VehicleComposition> &compositions) {
+    return vehiclecompositions::readAll(storeOf(db, netId), compositions);
+}
+
+VehicleComposition DBTools_V6::selectVehicleComposition(QSqlDatabase &db, long netId, long consCode) {
+    return vehiclecompositions::read(storeOf(db, netId), consCode);
+}
+
+bool DBTools_V6::insertVehicleConsDetail(QSqlDatabase &db, long netId, VehicleConsDetail detail,
+                                         bool useTransaction) {
+    return vehiclecompositions::insertDetail(storeOf(db, netId), detail, useTransaction);
+}
+
+QList<VehicleConsDetail> DBTools_V6::selectVehicleConsDetail(QSqlDatabase &db, long netId, long consCode) {
+    return vehiclecompositions::readDetails(storeOf(db, netId), consCode);
+}
+
+bool DBTools_V6::insertDeparturePoint(QSqlDatabase &db, long netId, DeparturePoint point,
+                                      bool useTransaction) {
+    return departurepoints::insert(storeOf(db, netId), point, useTransaction);
+}
+
+DeparturePoint *DBTools_V6::selectDeparturePoint(QSqlDatabase &db, long netId,
+                                                 QHash<long, VehicleComposition> &compositions,
+                                                 long departurePointId) {
+    return departurepoints::read(storeOf(db, netId), compositions, departurePointId);
+}
+
+bool DBTools_V6::selectDeparturePointIds(QSqlDatabase &db, long netId, QList<long> &ids) {
+    return departurepoints::listIds(storeOf(db, netId), ids);
+}
+
+bool DBTools_V6::saveSimuConfiguration(QSqlDatabase &db, long netId, SimulateConfiguration &configuration,
+                                       bool useTransaction) {
+    return simulateconfigurations::save(storeOf(db, netId), configuration, useTransaction);
+}
+
+bool DBTools_V6::selectSimuConfiguration(QSqlDatabase &db, long netId, SimulateConfiguration &configuration) {
+    return simulateconfigurations::read(storeOf(db, netId), configuration);
+}
+
+bool DBTools_V6::saveConfiguration(QSqlDatabase &db, long netId, bool useTransaction) {
+    return sceneconfigurations::save(storeOf(db, netId), gNet.config(), useTransaction);
+}
+
+bool DBTools_V6::selectConfiguration(QSqlDatabase &db, long netId, Configuration &configuration) {
+    return sceneconfigurations::read(storeOf(db, netId), configuration);
+}
+
+bool DBTools_V6::updateConfigIfShowGrid(QSqlDatabase &db, bool useTransaction) {
+    return sceneconfigurations::updateShowGrid(storeOf(db, gNet.netId), gNet.config().showGrid,
+                                               useTransaction);
+}
+
+bool DBTools_V6::updateConfigIfShowBackgroundMap(QSqlDatabase &db, bool useTransaction) {
+    return sceneconfigurations::updateShowBackgroundMap(storeOf(db, gNet.netId),
+                                                        gNet.config().showBackgroundMap, useTransaction);
+}
+
+bool DBTools_V6::saveDriveFollowedModelParam(QSqlDatabase &db, long netId, DriveFollowedModelParam &param,
+                                             bool useTransaction) {
+    return drivermodels::save(storeOf(db, netId), param, useTransaction);
+}
+
+bool DBTools_V6::selectDriveFollowedModelParam(QSqlDatabase &db, long netId, DriveFollowedModelParam &first,
+                                               DriveFollowedModelParam &second) {
+    return drivermodels::read(storeOf(db, netId), first, second);
+}
+
+bool DBTools_V6::saveChangeLaneParam(QSqlDatabase &db, long netId, QList<ChangeLaneModelParam> &params,
+                                     bool useTransaction) {
+    return drivermodels::saveAll(storeOf(db, netId), params, useTransaction);
+}
+
+bool DBTools_V6::selectChangeLaneParam(QSqlDatabase &db, long netId, QList<ChangeLaneModelParam> &params) {
+    return drivermodels::readAll(storeOf(db, netId), params);
 }

@@ -103,6 +103,39 @@ public:
     static ReduceSpeedArea *selectReduceSpeedArea(QSqlDatabase &db, long netId, long areaId);
     static bool selectReduceSpeedAreaIds(QSqlDatabase &db, long netId, QList<long> &ids);
 
+    static bool insertVehicleType(QSqlDatabase &db, long netId, VehicleType type, bool useTransaction);
+    static bool selectVehicleType(QSqlDatabase &db, long netId, QHash<long, VehicleType> &types);
+    static bool insertVehicleConstitutent(QSqlDatabase &db, long netId, VehicleComposition composition,
+                                          bool useTransaction);
+    static bool selectVehicleConstitutent(QSqlDatabase &db, long netId,
+                                          QHash<long, VehicleComposition> &compositions);
+    static VehicleComposition selectVehicleComposition(QSqlDatabase &db, long netId, long consCode);
+    static bool insertVehicleConsDetail(QSqlDatabase &db, long netId, VehicleConsDetail detail,
+                                        bool useTransaction);
+    static QList<VehicleConsDetail> selectVehicleConsDetail(QSqlDatabase &db, long netId, long consCode);
+
+    static bool insertDeparturePoint(QSqlDatabase &db, long netId, DeparturePoint point, bool useTransaction);
+    static DeparturePoint *selectDeparturePoint(QSqlDatabase &db, long netId,
+                                                QHash<long, VehicleComposition> &compositions,
+                                                long departurePointId);
+    static bool selectDeparturePointIds(QSqlDatabase &db, long netId, QList<long> &ids);
+
+    static bool saveSimuConfiguration(QSqlDatabase &db, long netId, SimulateConfiguration &configuration,
+                                      bool useTransaction);
+    static bool selectSimuConfiguration(QSqlDatabase &db, long netId, SimulateConfiguration &configuration);
+    static bool saveConfiguration(QSqlDatabase &db, long netId, bool useTransaction);
+    static bool selectConfiguration(QSqlDatabase &db, long netId, Configuration &configuration);
+    static bool updateConfigIfShowGrid(QSqlDatabase &db, bool useTransaction);
+    static bool updateConfigIfShowBackgroundMap(QSqlDatabase &db, bool useTransaction);
+
+    static bool saveDriveFollowedModelParam(QSqlDatabase &db, long netId, DriveFollowedModelParam &param,
+                                            bool useTransaction);
+    static bool selectDriveFollowedModelParam(QSqlDatabase &db, long netId, DriveFollowedModelParam &first,
+                                              DriveFollowedModelParam &second);
+    static bool saveChangeLaneParam(QSqlDatabase &db, long netId, QList<ChangeLaneModelParam> &params,
+                                    bool useTransaction);
+    static bool selectChangeLaneParam(QSqlDatabase &db, long netId, QList<ChangeLaneModelParam> &params);
+
 private:
     static int mDbVer;
     static bool mbInter;

@@ -60,16 +60,14 @@ void Query::prepare() {
     mPrepareFailed = !mPrepared;
 }
 
-bool Query::exec() {
+bool Query::run() {
     if (!mStore.isUsable())
         return false;
     mColumns.clear();
     // Executing what could not be prepared would replace the engine's reason by a count of its parameters.
-    if (mPrepared)
-        mQuery.exec();
-    else if (!mPrepareFailed)
-        mQuery.exec(mText);
-    return mStore.check(mQuery);
+    if (mPrepareFailed)
+        return false;
+    return mPrepared ? mQuery.exec() : mQuery.exec(mText);
 }
 
 QVariant Query::value(const char *column) {

@@ -47,7 +47,12 @@ public:
     Query &bindValue(const char *name, const QVariant &value);
 
     /// Runs the statement; false after a failure, which is recorded.
-    bool exec();
+    bool exec() { return run(), check(); }
+    /// @{ The halves of exec(), for an operation that has more to do before a failure is recorded: run()
+    /// tells whether the statement went well, check() records it when it did not.
+    bool run();
+    bool check() const { return mStore.isUsable() && mStore.check(mQuery); }
+    /// @}
     /// Runs the statement, then goes to the first row of its result; false without one.
     bool execAndNext() { return exec() && next(); }
 

@@ -1,7 +1,14 @@
 #include "store/schema/Dictionaries.h"
 
+#include "model/SpecialWords.h"
 #include "store/core/Query.h"
 #include "store/core/Transaction.h"
+#include "store/families/DriverModels.h"
+#include "store/families/SceneConfigurations.h"
+#include "store/families/VehicleCompositions.h"
+#include "store/families/VehicleTypes.h"
+
+#include <MoraInterfaces/PlainRecords.h>
 
 namespace dictionaries {
 
@@ -51,18 +58,134 @@ bool seedNet(const Store &store) {
     return Query(store, templateNet(store), {store.netId()}).exec();
 }
 
-bool isEmpty(const Store &store, const Sql &count) {
-    Query rows(store, count);
-    return rows.execAndNext() && rows.firstId() == 0;
-}
-
-bool seedLinkTypes(const Store &store) {
-    if (!isEmpty(store, {"select count(*) from LinkType", "select count(*) from LinkType where NetId = %0"}))
-        return true;
+bool writeLinkTypes(const Store &store) {
     bool written = true;
     for (const Sql &type : kLinkTypes)
         written = Query(store, type).exec() && written;
     return written;
+}
+
+/// The standard catalogue, by display names: writing a vehicle type passes its name through the dictionary.
+/// The names of the aircraft mean large and small aircraft; their stored words are what stores have.
+bool writeVehicleTypes(const Store &store) {
+    static const _VehicleType catalogue[] = {
+        {1, QStringLiteral("小客车"), 4.5, 0.5, 2, 0.2, 60, 10, 80, 4, 0.5, 5.5, 6, 0.5, 7.5},
+        {2, QStringLiteral("大客车"), 12, 0.6, 2.5, 0.25, 50, 5, 70, 3, 0.5, 5, 5, 0.5, 7.5},
+        {3, QStringLiteral("公交车"), 12, 0.6, 2.5, 0.25, 50, 5, 70, 3, 0.5, 5, 5, 0.5, 7.5},
+        {4, QStringLiteral("货车"), 8, 2, 2.5, 0.25, 50, 5, 70, 2.5, 0.4, 4.5, 4, 0.5, 5.5},
+        {5, QStringLiteral("电动车"), 2.5, 0.15, 0.7, 0.07, 25, 5, 30, 3.5, 0.5, 1.9, 5, 1, 2.3},
+        {6, QStringLiteral("自行车"), 1.8, 0.15, 0.6, 0.06, 12, 2, 15, 3.5, 0.5, 1.5, 5, 1, 1.7},
+        {7, QStringLiteral("行人"), 0.5, 0.1, 0.5, 0.05, 4.5, 1, 6, 3, 1, 4, 9, 3, 12},
+        {8, QStringLiteral("工程车"), 8.8, 0, 3, 0, 50, 5, 70, 2.5, 0.4, 4, 4, 0.5, 5.5},
+        {9, QStringLiteral("消防车"), 10.2, 0, 3, 0, 60, 10, 80, 4, 0.5, 5, 6, 0.5, 7.5},
+        {10, QStringLiteral("救护车"), 5.8, 0, 2.5, 0, 60, 10, 80, 4, 0.5, 5.5, 6, 0.5, 7.5},
+        {11, QStringLiteral("大型飞机"), 40, 0, 17.2, 0, 120, 20, 300, 4, 0.5, 5.5, 6, 0.5, 7.5},
+        {12, QStringLiteral("小型飞机"), 23.7, 0, 12.2, 0, 120, 20, 300, 4, 0.5, 5.5, 6, 0.5, 7.5},
+    };
+    bool written = true;
+    for (const _VehicleType &record : catalogue) {
+        VehicleType type;
+        type = record;
+        written = vehicletypes::insert(store, type, false) && written;
+    }
+    return written;
+}
+
+/// Composition names do not pass through the dictionary, and the stored name is not the dictionary's
+/// "Default": it is spelled small in every store.
+QString standardCompositionName() {
+    const QString display = QStringLiteral("默认");
+    return gSpecialWords.trZhToEn(display) == display ? display : QStringLiteral("default");
+}
+
+bool writeStandardComposition(const Store &store) {
+    VehicleComposition standard;
+    standard.vehicleConsCode = 1;
+    standard.name = standardCompositionName();
+    standard.isDefault = true;
+    standard.mlDetail = {{1, 1, 90}, {1, 2, 10}};
+    return vehiclecompositions::insert(store, standard, false);
+}
+
+bool writeFollowingSets(const Store &store) {
+    constexpr DriveFollowedModelParam sets[] = {{1, 5, 1.5, 2, 2, 4, 2}, {2, 3, 1.5, 1.5, 0.5, 4, 2}};
+    bool written = true;
+    for (const DriveFollowedModelParam &set : sets)
+        written = drivermodels::insert(store, set) && written;
+    return written;
+}
+
+/// The calibrated sets, which differ from the ones that ChangeLaneModelParam has built in.
+struct CalibratedValue {
+    double ChangeLaneModelParam::*field;
+    double byId[3]; // of ids 1, 2 and 3
+};
+
+constexpr CalibratedValue kLaneChangeValues[] = {
+    {&ChangeLaneModelParam::headBeit0, {1, 1, 0.5}},
+    {&ChangeLaneModelParam::headBeit1Coef, {0.1553, 0.0932, 0.0621}},
+    {&ChangeLaneModelParam::headBeit2Coef, {0.2175, 0.1864, 0.1553}},
+    {&ChangeLaneModelParam::headBeit3Coef, {0.1553, 0.1243, 0.0932}},
+    {&ChangeLaneModelParam::headBeit4Coef, {0, 0.0621, 0.031}},
+    {&ChangeLaneModelParam::headRandParam, {1, 1, 0.5}},
+    {&ChangeLaneModelParam::headDistParam, {0.008, 0.008, 0.008}},
+    {&ChangeLaneModelParam::lagBeit0, {1.5, 1.5, 1}},
+    {&ChangeLaneModelParam::lagBeit1Coef, {0.0932, 0.0621, 0.3107}},
+    {&ChangeLaneModelParam::lagBeit2Coef, {0.2796, 0.2175, 0.1864}},
+    {&ChangeLaneModelParam::lagBeit3Coef, {0.1864, 0.1553, 0.1243}},
+    {&ChangeLaneModelParam::lagBeit4Coef, {0, 0.0621, 0.031}},
+    {&ChangeLaneModelParam::lagRandParam, {1.5, 1.5, 1}},
+    {&ChangeLaneModelParam::lagDistParam, {0.008, 0.008, 0.008}},
+};
+
+bool writeLaneChangeSets(const Store &store) {
+    QList<ChangeLaneModelParam> sets;
+    for (long id = 1; id <= 3; ++id) {
+        ChangeLaneModelParam set(id);
+        for (const CalibratedValue &value : kLaneChangeValues)
+            set.*value.field = value.byId[id - 1];
+        sets.append(set);
+    }
+    return drivermodels::insertAll(store, sets);
+}
+
+/// A new scene as Configuration has it, saved today.
+bool writeScene(const Store &store) {
+    Configuration scene;
+    scene.saveDate = QDate::currentDate().startOfDay();
+    return sceneconfigurations::insert(store, scene);
+}
+
+/// What fills a table for a network that has none of its rows.
+struct Seed {
+    Sql count;
+    bool (*write)(const Store &);
+};
+
+constexpr Seed kSeeds[] = {
+    {{"select count(*) from LinkType", "select count(*) from LinkType where NetId = %0"}, writeLinkTypes},
+    {{"select count(*) from VehicleType", "select count(*) from VehicleType where NetId = %0"},
+     writeVehicleTypes},
+    {{"select count(*) from VehicleConstitutent",
+      "select count(*) from VehicleConstitutent where NetId = %0"},
+     writeStandardComposition},
+    {{"select count(*) from DriveFollowedModelParam",
+      "select count(*) from DriveFollowedModelParam where NetId = %0"},
+     writeFollowingSets},
+    {{"select count(*) from ChangeLaneModelParam",
+      "select count(*) from ChangeLaneModelParam where NetId = %0"},
+     writeLaneChangeSets},
+    {{"select count(*) from Configuration", "select count(*) from Configuration where NetId = %0"},
+     writeScene},
+};
+
+bool sow(const Store &store, const Seed &seed) {
+    Query rows(store, seed.count);
+    if (!rows.execAndNext())
+        return false;
+    const bool isEmpty = rows.firstId() == 0;
+    rows.finish();
+    return !isEmpty || seed.write(store);
 }
 
 } // namespace
@@ -70,7 +193,8 @@ bool seedLinkTypes(const Store &store) {
 bool seed(const Store &store, bool useTransaction) {
     Transaction transaction(store, useTransaction);
     bool written = seedNet(store);
-    written = seedLinkTypes(store) && written;
+    for (const Seed &seed : kSeeds)
+        written = sow(store, seed) && written;
     return transaction.commit(written);
 }
 

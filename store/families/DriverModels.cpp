@@ -1,0 +1,115 @@
+#include "store/families/DriverModels.h"
+
+#include "store/core/Columns.h"
+#include "store/core/Savepoint.h"
+#include "store/core/Transaction.h"
+
+namespace drivermodels {
+
+namespace {
+
+constexpr Sql kInsertFollowing = {
+    "insert into DriveFollowedModelParam(modelParamID, maxAcce, safeTimeInterval, desireDece, spaceBetween, alfa, beit) values(:modelParamID, :maxAcce, :safeTimeInterval, :desireDece, :spaceBetween, :alfa, :beit)",
+    "insert into DriveFollowedModelParam(NetId, modelParamID, maxAcce, safeTimeInterval, desireDece, spaceBetween, alfa, beit) values(:NetId, :modelParamID, :maxAcce, :safeTimeInterval, :desireDece, :spaceBetween, :alfa, :beit)"};
+constexpr Sql kUpdateFollowing = {
+    "update DriveFollowedModelParam set maxAcce = :maxAcce, safeTimeInterval = :safeTimeInterval, desireDece = :desireDece, spaceBetween = :spaceBetween, alfa = :alfa, beit = :beit where modelParamID = :modelParamID",
+    "update DriveFollowedModelParam set maxAcce = :maxAcce, safeTimeInterval = :safeTimeInterval, desireDece = :desireDece, spaceBetween = :spaceBetween, alfa = :alfa, beit = :beit where NetId = %0 and modelParamID = :modelParamID"};
+constexpr Sql kSelectFirst = {"select * from DriveFollowedModelParam where modelParamID = 1",
+                              "select * from DriveFollowedModelParam where NetId = %0 and modelParamID = 1"};
+constexpr Sql kSelectSecond = {"select * from DriveFollowedModelParam where modelParamID = 2",
+                               "select * from DriveFollowedModelParam where NetId = %0 and modelParamID = 2"};
+
+constexpr Column<DriveFollowedModelParam> kFollowingColumns[] = {
+    {":modelParamID", &DriveFollowedModelParam::modelParamID},
+    {":maxAcce", &DriveFollowedModelParam::maxAcce},
+    {":safeTimeInterval", &DriveFollowedModelParam::safeTimeInterval},
+    {":desireDece", &DriveFollowedModelParam::desireDece},
+    {":spaceBetween", &DriveFollowedModelParam::spaceBetween},
+    {":alfa", &DriveFollowedModelParam::alfa},
+    {":beit", &DriveFollowedModelParam::beit},
+};
+
+constexpr Sql kDeleteLaneChange = {"delete from ChangeLaneModelParam",
+                                   "delete from ChangeLaneModelParam where NetId = %0"};
+constexpr Sql kInsertLaneChange = {
+    "insert into ChangeLaneModelParam(modelParamID, headBeit0, headBeit1Coef, headBeit2Coef, headBeit3Coef, headBeit4Coef, headRandParam, headDistParam, lagBeit0, lagBeit1Coef, lagBeit2Coef, lagBeit3Coef, lagBeit4Coef, lagRandParam, lagDistParam) values(:modelParamID, :headBeit0, :headBeit1Coef, :headBeit2Coef, :headBeit3Coef, :headBeit4Coef, :headRandParam, :headDistParam, :lagBeit0, :lagBeit1Coef, :lagBeit2Coef, :lagBeit3Coef, :lagBeit4Coef, :lagRandParam, :lagDistParam)",
+    "insert into ChangeLaneModelParam(NetId, modelParamID, headBeit0, headBeit1Coef, headBeit2Coef, headBeit3Coef, headBeit4Coef, headRandParam, headDistParam, lagBeit0, lagBeit1Coef, lagBeit2Coef, lagBeit3Coef, lagBeit4Coef, lagRandParam, lagDistParam) values(:NetId, :modelParamID, :headBeit0, :headBeit1Coef, :headBeit2Coef, :headBeit3Coef, :headBeit4Coef, :headRandParam, :headDistParam, :lagBeit0, :lagBeit1Coef, :lagBeit2Coef, :lagBeit3Coef, :lagBeit4Coef, :lagRandParam, :lagDistParam)"};
+constexpr Sql kSelectLaneChange = {
+    "select * from ChangeLaneModelParam order by modelParamID",
+    "select * from ChangeLaneModelParam where NetId = %0 order by modelParamID"};
+
+constexpr Column<ChangeLaneModelParam> kLaneChangeColumns[] = {
+    {":modelParamID", &ChangeLaneModelParam::modelParamID},
+    {":headBeit0", &ChangeLaneModelParam::headBeit0},
+    {":headBeit1Coef", &ChangeLaneModelParam::headBeit1Coef},
+    {":headBeit2Coef", &ChangeLaneModelParam::headBeit2Coef},
+    {":headBeit3Coef", &ChangeLaneModelParam::headBeit3Coef},
+    {":headBeit4Coef", &ChangeLaneModelParam::headBeit4Coef},
+    {":headRandParam", &ChangeLaneModelParam::headRandParam},
+    {":headDistParam", &ChangeLaneModelParam::headDistParam},
+    {":lagBeit0", &ChangeLaneModelParam::lagBeit0},
+    {":lagBeit1Coef", &ChangeLaneModelParam::lagBeit1Coef},
+    {":lagBeit2Coef", &ChangeLaneModelParam::lagBeit2Coef},
+    {":lagBeit3Coef", &ChangeLaneModelParam::lagBeit3Coef},
+    {":lagBeit4Coef", &ChangeLaneModelParam::lagBeit4Coef},
+    {":lagRandParam", &ChangeLaneModelParam::lagRandParam},
+    {":lagDistParam", &ChangeLaneModelParam::lagDistParam},
+};
+
+bool readSet(const Store &store, const Sql &sql, DriveFollowedModelParam &param) {
+    Query row(store, sql);
+    if (!row.exec())
+        return false;
+    if (row.next())
+        ::readAll(row, kFollowingColumns, param);
+    return true;
+}
+
+} // namespace
+
+bool insert(const Store &store, const DriveFollowedModelParam &param) {
+    Query insert(store, kInsertFollowing);
+    return bindAll(insert.bindNet(), kFollowingColumns, param).exec();
+}
+
+bool save(const Store &store, const DriveFollowedModelParam &param, bool useTransaction) {
+    Transaction transaction(store, useTransaction);
+    Query update(store, kUpdateFollowing);
+    return transaction.commit(bindAll(update, kFollowingColumns, param).exec());
+}
+
+bool read(const Store &store, DriveFollowedModelParam &first, DriveFollowedModelParam &second) {
+    const bool gotFirst = readSet(store, kSelectFirst, first);
+    return readSet(store, kSelectSecond, second) && gotFirst;
+}
+
+bool insertAll(const Store &store, const QList<ChangeLaneModelParam> &params) {
+    bool written = true;
+    Query insert(store, kInsertLaneChange);
+    for (const ChangeLaneModelParam &param : params) {
+        Savepoint savepoint(store);
+        bindAll(insert.bindNet(), kLaneChangeColumns, param);
+        written = savepoint.end(insert.exec()) && written;
+    }
+    return written;
+}
+
+bool saveAll(const Store &store, const QList<ChangeLaneModelParam> &params, bool useTransaction) {
+    Transaction transaction(store, useTransaction);
+    const bool emptied = Query(store, kDeleteLaneChange).exec();
+    return transaction.commit(insertAll(store, params) && emptied);
+}
+
+bool readAll(const Store &store, QList<ChangeLaneModelParam> &params) {
+    Query rows(store, kSelectLaneChange);
+    if (!rows.exec())
+        return false;
+    while (rows.next()) {
+        ChangeLaneModelParam param;
+        ::readAll(rows, kLaneChangeColumns, param);
+        params.append(param);
+    }
+    return true;
+}
+
+} // namespace drivermodels

@@ -1,0 +1,78 @@
+#include "store/families/SceneConfigurations.h"
+
+#include "store/core/Columns.h"
+#include "store/core/Transaction.h"
+
+namespace sceneconfigurations {
+
+namespace {
+
+constexpr Sql kDelete = {"delete from Configuration", "delete from Configuration where NetId = %1"};
+constexpr Sql kInsert = {
+    "insert into Configuration(sceneWidth, sceneHeight, scale, showGrid, showBackgroundMap, backgroundMap, saveDate) values(:sceneWidth, :sceneHeight, :scale, :showGrid, :showBackgroundMap, :backgroundMap, :saveDate)",
+    "insert into Configuration(NetId, sceneWidth, sceneHeight, scale, showGrid, showBackgroundMap, backgroundMap, saveDate) values(:NetId, :sceneWidth, :sceneHeight, :scale, :showGrid, :showBackgroundMap, :backgroundMap, :saveDate)"};
+constexpr Sql kSelect = {"select * from Configuration", "select * from Configuration where NetId = %0"};
+
+// Without a condition: the switches are the program's, so all networks of a store show alike.
+constexpr const char *kUpdateShowGrid = "update Configuration set showGrid = :showGrid";
+constexpr const char *kUpdateShowBackgroundMap =
+    "update Configuration set showBackgroundMap = :showBackgroundMap";
+
+constexpr Column<Configuration> kColumns[] = {
+    {":sceneWidth", &Configuration::sceneWidth},
+    {":sceneHeight", &Configuration::sceneHeight},
+    {":scale", &Configuration::scale},
+    {":showGrid", &Configuration::showGrid},
+    {":showBackgroundMap", &Configuration::showBackgroundMap},
+};
+
+/// The column keeps a date and time in stores of one network and a date in generation 6. A date that was
+/// never set is NULL.
+QVariant saveDateOf(const Store &store, const Configuration &configuration) {
+    if (store.hasSeveralNets())
+        return configuration.saveDate.date();
+    return configuration.saveDate;
+}
+
+bool updateSwitch(const Store &store, const char *sql, const char *placeholder, bool shown,
+                  bool useTransaction) {
+    Transaction transaction(store, useTransaction);
+    return transaction.commitIfGood(Query(store, sql).bindFlag(placeholder, shown).exec());
+}
+
+} // namespace
+
+bool save(const Store &store, const Configuration &configuration, bool useTransaction) {
+    Transaction transaction(store, useTransaction);
+    return transaction.commitIfGood(Query(store, kDelete).exec() && insert(store, configuration));
+}
+
+bool insert(const Store &store, const Configuration &configuration) {
+    Query insert(store, kInsert);
+    return bindAll(insert.bindNet(), kColumns, configuration)
+        .bind(":backgroundMap", configuration.backgroundMap)
+        .bindValue(":saveDate", saveDateOf(store, configuration))
+        .exec();
+}
+
+bool updateShowGrid(const Store &store, bool shown, bool useTransaction) {
+    return updateSwitch(store, kUpdateShowGrid, ":showGrid", shown, useTransaction);
+}
+
+bool updateShowBackgroundMap(const Store &store, bool shown, bool useTransaction) {
+    return updateSwitch(store, kUpdateShowBackgroundMap, ":showBackgroundMap", shown, useTransaction);
+}
+
+bool read(const Store &store, Configuration &configuration) {
+    Query row(store, kSelect);
+    if (!row.exec())
+        return false;
+    if (!row.next())
+        return true;
+    readAll(row, kColumns, configuration);
+    configuration.backgroundMap = row.value("backgroundMap").toByteArray();
+    configuration.saveDate = row.value("saveDate").toDateTime();
+    return true;
+}
+
+} // namespace sceneconfigurations

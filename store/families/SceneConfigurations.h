@@ -1,0 +1,16 @@
+#pragma once
+
+#include "model/Configuration.h"
+#include "store/core/Store.h"
+
+/// How the scene of a network is shown: one row a network.
+namespace sceneconfigurations {
+
+/// Writes @p configuration in place of the network's row.
+bool save(const Store &store, const Configuration &configuration, bool useTransaction);
+bool insert(const Store &store, const Configuration &configuration);
+bool updateShowGrid(const Store &store, bool shown, bool useTransaction);
+bool updateShowBackgroundMap(const Store &store, bool shown, bool useTransaction);
+bool read(const Store &store, Configuration &configuration);
+
+} // namespace sceneconfigurations

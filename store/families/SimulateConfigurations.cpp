@@ -1,0 +1,89 @@
+#include "store/families/SimulateConfigurations.h"
+
+#include "store/core/Columns.h"
+#include "store/core/Savepoint.h"
+#include "store/core/Transaction.h"
+
+namespace simulateconfigurations {
+
+namespace {
+
+constexpr Sql kCount = {"select count(*) from SimulateConfiguration",
+                        "select count(*) from SimulateConfiguration where NetId = :NetId"};
+constexpr Sql kInsertStandard = {
+    "insert into SimulateConfiguration(simuTimeInterval, recordTrace, vehiCollectDataInterval, vehiQueueDataInterval, vehiTravelDataInterval, acceMultiples, simuAccuracy, randSeed) values(3600, 'F', 0, 0, 0, 1, 20, 0)",
+    "insert into SimulateConfiguration(NetId, simuTimeInterval, recordTrace, vehiCollectDataInterval, vehiQueueDataInterval, vehiTravelDataInterval, acceMultiples, simuAccuracy, randSeed) values(%0, 3600, 'F', 0, 0, 0, 1, 20, 0)"};
+// Generation 6 issues its update without "set" and every store refuses it: settings of a network stay at the
+// standard row, which is what hosts of that generation run on.
+constexpr Sql kUpdate = {
+    "update SimulateConfiguration set simuTimeInterval = :simuTimeInterval, recordTrace = :recordTrace, vehiCollectDataInterval = :vehiCollectDataInterval, vehiQueueDataInterval = :vehiQueueDataInterval, vehiTravelDataInterval = :vehiTravelDataInterval, acceMultiples = :acceMultiples, simuAccuracy = :simuAccuracy, randSeed = :randSeed",
+    "update SimulateConfiguration simuTimeInterval = :simuTimeInterval, recordTrace = :recordTrace, vehiCollectDataInterval = :vehiCollectDataInterval, vehiQueueDataInterval = :vehiQueueDataInterval, vehiTravelDataInterval = :vehiTravelDataInterval, acceMultiples = :acceMultiples, simuAccuracy = :simuAccuracy, randSeed = :randSeed where NetId = :NetId"};
+constexpr Sql kSelect = {"select * from SimulateConfiguration",
+                         "select * from SimulateConfiguration where NetId = %0"};
+
+/// All columns but the acceleration multiple, which is a whole number in the store alone.
+constexpr Column<SimulateConfiguration> kColumns[] = {
+    {":simuTimeInterval", &SimulateConfiguration::simuTimeInterval},
+    {":recordTrace", &SimulateConfiguration::recordTrace},
+    {":vehiCollectDataInterval", &SimulateConfiguration::vehiCollectDataInterval},
+    {":vehiQueueDataInterval", &SimulateConfiguration::vehiQueueDataInterval},
+    {":vehiTravelDataInterval", &SimulateConfiguration::vehiTravelDataInterval},
+    {":simuAccuracy", &SimulateConfiguration::simuAccuracy},
+    {":randSeed", &SimulateConfiguration::randSeed},
+};
+
+/// The number of rows; negative when they could not be counted.
+long countRows(const Store &store) {
+    Query count(store, kCount);
+    count.bindNet();
+    return count.execAndNext() ? count.firstId() : -1;
+}
+
+bool update(const Store &store, const SimulateConfiguration &configuration) {
+    Query update(store, kUpdate);
+    bindAll(update, kColumns, configuration);
+    return update.bind(":acceMultiples", configuration.acceMultiples()).bindNet().exec();
+}
+
+bool insertStandard(const Store &store) {
+    return Query(store, kInsertStandard).exec();
+}
+
+/// Without exactly one row the store gets the standard one, whatever the caller's values are; hosts save a
+/// second time to write theirs.
+bool saveToOneNet(const Store &store, const SimulateConfiguration &configuration, long count) {
+    if (count == 1)
+        return update(store, configuration);
+    return Query(store, "delete from SimulateConfiguration").exec() && insertStandard(store);
+}
+
+bool saveToNet(const Store &store, const SimulateConfiguration &configuration, long count) {
+    const bool seeded = count > 0 || insertStandard(store);
+    // The refusal is no reason for the standard row, or what else the caller's transaction holds, to go.
+    Savepoint savepoint(store);
+    return savepoint.end(update(store, configuration)) && seeded;
+}
+
+} // namespace
+
+bool save(const Store &store, const SimulateConfiguration &configuration, bool useTransaction) {
+    const long count = countRows(store);
+    if (count < 0)
+        return false;
+    Transaction transaction(store, useTransaction);
+    return transaction.commitIfGood(store.hasSeveralNets() ? saveToNet(store, configuration, count)
+                                                           : saveToOneNet(store, configuration, count));
+}
+
+bool read(const Store &store, SimulateConfiguration &configuration) {
+    Query row(store, kSelect);
+    if (!row.exec())
+        return false;
+    if (row.next()) {
+        readAll(row, kColumns, configuration);
+        configuration.mAcceMultiples = row.integer("acceMultiples");
+    }
+    return true;
+}
+
+} // namespace simulateconfigurations

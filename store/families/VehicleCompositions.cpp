@@ -1,0 +1,112 @@
+#include "store/families/VehicleCompositions.h"
+
+#include "store/core/Columns.h"
+#include "store/core/Transaction.h"
+
+#include <algorithm>
+
+namespace vehiclecompositions {
+
+namespace {
+
+constexpr Sql kInsert = {
+    "insert into VehicleConstitutent(VehicleConsCode, name, IsDefault) values(:VehicleConsCode, :name, :IsDefault)",
+    "insert into VehicleConstitutent(NetId, VehicleConsCode, name, IsDefault) values(:NetId, :VehicleConsCode, :name, :IsDefault)"};
+constexpr Sql kSelectAll = {"select * from VehicleConstitutent order by vehicleConsCode",
+                            "select * from VehicleConstitutent where NetId = %1 order by vehicleConsCode"};
+constexpr Sql kSelect = {
+    "select * from VehicleConstitutent where VehicleConsCode = %1 order by vehicleConsCode",
+    "select * from VehicleConstitutent where NetId = %0 and VehicleConsCode = %1 order by vehicleConsCode"};
+
+constexpr Sql kInsertDetail = {
+    "insert into VehicleConsDetail(vehicleConsCode, vehicleTypeCode, proportion) values(:vehicleConsCode, :vehicleTypeCode, :proportion)",
+    "insert into VehicleConsDetail(NetId, vehicleConsCode, vehicleTypeCode, proportion) values(:NetId, :vehicleConsCode, :vehicleTypeCode, :proportion)"};
+constexpr Sql kSelectDetails = {
+    "select * from VehicleConsDetail where vehicleConsCode = %1 order by vehicleTypeCode",
+    "select * from VehicleConsDetail where NetId = %0 and vehicleConsCode = %1 order by vehicleTypeCode"};
+
+constexpr Column<VehicleConsDetail> kDetailColumns[] = {
+    {":vehicleConsCode", &VehicleConsDetail::vehicleConsCode},
+    {":vehicleTypeCode", &VehicleConsDetail::vehicleTypeCode},
+    {":proportion", &VehicleConsDetail::proportion},
+};
+
+bool isYes(const QString &flag) {
+    return flag.startsWith(QLatin1Char('T')) || flag.startsWith(QLatin1Char('Y'));
+}
+
+} // namespace
+
+bool insert(const Store &store, const VehicleComposition &composition, bool useTransaction) {
+    Transaction transaction(store, useTransaction);
+    Query insert(store, kInsert);
+    insert.bindNet()
+        .bind(":VehicleConsCode", composition.vehicleConsCode)
+        .bind(":name", composition.name)
+        .bindFlag(":IsDefault", composition.isDefault);
+    // The first detail that fails ends the operation: a mix that lacks one of its types is of no use.
+    const bool complete =
+        insert.run() && std::all_of(composition.mlDetail.cbegin(), composition.mlDetail.cend(),
+                                    [&](const auto &detail) { return insertDetail(store, detail, false); });
+    // A composition that is not complete is undone. A driver that ran the statement and reports an error
+    // beside it only spoils the verdict: what it wrote stays, as with every other insert.
+    const bool good = insert.check();
+    return complete ? transaction.commit(good) : transaction.rollBack();
+}
+
+bool insertDetail(const Store &store, const VehicleConsDetail &detail, bool useTransaction) {
+    Transaction transaction(store, useTransaction);
+    Query insert(store, kInsertDetail);
+    insert.bindNet();
+    bindAll(insert, kDetailColumns, detail);
+    return transaction.commit(insert.exec());
+}
+
+bool readAll(const Store &store, QHash<long, VehicleComposition> &compositions) {
+    QList<VehicleComposition> read;
+    Query rows(store, kSelectAll);
+    if (!rows.exec())
+        return true;
+    while (rows.next()) {
+        // The default flag is not read here: hosts expect every composition of a whole catalogue without it
+        // and ask for a single composition where it matters.
+        VehicleComposition composition;
+        composition.vehicleConsCode = rows.id("vehicleConsCode");
+        composition.name = rows.text("name");
+        read.append(composition);
+    }
+    rows.finish();
+    for (VehicleComposition &composition : read) {
+        composition.mlDetail = readDetails(store, composition.vehicleConsCode);
+        compositions.insert(composition.vehicleConsCode, composition);
+    }
+    return true;
+}
+
+VehicleComposition read(const Store &store, long consCode) {
+    VehicleComposition composition;
+    Query row(store, kSelect, {consCode});
+    if (!row.execAndNext())
+        return composition;
+    composition.vehicleConsCode = row.id("vehicleConsCode");
+    composition.name = row.text("name");
+    composition.isDefault = isYes(row.text("IsDefault"));
+    row.finish();
+    composition.mlDetail = readDetails(store, consCode);
+    return composition;
+}
+
+QList<VehicleConsDetail> readDetails(const Store &store, long consCode) {
+    QList<VehicleConsDetail> details;
+    Query rows(store, kSelectDetails, {consCode});
+    if (!rows.exec())
+        return details;
+    while (rows.next()) {
+        VehicleConsDetail detail;
+        ::readAll(rows, kDetailColumns, detail);
+        details.append(detail);
+    }
+    return details;
+}
+
+} // namespace vehiclecompositions

@@ -1,0 +1,12 @@
+#pragma once
+
+#include "model/VehicleType.h"
+#include "store/core/Store.h"
+
+/// The catalogue of vehicle types.
+namespace vehicletypes {
+
+bool insert(const Store &store, const VehicleType &type, bool useTransaction);
+bool readAll(const Store &store, QHash<long, VehicleType> &types);
+
+} // namespace vehicletypes
