@@ -61,6 +61,12 @@ class StoreKindFixture : public StoreFixture, public testing::WithParamInterface
 protected:
     void SetUp() override { openTemplate(GetParam().templateName); }
     bool hasSeveralNets() const { return GetParam().hasSeveralNets; }
+    /// Writes a row of network 1 by a statement of the test's own.
+    void addRow(const QString &table, const QString &columns, const QString &values) {
+        const QString led = hasSeveralNets() ? QStringLiteral("insert into %1(NetId, %2) values(1, %3)")
+                                             : QStringLiteral("insert into %1(%2) values(%3)");
+        execute(led.arg(table, columns, values));
+    }
     /// The list that failures of this generation go to.
     QList<CallDbResult> &failures() const {
         return hasSeveralNets() ? DBTools_V6::mlCallDbResult : DBTools::mlCallDbResult;
