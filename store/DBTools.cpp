@@ -8,6 +8,7 @@
 #include "store/families/BusLines.h"
 #include "store/families/BusStations.h"
 #include "store/families/Connectors.h"
+#include "store/families/DecisionPoints.h"
 #include "store/families/DeparturePoints.h"
 #include "store/families/DrivInfoCollectors.h"
 #include "store/families/DriverModels.h"
@@ -19,8 +20,11 @@
 #include "store/families/Networks.h"
 #include "store/families/QueueCounters.h"
 #include "store/families/ReduceSpeedAreas.h"
+#include "store/families/Routings.h"
 #include "store/families/SceneConfigurations.h"
 #include "store/families/Sequences.h"
+#include "store/families/SignalGroups.h"
+#include "store/families/SignalLamps.h"
 #include "store/families/SimulateConfigurations.h"
 #include "store/families/TravelDetectors.h"
 #include "store/families/VehicleCompositions.h"
@@ -296,6 +300,75 @@ GuideArrow *DBTools::selectGuideArrowByID(QSqlDatabase &db, long netId, long id)
 
 bool DBTools::selectGuideArrowIDs(QSqlDatabase &db, long netId, QList<long> &ids) {
     return guidearrows::listIds(storeOf(db, netId), ids);
+}
+
+bool DBTools::insertSignalGroup(QSqlDatabase &db, long netId, SignalGroup *group, bool inTransaction) {
+    return signalgroups::insert(storeOf(db, netId), group, inTransaction);
+}
+
+SignalGroup *DBTools::selectSignalGroupByID(QSqlDatabase &db, long netId, long id) {
+    return signalgroups::read(storeOf(db, netId), id);
+}
+
+bool DBTools::selectSignalGroupIDs(QSqlDatabase &db, long netId, QList<long> &ids) {
+    return signalgroups::listIds(storeOf(db, netId), ids);
+}
+
+bool DBTools::insertSignalLamp(QSqlDatabase &db, long netId, SignalLamp *lamp, bool inTransaction) {
+    return signallamps::insert(storeOf(db, netId), lamp, inTransaction);
+}
+
+SignalLamp *DBTools::selectSignalLampByID(QSqlDatabase &db, long netId, long id) {
+    return signallamps::read(storeOf(db, netId), id);
+}
+
+bool DBTools::selectSignalLampIDs(QSqlDatabase &db, long netId, QList<long> &ids) {
+    return signallamps::listIds(storeOf(db, netId), ids);
+}
+
+bool DBTools::insertDecisionPoint(QSqlDatabase &db, long netId, DecisionPoint *point, bool useTransaction) {
+    return decisionpoints::insert(storeOf(db, netId), point, useTransaction);
+}
+
+DecisionPoint *DBTools::selectDecisionPointByID(QSqlDatabase &db, long netId, long id) {
+    return decisionpoints::read(storeOf(db, netId), id);
+}
+
+bool DBTools::selectDecisionPointIDs(QSqlDatabase &db, long netId, QList<long> &ids) {
+    return decisionpoints::listIds(storeOf(db, netId), ids);
+}
+
+bool DBTools::insertRouting(QSqlDatabase &db, long netId, Routing *route, bool useTransaction) {
+    return routings::insert(storeOf(db, netId), route, useTransaction);
+}
+
+Routing *DBTools::selectRoutingByID(QSqlDatabase &db, long netId, long routingId) {
+    return routings::read(storeOf(db, netId), routingId);
+}
+
+bool DBTools::selectRoutingIDs(QSqlDatabase &db, long netId, long deciPointId, QList<long> &ids) {
+    return routings::listIds(storeOf(db, netId), deciPointId, ids);
+}
+
+bool DBTools::insertRoutingFlowRatio(QSqlDatabase &db, long netId, long start,
+                                     RoutingFlowByInterval *interval, bool useTransaction) {
+    return routings::insertFlowRatios(storeOf(db, netId), start, interval, useTransaction);
+}
+
+bool DBTools::selectRoutingPartitionByID(QSqlDatabase &db, long netId, QList<RoutingFLowRatio *> &ratios,
+                                         long routingId) {
+    return routings::readFlowRatios(storeOf(db, netId), ratios, routingId);
+}
+
+bool DBTools::insertRoutingLaneConnector(QSqlDatabase &db, long netId, long routingId, long connId,
+                                         long laneId1, long laneId2, bool useTransaction) {
+    return routings::insertLanePair(storeOf(db, netId), routingId, connId, {laneId1, laneId2},
+                                    useTransaction);
+}
+
+QList<LCStruct *> DBTools::selectRoutingLaneConnector(QSqlDatabase &db, long netId, long routingId,
+                                                      long connId) {
+    return routings::readLanePairs(storeOf(db, netId), routingId, connId);
 }
 
 bool DBTools::insertVehicleDetector(QSqlDatabase &db, long netId, VehicleDetector *detector,

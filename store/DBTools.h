@@ -22,9 +22,14 @@ class BusLine;
 class BusStation;
 class ChangeLaneModelParam;
 class Connector;
+class DecisionPoint;
 class Link;
 class ReduceSpeedArea;
 class RoadWorkZone;
+class Routing;
+class RoutingFLowRatio;
+class SignalGroup;
+class SignalLamp;
 class SimulateConfiguration;
 class VehicleComposition;
 class VehicleDetector;
@@ -33,6 +38,8 @@ class VehicleTravelDetector;
 class VehicleType;
 struct DeparturePoint;
 struct DriveFollowedModelParam;
+struct LCStruct;
+struct RoutingFlowByInterval;
 struct VehicleConsDetail;
 
 /// The connection that the host works on.
@@ -124,7 +131,8 @@ public:
     /// "__pgdbhost", "__pgdbport", "__pgdbname", "__pgdbuser", "__pgdbpassword") and deletes the objects of
     /// network 1 there. The port is kept in mDbPort but not applied to this connection: the driver's default
     /// counts.
-    /// @return false when @p db is no SQLite connection or the server cannot be used. A removal that fails is recorded
+    /// @return false when @p db is no SQLite connection or the server cannot be used. A removal that fails is
+    /// recorded
     ///         and does not change the result.
     static bool transToPostgreSql(QSqlDatabase &db);
 
@@ -283,6 +291,65 @@ public:
     static GuideArrow *selectGuideArrowByID(QSqlDatabase &db, long netId, long id);
     /// Appends the ids of all guide arrows whose lane exists.
     static bool selectGuideArrowIDs(QSqlDatabase &db, long netId, QList<long> &ids);
+    /// @}
+
+    /// @name Signal groups and lamps
+    /// @{
+    /// Writes a group with its phases and their colours. Colours are display words and are stored as
+    /// gSpecialWords translates them.
+    static bool insertSignalGroup(QSqlDatabase &db, long netId, SignalGroup *group, bool inTransaction);
+    /// Reads a group with its phases, in the store's row order, and their colours into a new object of the
+    /// caller's. The phases, which the group owns, are entered into gNet.
+    /// @return null when the store has no such group.
+    static SignalGroup *selectSignalGroupByID(QSqlDatabase &db, long netId, long id);
+    /// Appends all group ids.
+    static bool selectSignalGroupIDs(QSqlDatabase &db, long netId, QList<long> &ids);
+    static bool insertSignalLamp(QSqlDatabase &db, long netId, SignalLamp *lamp, bool inTransaction);
+    /// Reads a lamp into a new object of the caller's and enters it into the lamps of its phase, in place of
+    /// an earlier read of the same lamp. The phase is resolved through gNet, so signal groups are read first.
+    /// @return null when the store has no such lamp, its lane is gone, or gNet does not know its phase.
+    static SignalLamp *selectSignalLampByID(QSqlDatabase &db, long netId, long id);
+    /// Appends all lamp ids, also of lamps that cannot be read.
+    static bool selectSignalLampIDs(QSqlDatabase &db, long netId, QList<long> &ids);
+    /// @}
+
+    /// @name Decision points and routes
+    /// Links are resolved through gNet, so they are read first. Times are in the host's unit.
+    /// @{
+    /// Writes a point with its routes, their chains of links and its flow intervals, which stand in ascending
+    /// order of their ends: the first starts at 1, each later one after the end of the one before. A route
+    /// that leads back to no point gets this one. Ratio records of routes that are not the point's are taken
+    /// out of the caller's intervals and deleted.
+    static bool insertDecisionPoint(QSqlDatabase &db, long netId, DecisionPoint *point, bool useTransaction);
+    /// Reads a point with its routes and flow intervals, which it owns, into a new object of the caller's. Of
+    /// several ratio records of a route with the same end the first is read. A link that gNet does not know
+    /// is null.
+    /// @return null when the store has no such point.
+    static DecisionPoint *selectDecisionPointByID(QSqlDatabase &db, long netId, long id);
+    /// Appends all point ids; true in every case.
+    static bool selectDecisionPointIDs(QSqlDatabase &db, long netId, QList<long> &ids);
+    /// Writes a route, under the id of the point it leads back to, with its chains of links.
+    static bool insertRouting(QSqlDatabase &db, long netId, Routing *route, bool useTransaction);
+    /// Reads a route with its chains of links into a new object of the caller's, without its point. Links
+    /// that gNet does not know are left out, and so are chains of nothing but such links.
+    /// @return null when the store has no such route.
+    static Routing *selectRoutingByID(QSqlDatabase &db, long netId, long routingId);
+    /// Appends the ids of a point's routes; true in every case.
+    static bool selectRoutingIDs(QSqlDatabase &db, long netId, long deciPointId, QList<long> &ids);
+    /// Writes the ratio records of an interval from @p start to the interval's end; the times in the records
+    /// are not used.
+    static bool insertRoutingFlowRatio(QSqlDatabase &db, long netId, long start,
+                                       RoutingFlowByInterval *interval, bool useTransaction);
+    /// Appends the ratio records of a route by their ends, each a new object of the caller's.
+    static bool selectRoutingPartitionByID(QSqlDatabase &db, long netId, QList<RoutingFLowRatio *> &ratios,
+                                           long routingId);
+    /// Writes a pair of lanes that a route may use on a connector.
+    static bool insertRoutingLaneConnector(QSqlDatabase &db, long netId, long routingId, long connId,
+                                           long laneId1, long laneId2, bool useTransaction);
+    /// The pairs of lanes that a route may use on a connector, by their lane ids, each a new object of the
+    /// caller's.
+    static QList<LCStruct *> selectRoutingLaneConnector(QSqlDatabase &db, long netId, long routingId,
+                                                        long connId);
     /// @}
 
     /// @name Detectors

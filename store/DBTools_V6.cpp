@@ -5,6 +5,7 @@
 #include "store/families/BusLines.h"
 #include "store/families/BusStations.h"
 #include "store/families/Connectors.h"
+#include "store/families/DecisionPoints.h"
 #include "store/families/DeparturePoints.h"
 #include "store/families/DrivInfoCollectors.h"
 #include "store/families/DriverModels.h"
@@ -16,7 +17,10 @@
 #include "store/families/Networks.h"
 #include "store/families/QueueCounters.h"
 #include "store/families/ReduceSpeedAreas.h"
+#include "store/families/Routings.h"
 #include "store/families/SceneConfigurations.h"
+#include "store/families/SignalGroups.h"
+#include "store/families/SignalLamps.h"
 #include "store/families/SimulateConfigurations.h"
 #include "store/families/TravelDetectors.h"
 #include "store/families/VehicleCompositions.h"
@@ -138,6 +142,76 @@ GuideArrow *DBTools_V6::selectGuideArrowByID(QSqlDatabase &db, long netId, long 
 
 bool DBTools_V6::selectGuideArrowIDs(QSqlDatabase &db, long netId, QList<long> &ids) {
     return guidearrows::listIds(storeOf(db, netId), ids);
+}
+
+bool DBTools_V6::insertSignalGroup(QSqlDatabase &db, long netId, SignalGroup *group, bool inTransaction) {
+    return signalgroups::insert(storeOf(db, netId), group, inTransaction);
+}
+
+SignalGroup *DBTools_V6::selectSignalGroupByID(QSqlDatabase &db, long netId, long id) {
+    return signalgroups::read(storeOf(db, netId), id);
+}
+
+bool DBTools_V6::selectSignalGroupIDs(QSqlDatabase &db, long netId, QList<long> &ids) {
+    return signalgroups::listIds(storeOf(db, netId), ids);
+}
+
+bool DBTools_V6::insertSignalLamp(QSqlDatabase &db, long netId, SignalLamp *lamp, bool inTransaction) {
+    return signallamps::insert(storeOf(db, netId), lamp, inTransaction);
+}
+
+SignalLamp *DBTools_V6::selectSignalLampByID(QSqlDatabase &db, long netId, long id) {
+    return signallamps::read(storeOf(db, netId), id);
+}
+
+bool DBTools_V6::selectSignalLampIDs(QSqlDatabase &db, long netId, QList<long> &ids) {
+    return signallamps::listIds(storeOf(db, netId), ids);
+}
+
+bool DBTools_V6::insertDecisionPoint(QSqlDatabase &db, long netId, DecisionPoint *point,
+                                     bool useTransaction) {
+    return decisionpoints::insert(storeOf(db, netId), point, useTransaction);
+}
+
+DecisionPoint *DBTools_V6::selectDecisionPointByID(QSqlDatabase &db, long netId, long id) {
+    return decisionpoints::read(storeOf(db, netId), id);
+}
+
+bool DBTools_V6::selectDecisionPointIDs(QSqlDatabase &db, long netId, QList<long> &ids) {
+    return decisionpoints::listIds(storeOf(db, netId), ids);
+}
+
+bool DBTools_V6::insertRouting(QSqlDatabase &db, long netId, Routing *route, bool useTransaction) {
+    return routings::insert(storeOf(db, netId), route, useTransaction);
+}
+
+Routing *DBTools_V6::selectRoutingByID(QSqlDatabase &db, long netId, long routingId) {
+    return routings::read(storeOf(db, netId), routingId);
+}
+
+bool DBTools_V6::selectRoutingIDs(QSqlDatabase &db, long netId, long deciPointId, QList<long> &ids) {
+    return routings::listIds(storeOf(db, netId), deciPointId, ids);
+}
+
+bool DBTools_V6::insertRoutingFlowRatio(QSqlDatabase &db, long netId, long start,
+                                        RoutingFlowByInterval *interval, bool useTransaction) {
+    return routings::insertFlowRatios(storeOf(db, netId), start, interval, useTransaction);
+}
+
+bool DBTools_V6::selectRoutingPartitionByID(QSqlDatabase &db, long netId, QList<RoutingFLowRatio *> &ratios,
+                                            long routingId) {
+    return routings::readFlowRatios(storeOf(db, netId), ratios, routingId);
+}
+
+bool DBTools_V6::insertRoutingLaneConnector(QSqlDatabase &db, long netId, long routingId, long connId,
+                                            long laneId1, long laneId2, bool useTransaction) {
+    return routings::insertLanePair(storeOf(db, netId), routingId, connId, {laneId1, laneId2},
+                                    useTransaction);
+}
+
+QList<LCStruct *> DBTools_V6::selectRoutingLaneConnector(QSqlDatabase &db, long netId, long routingId,
+                                                         long connId) {
+    return routings::readLanePairs(storeOf(db, netId), routingId, connId);
 }
 
 bool DBTools_V6::insertVehicleDetector(QSqlDatabase &db, long netId, VehicleDetector *detector,

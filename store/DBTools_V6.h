@@ -66,6 +66,28 @@ public:
     static GuideArrow *selectGuideArrowByID(QSqlDatabase &db, long netId, long id);
     static bool selectGuideArrowIDs(QSqlDatabase &db, long netId, QList<long> &ids);
 
+    static bool insertSignalGroup(QSqlDatabase &db, long netId, SignalGroup *group, bool inTransaction);
+    static SignalGroup *selectSignalGroupByID(QSqlDatabase &db, long netId, long id);
+    static bool selectSignalGroupIDs(QSqlDatabase &db, long netId, QList<long> &ids);
+    static bool insertSignalLamp(QSqlDatabase &db, long netId, SignalLamp *lamp, bool inTransaction);
+    static SignalLamp *selectSignalLampByID(QSqlDatabase &db, long netId, long id);
+    static bool selectSignalLampIDs(QSqlDatabase &db, long netId, QList<long> &ids);
+
+    static bool insertDecisionPoint(QSqlDatabase &db, long netId, DecisionPoint *point, bool useTransaction);
+    static DecisionPoint *selectDecisionPointByID(QSqlDatabase &db, long netId, long id);
+    static bool selectDecisionPointIDs(QSqlDatabase &db, long netId, QList<long> &ids);
+    static bool insertRouting(QSqlDatabase &db, long netId, Routing *route, bool useTransaction);
+    static Routing *selectRoutingByID(QSqlDatabase &db, long netId, long routingId);
+    static bool selectRoutingIDs(QSqlDatabase &db, long netId, long deciPointId, QList<long> &ids);
+    static bool insertRoutingFlowRatio(QSqlDatabase &db, long netId, long start,
+                                       RoutingFlowByInterval *interval, bool useTransaction);
+    static bool selectRoutingPartitionByID(QSqlDatabase &db, long netId, QList<RoutingFLowRatio *> &ratios,
+                                           long routingId);
+    static bool insertRoutingLaneConnector(QSqlDatabase &db, long netId, long routingId, long connId,
+                                           long laneId1, long laneId2, bool useTransaction);
+    static QList<LCStruct *> selectRoutingLaneConnector(QSqlDatabase &db, long netId, long routingId,
+                                                        long connId);
+
     static bool insertVehicleDetector(QSqlDatabase &db, long netId, VehicleDetector *detector,
                                       bool inTransaction);
     static VehicleDetector *selectVehicleDetector(QSqlDatabase &db, long netId, long detectorId);

@@ -3,11 +3,11 @@
 #include "model/BusLine.h"
 #include "model/BusStationLine.h"
 #include "model/Link.h"
-#include "model/Net.h"
 #include "model/PassengerArriving.h"
 #include "store/core/Columns.h"
 #include "store/core/Query.h"
 #include "store/core/Transaction.h"
+#include "store/families/CurrentNet.h"
 
 #include <memory>
 
@@ -124,7 +124,7 @@ std::unique_ptr<BusLine> readRow(const Store &store, long lineId) {
 
 /// The roads that gNet knows, which holds the current network alone.
 void readRoads(const Store &store, BusLine &line, long lineId) {
-    if (store.hasSeveralNets() && !gNet.isCurrent(store.netId()))
+    if (!isCurrentNet(store))
         return;
     Query rows(store, kSelectRoads, {lineId});
     if (!rows.exec())

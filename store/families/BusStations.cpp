@@ -2,10 +2,10 @@
 
 #include "model/BusStation.h"
 #include "model/Link.h"
-#include "model/Net.h"
 #include "store/core/Columns.h"
 #include "store/core/Query.h"
 #include "store/core/Transaction.h"
+#include "store/families/CurrentNet.h"
 
 #include <memory>
 
@@ -61,7 +61,7 @@ BusStation *read(const Store &store, long stationId) {
         return nullptr;
     auto station = std::make_unique<BusStation>();
     readAll(row, kColumns, *station);
-    if (!store.hasSeveralNets() || gNet.isCurrent(store.netId()))
+    if (isCurrentNet(store))
         station->mpLink = gNet.getLinkById(row.id("linkID"));
     return station.release();
 }

@@ -4,10 +4,10 @@
 #include "model/Lane.h"
 #include "model/LaneConnector.h"
 #include "model/Link.h"
-#include "model/Net.h"
 #include "store/DBTools.h"
 #include "store/core/Query.h"
 #include "store/core/Transaction.h"
+#include "store/families/CurrentNet.h"
 
 #include <memory>
 
@@ -201,7 +201,7 @@ bool insert(const Store &store, Connector *connector, bool inTransaction) {
 
 Connector *read(const Store &store, long connectorId) {
     // The ends are resolved through gNet, which knows the current network alone.
-    if (store.hasSeveralNets() && !gNet.isCurrent(store.netId()))
+    if (!isCurrentNet(store))
         return nullptr;
     std::unique_ptr<Connector> connector = readRow(store, connectorId);
     if (!connector)

@@ -2,7 +2,6 @@
 
 #include "model/Lane.h"
 #include "model/Link.h"
-#include "model/Net.h"
 #include "model/Node.h"
 #include "model/SpecialWords.h"
 #include "model/Vertex.h"
@@ -11,6 +10,7 @@
 #include "store/core/Probes.h"
 #include "store/core/Query.h"
 #include "store/core/Transaction.h"
+#include "store/families/CurrentNet.h"
 #include "store/families/Lanes.h"
 
 #include <QJsonArray>
@@ -224,7 +224,7 @@ bool insert(const Store &store, Link *link, bool inTransaction) {
 }
 
 Link *read(const Store &store, long linkId) {
-    const bool isCurrent = !store.hasSeveralNets() || gNet.isCurrent(store.netId());
+    const bool isCurrent = isCurrentNet(store);
     if (isCurrent) {
         if (Link *held = gNet.getLinkById(linkId))
             return held;

@@ -1,0 +1,10 @@
+#pragma once
+
+#include "model/Net.h"
+#include "store/core/Store.h"
+
+/// Whether gNet's tables speak for the store's network: always in a store of one network, and in generation 6
+/// while that network is the current one. Elsewhere the same ids name other objects.
+inline bool isCurrentNet(const Store &store) {
+    return !store.hasSeveralNets() || gNet.isCurrent(store.netId());
+}

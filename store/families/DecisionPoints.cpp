@@ -1,0 +1,145 @@
+#include "store/families/DecisionPoints.h"
+
+#include "model/DecisionPoint.h"
+#include "model/Link.h"
+#include "store/core/Query.h"
+#include "store/core/Transaction.h"
+#include "store/families/CurrentNet.h"
+#include "store/families/Routings.h"
+
+#include <QSet>
+
+#include <map>
+#include <memory>
+
+namespace decisionpoints {
+
+namespace {
+
+constexpr Sql kInsert = {
+    "insert into DecisionPoint(deciPointID, deciPointName, linkID, x, y, z) values(:deciPointID, :deciPointName, :linkID, :x, :y, :z)",
+    "insert into DecisionPoint(NetId, deciPointID, deciPointName, linkID, x, y, z) values(:NetId, :deciPointID, :deciPointName, :linkID, :x, :y, :z)"};
+constexpr Sql kSelect = {"select * from DecisionPoint where deciPointID = %1",
+                         "select * from DecisionPoint where NetId = %0 and deciPointID = %1"};
+constexpr Sql kSelectIds = {"select deciPointID from DecisionPoint order by deciPointID",
+                            "select deciPointID from DecisionPoint where NetId = %0 order by deciPointID"};
+
+bool insertRow(const Store &store, const DecisionPoint &point) {
+    Query insert(store, kInsert);
+    insert.bindNet()
+        .bind(":deciPointID", point.deciPointID)
+        .bind(":deciPointName", point.deciPointName)
+        .bind(":linkID", point.mpLink ? point.mpLink->linkID : 0L)
+        .bind(":x", point.x)
+        .bind(":y", point.y)
+        .bind(":z", point.z);
+    return insert.exec();
+}
+
+bool insertRoutes(const Store &store, DecisionPoint &point) {
+    bool written = true;
+    for (Routing *route : qAsConst(point.mlRouting)) {
+        if (!route->mpDecisionPoint)
+            route->mpDecisionPoint = &point;
+        written = routings::insert(store, route, false) && written;
+    }
+    return written;
+}
+
+/// Destroys the records of @p interval that belong to none of @p routeIds.
+void dropForeignRatios(RoutingFlowByInterval &interval, const QSet<long> &routeIds) {
+    for (int i = interval.mlFlowRatio.size() - 1; i >= 0; --i) {
+        if (!routeIds.contains(interval.mlFlowRatio.at(i)->routingID))
+            delete interval.mlFlowRatio.takeAt(i);
+    }
+}
+
+bool insertFlows(const Store &store, const DecisionPoint &point) {
+    if (!store.isUsable())
+        return false;
+    QSet<long> routeIds;
+    for (const Routing *route : point.mlRouting)
+        routeIds.insert(route->routingID);
+    bool written = true;
+    long start = 1;
+    for (RoutingFlowByInterval *interval : point.mlFlowByInterval) {
+        dropForeignRatios(*interval, routeIds);
+        written = routings::insertFlowRatios(store, start, interval, false) && written;
+        start = interval->endDateTime + 1;
+    }
+    return written;
+}
+
+std::unique_ptr<DecisionPoint> readRow(const Store &store, long id) {
+    Query row(store, kSelect, {id});
+    if (!row.execAndNext())
+        return nullptr;
+    auto point = std::make_unique<DecisionPoint>();
+    point->deciPointID = row.id("deciPointID");
+    point->deciPointName = row.text("deciPointName");
+    if (isCurrentNet(store))
+        point->mpLink = gNet.getLinkById(row.id("linkID"));
+    point->x = row.number("x");
+    point->y = row.number("y");
+    point->z = row.number("z");
+    return point;
+}
+
+void readRoutes(const Store &store, DecisionPoint &point, long id) {
+    QList<long> routeIds;
+    routings::listIds(store, id, routeIds);
+    for (const long routeId : qAsConst(routeIds)) {
+        if (Routing *route = routings::read(store, routeId)) {
+            route->mpDecisionPoint = &point;
+            point.mlRouting.append(route);
+        }
+    }
+}
+
+/// Groups the ratio records of all routes by their ends; in each group the first record of a route counts.
+void readFlows(const Store &store, DecisionPoint &point) {
+    QList<RoutingFLowRatio *> ratios;
+    for (const Routing *route : qAsConst(point.mlRouting))
+        routings::readFlowRatios(store, ratios, route->routingID);
+
+    std::map<long, std::map<long, std::unique_ptr<RoutingFLowRatio>>> firstByEndAndRoute;
+    for (RoutingFLowRatio *ratio : qAsConst(ratios)) {
+        firstByEndAndRoute[ratio->endDateTime].emplace(ratio->routingID,
+                                                       std::unique_ptr<RoutingFLowRatio>(ratio));
+    }
+    for (auto &[end, firstByRoute] : firstByEndAndRoute) {
+        auto interval = std::make_unique<RoutingFlowByInterval>();
+        interval->endDateTime = end;
+        for (auto &[routeId, ratio] : firstByRoute)
+            interval->mlFlowRatio.append(ratio.release());
+        point.mlFlowByInterval.append(interval.release());
+    }
+}
+
+} // namespace
+
+bool insert(const Store &store, DecisionPoint *point, bool useTransaction) {
+    if (!point)
+        return true;
+    Transaction transaction(store, useTransaction);
+    bool written = insertRow(store, *point);
+    written = insertRoutes(store, *point) && written;
+    written = insertFlows(store, *point) && written;
+    return transaction.commit(written);
+}
+
+DecisionPoint *read(const Store &store, long id) {
+    std::unique_ptr<DecisionPoint> point = readRow(store, id);
+    if (!point)
+        return nullptr;
+    readRoutes(store, *point, id);
+    readFlows(store, *point);
+    return point.release();
+}
+
+bool listIds(const Store &store, QList<long> &ids) {
+    appendIds(store, kSelectIds, ids);
+    return true;
+}
+
+} // namespace decisionpoints

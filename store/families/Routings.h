@@ -1,0 +1,27 @@
+#pragma once
+
+#include "model/LCStruct.h"
+#include "store/core/Store.h"
+
+#include <QList>
+
+class Routing;
+class RoutingFLowRatio;
+struct RoutingFlowByInterval;
+
+/// The routes of decision points, their shares of the traffic by time slice, and the lanes that they use on
+/// connectors.
+namespace routings {
+
+bool insert(const Store &store, Routing *route, bool useTransaction);
+Routing *read(const Store &store, long routingId);
+bool listIds(const Store &store, long deciPointId, QList<long> &ids);
+
+bool insertFlowRatios(const Store &store, long start, RoutingFlowByInterval *interval, bool useTransaction);
+bool readFlowRatios(const Store &store, QList<RoutingFLowRatio *> &ratios, long routingId);
+
+bool insertLanePair(const Store &store, long routingId, long connId, const LCStruct &lanes,
+                    bool useTransaction);
+QList<LCStruct *> readLanePairs(const Store &store, long routingId, long connId);
+
+} // namespace routings

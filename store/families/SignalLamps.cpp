@@ -1,0 +1,81 @@
+#include "store/families/SignalLamps.h"
+
+#include "model/SignalLamp.h"
+#include "store/core/Query.h"
+#include "store/core/Transaction.h"
+#include "store/families/CurrentNet.h"
+
+#include <algorithm>
+#include <memory>
+
+namespace signallamps {
+
+namespace {
+
+constexpr Sql kInsert = {
+    "insert into SignalLamp(signalLampID, signalPhaseID, laneID, toLaneID, name, x, y, z) values(:signalLampID, :signalPhaseID, :laneID, :toLaneID, :name, :x, :y, :z)",
+    "insert into SignalLamp(NetId, signalLampID, signalPhaseID, laneID, toLaneID, name, x, y, z) values(:NetId, :signalLampID, :signalPhaseID, :laneID, :toLaneID, :name, :x, :y, :z)"};
+// A lamp on a lane that is gone is not found. In generation 6 the lane may be one of any network, so that one
+// lamp can come in several rows; the columns that both tables have are the lamp's first.
+constexpr Sql kSelect = {
+    "select * from SignalLamp where laneID in (select LaneID from Lane) and signalLampID = %1",
+    "select * from SignalLamp as a join Lane as b on a.laneID = b.laneID where a.NetId = %0 and a.signalLampID = %1"};
+constexpr Sql kSelectIds = {"select signalLampID from SignalLamp order by signalLampID",
+                            "select signalLampID from SignalLamp where NetId = %0 order by signalLampID"};
+
+/// Enters the lamp into its phase's lamps, in place of one that an earlier read of the same lamp gave.
+void enterInto(SignalPhase *phase, SignalLamp *lamp) {
+    QList<SignalLamp *> &lamps = phase->mlLamp;
+    const auto isEarlier = [lamp](const SignalLamp *other) {
+        return other->signalLampID == lamp->signalLampID;
+    };
+    lamps.erase(std::remove_if(lamps.begin(), lamps.end(), isEarlier), lamps.end());
+    lamp->setPhase(phase);
+}
+
+} // namespace
+
+bool insert(const Store &store, SignalLamp *lamp, bool inTransaction) {
+    if (!lamp)
+        return true;
+    Transaction transaction(store, inTransaction);
+    Query insert(store, kInsert);
+    insert.bindNet()
+        .bind(":signalLampID", lamp->signalLampID)
+        .bind(":signalPhaseID", lamp->mpPhase ? lamp->mpPhase->signalPhaseID : 0L)
+        .bind(":laneID", lamp->laneID)
+        .bind(":toLaneID", lamp->toLaneID)
+        .bind(":name", lamp->name)
+        .bind(":x", lamp->x)
+        .bind(":y", lamp->y)
+        .bind(":z", lamp->z);
+    return transaction.commit(insert.exec());
+}
+
+SignalLamp *read(const Store &store, long id) {
+    // The phase is resolved through gNet, which knows the current network alone.
+    if (!isCurrentNet(store))
+        return nullptr;
+    Query row(store, kSelect, {id});
+    if (!row.execAndNext())
+        return nullptr;
+    SignalPhase *phase = gNet.getSignalPhaseById(row.id("signalPhaseID"));
+    if (!phase)
+        return nullptr;
+    auto lamp = std::make_unique<SignalLamp>();
+    lamp->signalLampID = row.id("signalLampID");
+    lamp->name = row.text("name");
+    lamp->laneID = static_cast<int>(row.id("laneID"));
+    lamp->toLaneID = static_cast<int>(row.id("toLaneID"));
+    lamp->x = row.number("x");
+    lamp->y = row.number("y");
+    lamp->z = row.number("z");
+    enterInto(phase, lamp.get());
+    return lamp.release();
+}
+
+bool listIds(const Store &store, QList<long> &ids) {
+    return appendIds(store, kSelectIds, ids);
+}
+
+} // namespace signallamps

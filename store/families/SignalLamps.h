@@ -1,0 +1,16 @@
+#pragma once
+
+#include "store/core/Store.h"
+
+#include <QList>
+
+class SignalLamp;
+
+/// Signal heads; their phases are read before them.
+namespace signallamps {
+
+bool insert(const Store &store, SignalLamp *lamp, bool inTransaction);
+SignalLamp *read(const Store &store, long id);
+bool listIds(const Store &store, QList<long> &ids);
+
+} // namespace signallamps
