@@ -1,4 +1,5 @@
 # Installs BUILD_DIR into a fresh tree below WORK_DIR, builds SOURCE_DIR against nothing but that tree, and runs it.
+cmake_minimum_required(VERSION 3.25)
 file(REMOVE_RECURSE ${WORK_DIR})
 
 function(run)
@@ -14,19 +15,17 @@ run(${CMAKE_COMMAND} --install ${BUILD_DIR} --prefix ${WORK_DIR}/first)
 # What was installed must also work where it is moved to.
 file(RENAME ${WORK_DIR}/first ${WORK_DIR}/prefix)
 
-# Every public header stands alone and includes nothing that was not installed.
+# Every public header compiles and includes nothing that was not installed.
 file(GLOB headers RELATIVE ${WORK_DIR}/prefix/include ${WORK_DIR}/prefix/include/Mora*/*.h)
-if(NOT headers MATCHES "MoraStore/DBTools.h")
+if(NOT "MoraStore/DBTools.h" IN_LIST headers)
     message(FATAL_ERROR "No public headers in ${WORK_DIR}/prefix/include")
 endif()
+list(TRANSFORM headers REPLACE "(.+)" "#include <\\1>\n")
+list(JOIN headers "" headers)
 file(COPY ${SOURCE_DIR}/ DESTINATION ${WORK_DIR}/source)
-foreach(header IN LISTS headers)
-    string(MAKE_C_IDENTIFIER ${header} name)
-    file(WRITE ${WORK_DIR}/source/headers/${name}.cpp "#include <${header}>\n")
-endforeach()
+file(WRITE ${WORK_DIR}/source/headers.cpp "${headers}")
 file(APPEND ${WORK_DIR}/source/CMakeLists.txt "
-file(GLOB header_sources headers/*.cpp)
-add_library(headers OBJECT \${header_sources})
+add_library(headers OBJECT headers.cpp)
 target_link_libraries(headers PRIVATE MoraStore::MoraStore MoraStore::MoraSupport)
 ")
 
@@ -36,4 +35,8 @@ run(${CMAKE_COMMAND} --build ${WORK_DIR}/build)
 run(${WORK_DIR}/build/consumer ${WORK_DIR}/store.db)
 if(NOT output MATCHES "${EXPECTED}")
     message(FATAL_ERROR "The consumer did not print '${EXPECTED}'.")
+endif()
+
+if(EXISTS ${WORK_DIR}/prefix/bin/morastore)
+    run(${WORK_DIR}/prefix/bin/morastore --help)
 endif()
