@@ -174,7 +174,7 @@ int main(int argc, char *argv[]) {
          {std::pair{"selectLinkByID", readLinks}, {"selectConnectorByID", readConnectors}}) {
         auto *registered = benchmark::RegisterBenchmark(
             name, [&stores, body = body](benchmark::State &state) { body(state, stores); });
-        registered->UseManualTime()->Unit(benchmark::kMicrosecond)->Iterations(1)->Repetitions(15);
+        registered->UseManualTime()->Unit(benchmark::kMicrosecond)->Iterations(1)->Repetitions(7);
         for (const long size : kSizes)
             registered->Arg(size);
     }

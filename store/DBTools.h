@@ -211,10 +211,12 @@ public:
     /// @return false, with nothing written or recorded, when the name is taken already.
     static bool insertNet(QSqlDatabase &db, long id, QString name, QPointF center, QString sourceType,
                           QString backgroundUrl, QJsonObject otherAttrs, bool useTransaction);
-    /// @overload with the further attributes as JSON text.
+    /// @overload
+    /// With the further attributes as JSON text.
     static bool insertNet(QSqlDatabase &db, long id, QString name, QPointF center, QString sourceType,
                           QString backgroundUrl, QString otherAttrsJson, bool useTransaction);
-    /// @overload Writes the current network gNet.
+    /// @overload
+    /// Writes the current network gNet.
     static bool insertNet(QSqlDatabase &db, bool useTransaction);
     /// Writes gNet's record over the row of network @p id. Below generation 6 does nothing and returns true.
     static bool updateNet(QSqlDatabase &db, long id, bool useTransaction);
