@@ -1,0 +1,50 @@
+#include "host/Progress.h"
+
+#include <QtGlobal>
+
+#include <algorithm>
+#include <cstdio>
+
+#ifdef Q_OS_WIN
+#include <io.h>
+#else
+#include <unistd.h>
+#endif
+
+namespace {
+
+constexpr int kWidth = 30;
+constexpr int kMillisecondsBetween = 100;
+
+bool stderrIsTerminal() {
+#ifdef Q_OS_WIN
+    return _isatty(_fileno(stderr));
+#else
+    return isatty(fileno(stderr));
+#endif
+}
+
+} // namespace
+
+Progress::Progress(const QString &step) : mStep(step) {
+    static const bool isTerminal = stderrIsTerminal();
+    if (isTerminal)
+        mSinceDrawn.start();
+}
+
+Progress::~Progress() {
+    if (mShown)
+        std::fputs("\r\033[K", stderr);
+}
+
+void Progress::at(double share) {
+    if (!mSinceDrawn.isValid() || mSinceDrawn.elapsed() < kMillisecondsBetween)
+        return;
+    mSinceDrawn.restart();
+    mShown = true;
+    const int done = int(kWidth * std::clamp(share, 0.0, 1.0));
+    const QString bar = QString(done, QLatin1Char('#')) + QString(kWidth - done, QLatin1Char('.'));
+    const QByteArray line = QStringLiteral("\r%1 [%2] %3 %").arg(mStep, bar).arg(int(share * 100), 3).toUtf8();
+    std::fwrite(line.constData(), 1, std::size_t(line.size()), stderr);
+    std::fflush(stderr);
+}

@@ -1,0 +1,153 @@
+#include "host/import/NetworkImport.h"
+
+#include "host/Failure.h"
+#include "host/import/NetworkBuilder.h"
+#include "host/store/GuardedTransaction.h"
+#include "host/store/OpenStore.h"
+#include "store/DBTools.h"
+#include "store/DBTools_V6.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+
+#include <algorithm>
+
+namespace {
+
+// Objects written between two reports of progress.
+constexpr std::size_t kBatch = 500;
+
+bool storeHasSeveralNetworks() { return DBTools::dbVer() >= 6; }
+
+/// A network of a store keeps its place while one is imported; on a failure it is the current one again.
+class NewCurrentNetwork {
+public:
+    explicit NewCurrentNetwork(const NetRecord &record) : mBefore(gNet) { gNet.loadRecord(record); }
+    ~NewCurrentNetwork() {
+        if (mKept)
+            return;
+        // The transaction took the counters back, so the reserved identifiers are no longer ours.
+        DBTools::mhId.remove(gNet.id());
+        DBTools::mhNetMaxId.remove(gNet.id());
+        gNet.loadRecord(mBefore);
+    }
+    void keep() { mKept = true; }
+
+private:
+    Q_DISABLE_COPY(NewCurrentNetwork)
+
+    NetRecord mBefore;
+    bool mKept = false;
+};
+
+void require(bool done, const char *what) {
+    if (done)
+        return;
+    const QString reason = firstFailureText();
+    throw Failure(QStringLiteral("the store refused the %1 (%2); nothing was imported")
+                      .arg(QLatin1String(what), reason.isEmpty() ? QStringLiteral("no reason given") : reason));
+}
+
+QJsonObject sourceOf(const SumoNet &net) {
+    const auto point = [](const Point3 &p) { return QJsonArray{p.x, p.y}; };
+    QJsonObject source{{QStringLiteral("netOffset"), point(net.location.netOffset)},
+                       {QStringLiteral("origBoundary"), net.location.origBoundary},
+                       {QStringLiteral("projParameter"), net.location.projParameter}};
+    if (net.leftHand)
+        source.insert(QStringLiteral("lefthand"), true);
+    return {{QStringLiteral("sumo"), source}};
+}
+
+QPointF centreOf(const SumoNet &net) {
+    Point3 low = net.edges.front().lanes.front().shape.front();
+    Point3 high = low;
+    for (const SumoEdge &edge : net.edges) {
+        for (const SumoLane &lane : edge.lanes) {
+            for (const Point3 &point : lane.shape) {
+                low = {std::min(low.x, point.x), std::min(low.y, point.y), 0};
+                high = {std::max(high.x, point.x), std::max(high.y, point.y), 0};
+            }
+        }
+    }
+    return {(low.x + high.x) / 2, (low.y + high.y) / 2};
+}
+
+NetRecord newRecord(const SumoNet &net, const QString &name) {
+    const QList<Net> present = DBTools::selectNets(gDB);
+    for (const Net &other : present) {
+        if (other.netName() == name)
+            throw Failure(QStringLiteral("the store has a network \"%1\" already; give another name with --name").arg(name));
+    }
+    QList<long> links;
+    if (!storeHasSeveralNetworks() && DBTools::selectLinkIDs(gDB, 0, links) && !links.isEmpty())
+        throw Failure(QStringLiteral("the store is of generation %1, which holds one network, and has one; import "
+                                     "into a new store")
+                          .arg(DBTools::dbVer()));
+    NetRecord record;
+    record.netId = DBTools::selectMaxNetId(gDB) + 1;
+    record.name = name;
+    record.sourceType = QStringLiteral("SUMO");
+    record.sourceUrl = net.path;
+    record.otherAttrsJson = sourceOf(net);
+    record.centerX = centreOf(net).x();
+    record.centerY = centreOf(net).y();
+    record.isDefault = present.isEmpty();
+    return record;
+}
+
+void insertRecord(const NetRecord &record) {
+    const QPointF centre(record.centerX, record.centerY);
+    bool written;
+    if (storeHasSeveralNetworks()) {
+        const QString attributes =
+            QString::fromUtf8(QJsonDocument(record.otherAttrsJson).toJson(QJsonDocument::Compact));
+        written = DBTools_V6::insertNet(gDB, record.netId, record.name, centre, record.sourceType,
+                                        record.backgroundUrl, attributes, record.isDefault, false) &&
+                  DBTools::updateNet(gDB, record.netId, false);
+    } else {
+        written = DBTools::insertNet(gDB, record.netId, record.name, centre, record.sourceType,
+                                     record.backgroundUrl, record.otherAttrsJson, false);
+    }
+    require(written, "network's record");
+    require(DBTools::initDictionary(gDB, record.netId, false), "network's dictionaries");
+}
+
+/// Calls `write` with the objects in batches; `share` is the part of the progress that they make up.
+template <class T, class Write>
+void inBatches(const std::vector<std::unique_ptr<T>> &objects, const Write &write) {
+    for (std::size_t start = 0; start < objects.size(); start += kBatch) {
+        QList<T *> batch;
+        for (std::size_t i = start; i < std::min(start + kBatch, objects.size()); ++i)
+            batch.append(objects[i].get());
+        write(batch, double(start) / double(objects.size()));
+    }
+}
+
+} // namespace
+
+NetworkObjects importNetwork(const SumoNet &net, const QString &name, Progress &progress) {
+    NetworkObjects network;
+    network.record = newRecord(net, name);
+    GuardedTransaction transaction(gDB);
+    NewCurrentNetwork current(network.record);
+    const long netId = network.record.netId;
+    insertRecord(network.record);
+
+    IdSource ids(gDB);
+    NetworkBuilder builder(net, ids, !storeHasSeveralNetworks());
+    network.links = builder.buildLinks();
+    progress.at(0.1);
+    inBatches(network.links, [&](QList<Link *> &links, double share) {
+        require(DBTools::insertLinks(gDB, netId, links, false), "links");
+        progress.at(0.1 + 0.5 * share);
+    });
+    network.connectors = builder.buildConnectors(network.links);
+    inBatches(network.connectors, [&](QList<Connector *> &connectors, double share) {
+        require(DBTools::insertConnectors(gDB, netId, connectors, false), "connectors");
+        progress.at(0.6 + 0.4 * share);
+    });
+    require(DBTools::updateIds(gDB, false), "identifiers");
+    transaction.commit();
+    current.keep();
+    return network;
+}

@@ -1,0 +1,77 @@
+#include "host/store/NewStore.h"
+
+#include "host/Failure.h"
+#include "host/store/OpenStore.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+
+#include <algorithm>
+
+namespace {
+
+const QString kTemplates = QStringLiteral(":/Resources/EmptyNet");
+
+/// A file that is removed again unless it was renamed.
+class FileInMaking {
+public:
+    explicit FileInMaking(const QString &path) : mPath(path) {}
+    ~FileInMaking() {
+        for (const char *suffix : {"", "-journal", "-wal", "-shm"})
+            QFile::remove(mPath + QLatin1String(suffix));
+    }
+    const QString &path() const { return mPath; }
+
+private:
+    Q_DISABLE_COPY(FileInMaking)
+
+    QString mPath;
+};
+
+void copyTemplate(const QString &resource, const QString &path, const QString &wanted) {
+    QFile source(resource);
+    QFile copy(path);
+    if (!source.open(QIODevice::ReadOnly))
+        throw Failure(QStringLiteral("the template %1 cannot be read (%2)").arg(resource, source.errorString()));
+    const QByteArray bytes = source.readAll();
+    if (!copy.open(QIODevice::WriteOnly | QIODevice::NewOnly) || copy.write(bytes) != bytes.size() || !copy.flush())
+        throw Failure(QStringLiteral("%1: cannot be written (%2)").arg(wanted, copy.errorString()));
+}
+
+} // namespace
+
+QStringList templateNames() {
+    QStringList names = QDir(kTemplates).entryList(QDir::Files, QDir::Name);
+    // The dumps for a database server are no SQLite stores.
+    names.erase(std::remove_if(names.begin(), names.end(),
+                               [](const QString &name) { return name.endsWith(QLatin1String(".backup")); }),
+                names.end());
+    return names;
+}
+
+QString newestTemplate() { return QStringLiteral("EmptyNet_V6.0.0"); }
+
+void makeStore(const QString &path, const QString &name) {
+    if (!templateNames().contains(name))
+        throw Failure(QStringLiteral("there is no template \"%1\"; the templates are %2")
+                          .arg(name, templateNames().join(QStringLiteral(", "))));
+    const QFileInfo info(path);
+    if (info.exists() || info.isSymLink())
+        throw Failure(QStringLiteral("%1: exists already; give the path of a new file").arg(path));
+    if (!info.absoluteDir().exists())
+        throw Failure(QStringLiteral("%1: the folder does not exist; make it first").arg(path));
+    const FileInMaking making(info.absoluteFilePath() + QStringLiteral(".new"));
+    copyTemplate(kTemplates + QLatin1Char('/') + name, making.path(), path);
+    {
+        const OpenStore store(making.path(), Access::Write);
+        if (unexpectedFailures() > 0) {
+            logFailures();
+            throw Failure(QStringLiteral("%1: the new store cannot be brought to the current schema (%2)")
+                              .arg(path, firstFailureText()));
+        }
+    }
+    // Rename refuses a name that was taken meanwhile.
+    if (!QFile::rename(making.path(), info.absoluteFilePath()))
+        throw Failure(QStringLiteral("%1: cannot be made; check that the folder is writable and the name free").arg(path));
+}

@@ -1,0 +1,29 @@
+#pragma once
+
+#include "host/store/StoreFile.h"
+
+#include <QString>
+
+/// The store that a command works on: opened through the library for the life of this object, as the current
+/// connection gDB. One at a time.
+class OpenStore {
+public:
+    /// Opens the SQLite store `path`. Throws `Failure`.
+    OpenStore(const QString &path, Access access);
+    /// Closes the store; gNet no longer holds a network.
+    ~OpenStore();
+
+    int generation() const;
+    bool hasSeveralNetworks() const { return generation() >= 6; }
+
+private:
+    Q_DISABLE_COPY(OpenStore)
+};
+
+/// What the library recorded as failed since the store was opened, but for the one record that the first opening
+/// of a store of several networks leaves by design.
+int unexpectedFailures();
+/// The engine's text of the first of them; empty without any.
+QString firstFailureText();
+/// Hands the records to the library's log.
+void logFailures();

@@ -1,0 +1,101 @@
+#include "host/store/StoreFile.h"
+
+#include "host/Failure.h"
+
+#include <QFile>
+#include <QFileInfo>
+#include <QSqlDatabase>
+#include <QSqlError>
+#include <QSqlQuery>
+#include <QtEndian>
+
+namespace {
+
+const QString kProbe = QStringLiteral("morastore-probe");
+
+// The header of an SQLite file, https://www.sqlite.org/fileformat.html, 1.3: magic text, page size at byte 16
+// (1 stands for 65536), change counter at 24, number of pages at 28 (valid while 92 repeats the counter).
+constexpr char kMagic[] = "SQLite format 3";
+constexpr int kHeaderSize = 100;
+
+quint32 bigEndian32(const QByteArray &bytes, int at) {
+    return qFromBigEndian<quint32>(bytes.constData() + at);
+}
+
+void requireReadableFile(const QString &path, Access access) {
+    const QFileInfo info(path);
+    if (!info.exists())
+        throw Failure(QStringLiteral("%1: no such file; make a store with \"morastore new\" first").arg(path));
+    if (info.isDir())
+        throw Failure(QStringLiteral("%1: this is a folder; give the path of a store file").arg(path));
+    if (!info.isFile())
+        throw Failure(QStringLiteral("%1: this is no regular file; give the path of a store file").arg(path));
+    // The permissions count, too, where the user's rights would override them.
+    const auto anyWrite = QFileDevice::WriteOwner | QFileDevice::WriteGroup | QFileDevice::WriteOther;
+    if (access == Access::Write && (!info.isWritable() || !(info.permissions() & anyWrite)))
+        throw Failure(QStringLiteral("%1: the file is read-only; make it writable or work on a copy").arg(path));
+}
+
+void requireWholeFile(const QString &path) {
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        throw Failure(QStringLiteral("%1: cannot be read (%2)").arg(path, file.errorString()));
+    const QByteArray header = file.read(kHeaderSize);
+    if (header.size() < kHeaderSize || qstrncmp(header.constData(), kMagic, sizeof kMagic) != 0)
+        throw Failure(QStringLiteral("%1: this is no SQLite file; give the path of a store file").arg(path));
+    const quint16 raw = qFromBigEndian<quint16>(header.constData() + 16);
+    const qint64 pageSize = raw == 1 ? 65536 : raw;
+    const bool countIsValid = bigEndian32(header, 24) == bigEndian32(header, 92);
+    if (countIsValid && file.size() < pageSize * bigEndian32(header, 28))
+        throw Failure(QStringLiteral("%1: the store is cut off after %2 of %3 bytes; restore it from a copy")
+                          .arg(path)
+                          .arg(file.size())
+                          .arg(pageSize * bigEndian32(header, 28)));
+}
+
+void run(QSqlDatabase &db, const QString &path, const char *sql) {
+    QSqlQuery query(db);
+    if (query.exec(QLatin1String(sql)))
+        return;
+    // Result codes of SQLite, https://www.sqlite.org/rescode.html; the low byte is the primary code.
+    constexpr int busy = 5;
+    constexpr int locked = 6;
+    constexpr int readOnly = 8;
+    constexpr int general = 1;
+    const int code = query.lastError().nativeErrorCode().toInt() & 0xff;
+    if (code == busy || code == locked)
+        throw Failure(QStringLiteral("%1: another program holds the store; close it there and try again").arg(path));
+    if (code == readOnly)
+        throw Failure(QStringLiteral("%1: the store is read-only; make it writable or work on a copy").arg(path));
+    if (code == general)
+        throw Failure(QStringLiteral("%1: this SQLite file is no store; give the path of a store file").arg(path));
+    throw Failure(QStringLiteral("%1: the store cannot be used (%2); restore it from a copy")
+                      .arg(path, query.lastError().databaseText()));
+}
+
+void probe(const QString &path, Access access) {
+    QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), kProbe);
+    db.setDatabaseName(path);
+    db.setConnectOptions(access == Access::Read
+                             ? QStringLiteral("QSQLITE_BUSY_TIMEOUT=500;QSQLITE_OPEN_READONLY")
+                             : QStringLiteral("QSQLITE_BUSY_TIMEOUT=500"));
+    if (!db.open())
+        throw Failure(QStringLiteral("%1: cannot be opened (%2)").arg(path, db.lastError().databaseText()));
+    run(db, path, "select count(*) from IDGenerater");
+    run(db, path, "select versionId from DbVersion");
+    if (access == Access::Write) {
+        run(db, path, "begin immediate");
+        run(db, path, "rollback");
+    }
+}
+
+} // namespace
+
+void requireStore(const QString &path, Access access) {
+    requireReadableFile(path, access);
+    requireWholeFile(path);
+    struct RemoveProbe {
+        ~RemoveProbe() { QSqlDatabase::removeDatabase(kProbe); }
+    } removeProbe;
+    probe(path, access);
+}

@@ -1,0 +1,150 @@
+#include "host/store/StoreInfo.h"
+
+#include "model/Net.h"
+#include "model/SpecialWords.h"
+#include "store/DBTools.h"
+
+#include <QJsonArray>
+#include <QSqlQuery>
+#include <QVariant>
+
+namespace {
+
+/// Kinds of objects and their tables, in the order in which a network is loaded.
+constexpr struct {
+    const char *kind;
+    const char *table;
+} kKinds[] = {
+    {"vehicleTypes", "VehicleType"},
+    {"vehicleCompositions", "VehicleConstitutent"},
+    {"linkTypes", "LinkType"},
+    {"links", "Link"},
+    {"lanes", "Lane"},
+    {"nodes", "Node"},
+    {"vertices", "Vertex"},
+    {"connectors", "Connector"},
+    {"laneConnectors", "LaneConnector"},
+    {"guideArrows", "GuideArrow"},
+    {"signalGroups", "SignalGroup"},
+    {"signalPhases", "SignalPhase"},
+    {"signalLamps", "SignalLamp"},
+    {"departurePoints", "DeparturePoint"},
+    {"decisionPoints", "DecisionPoint"},
+    {"routes", "Routing"},
+    {"vehicleDetectors", "VehicleDetector"},
+    {"queueCounters", "VehicleQueueCounter"},
+    {"travelTimeDetectors", "VehicleTravelDetector"},
+    {"drivingDataCollectors", "VehicleDrivInfoCollecter"},
+    {"busLines", "BusLine"},
+    {"busStations", "BusStation"},
+    {"accidentZones", "AccidentZone"},
+    {"roadWorkZones", "RoadWorkZone"},
+    {"speedReductionAreas", "ReduceSpeedArea"},
+};
+
+/// Runs a query on the rows of one network.
+QSqlQuery selectOf(const char *columns, const char *table, long netId) {
+    QString sql = QStringLiteral("select %1 from %2").arg(QLatin1String(columns), QLatin1String(table));
+    if (DBTools::dbVer() >= 6)
+        sql += QStringLiteral(" where NetId = %1").arg(netId);
+    QSqlQuery query(gDB);
+    query.exec(sql);
+    query.next();
+    return query;
+}
+
+NetworkInfo takeStockOf(const Net &net) {
+    NetworkInfo info;
+    info.id = net.id();
+    info.name = net.netName();
+    info.sourceType = net.type();
+    info.sourceUrl = net.url();
+    info.isDefault = net.isDefault;
+    for (const auto &kind : kKinds) {
+        const QSqlQuery count = selectOf("count(*)", kind.table, info.id);
+        if (count.isValid())
+            info.rows.append({QLatin1String(kind.kind), count.value(0).toLongLong()});
+    }
+    info.linkLength = selectOf("total(length)", "Link", info.id).value(0).toDouble();
+    const QSqlQuery extent = selectOf("min(X), min(Y), min(Z), max(X), max(Y), max(Z)", "Vertex", info.id);
+    info.hasExtent = extent.isValid() && !extent.value(0).isNull();
+    for (int i = 0; info.hasExtent && i < 3; ++i) {
+        info.low[i] = extent.value(i).toDouble();
+        info.high[i] = extent.value(3 + i).toDouble();
+    }
+    return info;
+}
+
+} // namespace
+
+StoreInfo takeStock(const QString &path) {
+    StoreInfo info;
+    info.path = path;
+    info.generation = DBTools::dbVer();
+    info.isEnglish = gSpecialWords.dbIsEnglish;
+    const NetRecord before = gNet;
+    const QList<Net> nets = DBTools::selectNets(gDB);
+    for (const Net &listed : nets) {
+        // The list gives id and name alone.
+        const Net *net = DBTools::selectNetById(gDB, listed.id());
+        info.networks.append(takeStockOf(net ? *net : listed));
+    }
+    gNet.loadRecord(before);
+    return info;
+}
+
+QJsonObject StoreInfo::toJson() const {
+    QJsonArray list;
+    for (const NetworkInfo &network : networks) {
+        QJsonObject rows;
+        for (const auto &kind : network.rows)
+            rows.insert(kind.first, kind.second);
+        QJsonObject entry{{QStringLiteral("id"), qint64(network.id)},
+                          {QStringLiteral("name"), network.name},
+                          {QStringLiteral("sourceType"), network.sourceType},
+                          {QStringLiteral("sourceUrl"), network.sourceUrl},
+                          {QStringLiteral("isDefault"), network.isDefault},
+                          {QStringLiteral("rows"), rows},
+                          {QStringLiteral("linkLength"), network.linkLength}};
+        if (network.hasExtent)
+            entry.insert(QStringLiteral("extent"),
+                         QJsonObject{{QStringLiteral("low"), QJsonArray{network.low[0], network.low[1], network.low[2]}},
+                                     {QStringLiteral("high"),
+                                      QJsonArray{network.high[0], network.high[1], network.high[2]}}});
+        list.append(entry);
+    }
+    return {{QStringLiteral("path"), path},
+            {QStringLiteral("generation"), generation},
+            {QStringLiteral("language"), isEnglish ? QStringLiteral("en") : QStringLiteral("zh")},
+            {QStringLiteral("networks"), list}};
+}
+
+QString StoreInfo::toText() const {
+    QString text = QStringLiteral("store       %1\ngeneration  %2\nlanguage    %3\nnetworks    %4\n")
+                       .arg(path)
+                       .arg(generation)
+                       .arg(isEnglish ? QStringLiteral("English") : QStringLiteral("Chinese"))
+                       .arg(networks.size());
+    for (const NetworkInfo &network : networks) {
+        text += QStringLiteral("\nnetwork %1: %2%3\n")
+                    .arg(network.id)
+                    .arg(network.name, network.isDefault ? QStringLiteral(" (default)") : QString());
+        if (!network.sourceUrl.isEmpty())
+            text += QStringLiteral("  %1 %2\n").arg(QStringLiteral("source"), -22).arg(network.sourceUrl);
+        for (const auto &kind : network.rows) {
+            if (kind.second > 0)
+                text += QStringLiteral("  %1 %2\n").arg(kind.first, -22).arg(kind.second);
+        }
+        text += QStringLiteral("  %1 %2 km\n").arg(QStringLiteral("length of links"), -22).arg(network.linkLength / 1000, 0, 'f', 3);
+        if (network.hasExtent)
+            text += QStringLiteral("  %1 x %2 to %3, y %4 to %5, z %6 to %7 m\n")
+                        .arg(QStringLiteral("extent"), -22)
+                        .arg(network.low[0], 0, 'f', 2)
+                        .arg(network.high[0], 0, 'f', 2)
+                        .arg(network.low[1], 0, 'f', 2)
+                        .arg(network.high[1], 0, 'f', 2)
+                        .arg(network.low[2], 0, 'f', 2)
+                        .arg(network.high[2], 0, 'f', 2);
+    }
+    return text;
+}
