@@ -18,7 +18,8 @@ Polyline toPolyline(const QJsonObject &object) {
     line.reserve(std::size_t(data.size()));
     for (const QJsonValue &value : data) {
         const QJsonObject point = value.toObject();
-        line.push_back({point.value(QLatin1String("x")).toDouble(), point.value(QLatin1String("y")).toDouble(),
+        line.push_back({point.value(QLatin1String("x")).toDouble(),
+                        point.value(QLatin1String("y")).toDouble(),
                         point.value(QLatin1String("z")).toDouble()});
     }
     return line;

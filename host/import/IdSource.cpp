@@ -28,9 +28,10 @@ long IdSource::next(const char *table) {
                                ? DBTools_V6::getIDByTableName(mDb, gNet.id(), name, id)
                                : DBTools::getIDByTableName(mDb, name, id);
         if (!drawn)
-            throw Failure(QStringLiteral("the store gives no identifier for table %1; it may be damaged or full, "
-                                         "so check it and import into a copy")
-                              .arg(name));
+            throw Failure(
+                QStringLiteral("the store gives no identifier for table %1; it may be damaged or full, "
+                               "so check it and import into a copy")
+                    .arg(name));
     } while (id <= *highest);
     return id;
 }
@@ -40,7 +41,8 @@ long IdSource::highestInUse(const char *table) const {
     QString column = DBTools::getIDName(name);
     if (name == QLatin1String("LaneConnector"))
         column = QStringLiteral("laneConnId");
-    // Stores of one network number lane connectors in memory: they have no such column, and nothing is in use.
+    // Stores of one network number lane connectors in memory: they have no such column, and nothing is in
+    // use.
     QSqlQuery query(mDb);
     if (!query.exec(QStringLiteral("select max(%1) from %2").arg(column, name)) || !query.next())
         return 0;

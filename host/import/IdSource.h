@@ -5,9 +5,9 @@
 
 /// Identifiers for the rows of a new network, drawn from the store's allocator for the current network gNet.
 ///
-/// A store of several networks counts them per network, yet writes the geometry of a connector by its id alone, and
-/// giving unused ids back sets the counters of all networks alike. So that importing a network never touches the
-/// rows or the ids of another one, ids that any network uses are passed over.
+/// A store of several networks counts them per network, yet writes the geometry of a connector by its id
+/// alone, and giving unused ids back sets the counters of all networks alike. So that importing a network
+/// never touches the rows or the ids of another one, ids that any network uses are passed over.
 class IdSource {
 public:
     explicit IdSource(QSqlDatabase &db) : mDb(db) {}

@@ -19,7 +19,9 @@ constexpr double kKmhPerMs = 3.6;
 // The colour that new connectors have; networks in SUMO's format carry none.
 const QString kRoadColour = QStringLiteral("CCCCCC");
 
-QString word(const QString &entry) { return gSpecialWords.getWord(entry); }
+QString word(const QString &entry) {
+    return gSpecialWords.getWord(entry);
+}
 
 double limitSpeedKmh(const SumoEdge &edge) {
     double fastest = 0;
@@ -83,7 +85,8 @@ Polyline carriagewayCentre(const SumoEdge &edge, bool leftHand) {
         return right.shape;
     if (right.shape.size() == left.shape.size()) {
         const Polyline between = geometry::midway(right.shape, left.shape);
-        return left.width == right.width ? between : geometry::offset(between, (left.width - right.width) / 4);
+        return left.width == right.width ? between
+                                         : geometry::offset(between, (left.width - right.width) / 4);
     }
     std::size_t middle = 0;
     for (std::size_t i = 1; i < edge.lanes.size(); ++i) {
@@ -155,7 +158,8 @@ NetworkBuilder::buildConnectors(const std::vector<std::unique_ptr<Link>> &links)
     std::vector<std::vector<const SumoConnection *>> groups;
     QHash<QPair<int, int>, std::size_t> groupOf;
     for (const SumoConnection &connection : mNet.connections) {
-        const QPair<int, int> ends(mNet.edgeIndex.value(connection.from), mNet.edgeIndex.value(connection.to));
+        const QPair<int, int> ends(mNet.edgeIndex.value(connection.from),
+                                   mNet.edgeIndex.value(connection.to));
         const auto known = groupOf.constFind(ends);
         if (known == groupOf.constEnd()) {
             groupOf.insert(ends, groups.size());
@@ -186,7 +190,8 @@ NetworkBuilder::buildConnector(const std::vector<const SumoConnection *> &connec
     QJsonArray sources;
     for (const SumoConnection *connection : connections) {
         Lane *start = laneOf(*from, connection->fromLane);
-        auto laneConnector = std::make_unique<LaneConnector>(connector.get(), start, laneOf(*to, connection->toLane));
+        auto laneConnector =
+            std::make_unique<LaneConnector>(connector.get(), start, laneOf(*to, connection->toLane));
         laneConnector->laneConnId = mIds.next("LaneConnector");
         const Polyline path = connectionPath(mNet, *connection);
         const Polyline left = geometry::offset(path, start->width / 2);
@@ -208,7 +213,8 @@ NetworkBuilder::buildConnector(const std::vector<const SumoConnection *> &connec
         sources.append(sourceOf(*connection));
         connector->mlLaneConnector.append(laneConnector.release());
     }
-    connector->otherAttrsJson = {{QStringLiteral("sumo"), QJsonObject{{QStringLiteral("connections"), sources}}}};
+    connector->otherAttrsJson = {
+        {QStringLiteral("sumo"), QJsonObject{{QStringLiteral("connections"), sources}}}};
     return connector;
 }
 

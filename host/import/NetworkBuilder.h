@@ -10,14 +10,14 @@
 
 /// Makes the objects of a store from the records of a SUMO network.
 ///
-/// Each edge becomes a link, named by its id, whose vertices are the centre line of its carriageway; its end nodes
-/// are named by the junctions. A node row belongs to one link, so links that meet share the junction by name. Lanes
-/// are numbered from the right (serial number 1), also where traffic keeps left. All connections between two edges
-/// become one connector, named "from->to", with a lane connector each.
+/// Each edge becomes a link, named by its id, whose vertices are the centre line of its carriageway; its end
+/// nodes are named by the junctions. A node row belongs to one link, so links that meet share the junction by
+/// name. Lanes are numbered from the right (serial number 1), also where traffic keeps left. All connections
+/// between two edges become one connector, named "from->to", with a lane connector each.
 ///
-/// What has no place of its own in the store is kept in the attributes objects under "sumo": for links the edge's
-/// name, type and junctions and for each lane, by serial number, its id, speed, length and permitted vehicles; for
-/// connectors direction, signal programme and link index of each connection.
+/// What has no place of its own in the store is kept in the attributes objects under "sumo": for links the
+/// edge's name, type and junctions and for each lane, by serial number, its id, speed, length and permitted
+/// vehicles; for connectors direction, signal programme and link index of each connection.
 class NetworkBuilder {
 public:
     /// `withLaneConnectorGeometry` says whether the store has a place for it.
@@ -42,6 +42,6 @@ private:
     bool mWithLaneConnectorGeometry;
 };
 
-/// The centre line of an edge's carriageway: halfway between its outer lanes where these have equally many points,
-/// else its middle lane's line moved to the centre.
+/// The centre line of an edge's carriageway: halfway between its outer lanes where these have equally many
+/// points, else its middle lane's line moved to the centre.
 Polyline carriagewayCentre(const SumoEdge &edge, bool leftHand);

@@ -17,7 +17,9 @@ namespace {
 // Objects written between two reports of progress.
 constexpr std::size_t kBatch = 500;
 
-bool storeHasSeveralNetworks() { return DBTools::dbVer() >= 6; }
+bool storeHasSeveralNetworks() {
+    return DBTools::dbVer() >= 6;
+}
 
 /// A network of a store keeps its place while one is imported; on a failure it is the current one again.
 class NewCurrentNetwork {
@@ -44,8 +46,9 @@ void require(bool done, const char *what) {
     if (done)
         return;
     const QString reason = firstFailureText();
-    throw Failure(QStringLiteral("the store refused the %1 (%2); nothing was imported")
-                      .arg(QLatin1String(what), reason.isEmpty() ? QStringLiteral("no reason given") : reason));
+    throw Failure(
+        QStringLiteral("the store refused the %1 (%2); nothing was imported")
+            .arg(QLatin1String(what), reason.isEmpty() ? QStringLiteral("no reason given") : reason));
 }
 
 QJsonObject sourceOf(const SumoNet &net) {
@@ -76,13 +79,16 @@ NetRecord newRecord(const SumoNet &net, const QString &name) {
     const QList<Net> present = DBTools::selectNets(gDB);
     for (const Net &other : present) {
         if (other.netName() == name)
-            throw Failure(QStringLiteral("the store has a network \"%1\" already; give another name with --name").arg(name));
+            throw Failure(
+                QStringLiteral("the store has a network \"%1\" already; give another name with --name")
+                    .arg(name));
     }
     QList<long> links;
     if (!storeHasSeveralNetworks() && DBTools::selectLinkIDs(gDB, 0, links) && !links.isEmpty())
-        throw Failure(QStringLiteral("the store is of generation %1, which holds one network, and has one; import "
-                                     "into a new store")
-                          .arg(DBTools::dbVer()));
+        throw Failure(
+            QStringLiteral("the store is of generation %1, which holds one network, and has one; import "
+                           "into a new store")
+                .arg(DBTools::dbVer()));
     NetRecord record;
     record.netId = DBTools::selectMaxNetId(gDB) + 1;
     record.name = name;

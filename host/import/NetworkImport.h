@@ -3,7 +3,7 @@
 #include "host/store/NetworkObjects.h"
 #include "host/sumo/SumoNet.h"
 
-/// Writes a SUMO network into the open store as a new network called `name`, with the dictionaries that a network
-/// starts with, in one transaction: on a failure (`Failure`) the store is as it was. The new network becomes the
-/// current one, gNet. A store of one network takes it only while it has no links.
+/// Writes a SUMO network into the open store as a new network called `name`, with the dictionaries that a
+/// network starts with, in one transaction: on a failure (`Failure`) the store is as it was. The new network
+/// becomes the current one, gNet. A store of one network takes it only while it has no links.
 NetworkObjects importNetwork(const SumoNet &net, const QString &name, Progress &progress);

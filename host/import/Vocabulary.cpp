@@ -24,15 +24,15 @@ struct RoadClass {
     const QString &kind;
 };
 const RoadClass kHighways[] = {
-    {"motorway", kFreeway},          {"trunk", kExpressway},         {"motorway_link", kRamp},
-    {"trunk_link", kRamp},           {"primary_link", kRamp},        {"secondary_link", kRamp},
-    {"tertiary_link", kRamp},        {"primary", kArterialRoad},     {"secondary", kSecondaryRoad},
-    {"tertiary", kAccessRoad},       {"unclassified", kAccessRoad},  {"residential", kAccessRoad},
-    {"living_street", kAccessRoad},  {"service", kAccessRoad},       {"services", kAccessRoad},
-    {"track", kAccessRoad},          {"road", kAccessRoad},          {"unsurfaced", kAccessRoad},
-    {"busway", kBusLane},            {"bus_guideway", kBusLane},     {"cycleway", kNonMotorLane},
-    {"footway", kSidewalk},          {"pedestrian", kSidewalk},      {"path", kSidewalk},
-    {"steps", kSidewalk},            {"bridleway", kSidewalk},       {"step", kSidewalk},
+    {"motorway", kFreeway},         {"trunk", kExpressway},        {"motorway_link", kRamp},
+    {"trunk_link", kRamp},          {"primary_link", kRamp},       {"secondary_link", kRamp},
+    {"tertiary_link", kRamp},       {"primary", kArterialRoad},    {"secondary", kSecondaryRoad},
+    {"tertiary", kAccessRoad},      {"unclassified", kAccessRoad}, {"residential", kAccessRoad},
+    {"living_street", kAccessRoad}, {"service", kAccessRoad},      {"services", kAccessRoad},
+    {"track", kAccessRoad},         {"road", kAccessRoad},         {"unsurfaced", kAccessRoad},
+    {"busway", kBusLane},           {"bus_guideway", kBusLane},    {"cycleway", kNonMotorLane},
+    {"footway", kSidewalk},         {"pedestrian", kSidewalk},     {"path", kSidewalk},
+    {"steps", kSidewalk},           {"bridleway", kSidewalk},      {"step", kSidewalk},
 };
 
 QString highwayKind(const QString &type) {
@@ -41,9 +41,9 @@ QString highwayKind(const QString &type) {
         if (!part.startsWith(prefix))
             continue;
         const QString name = part.mid(prefix.size());
-        const auto known = std::find_if(std::begin(kHighways), std::end(kHighways), [&name](const RoadClass &road) {
-            return name == QLatin1String(road.name);
-        });
+        const auto known =
+            std::find_if(std::begin(kHighways), std::end(kHighways),
+                         [&name](const RoadClass &road) { return name == QLatin1String(road.name); });
         if (known != std::end(kHighways))
             return known->kind;
     }

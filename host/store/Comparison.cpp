@@ -10,22 +10,36 @@ namespace {
 
 constexpr int kSentences = 20;
 
-QString shown(double value) { return QString::number(value, 'g', 17); }
-QString shown(long value) { return QString::number(value); }
-QString shown(int value) { return QString::number(value); }
-QString shown(const QString &value) { return QLatin1Char('"') + value + QLatin1Char('"'); }
+QString shown(double value) {
+    return QString::number(value, 'g', 17);
+}
+QString shown(long value) {
+    return QString::number(value);
+}
+QString shown(int value) {
+    return QString::number(value);
+}
+QString shown(const QString &value) {
+    return QLatin1Char('"') + value + QLatin1Char('"');
+}
 
-bool sameBits(double a, double b) { return std::memcmp(&a, &b, sizeof a) == 0; }
+bool sameBits(double a, double b) {
+    return std::memcmp(&a, &b, sizeof a) == 0;
+}
 template <class T>
 bool same(const T &a, const T &b) {
     return a == b;
 }
-bool same(double a, double b) { return sameBits(a, b); }
+bool same(double a, double b) {
+    return sameBits(a, b);
+}
 
 /// Collects the differences of one object after the other.
 class Comparer {
 public:
-    void object(const char *kind, const QString &name) { mObject = QStringLiteral("%1 %2").arg(QLatin1String(kind), name); }
+    void object(const char *kind, const QString &name) {
+        mObject = QStringLiteral("%1 %2").arg(QLatin1String(kind), name);
+    }
 
     template <class T>
     void value(const char *field, const T &written, const T &read) {
@@ -141,15 +155,18 @@ void compareLink(Comparer &compare, const Link &written, const Link &read) {
         compareLane(compare, *written.mlLane.at(i), *read.mlLane.at(i));
 }
 
-void compareLaneConnectors(Comparer &compare, const Connector &written, const Connector &read, bool withGeometry) {
+void compareLaneConnectors(Comparer &compare, const Connector &written, const Connector &read,
+                           bool withGeometry) {
     compare.value("number of lane connectors", written.mlLaneConnector.size(), read.mlLaneConnector.size());
     QHash<QPair<long, long>, const LaneConnector *> readByLanes;
     for (const LaneConnector *laneConnector : read.mlLaneConnector)
-        readByLanes.insert({laneConnector->mpStartLane->laneID, laneConnector->mpEndLane->laneID}, laneConnector);
+        readByLanes.insert({laneConnector->mpStartLane->laneID, laneConnector->mpEndLane->laneID},
+                           laneConnector);
     for (const LaneConnector *a : written.mlLaneConnector) {
         const LaneConnector *b = readByLanes.value({a->mpStartLane->laneID, a->mpEndLane->laneID});
         if (!b) {
-            compare.differ("lane connector", QStringLiteral("%1 to %2").arg(a->mpStartLane->laneID).arg(a->mpEndLane->laneID),
+            compare.differ("lane connector",
+                           QStringLiteral("%1 to %2").arg(a->mpStartLane->laneID).arg(a->mpEndLane->laneID),
                            QStringLiteral("none"));
             continue;
         }
@@ -158,12 +175,15 @@ void compareLaneConnectors(Comparer &compare, const Connector &written, const Co
         if (!withGeometry)
             continue;
         compare.geometry("lane connector's centre line", a->centerLinePointsJson, b->centerLinePointsJson);
-        compare.geometry("lane connector's left break points", a->leftBreakPointsJson, b->leftBreakPointsJson);
-        compare.geometry("lane connector's right break points", a->rightBreakPointsJson, b->rightBreakPointsJson);
+        compare.geometry("lane connector's left break points", a->leftBreakPointsJson,
+                         b->leftBreakPointsJson);
+        compare.geometry("lane connector's right break points", a->rightBreakPointsJson,
+                         b->rightBreakPointsJson);
     }
 }
 
-void compareConnector(Comparer &compare, const Connector &written, const Connector &read, bool laneConnectorGeometry) {
+void compareConnector(Comparer &compare, const Connector &written, const Connector &read,
+                      bool laneConnectorGeometry) {
     compare.object("connector", written.connName);
     compare.value("id", written.connID, read.connID);
     compare.value("road id", written.roadId, read.roadId);
@@ -198,7 +218,8 @@ void compareRecord(Comparer &compare, const NetRecord &written, const NetRecord 
 
 } // namespace
 
-Comparison compareNetworks(const NetworkObjects &written, const NetworkObjects &read, bool laneConnectorGeometry) {
+Comparison compareNetworks(const NetworkObjects &written, const NetworkObjects &read,
+                           bool laneConnectorGeometry) {
     Comparer compare;
     compareRecord(compare, written.record, read.record);
     compare.value("number of links", int(written.links.size()), int(read.links.size()));

@@ -14,7 +14,8 @@ struct Comparison {
     bool isEqual() const { return differences == 0; }
 };
 
-/// Compares every field of a network that was read with that of the one that was written. The two share no object.
-/// Lane connectors are matched by their lanes: reading numbers them afresh. `laneConnectorGeometry` says whether the
-/// store keeps it.
-Comparison compareNetworks(const NetworkObjects &written, const NetworkObjects &read, bool laneConnectorGeometry);
+/// Compares every field of a network that was read with that of the one that was written. The two share no
+/// object. Lane connectors are matched by their lanes: reading numbers them afresh. `laneConnectorGeometry`
+/// says whether the store keeps it.
+Comparison compareNetworks(const NetworkObjects &written, const NetworkObjects &read,
+                           bool laneConnectorGeometry);

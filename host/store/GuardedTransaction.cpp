@@ -36,17 +36,19 @@ void GuardedTransaction::run(const QString &sql) {
 void GuardedTransaction::raiseGuard() {
     run(QStringLiteral("create temp table OpenImport(number integer)"));
     QStringList tables;
-    QSqlQuery names(QStringLiteral("select name from main.sqlite_master where type = 'table' and name not like "
-                                   "'sqlite~_%' escape '~'"),
-                    mDb);
+    QSqlQuery names(
+        QStringLiteral("select name from main.sqlite_master where type = 'table' and name not like "
+                       "'sqlite~_%' escape '~'"),
+        mDb);
     while (names.next())
         tables.append(names.value(0).toString());
     names.finish();
     for (const QString &table : qAsConst(tables)) {
         for (const char *event : {"insert", "update", "delete"}) {
             const QString trigger = QStringLiteral("\"guard %1 %2\"").arg(QLatin1String(event), table);
-            run(QStringLiteral("create temp trigger %1 before %2 on main.\"%3\" when not exists(select 1 from "
-                               "temp.OpenImport) begin select raise(abort, 'the transaction has ended'); end")
+            run(QStringLiteral(
+                    "create temp trigger %1 before %2 on main.\"%3\" when not exists(select 1 from "
+                    "temp.OpenImport) begin select raise(abort, 'the transaction has ended'); end")
                     .arg(trigger, QLatin1String(event), table));
             mTriggers.append(trigger);
         }

@@ -6,26 +6,33 @@
 namespace {
 
 Failure unreadable(const char *kind, long id) {
-    return Failure(QStringLiteral("%1 %2 of network \"%3\" cannot be read; the store is damaged, restore it from a copy")
-                       .arg(QLatin1String(kind))
-                       .arg(id)
-                       .arg(gNet.netName()));
+    return Failure(
+        QStringLiteral("%1 %2 of network \"%3\" cannot be read; the store is damaged, restore it from a copy")
+            .arg(QLatin1String(kind))
+            .arg(id)
+            .arg(gNet.netName()));
 }
 
 } // namespace
 
 NetworkObjects readNetwork(long netId, Progress &progress) {
-    const Net *net = netId == 0 ? DBTools::selectNetIdByName(gDB, QString()) : DBTools::selectNetById(gDB, netId);
+    const Net *net =
+        netId == 0 ? DBTools::selectNetIdByName(gDB, QString()) : DBTools::selectNetById(gDB, netId);
     if (!net)
-        throw Failure(netId == 0 ? QStringLiteral("the store holds no network; import one first")
-                                 : QStringLiteral("the store holds no network %1; \"morastore info\" lists them").arg(netId));
+        throw Failure(
+            netId == 0
+                ? QStringLiteral("the store holds no network; import one first")
+                : QStringLiteral("the store holds no network %1; \"morastore info\" lists them").arg(netId));
     NetworkObjects network;
     network.record = gNet;
     QList<long> linkIds;
     QList<long> connectorIds;
-    if (!DBTools::selectLinkIDs(gDB, gNet.id(), linkIds) || !DBTools::selectConnectorIDs(gDB, gNet.id(), connectorIds))
-        throw Failure(QStringLiteral("the lists of network \"%1\" cannot be read; the store is damaged, restore it from a copy")
-                          .arg(gNet.netName()));
+    if (!DBTools::selectLinkIDs(gDB, gNet.id(), linkIds) ||
+        !DBTools::selectConnectorIDs(gDB, gNet.id(), connectorIds))
+        throw Failure(
+            QStringLiteral(
+                "the lists of network \"%1\" cannot be read; the store is damaged, restore it from a copy")
+                .arg(gNet.netName()));
     const double all = linkIds.size() + connectorIds.size();
     for (const long id : qAsConst(linkIds)) {
         network.links.emplace_back(DBTools::selectLinkByID(gDB, gNet.id(), id));

@@ -15,7 +15,7 @@ struct NetworkObjects {
     std::vector<std::unique_ptr<Connector>> connectors; // after the links, so that they are destroyed first
 };
 
-/// Reads network `netId` (0: the store's first) of the open store object by object, in the order of ids. It becomes
-/// the current network gNet, which must not hold objects of it already. Throws `Failure` when there is no such
-/// network or an object that the store lists cannot be read.
+/// Reads network `netId` (0: the store's first) of the open store object by object, in the order of ids. It
+/// becomes the current network gNet, which must not hold objects of it already. Throws `Failure` when there
+/// is no such network or an object that the store lists cannot be read.
 NetworkObjects readNetwork(long netId, Progress &progress);

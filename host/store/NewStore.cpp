@@ -33,9 +33,11 @@ void copyTemplate(const QString &resource, const QString &path, const QString &w
     QFile source(resource);
     QFile copy(path);
     if (!source.open(QIODevice::ReadOnly))
-        throw Failure(QStringLiteral("the template %1 cannot be read (%2)").arg(resource, source.errorString()));
+        throw Failure(
+            QStringLiteral("the template %1 cannot be read (%2)").arg(resource, source.errorString()));
     const QByteArray bytes = source.readAll();
-    if (!copy.open(QIODevice::WriteOnly | QIODevice::NewOnly) || copy.write(bytes) != bytes.size() || !copy.flush())
+    if (!copy.open(QIODevice::WriteOnly | QIODevice::NewOnly) || copy.write(bytes) != bytes.size() ||
+        !copy.flush())
         throw Failure(QStringLiteral("%1: cannot be written (%2)").arg(wanted, copy.errorString()));
 }
 
@@ -50,7 +52,9 @@ QStringList templateNames() {
     return names;
 }
 
-QString newestTemplate() { return QStringLiteral("EmptyNet_V6.0.0"); }
+QString newestTemplate() {
+    return QStringLiteral("EmptyNet_V6.0.0");
+}
 
 void makeStore(const QString &path, const QString &name) {
     if (!templateNames().contains(name))
@@ -73,5 +77,7 @@ void makeStore(const QString &path, const QString &name) {
     }
     // Rename refuses a name that was taken meanwhile.
     if (!QFile::rename(making.path(), info.absoluteFilePath()))
-        throw Failure(QStringLiteral("%1: cannot be made; check that the folder is writable and the name free").arg(path));
+        throw Failure(
+            QStringLiteral("%1: cannot be made; check that the folder is writable and the name free")
+                .arg(path));
 }

@@ -9,6 +9,6 @@ QStringList templateNames();
 /// The template of the newest generation.
 QString newestTemplate();
 
-/// Makes the store `path` from the template `name`, opened once so that it has the current schema. An existing file
-/// is never touched; on a failure (`Failure`) no file stays behind.
+/// Makes the store `path` from the template `name`, opened once so that it has the current schema. An
+/// existing file is never touched; on a failure (`Failure`) no file stays behind.
 void makeStore(const QString &path, const QString &name);

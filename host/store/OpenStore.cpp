@@ -12,8 +12,8 @@
 
 namespace {
 
-/// In a store of several networks counters are per network, so the row that belongs to none is refused when the
-/// first opening adds table Rsu.
+/// In a store of several networks counters are per network, so the row that belongs to none is refused when
+/// the first opening adds table Rsu.
 bool isByDesign(const CallDbResult &failure) {
     return failure.sql.contains(QLatin1String("IDGenerater")) && failure.sql.contains(QLatin1String("'Rsu'"));
 }
@@ -48,13 +48,21 @@ OpenStore::OpenStore(const QString &path, Access access) {
     QSqlQuery(QStringLiteral("PRAGMA busy_timeout = 500"), gDB);
 }
 
-OpenStore::~OpenStore() { closeStore(); }
+OpenStore::~OpenStore() {
+    closeStore();
+}
 
-int OpenStore::generation() const { return DBTools::dbVer(); }
+int OpenStore::generation() const {
+    return DBTools::dbVer();
+}
 
-int unexpectedFailures() { return failures().size(); }
+int unexpectedFailures() {
+    return failures().size();
+}
 
-QString firstFailureText() { return failures().isEmpty() ? QString() : failures().first().error.trimmed(); }
+QString firstFailureText() {
+    return failures().isEmpty() ? QString() : failures().first().error.trimmed();
+}
 
 void logFailures() {
     if (unexpectedFailures() > 0)

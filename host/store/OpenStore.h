@@ -20,8 +20,8 @@ private:
     Q_DISABLE_COPY(OpenStore)
 };
 
-/// What the library recorded as failed since the store was opened, but for the one record that the first opening
-/// of a store of several networks leaves by design.
+/// What the library recorded as failed since the store was opened, but for the one record that the first
+/// opening of a store of several networks leaves by design.
 int unexpectedFailures();
 /// The engine's text of the first of them; empty without any.
 QString firstFailureText();

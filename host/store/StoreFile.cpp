@@ -25,7 +25,8 @@ quint32 bigEndian32(const QByteArray &bytes, int at) {
 void requireReadableFile(const QString &path, Access access) {
     const QFileInfo info(path);
     if (!info.exists())
-        throw Failure(QStringLiteral("%1: no such file; make a store with \"morastore new\" first").arg(path));
+        throw Failure(
+            QStringLiteral("%1: no such file; make a store with \"morastore new\" first").arg(path));
     if (info.isDir())
         throw Failure(QStringLiteral("%1: this is a folder; give the path of a store file").arg(path));
     if (!info.isFile())
@@ -33,7 +34,8 @@ void requireReadableFile(const QString &path, Access access) {
     // The permissions count, too, where the user's rights would override them.
     const auto anyWrite = QFileDevice::WriteOwner | QFileDevice::WriteGroup | QFileDevice::WriteOther;
     if (access == Access::Write && (!info.isWritable() || !(info.permissions() & anyWrite)))
-        throw Failure(QStringLiteral("%1: the file is read-only; make it writable or work on a copy").arg(path));
+        throw Failure(
+            QStringLiteral("%1: the file is read-only; make it writable or work on a copy").arg(path));
 }
 
 void requireWholeFile(const QString &path) {
@@ -64,11 +66,14 @@ void run(QSqlDatabase &db, const QString &path, const char *sql) {
     constexpr int general = 1;
     const int code = query.lastError().nativeErrorCode().toInt() & 0xff;
     if (code == busy || code == locked)
-        throw Failure(QStringLiteral("%1: another program holds the store; close it there and try again").arg(path));
+        throw Failure(
+            QStringLiteral("%1: another program holds the store; close it there and try again").arg(path));
     if (code == readOnly)
-        throw Failure(QStringLiteral("%1: the store is read-only; make it writable or work on a copy").arg(path));
+        throw Failure(
+            QStringLiteral("%1: the store is read-only; make it writable or work on a copy").arg(path));
     if (code == general)
-        throw Failure(QStringLiteral("%1: this SQLite file is no store; give the path of a store file").arg(path));
+        throw Failure(
+            QStringLiteral("%1: this SQLite file is no store; give the path of a store file").arg(path));
     throw Failure(QStringLiteral("%1: the store cannot be used (%2); restore it from a copy")
                       .arg(path, query.lastError().databaseText()));
 }

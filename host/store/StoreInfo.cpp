@@ -107,10 +107,11 @@ QJsonObject StoreInfo::toJson() const {
                           {QStringLiteral("rows"), rows},
                           {QStringLiteral("linkLength"), network.linkLength}};
         if (network.hasExtent)
-            entry.insert(QStringLiteral("extent"),
-                         QJsonObject{{QStringLiteral("low"), QJsonArray{network.low[0], network.low[1], network.low[2]}},
-                                     {QStringLiteral("high"),
-                                      QJsonArray{network.high[0], network.high[1], network.high[2]}}});
+            entry.insert(
+                QStringLiteral("extent"),
+                QJsonObject{
+                    {QStringLiteral("low"), QJsonArray{network.low[0], network.low[1], network.low[2]}},
+                    {QStringLiteral("high"), QJsonArray{network.high[0], network.high[1], network.high[2]}}});
         list.append(entry);
     }
     return {{QStringLiteral("path"), path},
@@ -135,7 +136,9 @@ QString StoreInfo::toText() const {
             if (kind.second > 0)
                 text += QStringLiteral("  %1 %2\n").arg(kind.first, -22).arg(kind.second);
         }
-        text += QStringLiteral("  %1 %2 km\n").arg(QStringLiteral("length of links"), -22).arg(network.linkLength / 1000, 0, 'f', 3);
+        text += QStringLiteral("  %1 %2 km\n")
+                    .arg(QStringLiteral("length of links"), -22)
+                    .arg(network.linkLength / 1000, 0, 'f', 3);
         if (network.hasExtent)
             text += QStringLiteral("  %1 x %2 to %3, y %4 to %5, z %6 to %7 m\n")
                         .arg(QStringLiteral("extent"), -22)

@@ -11,10 +11,11 @@ struct NetworkInfo {
     QString sourceType;
     QString sourceUrl;
     bool isDefault = false;
-    QList<QPair<QString, qint64>> rows; ///< kind of object and number of rows; kinds the store has no table for are missing
-    double linkLength = 0;              ///< metres
-    bool hasExtent = false;             ///< false for a network without vertices
-    double low[3] = {0, 0, 0};          ///< x, y, z in metres
+    QList<QPair<QString, qint64>>
+        rows; ///< kind of object and number of rows; kinds the store has no table for are missing
+    double linkLength = 0;     ///< metres
+    bool hasExtent = false;    ///< false for a network without vertices
+    double low[3] = {0, 0, 0}; ///< x, y, z in metres
     double high[3] = {0, 0, 0};
 };
 

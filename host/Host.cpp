@@ -1,0 +1,55 @@
+#include "host/Host.h"
+
+#include "model/SpecialWords.h"
+
+#include <QLocale>
+#include <QLoggingCategory>
+#include <QTextCodec>
+
+#include <csignal>
+
+namespace host {
+
+namespace {
+
+QtMessageHandler defaultHandler = nullptr;
+
+/// Without a display there is no session and no folder for it, which is none of the user's concern.
+void dropSessionFolder(QtMsgType type, const QMessageLogContext &context, const QString &text) {
+    if (!text.startsWith(QLatin1String("QStandardPaths: XDG_RUNTIME_DIR not set")))
+        defaultHandler(type, context, text);
+}
+
+} // namespace
+
+void prepareProcess() {
+    defaultHandler = qInstallMessageHandler(dropSessionFolder);
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+#ifdef Q_OS_UNIX
+    // Names of files are bytes, and SQLite takes them for UTF-8 whatever the locale says.
+    QTextCodec::setCodecForLocale(QTextCodec::codecForName("UTF-8"));
+#endif
+#ifdef SIGXFSZ
+    std::signal(SIGXFSZ, SIG_IGN);
+#endif
+}
+
+Session::Session(const QString &language, bool showLog) {
+    const QLocale locale = language.isEmpty() ? QLocale::system() : QLocale(language);
+    gSpecialWords.setLangIsNotZh(locale.language() != QLocale::Chinese);
+    gSpecialWords.initVars();
+    gpMoraInterface = this;
+    // A failure's sentence says what the log would: the log is for those who ask.
+    if (!showLog)
+        QLoggingCategory::setFilterRules(QStringLiteral("MoraStore.*=false"));
+}
+
+Session::~Session() {
+    gpMoraInterface = nullptr;
+}
+
+QJsonObject Session::jsonSettings() const {
+    return {{QStringLiteral("__dbdriver"), QStringLiteral("QSQLITE")}};
+}
+
+} // namespace host

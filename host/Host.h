@@ -1,0 +1,28 @@
+#pragma once
+
+#include <MoraInterfaces/MoraInterfaces.h>
+
+#include <QString>
+
+/// What a program must do to be the library's host.
+namespace host {
+
+/// Settles what must be settled before the application object is made: no display, UTF-8 for names of files,
+/// and a limit on the size of files that shows as an error instead of ending the process.
+void prepareProcess();
+
+/// For the life of this object the program is the library's host: it gives the connection settings (stores
+/// are SQLite files) and the language, and decides whether the library's log is shown.
+class Session : private IMoraInterface {
+public:
+    /// `language` is a locale's name ("zh", "en_GB"); empty stands for the user's locale.
+    Session(const QString &language, bool showLog);
+    ~Session() override;
+
+    QJsonObject jsonSettings() const override;
+
+private:
+    Q_DISABLE_COPY(Session)
+};
+
+} // namespace host

@@ -1,0 +1,26 @@
+#pragma once
+
+#include <CLI/CLI.hpp>
+
+#include <QString>
+
+#include <functional>
+
+/// The subcommands of morastore. Each function adds one with its options to the program; the command that the
+/// user chose leaves what it does in `run`, which throws `Failure` when it cannot.
+namespace commands {
+
+using Run = std::function<void()>;
+
+void addNew(CLI::App &program, Run &run);
+void addImport(CLI::App &program, Run &run);
+void addInfo(CLI::App &program, Run &run);
+void addDraw(CLI::App &program, Run &run);
+void addRoundTrip(CLI::App &program, Run &run);
+
+/// Writes to stdout: the data that a command was asked for.
+void print(const QString &text);
+/// Writes a line to stderr: what the user should know besides.
+void tell(const QString &line);
+
+} // namespace commands

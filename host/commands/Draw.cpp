@@ -1,0 +1,35 @@
+#include "host/commands/Commands.h"
+#include "host/drawing/NetworkDrawing.h"
+#include "host/store/OpenStore.h"
+
+namespace commands {
+
+void addDraw(CLI::App &program, Run &run) {
+    struct Options {
+        std::string store;
+        std::string picture;
+        long net = 0;
+        int size = 2400;
+    };
+    const auto options = std::make_shared<Options>();
+    CLI::App *command =
+        program.add_subcommand("draw", "Draw a network of a store: lanes to scale, connectors, direction.");
+    command->add_option("STORE", options->store, "Path of the store")->required();
+    command->add_option("PICTURE", options->picture, "Path of the picture, .svg or .png")->required();
+    command->add_option("--net", options->net, "Number of the network; default: the store's first")
+        ->type_name("ID");
+    command->add_option("--size", options->size, "Longer side of the plan in pixels")
+        ->check(CLI::Range(200, 20000))
+        ->capture_default_str()
+        ->type_name("PX");
+    command->callback([options, &run] {
+        run = [options] {
+            const OpenStore store(QString::fromStdString(options->store), Access::Read);
+            Progress reading(QStringLiteral("reading"));
+            const NetworkObjects network = readNetwork(options->net, reading);
+            drawToFile(network, QString::fromStdString(options->picture), options->size);
+        };
+    });
+}
+
+} // namespace commands

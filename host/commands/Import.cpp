@@ -1,0 +1,63 @@
+#include "host/Failure.h"
+#include "host/commands/Commands.h"
+#include "host/import/NetworkImport.h"
+#include "host/store/OpenStore.h"
+#include "host/sumo/NetReader.h"
+
+#include <QFileInfo>
+
+namespace commands {
+
+namespace {
+
+struct Options {
+    std::string store;
+    std::string network;
+    std::string name;
+};
+
+/// "city" for "some/where/city.net.xml.gz".
+QString nameOf(const QString &path) {
+    QString name = QFileInfo(path).fileName();
+    for (const char *ending : {".gz", ".xml", ".net"}) {
+        if (name.endsWith(QLatin1String(ending), Qt::CaseInsensitive) && name.size() > int(qstrlen(ending)))
+            name.chop(int(qstrlen(ending)));
+    }
+    return name;
+}
+
+void import(const Options &options) {
+    const QString path = QString::fromStdString(options.network);
+    const QString name = options.name.empty() ? nameOf(path) : QString::fromStdString(options.name);
+    // The store is asked first: it takes no time, and reading a large network may.
+    const OpenStore store(QString::fromStdString(options.store), Access::Write);
+    SumoNet net;
+    {
+        Progress reading(QStringLiteral("reading"));
+        net = readSumoNet(path, [&reading](double share) { reading.at(share); });
+    }
+    Progress writing(QStringLiteral("writing"));
+    const NetworkObjects network = importNetwork(net, name, writing);
+    print(QStringLiteral("network %1 \"%2\": %3 links, %4 connectors\n")
+              .arg(network.record.netId)
+              .arg(network.record.name)
+              .arg(network.links.size())
+              .arg(network.connectors.size()));
+    logFailures();
+}
+
+} // namespace
+
+void addImport(CLI::App &program, Run &run) {
+    const auto options = std::make_shared<Options>();
+    CLI::App *command = program.add_subcommand(
+        "import",
+        "Read a SUMO network into a new network of a store: as a whole or, on a failure, not at all.");
+    command->add_option("STORE", options->store, "Path of the store")->required();
+    command->add_option("NETWORK", options->network, "SUMO network, .net.xml or .net.xml.gz")->required();
+    command->add_option("--name", options->name, "Name of the new network; default: the file's name")
+        ->type_name("N");
+    command->callback([options, &run] { run = [options] { import(*options); }; });
+}
+
+} // namespace commands

@@ -1,0 +1,115 @@
+#include "host/Failure.h"
+#include "host/commands/Commands.h"
+#include "host/drawing/NetworkDrawing.h"
+#include "host/import/NetworkImport.h"
+#include "host/store/Comparison.h"
+#include "host/store/NewStore.h"
+#include "host/store/OpenStore.h"
+#include "host/store/StoreInfo.h"
+#include "host/sumo/NetReader.h"
+
+#include <QElapsedTimer>
+#include <QFileInfo>
+#include <QTemporaryDir>
+
+namespace commands {
+
+namespace {
+
+constexpr int kPictureSize = 2400;
+
+struct Options {
+    std::string network;
+    std::string store;
+    std::string svg;
+    std::string png;
+};
+
+/// Seconds that each step took, in order.
+class Stopwatch {
+public:
+    Stopwatch() { mTimer.start(); }
+    void lap(const char *step) {
+        mLaps += QStringLiteral("%1%2 %3 s")
+                     .arg(mLaps.isEmpty() ? QString() : QStringLiteral(", "), QLatin1String(step))
+                     .arg(double(mTimer.restart()) / 1000, 0, 'f', 2);
+    }
+    QString laps() const { return mLaps; }
+
+private:
+    QElapsedTimer mTimer;
+    QString mLaps;
+};
+
+void report(const Comparison &comparison, const Stopwatch &stopwatch, const StoreInfo &info) {
+    print(info.toText());
+    print(QStringLiteral("\nread back   %L1 values compared, %L2 of them coordinates bit for bit: %3\n")
+              .arg(comparison.fields)
+              .arg(comparison.coordinates)
+              .arg(comparison.isEqual() ? QStringLiteral("all equal")
+                                        : QStringLiteral("%L1 different").arg(comparison.differences)));
+    if (info.generation >= 6)
+        print(QStringLiteral(
+            "not kept    centre lines and break points of lane connectors, attributes and restrictions "
+            "of lanes:\n            generation 6 has no place for them\n"));
+    print(QStringLiteral("seconds     %1\n").arg(stopwatch.laps()));
+    for (const QString &difference : comparison.first)
+        tell(difference);
+}
+
+NetworkObjects write(const QString &store, const SumoNet &net, const QString &name) {
+    const OpenStore open(store, Access::Write);
+    Progress progress(QStringLiteral("writing"));
+    return importNetwork(net, name, progress);
+}
+
+void roundTrip(const Options &options) {
+    const QString path = QString::fromStdString(options.network);
+    const QTemporaryDir folder;
+    const QString store = options.store.empty() ? folder.filePath(QStringLiteral("roundtrip.mora"))
+                                                : QString::fromStdString(options.store);
+    Stopwatch stopwatch;
+    SumoNet net;
+    {
+        Progress progress(QStringLiteral("parsing"));
+        net = readSumoNet(path, [&progress](double share) { progress.at(share); });
+    }
+    stopwatch.lap("parsing");
+    makeStore(store, newestTemplate());
+    const NetworkObjects written = write(store, net, QFileInfo(path).completeBaseName());
+    stopwatch.lap("writing");
+
+    // The store was closed, so nothing below comes from memory.
+    const OpenStore open(store, Access::Read);
+    Progress progress(QStringLiteral("reading"));
+    const NetworkObjects read = readNetwork(written.record.netId, progress);
+    stopwatch.lap("reading");
+    const Comparison comparison = compareNetworks(written, read, !open.hasSeveralNetworks());
+    stopwatch.lap("comparing");
+    for (const std::string &picture : {options.svg, options.png}) {
+        if (!picture.empty())
+            drawToFile(read, QString::fromStdString(picture), kPictureSize);
+    }
+    if (!options.svg.empty() || !options.png.empty())
+        stopwatch.lap("drawing");
+    report(comparison, stopwatch, takeStock(store));
+    if (!comparison.isEqual())
+        throw Failure(
+            QStringLiteral("what was read back differs from what was written; see the lines above"));
+}
+
+} // namespace
+
+void addRoundTrip(CLI::App &program, Run &run) {
+    const auto options = std::make_shared<Options>();
+    CLI::App *command = program.add_subcommand(
+        "roundtrip",
+        "Write a SUMO network into a new store, read it back through the library and compare both.");
+    command->add_option("NETWORK", options->network, "SUMO network, .net.xml or .net.xml.gz")->required();
+    command->add_option("--store", options->store, "Keep the store in this new file")->type_name("FILE");
+    command->add_option("--svg", options->svg, "Draw what was read back")->type_name("FILE");
+    command->add_option("--png", options->png, "Draw what was read back")->type_name("FILE");
+    command->callback([options, &run] { run = [options] { roundTrip(*options); }; });
+}
+
+} // namespace commands

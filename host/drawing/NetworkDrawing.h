@@ -1,0 +1,60 @@
+#pragma once
+
+#include "host/geometry/Polyline.h"
+#include "host/store/NetworkObjects.h"
+
+#include <QColor>
+#include <QPainterPath>
+#include <QPointF>
+#include <QRectF>
+#include <QSizeF>
+#include <QString>
+
+#include <vector>
+
+class QPainter;
+
+/// A plan of a network: lanes to scale and coloured by kind, with dividers and direction arrows where the
+/// scale lets them be seen, the curves of the lane connectors, a title, a legend and a scale bar.
+class NetworkDrawing {
+public:
+    explicit NetworkDrawing(const NetworkObjects &network);
+
+    /// The size of the whole picture when its longer side is `longSide` pixels.
+    QSizeF sizeFor(double longSide) const;
+    /// Paints the plan into `size`. `zoomable` says that the viewer may magnify it (a vector picture), so
+    /// that detail is worth its bytes.
+    void paint(QPainter &painter, const QSizeF &size, bool zoomable) const;
+
+private:
+    struct LaneKind {
+        QString name; ///< as the network has it
+        QColor colour;
+        int count = 0;
+        QPainterPath surface; ///< outline of each lane, metres
+        QPainterPath axis;    ///< centre line of each lane
+    };
+
+    void addLink(const Link &link);
+    void addArrow(const Polyline &centre, double width);
+    void addConnector(const Connector &connector);
+    LaneKind &kindOf(const QString &name);
+
+    void paintNetwork(QPainter &painter, double pixelsPerMetre, bool zoomable) const;
+    void paintLegend(QPainter &painter, const QSizeF &size, double pixelsPerMetre) const;
+    void paintScaleBar(QPainter &painter, const QPointF &end, double pixelsPerMetre) const;
+
+    QString mTitle;
+    QString mSummary;
+    QRectF mExtent; ///< metres, y upwards
+    std::vector<LaneKind> mKinds;
+    QPainterPath mDividers;
+    QPainterPath mEdges; ///< outer borders of the carriageways
+    QPainterPath mArrows;
+    QPainterPath mConnectors;
+};
+
+/// Paints `network` into an SVG or PNG file, told by the name's ending. `longSide` is the picture's longer
+/// side in pixels. The file is replaced in one go; throws `Failure` when it cannot be written or the ending
+/// is another.
+void drawToFile(const NetworkObjects &network, const QString &path, double longSide);
