@@ -1,10 +1,7 @@
-#include "host/Failure.h"
 #include "host/commands/Commands.h"
 #include "host/import/NetworkImport.h"
 #include "host/store/OpenStore.h"
 #include "host/sumo/NetReader.h"
-
-#include <QFileInfo>
 
 namespace commands {
 
@@ -16,19 +13,9 @@ struct Options {
     std::string name;
 };
 
-/// "city" for "some/where/city.net.xml.gz".
-QString nameOf(const QString &path) {
-    QString name = QFileInfo(path).fileName();
-    for (const char *ending : {".gz", ".xml", ".net"}) {
-        if (name.endsWith(QLatin1String(ending), Qt::CaseInsensitive) && name.size() > int(qstrlen(ending)))
-            name.chop(int(qstrlen(ending)));
-    }
-    return name;
-}
-
 void import(const Options &options) {
     const QString path = QString::fromStdString(options.network);
-    const QString name = options.name.empty() ? nameOf(path) : QString::fromStdString(options.name);
+    const QString name = options.name.empty() ? networkNameOf(path) : QString::fromStdString(options.name);
     // The store is asked first: it takes no time, and reading a large network may.
     const OpenStore store(QString::fromStdString(options.store), Access::Write);
     SumoNet net;
@@ -43,7 +30,6 @@ void import(const Options &options) {
               .arg(network.record.name)
               .arg(network.links.size())
               .arg(network.connectors.size()));
-    logFailures();
 }
 
 } // namespace

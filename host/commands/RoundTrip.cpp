@@ -9,7 +9,7 @@
 #include "host/sumo/NetReader.h"
 
 #include <QElapsedTimer>
-#include <QFileInfo>
+
 #include <QTemporaryDir>
 
 namespace commands {
@@ -76,7 +76,7 @@ void roundTrip(const Options &options) {
     }
     stopwatch.lap("parsing");
     makeStore(store, newestTemplate());
-    const NetworkObjects written = write(store, net, QFileInfo(path).completeBaseName());
+    const NetworkObjects written = write(store, net, networkNameOf(path));
     stopwatch.lap("writing");
 
     // The store was closed, so nothing below comes from memory.

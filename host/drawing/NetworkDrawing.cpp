@@ -20,6 +20,7 @@ const QColor kInk(0x2f, 0x36, 0x40);
 const QColor kFaintInk(0x7b, 0x83, 0x8d);
 const QColor kMarking(0xff, 0xff, 0xff);
 const QColor kBorder(0x5c, 0x64, 0x6f);
+const QColor kJunction(0xe2, 0xe4, 0xe7);
 const QColor kConnector(0x3d, 0x6e, 0xa5);
 
 constexpr double kMargin = 28;     // pixels around the plan
@@ -93,7 +94,7 @@ QFont fontOf(double pixels, bool bold) {
 } // namespace
 
 NetworkDrawing::NetworkDrawing(const NetworkObjects &network) : mTitle(network.record.name) {
-    mConnectors.setFillRule(Qt::WindingFill);
+    mJunctions.setFillRule(Qt::WindingFill);
     mArrows.setFillRule(Qt::WindingFill);
     int lanes = 0;
     double length = 0;
@@ -152,6 +153,7 @@ void NetworkDrawing::addConnector(const Connector &connector) {
     const Polyline left = toPolyline(connector.leftBreakPointsJson);
     const Polyline right = toPolyline(connector.rightBreakPointsJson);
     const bool bordersAreItsOwn = connector.mlLaneConnector.size() == 1 && left.size() == right.size();
+    shapes::addArea(mJunctions, left, right);
     for (const LaneConnector *laneConnector : connector.mlLaneConnector) {
         Polyline curve = toPolyline(laneConnector->centerLinePointsJson);
         if (curve.size() < 2 && bordersAreItsOwn)
@@ -198,7 +200,9 @@ void NetworkDrawing::paintNetwork(QPainter &painter, double pixelsPerMetre, bool
     curve.setAlpha(surfaces ? 150 : 90);
     const QPen connectorPen(curve, atLeast(0.3, surfaces ? 0.6 : 0.35, pixelsPerMetre), Qt::SolidLine,
                             Qt::RoundCap, Qt::RoundJoin);
-    if (!surfaces)
+    if (surfaces)
+        painter.fillPath(mJunctions, kJunction);
+    else
         painter.strokePath(mConnectors, connectorPen);
     for (const LaneKind &kind : mKinds) {
         // Where a lane is thinner than a pixel its axis keeps it visible.

@@ -52,6 +52,7 @@ private:
     QPainterPath mEdges; ///< outer borders of the carriageways
     QPainterPath mArrows;
     QPainterPath mConnectors;
+    QPainterPath mJunctions; ///< areas that the connectors cover
 };
 
 /// Paints `network` into an SVG or PNG file, told by the name's ending. `longSide` is the picture's longer

@@ -76,6 +76,13 @@ QJsonObject sourceOf(const SumoConnection &connection) {
     return source;
 }
 
+/// Whether the list has a connection between the same lanes: a lane connector is known by its lanes.
+bool hasMovement(const std::vector<const SumoConnection *> &list, const SumoConnection &connection) {
+    return std::any_of(list.begin(), list.end(), [&connection](const SumoConnection *other) {
+        return other->fromLane == connection.fromLane && other->toLane == connection.toLane;
+    });
+}
+
 } // namespace
 
 Polyline carriagewayCentre(const SumoEdge &edge, bool leftHand) {
@@ -164,7 +171,7 @@ NetworkBuilder::buildConnectors(const std::vector<std::unique_ptr<Link>> &links)
         if (known == groupOf.constEnd()) {
             groupOf.insert(ends, groups.size());
             groups.push_back({&connection});
-        } else {
+        } else if (!hasMovement(groups[*known], connection)) {
             groups[*known].push_back(&connection);
         }
     }

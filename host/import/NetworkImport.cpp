@@ -7,6 +7,7 @@
 #include "store/DBTools.h"
 #include "store/DBTools_V6.h"
 
+#include <QFileInfo>
 #include <QJsonArray>
 #include <QJsonDocument>
 
@@ -118,7 +119,7 @@ void insertRecord(const NetRecord &record) {
     require(DBTools::initDictionary(gDB, record.netId, false), "network's dictionaries");
 }
 
-/// Calls `write` with the objects in batches; `share` is the part of the progress that they make up.
+/// Calls `write` with one batch of objects after the other and the share of them that went before.
 template <class T, class Write>
 void inBatches(const std::vector<std::unique_ptr<T>> &objects, const Write &write) {
     for (std::size_t start = 0; start < objects.size(); start += kBatch) {
@@ -130,6 +131,15 @@ void inBatches(const std::vector<std::unique_ptr<T>> &objects, const Write &writ
 }
 
 } // namespace
+
+QString networkNameOf(const QString &path) {
+    QString name = QFileInfo(path).fileName();
+    for (const char *ending : {".gz", ".xml", ".net"}) {
+        if (name.endsWith(QLatin1String(ending), Qt::CaseInsensitive) && name.size() > int(qstrlen(ending)))
+            name.chop(int(qstrlen(ending)));
+    }
+    return name;
+}
 
 NetworkObjects importNetwork(const SumoNet &net, const QString &name, Progress &progress) {
     NetworkObjects network;

@@ -1,16 +1,16 @@
 #pragma once
 
 #include <QSqlDatabase>
-#include <QStringList>
 
 /// A transaction around many operations of the library: all or nothing, also when the disk fills up.
 ///
 /// SQLite ends a transaction by itself when it cannot write (a full disk, an input/output error), and
-/// statements that follow would be kept one by one. The library's inserts do go on after a failed row. So, as
-/// long as the transaction lasts, triggers of this connection refuse every write that is not part of it.
+/// statements that follow would be kept one by one; the library's inserts do go on after a failed row. So a
+/// second connection reads the store for as long as the transaction lasts: nothing can be committed beside a
+/// reader. (In a store with a write-ahead log it could; stores made from the library's templates have none.)
 class GuardedTransaction {
 public:
-    /// Takes the write lock at once. Throws `Failure` when another program holds the store.
+    /// Takes the write lock of the SQLite store at once. Throws `Failure` when another program holds it.
     explicit GuardedTransaction(QSqlDatabase &db);
     /// Rolls back what was not committed.
     ~GuardedTransaction();
@@ -21,11 +21,20 @@ public:
 private:
     Q_DISABLE_COPY(GuardedTransaction)
 
-    void run(const QString &sql);
-    void raiseGuard();
-    void dropGuard();
+    /// The connection that reads the store.
+    class Reader {
+    public:
+        explicit Reader(const QString &path);
+        ~Reader() { close(); }
+        void close();
+
+    private:
+        Q_DISABLE_COPY(Reader)
+    };
+
+    void run(const char *sql);
 
     QSqlDatabase &mDb;
-    QStringList mTriggers;
+    Reader mReader;
     bool mOpen = false;
 };

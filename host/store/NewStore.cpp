@@ -70,7 +70,6 @@ void makeStore(const QString &path, const QString &name) {
     {
         const OpenStore store(making.path(), Access::Write);
         if (unexpectedFailures() > 0) {
-            logFailures();
             throw Failure(QStringLiteral("%1: the new store cannot be brought to the current schema (%2)")
                               .arg(path, firstFailureText()));
         }

@@ -49,6 +49,7 @@ OpenStore::OpenStore(const QString &path, Access access) {
 }
 
 OpenStore::~OpenStore() {
+    logFailures();
     closeStore();
 }
 

@@ -10,7 +10,8 @@ class OpenStore {
 public:
     /// Opens the SQLite store `path`. Throws `Failure`.
     OpenStore(const QString &path, Access access);
-    /// Closes the store; gNet no longer holds a network.
+    /// Hands what the library recorded as failed to its log and closes the store; gNet no longer holds a
+    /// network.
     ~OpenStore();
 
     int generation() const;
