@@ -132,8 +132,7 @@ public:
     /// network 1 there. The port is kept in mDbPort but not applied to this connection: the driver's default
     /// counts.
     /// @return false when @p db is no SQLite connection or the server cannot be used. A removal that fails is
-    /// recorded
-    ///         and does not change the result.
+    ///         recorded and does not change the result.
     static bool transToPostgreSql(QSqlDatabase &db);
 
     /// Whether @p db is usable: no driver error is pending and, on SQLite, table IDGenerater can be read.
@@ -439,6 +438,7 @@ public:
     static ReduceSpeedArea *selectReduceSpeedArea(QSqlDatabase &db, long netId, long areaId);
     /// Appends all area ids; true in every case.
     static bool selectReduceSpeedAreaIds(QSqlDatabase &db, long netId, QList<long> &ids);
+    /// @}
 
     /// @name Vehicle types and compositions
     /// Vehicle types are stored under stored words and held in memory under display words; names of
