@@ -149,3 +149,5 @@ create table LaneConnector (
     constraint FK_LANECONN_R_10_LANE foreign key (EndLaneID) references Lane (LaneID) on update restrict on delete restrict,
     constraint FK_LANECONN_R_13_CONNECTO foreign key (connID) references Connector (ConnID) on update restrict on delete restrict
 );
+-- The key would answer this too, but sorted by lanes: a connector's lane connectors come in the order they were written.
+create index IX_LANECONNECTOR_CONN on LaneConnector (connID);
