@@ -5,6 +5,7 @@
 #include <QSqlError>
 #include <QSqlQuery>
 #include <QSqlRecord>
+#include <QVariant>
 #include <gtest/gtest.h>
 
 TemplateStore::TemplateStore(const QString &templateName)

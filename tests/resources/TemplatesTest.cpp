@@ -9,6 +9,8 @@
 #include <QResource>
 #include <gtest/gtest.h>
 
+#include <ostream>
+
 namespace {
 
 /// What sets the templates apart.
@@ -18,6 +20,8 @@ struct Expected {
     const char *version;
     const char *language; ///< "Chinese" where the probe of an opening finds its word
     const char *jsonColumns;
+
+    friend std::ostream &operator<<(std::ostream &out, const Expected &kind) { return out << kind.name; }
 };
 
 constexpr const char *kVersion5 = "5|EmptyNet_V1.00.05|增加表VehiTraceOption，设置车辆轨迹输出选项|20200503";
@@ -156,7 +160,7 @@ TEST_P(Template, ReadsByIdAndByOwnerWithoutScans) {
 }
 
 TEST_P(Template, OpensWithoutFailuresBesidesThatOfTheRsuCounter) {
-    gNet.id = 1;
+    gNet.netId = 1;
     ASSERT_TRUE(DBTools::openDatabase(gDB, store.path(), true));
     const bool isMany = DBTools::dbVer() >= 6;
     // Generation 6 has no counters without a network, so the one of the new table is refused.
@@ -173,8 +177,8 @@ TEST_P(Template, OpensWithoutFailuresBesidesThatOfTheRsuCounter) {
     gDB.close();
 }
 
-INSTANTIATE_TEST_SUITE_P(All, Template, testing::ValuesIn(kTemplates), [](const auto &info) {
-    return text(info.param.name).replace(QLatin1Char('.'), QLatin1Char('_')).toStdString();
+INSTANTIATE_TEST_SUITE_P(All, Template, testing::ValuesIn(kTemplates), [](const auto &kind) {
+    return text(kind.param.name).replace(QLatin1Char('.'), QLatin1Char('_')).toStdString();
 });
 
 TEST(Templates, Generation6HasTheTablesAndKeysOfTheFormat) {
@@ -233,7 +237,7 @@ TEST(Templates, OpeningTheOldestStoreLeadsToTheLayoutOfTheNextTemplate) {
                      .join(QString())
                      .contains(QStringLiteral("NetId"), Qt::CaseInsensitive));
     for (const TemplateStore *store : {&oldest, &next}) {
-        gNet.id = 1;
+        gNet.netId = 1;
         ASSERT_TRUE(DBTools::openDatabase(gDB, store->path(), true));
         gDB.close();
     }
