@@ -250,3 +250,16 @@ TEST(Templates, OpeningTheOldestStoreLeadsToTheLayoutOfTheNextTemplate) {
         EXPECT_EQ(oldest.columns(table), next.columns(table)) << qPrintable(table);
     EXPECT_EQ(oldest.rows(QStringLiteral("select NetId from Net")), QStringList(QStringLiteral("1")));
 }
+
+/// The read has no ordering clause, so the index that answers it decides.
+TEST(Templates, LaneConnectorsOfOneNetworkComeInTheOrderTheyWereWritten) {
+    const TemplateStore store(QStringLiteral("EmptyNet_V3.0.0"));
+    store.rows(QStringLiteral("insert into LaneConnector(connID, StartLaneID, EndLaneID, weight) "
+                              "values (7, 3, 9, 1), (7, 1, 8, 2), (5, 1, 8, 0), (7, 2, 4, 3)"));
+    EXPECT_EQ(store.rows(QStringLiteral("select weight from LaneConnector where connID = 7")),
+              QStringList({QStringLiteral("1"), QStringLiteral("2"), QStringLiteral("3")}));
+    EXPECT_EQ(store.rows(QStringLiteral("select * from LaneConnector where connID = 7"))
+                  .value(0)
+                  .section('|', 1, 1),
+              QStringLiteral("3"));
+}
