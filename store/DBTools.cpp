@@ -136,6 +136,11 @@ void DBTools::updateDatabase(QSqlDatabase &db) {
     metadata(db);
 }
 
+void DBTools::updateDatabase1x(QSqlDatabase &db) {
+    upgrade::firstGeneration(oneNetStore(db));
+    mDbVer = static_cast<int>(selectDbVersion(db));
+}
+
 bool DBTools::initDictionary(QSqlDatabase &db, long netId, bool useTransaction) {
     return dictionaries::seed(storeOf(db, netId), useTransaction);
 }

@@ -133,6 +133,8 @@ public:
     /// counts.
     /// @return false when @p db is no SQLite connection or the server cannot be used. A removal that fails is
     ///         recorded and does not change the result.
+    /// recorded
+    ///         and does not change the result.
     static bool transToPostgreSql(QSqlDatabase &db);
 
     /// Whether @p db is usable: no driver error is pending and, on SQLite, table IDGenerater can be read.
@@ -171,6 +173,10 @@ public:
     /// acts only when its table is missing, in one transaction; a failed statement is recorded and the
     /// upgrade goes on.
     static void updateDatabase(QSqlDatabase &db);
+    /// Brings a store of the first generation to the layout that updateDatabase() expects, with its rules for
+    /// failures. The host calls it on an open store, then updateDatabase(); dbVer() follows what the store
+    /// says afterwards.
+    static void updateDatabase1x(QSqlDatabase &db);
 
     /// Seeds the dictionaries of a network where it has none yet: link types, vehicle types, the standard
     /// composition, driver-model sets and the scene configuration. A second call changes nothing.

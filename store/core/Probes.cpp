@@ -6,6 +6,8 @@
 #include <QSqlQuery>
 #include <QVariant>
 
+#include <algorithm>
+
 namespace probes {
 
 namespace {
@@ -22,15 +24,6 @@ QSqlQuery tableInfo(const QSqlDatabase &db, const QString &table) {
     return run(db, QStringLiteral("PRAGMA table_info('%1')").arg(quoted(table)));
 }
 
-bool hasColumnContaining(const QSqlDatabase &db, const QString &table, const QString &part) {
-    QSqlQuery columns = tableInfo(db, table);
-    while (columns.next()) {
-        if (columns.value(QStringLiteral("name")).toString().contains(part))
-            return true;
-    }
-    return false;
-}
-
 } // namespace
 
 long dbVersion(const QSqlDatabase &db) {
@@ -45,7 +38,7 @@ bool hasTable(const QSqlDatabase &db, const QString &table) {
 
 bool tableHasField(const QSqlDatabase &db, const QString &table, const QString &field) {
     if (db.driverName() == QLatin1String("QSQLITE"))
-        return hasColumnContaining(db, table, field);
+        return !columnsContaining(db, table, field).isEmpty();
     if (db.driverName() == QLatin1String("QPSQL")) {
         const QString sql = QStringLiteral(
             "select count(*) from information_schema.columns WHERE table_schema = 'table_schema' and table_name = '%0' and column_name = '%1'");
@@ -59,13 +52,22 @@ bool returnsRow(const QSqlDatabase &db, const QString &sql) {
     return run(db, sql).next();
 }
 
+QStringList columnsContaining(const QSqlDatabase &db, const QString &table, const QString &part) {
+    QStringList names;
+    QSqlQuery columns = tableInfo(db, table);
+    while (columns.next()) {
+        const QString name = columns.value(QStringLiteral("name")).toString();
+        if (name.contains(part))
+            names.append(name);
+    }
+    return names;
+}
+
 bool hasMisspeltColumn(const QSqlDatabase &db) {
     const QStringList tables = tableNames(db);
-    for (const QString &table : tables) {
-        if (hasColumnContaining(db, table, QStringLiteral("Nnumber")))
-            return true;
-    }
-    return false;
+    return std::any_of(tables.cbegin(), tables.cend(), [&db](const QString &table) {
+        return !columnsContaining(db, table, QStringLiteral("Nnumber")).isEmpty();
+    });
 }
 
 QStringList tableNames(const QSqlDatabase &db) {

@@ -25,6 +25,9 @@ bool tableHasField(const QSqlDatabase &db, const QString &table, const QString &
 /// Whether @p sql runs and returns at least one row.
 bool returnsRow(const QSqlDatabase &db, const QString &sql);
 
+/// The columns of @p table (SQLite) whose name contains @p part, upper and lower case told apart.
+QStringList columnsContaining(const QSqlDatabase &db, const QString &table, const QString &part);
+
 /// Whether a column of any table carries the misspelling "Nnumber" of first-generation stores.
 bool hasMisspeltColumn(const QSqlDatabase &db);
 

@@ -162,6 +162,10 @@ struct Seed {
     bool (*write)(const Store &);
 };
 
+constexpr Seed kFollowingSets = {{"select count(*) from DriveFollowedModelParam",
+                                  "select count(*) from DriveFollowedModelParam where NetId = %0"},
+                                 writeFollowingSets};
+
 constexpr Seed kSeeds[] = {
     {{"select count(*) from LinkType", "select count(*) from LinkType where NetId = %0"}, writeLinkTypes},
     {{"select count(*) from VehicleType", "select count(*) from VehicleType where NetId = %0"},
@@ -169,9 +173,7 @@ constexpr Seed kSeeds[] = {
     {{"select count(*) from VehicleConstitutent",
       "select count(*) from VehicleConstitutent where NetId = %0"},
      writeStandardComposition},
-    {{"select count(*) from DriveFollowedModelParam",
-      "select count(*) from DriveFollowedModelParam where NetId = %0"},
-     writeFollowingSets},
+    kFollowingSets,
     {{"select count(*) from ChangeLaneModelParam",
       "select count(*) from ChangeLaneModelParam where NetId = %0"},
      writeLaneChangeSets},
@@ -196,6 +198,10 @@ bool seed(const Store &store, bool useTransaction) {
     for (const Seed &seed : kSeeds)
         written = sow(store, seed) && written;
     return transaction.commit(written);
+}
+
+bool seedFollowingSets(const Store &store) {
+    return sow(store, kFollowingSets);
 }
 
 } // namespace dictionaries

@@ -10,4 +10,9 @@ namespace upgrade {
 /// between leaves a store which the next opening completes.
 void toCurrentSchema(const Store &store);
 
+/// Brings a first-generation store to the layout that toCurrentSchema() expects: a counter per table, the
+/// tables that came later, columns spelled as every later version spells them. The store is no longer of
+/// version 1 afterwards.
+void firstGeneration(const Store &store);
+
 } // namespace upgrade

@@ -1,0 +1,252 @@
+#include "model/SimulateConfiguration.h"
+#include "store/DBTools.h"
+#include "store/core/Probes.h"
+#include "store/core/Query.h"
+#include "store/core/Transaction.h"
+#include "store/families/Identifiers.h"
+#include "store/families/SimulateConfigurations.h"
+#include "store/schema/Dictionaries.h"
+#include "store/schema/Upgrade.h"
+#include "store/schema/UpgradeSteps.h"
+
+#include <algorithm>
+
+namespace upgrade {
+
+namespace {
+
+/// Counters of the tables that first-generation stores know. "General" counts what belongs to no table.
+constexpr const char *kCounters[] = {"RoutingFLowRatio",
+                                     "ParkingLot",
+                                     "EventArea",
+                                     "BusStationLine",
+                                     "SignalLamp",
+                                     "General",
+                                     "VehicleTravelDetector",
+                                     "VehicleQueueCounter",
+                                     "VehicleDrivInfoCollecter",
+                                     "VehicleConstitutent",
+                                     "SignalPhase",
+                                     "SignalGroup",
+                                     "Routing",
+                                     "ReduceSpeedInterval",
+                                     "ReduceSpeedArea",
+                                     "DriveFollowModelParam",
+                                     "DepartureInterval",
+                                     "ChangeLaneModelParam",
+                                     "BusStation",
+                                     "BusLine",
+                                     "DeparturePoint",
+                                     "DecisionPoint",
+                                     "LaneConnector",
+                                     "Connector",
+                                     "Link",
+                                     "Vertex"};
+
+const TableStep kRoutingFlowRatio = {
+    "RoutingFLowRatio",
+    "create table RoutingFLowRatio ("
+    "RoutingFLowRatioID Bigint not null,"
+    "routingID Bigint not null,"
+    "startDateTime Bigint not null,"
+    "endDateTime Bigint not null,"
+    "ratio Numeric(9, 2) not null,"
+    "constraint PK_ROUTINGFLOWRATIO primary key(RoutingFLowRatioID),"
+    "constraint FK_ROUTINGF_R32_ROUTING foreign key(routingID) references Routing(routingID) "
+    "on update restrict on delete restrict"
+    ");",
+    {}};
+
+const TableStep kSimulateConfiguration = {"SimulateConfiguration",
+                                          "create table SimulateConfiguration ("
+                                          "simuTimeInterval Integer not null,"
+                                          "recordTrace Char(1) not null default 'F',"
+                                          "vehiCollectDataInterval Integer not null default 0,"
+                                          "vehiQueueDataInterval Integer not null default 0,"
+                                          "vehiTravelDataInterval Integer not null default 0,"
+                                          "acceMultiples Integer not null default 1,"
+                                          "simuAccuracy Integer not null default 20,"
+                                          "randSeed Integer not null default 0"
+                                          ");",
+                                          {}};
+
+const TableStep kDbVersion = {"DbVersion",
+                              "create table DbVersion ("
+                              "versionId Bigint not null,"
+                              "appVersion Varchar(32) not null,"
+                              "updateContent Text not null,"
+                              "updateDate Varchar(8) not null,"
+                              "constraint PK_DBVERSION primary key (versionId)"
+                              ");",
+                              {}};
+
+// The key takes the name of the lane table's; the names of constraints are part of the format.
+const TableStep kGuideArrow = {"GuideArrow",
+                               "create table GuideArrow ("
+                               "guideArrowID Bigint not null,"
+                               "laneID Bigint not null,"
+                               "length Numeric(6,2) not null,"
+                               "distToTerminal Numeric(6,2) not null,"
+                               "arrowType int not null,"
+                               "constraint PK_LANE primary key(guideArrowID),"
+                               "constraint FK_GuideArrow_R2_Lane foreign key(laneID) references Lane(laneID) "
+                               "on update restrict on delete restrict"
+                               ");",
+                               {"insert into IDGenerater([TableName], [ID]) values('GuideArrow', 0)"}};
+
+const TableStep kLogger = {"Logger",
+                           "create table Logger ("
+                           "[logID] Bigint NOT NULL,"
+                           "[appVersionName] Varchar(32) NOT NULL,"
+                           "[appVersionDate] Varchar(32) NOT NULL,"
+                           "[operation] Varchar(1000) NOT NULL,"
+                           "[operDate] Char(14) NOT NULL,"
+                           "primary key (logID)"
+                           ");",
+                           {}};
+
+const std::vector<ColumnStep> kLaterColumnsOfLogger = {
+    {"Logger", "userName", "ALTER TABLE Logger ADD userName Varchar(64)"},
+    {"Logger", "hostName", "ALTER TABLE Logger ADD hostName Varchar(64)"},
+    {"Logger", "pluginName", "ALTER TABLE Logger ADD pluginName Varchar(64)"},
+    {"Logger", "pluginVersion", "ALTER TABLE Logger ADD pluginVersion Varchar(32)"},
+    {"Logger", "pluginOperation", "ALTER TABLE Logger ADD pluginOperation Varchar(1000)"},
+    {"Logger", "remark", "ALTER TABLE Logger ADD remark Varchar(1000)"},
+};
+
+QString withTable(const char *sql, const char *table) {
+    return QString::fromLatin1(sql).arg(QLatin1String(table));
+}
+
+QString moveCounter(const char *table, long id) {
+    const QString sql = QStringLiteral("update IDGenerater set ID = %1 where TableName = '%2'");
+    return fillNumber(sql, id).arg(QLatin1String(table));
+}
+
+/// First-generation stores count everything in one row; later ones have a row per table. A counter starts
+/// with the first column of its table's first row.
+void rebuildCounters(const Store &store) {
+    Query count(store, "select count(*) from IDGenerater");
+    if (!count.execAndNext() || count.firstId() > 1)
+        return;
+    count.finish();
+    Transaction transaction(store, true);
+    Query(store, "drop table IDGenerater").exec();
+    Query(store, "CREATE TABLE [IDGenerater] ([TableName] VARCHAR(32) NOT NULL, [ID] Bigint NOT NULL)")
+        .exec();
+    for (const char *table : kCounters)
+        Query(store, withTable("insert into IDGenerater(TableName, ID) values('%1', 0)", table)).exec();
+    for (const char *table : kCounters) {
+        // Not every store has every table, so this is a probe: one that is missing is no failure.
+        if (isMissing(store, QLatin1String(table)))
+            continue;
+        Query rows(store, withTable("select * from '%1'", table));
+        if (!rows.execAndNext())
+            continue;
+        const long first = rows.firstId();
+        rows.finish();
+        Query(store, moveCounter(table, first)).exec();
+    }
+    transaction.commit(true);
+}
+
+void ensureFlowRatioCounter(const Store &store) {
+    if (probes::returnsRow(
+            store.db(), QStringLiteral("select * from IDGenerater where [TableName] = 'RoutingFLowRatio'")))
+        return;
+    Query(store, "insert into IDGenerater(TableName, ID) values('RoutingFLowRatio', 0)").exec();
+}
+
+/// Every route gets its share for the whole of the standard time span, seconds 1 to 3600.
+void addFlowRatios(const Store &store) {
+    if (!isMissing(store, QLatin1String(kRoutingFlowRatio.table)))
+        return;
+    Transaction transaction(store, true);
+    QList<QPair<long, double>> routes;
+    if (Query(store, kRoutingFlowRatio.create).exec()) {
+        Query rows(store, "select routingID, proportion from Routing");
+        rows.exec();
+        while (rows.next())
+            routes.append({rows.id("routingID"), rows.number("proportion")});
+    }
+    Query insert(
+        store,
+        "insert into RoutingFLowRatio(RoutingFLowRatioID, routingID, startDateTime, endDateTime, ratio) values(:RoutingFLowRatioID, :routingID, :startDateTime, :endDateTime, :ratio)");
+    for (const auto &[routingID, proportion] : qAsConst(routes)) {
+        long id = 0;
+        if (!identifiers::next(store, QStringLiteral("RoutingFLowRatio"), id))
+            continue;
+        insert.bind(":RoutingFLowRatioID", id).bind(":routingID", routingID);
+        insert.bind(":startDateTime", 1).bind(":endDateTime", 3600).bind(":ratio", proportion).exec();
+    }
+    transaction.commit(true);
+}
+
+void addSimulateConfiguration(const Store &store) {
+    if (!isMissing(store, QLatin1String(kSimulateConfiguration.table)))
+        return;
+    Transaction transaction(store, true);
+    if (Query(store, kSimulateConfiguration.create).exec())
+        simulateconfigurations::save(store, SimulateConfiguration(), false);
+    transaction.commit(true);
+}
+
+/// Sets of the car-following model, where there are none.
+void addFollowingSets(const Store &store) {
+    Transaction transaction(store, true);
+    transaction.commit(dictionaries::seedFollowingSets(store));
+}
+
+void addLogger(const Store &store) {
+    addTable(store, kLogger);
+    const bool isComplete = std::none_of(kLaterColumnsOfLogger.cbegin(), kLaterColumnsOfLogger.cend(),
+                                         [&store](const ColumnStep &step) { return isMissing(store, step); });
+    if (isComplete)
+        return;
+    Transaction transaction(store, true);
+    addColumns(store, kLaterColumnsOfLogger);
+    transaction.commit(true);
+}
+
+/// Spells the columns as every later version does, and takes the store off version 1, so that its statements
+/// agree.
+void repairMisspeltColumns(const Store &store) {
+    if (!probes::hasMisspeltColumn(store.db()) && probes::dbVersion(store.db()) != 1)
+        return;
+    const QStringList tables = probes::tableNames(store.db());
+    Transaction transaction(store, true);
+    bool repaired = true;
+    for (const QString &table : tables) {
+        const QStringList misspelt = probes::columnsContaining(store.db(), table, QStringLiteral("Nnumber"));
+        for (const QString &column : misspelt) {
+            QString spelled = column;
+            spelled.replace(QStringLiteral("Nnumber"), QStringLiteral("Number"));
+            Query rename(
+                store,
+                QStringLiteral("ALTER TABLE [%1] RENAME COLUMN [%2] TO [%3]").arg(table, column, spelled));
+            repaired = rename.exec() && repaired;
+        }
+    }
+    if (repaired)
+        repaired = Query(store, "update DbVersion set versionId = 2 where versionId = 1").exec();
+    transaction.commitIfGood(repaired);
+}
+
+} // namespace
+
+void firstGeneration(const Store &store) {
+    rebuildCounters(store);
+    ensureFlowRatioCounter(store);
+    addFollowingSets(store);
+    addFlowRatios(store);
+    addSimulateConfiguration(store);
+    addTable(store, kDbVersion);
+    addTable(store, kGuideArrow);
+    addLogger(store);
+    addTable(store, kVehicleDetector);
+    addTable(store, kDetectorVehiType);
+    addPluginTables(store);
+    repairMisspeltColumns(store);
+}
+
+} // namespace upgrade
