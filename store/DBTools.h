@@ -133,8 +133,6 @@ public:
     /// counts.
     /// @return false when @p db is no SQLite connection or the server cannot be used. A removal that fails is
     ///         recorded and does not change the result.
-    /// recorded
-    ///         and does not change the result.
     static bool transToPostgreSql(QSqlDatabase &db);
 
     /// Whether @p db is usable: no driver error is pending and, on SQLite, table IDGenerater can be read.
