@@ -27,6 +27,7 @@
 #include "store/families/SignalLamps.h"
 #include "store/families/SimulateConfigurations.h"
 #include "store/families/TravelDetectors.h"
+#include "store/families/UsageLog.h"
 #include "store/families/VehicleCompositions.h"
 #include "store/families/VehicleDetectors.h"
 #include "store/families/VehicleTypes.h"
@@ -571,4 +572,20 @@ bool DBTools::saveChangeLaneParam(QSqlDatabase &db, long netId, QList<ChangeLane
 
 bool DBTools::selectChangeLaneParam(QSqlDatabase &db, long netId, QList<ChangeLaneModelParam> &params) {
     return drivermodels::readAll(storeOf(db, netId), params);
+}
+
+bool DBTools::logInfo(QSqlDatabase &db, long netId, Logger event) {
+    return usagelog::append(storeOf(db, netId), event);
+}
+
+bool DBTools::logInfoWithPlugin(QSqlDatabase &db, long netId, Logger event, QString pluginName,
+                                QString pluginVersion, QString pluginOperation) {
+    event.pluginName = pluginName;
+    event.pluginVersion = pluginVersion;
+    event.pluginOperation = pluginOperation;
+    return logInfo(db, netId, event);
+}
+
+bool DBTools::selectLogger(QSqlDatabase &db, long netId, QList<Logger> &events, int limit) {
+    return usagelog::read(storeOf(db, netId), events, limit);
 }

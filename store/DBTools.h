@@ -3,6 +3,7 @@
 #include "model/CallDbResult.h"
 #include "model/GuideArrow.h"
 #include "model/LinkType.h"
+#include "model/Logger.h"
 #include "model/MoraStoreExport.h"
 #include "model/Net.h"
 #include "model/VehicleDrivInfoCollector.h"
@@ -524,6 +525,26 @@ public:
                                     bool useTransaction);
     /// Appends all stored lane-changing sets by id. @return false when the statement failed.
     static bool selectChangeLaneParam(QSqlDatabase &db, long netId, QList<ChangeLaneModelParam> &params);
+    /// @}
+
+    /// @name Usage log
+    /// Events of the host and of its plug-ins; the removal of a network leaves them. No store password, key
+    /// or other setting is ever added to an event: what is secret stays out as long as callers keep it out of
+    /// their texts.
+    /// @{
+    /// Appends an event of the host. The log gives the id; what the event leaves empty is filled in: version
+    /// and date with the newest of AppVersionManager::ofLibrary(), the time with now, user and machine with
+    /// those of the process, the remark with operating system, Qt version and driver. Columns that an older
+    /// store lacks are left out.
+    ///
+    /// Joins a transaction that is open on the connection. A failure is recorded and ends neither that
+    /// transaction nor the use of the connection.
+    static bool logInfo(QSqlDatabase &db, long netId, Logger event);
+    /// As logInfo(), for an event of a plug-in.
+    static bool logInfoWithPlugin(QSqlDatabase &db, long netId, Logger event, QString pluginName,
+                                  QString pluginVersion, QString pluginOperation);
+    /// Appends the newest @p limit events to @p events, newest first; all when @p limit is not positive.
+    static bool selectLogger(QSqlDatabase &db, long netId, QList<Logger> &events, int limit);
     /// @}
 
 private:

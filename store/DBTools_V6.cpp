@@ -23,6 +23,7 @@
 #include "store/families/SignalLamps.h"
 #include "store/families/SimulateConfigurations.h"
 #include "store/families/TravelDetectors.h"
+#include "store/families/UsageLog.h"
 #include "store/families/VehicleCompositions.h"
 #include "store/families/VehicleDetectors.h"
 #include "store/families/VehicleTypes.h"
@@ -411,4 +412,20 @@ bool DBTools_V6::saveChangeLaneParam(QSqlDatabase &db, long netId, QList<ChangeL
 
 bool DBTools_V6::selectChangeLaneParam(QSqlDatabase &db, long netId, QList<ChangeLaneModelParam> &params) {
     return drivermodels::readAll(storeOf(db, netId), params);
+}
+
+bool DBTools_V6::logInfo(QSqlDatabase &db, long netId, Logger event) {
+    return usagelog::append(storeOf(db, netId), event);
+}
+
+bool DBTools_V6::logInfoWithPlugin(QSqlDatabase &db, long netId, Logger event, QString pluginName,
+                                   QString pluginVersion, QString pluginOperation) {
+    event.pluginName = pluginName;
+    event.pluginVersion = pluginVersion;
+    event.pluginOperation = pluginOperation;
+    return logInfo(db, netId, event);
+}
+
+bool DBTools_V6::selectLogger(QSqlDatabase &db, long netId, QList<Logger> &events, int limit) {
+    return usagelog::read(storeOf(db, netId), events, limit);
 }

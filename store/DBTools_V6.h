@@ -158,6 +158,11 @@ public:
                                     bool useTransaction);
     static bool selectChangeLaneParam(QSqlDatabase &db, long netId, QList<ChangeLaneModelParam> &params);
 
+    static bool logInfo(QSqlDatabase &db, long netId, Logger event);
+    static bool logInfoWithPlugin(QSqlDatabase &db, long netId, Logger event, QString pluginName,
+                                  QString pluginVersion, QString pluginOperation);
+    static bool selectLogger(QSqlDatabase &db, long netId, QList<Logger> &events, int limit);
+
 private:
     static int mDbVer;
     static bool mbInter;

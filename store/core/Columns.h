@@ -19,9 +19,9 @@ struct Column {
     const char *name() const { return placeholder + 1; }
 };
 
-/// Binds every column of @p columns from @p entity.
-template <class Entity, std::size_t N>
-Query &bindAll(Query &query, const Column<Entity> (&columns)[N], const Entity &entity) {
+/// Binds every column of @p columns, an array or another range of Column<Entity>, from @p entity.
+template <class Columns, class Entity>
+Query &bindAll(Query &query, const Columns &columns, const Entity &entity) {
     for (const Column<Entity> &column : columns) {
         const auto bindMember = [&](auto member) {
             if constexpr (std::is_same_v<decltype(member), bool Entity::*>)
