@@ -60,7 +60,7 @@ int main(int argc, char **argv) {
 
     CLI::App program("morastore: stores of road networks for traffic simulation", "morastore");
     program.footer(kFooter);
-    program.set_version_flag("--version", "morastore " MORASTORE_VERSION);
+    program.set_version_flag("--version", commands::versionText());
     program.require_subcommand(1);
     program.fallthrough();
     std::string language;
@@ -75,6 +75,7 @@ int main(int argc, char **argv) {
     commands::addInfo(program, run);
     commands::addDraw(program, run);
     commands::addRoundTrip(program, run);
+    commands::addChanges(program, run);
 
     int exitCode = Done;
     if (!parse(program, exitCode))

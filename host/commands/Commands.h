@@ -17,6 +17,10 @@ void addImport(CLI::App &program, Run &run);
 void addInfo(CLI::App &program, Run &run);
 void addDraw(CLI::App &program, Run &run);
 void addRoundTrip(CLI::App &program, Run &run);
+void addChanges(CLI::App &program, Run &run);
+
+/// What --version says: program, version, date of the version.
+std::string versionText();
 
 /// Writes to stdout: the data that a command was asked for.
 void print(const QString &text);
