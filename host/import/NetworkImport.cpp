@@ -76,7 +76,23 @@ QPointF centreOf(const SumoNet &net) {
     return {(low.x + high.x) / 2, (low.y + high.y) / 2};
 }
 
-NetRecord newRecord(const SumoNet &net, const QString &name) {
+/// The record that the new network gets in a store of one network: the one that is there already (the upgrade
+/// of the oldest stores makes it), or a new one without what such a store has no place for.
+NetRecord recordOfOneNetwork(const QList<Net> &present, NetRecord record) {
+    QList<long> links;
+    if (!DBTools::selectLinkIDs(gDB, 0, links) || !links.isEmpty())
+        throw Failure(
+            QStringLiteral("the store is of generation %1, which holds one network, and has one; import "
+                           "into a new store")
+                .arg(DBTools::dbVer()));
+    if (!present.isEmpty() && DBTools::selectNetById(gDB, present.first().id()))
+        return gNet;
+    record.sourceUrl.clear();
+    record.isDefault = false;
+    return record;
+}
+
+NetRecord recordFor(const SumoNet &net, const QString &name) {
     const QList<Net> present = DBTools::selectNets(gDB);
     for (const Net &other : present) {
         if (other.netName() == name)
@@ -84,12 +100,6 @@ NetRecord newRecord(const SumoNet &net, const QString &name) {
                 QStringLiteral("the store has a network \"%1\" already; give another name with --name")
                     .arg(name));
     }
-    QList<long> links;
-    if (!storeHasSeveralNetworks() && DBTools::selectLinkIDs(gDB, 0, links) && !links.isEmpty())
-        throw Failure(
-            QStringLiteral("the store is of generation %1, which holds one network, and has one; import "
-                           "into a new store")
-                .arg(DBTools::dbVer()));
     NetRecord record;
     record.netId = DBTools::selectMaxNetId(gDB) + 1;
     record.name = name;
@@ -99,19 +109,19 @@ NetRecord newRecord(const SumoNet &net, const QString &name) {
     record.centerX = centreOf(net).x();
     record.centerY = centreOf(net).y();
     record.isDefault = present.isEmpty();
-    return record;
+    return storeHasSeveralNetworks() ? record : recordOfOneNetwork(present, record);
 }
 
 void insertRecord(const NetRecord &record) {
     const QPointF centre(record.centerX, record.centerY);
-    bool written;
+    bool written = true;
     if (storeHasSeveralNetworks()) {
         const QString attributes =
             QString::fromUtf8(QJsonDocument(record.otherAttrsJson).toJson(QJsonDocument::Compact));
         written = DBTools_V6::insertNet(gDB, record.netId, record.name, centre, record.sourceType,
                                         record.backgroundUrl, attributes, record.isDefault, false) &&
                   DBTools::updateNet(gDB, record.netId, false);
-    } else {
+    } else if (!DBTools::selectNetId(gDB, record.netId)) {
         written = DBTools::insertNet(gDB, record.netId, record.name, centre, record.sourceType,
                                      record.backgroundUrl, record.otherAttrsJson, false);
     }
@@ -142,9 +152,9 @@ QString networkNameOf(const QString &path) {
 }
 
 NetworkObjects importNetwork(const SumoNet &net, const QString &name, Progress &progress) {
-    NetworkObjects network;
-    network.record = newRecord(net, name);
     GuardedTransaction transaction(gDB);
+    NetworkObjects network;
+    network.record = recordFor(net, name);
     NewCurrentNetwork current(network.record);
     const long netId = network.record.netId;
     insertRecord(network.record);

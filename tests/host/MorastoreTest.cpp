@@ -1,0 +1,377 @@
+#include "tests/host/RealData.h"
+
+#include <QDir>
+#include <QFile>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QMap>
+#include <QProcess>
+#include <QSqlDatabase>
+#include <QSqlError>
+#include <QSqlQuery>
+#include <QSqlRecord>
+#include <QTemporaryDir>
+#include <QVariant>
+#include <gtest/gtest.h>
+
+#include <functional>
+
+// The program from outside: what it writes, what it leaves behind, how it exits.
+
+namespace {
+
+const QString kExample = QStringLiteral(MORASTORE_SOURCE_DIR "/examples/crossing/crossing.net.xml");
+const QString kAwkward = QStringLiteral("O'Brien \"100%1\" %s 中山路 🚦");
+
+struct Outcome {
+    int exitCode = -1;
+    QString out;
+    QString err;
+};
+
+class Morastore : public testing::Test {
+protected:
+    static Outcome start(const QString &program, const QStringList &arguments) {
+        QProcess process;
+        process.start(program, arguments);
+        EXPECT_TRUE(process.waitForFinished(240000)) << process.errorString().toStdString();
+        EXPECT_EQ(process.exitStatus(), QProcess::NormalExit);
+        return {process.exitCode(), QString::fromUtf8(process.readAllStandardOutput()),
+                QString::fromUtf8(process.readAllStandardError())};
+    }
+
+    static Outcome run(const QStringList &arguments) {
+        return start(QStringLiteral(MORASTORE_PROGRAM), arguments);
+    }
+
+    QString file(const QString &name) const { return mFolder.filePath(name); }
+
+    QString newStore(const QString &name = QStringLiteral("store.mora")) const {
+        const Outcome outcome = run({QStringLiteral("new"), file(name)});
+        EXPECT_EQ(outcome.exitCode, 0) << outcome.err.toStdString();
+        return file(name);
+    }
+
+    static QByteArray read(const QString &path) {
+        QFile source(path);
+        return source.open(QIODevice::ReadOnly) ? source.readAll() : QByteArray();
+    }
+
+    QString write(const QString &name, const QByteArray &bytes) const {
+        QFile target(file(name));
+        EXPECT_TRUE(target.open(QIODevice::WriteOnly));
+        EXPECT_EQ(target.write(bytes), bytes.size());
+        return file(name);
+    }
+
+    /// The values of the first row of a statement on a store, by a connection of the test's own.
+    static QVariantList row(const QString &path, const QString &sql) {
+        QVariantList values;
+        {
+            QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), QStringLiteral("outside"));
+            db.setDatabaseName(path);
+            EXPECT_TRUE(db.open());
+            QSqlQuery query(db);
+            EXPECT_TRUE(query.exec(sql) && query.next()) << query.lastError().text().toStdString();
+            for (int i = 0; i < query.record().count(); ++i)
+                values.append(query.value(i));
+        }
+        QSqlDatabase::removeDatabase(QStringLiteral("outside"));
+        return values;
+    }
+
+    static QList<int> counts(const QString &path) {
+        QList<int> list;
+        for (
+            const QVariant &value :
+            row(path,
+                QStringLiteral(
+                    "select (select count(*) from Link), (select count(*) from Lane), (select count(*) from Connector), (select count(*) from LaneConnector)")))
+            list.append(value.toInt());
+        return list;
+    }
+
+    /// The command failed with one sentence on stderr that contains `expected`, and said nothing on stdout.
+    static void expectSentence(const Outcome &outcome, const QString &expected) {
+        EXPECT_EQ(outcome.exitCode, 1) << expected.toStdString();
+        EXPECT_TRUE(outcome.out.isEmpty()) << outcome.out.toStdString();
+        EXPECT_TRUE(outcome.err.startsWith(QLatin1String("morastore: "))) << outcome.err.toStdString();
+        EXPECT_TRUE(outcome.err.contains(expected)) << expected.toStdString() << "\n"
+                                                    << outcome.err.toStdString();
+        EXPECT_EQ(outcome.err.count(QLatin1Char('\n')), 1) << outcome.err.toStdString();
+    }
+
+    /// The command fails with a sentence and leaves every file of the folder as it was.
+    void expectRefusal(const std::function<Outcome()> &command, const QString &expected) const {
+        const auto contents = [this] {
+            QMap<QString, QByteArray> files;
+            for (const QString &name : QDir(mFolder.path()).entryList(QDir::Files | QDir::Hidden))
+                files.insert(name, read(file(name)));
+            return files;
+        };
+        const QMap<QString, QByteArray> before = contents();
+        expectSentence(command(), expected);
+        const QMap<QString, QByteArray> after = contents();
+        EXPECT_EQ(after.keys(), before.keys()) << expected.toStdString();
+        EXPECT_TRUE(after == before) << expected.toStdString();
+    }
+
+    QTemporaryDir mFolder;
+};
+
+} // namespace
+
+TEST_F(Morastore, RefusesWhatIsNoStore) {
+    const QByteArray whole = read(newStore());
+    ASSERT_GT(whole.size(), 100000);
+    ASSERT_TRUE(QDir(mFolder.path()).mkdir(QStringLiteral("folder")));
+    write(QStringLiteral("text"), QByteArray("Dear reader,\n").repeated(100));
+    write(QStringLiteral("empty"), {});
+    write(QStringLiteral("half"), whole.left(whole.size() / 2));
+    write(QStringLiteral("header"), whole.left(50));
+    {
+        QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), QStringLiteral("other"));
+        db.setDatabaseName(file(QStringLiteral("other")));
+        ASSERT_TRUE(db.open());
+        QSqlQuery(db).exec(QStringLiteral("create table Recipe(name text)"));
+    }
+    QSqlDatabase::removeDatabase(QStringLiteral("other"));
+
+    const struct {
+        const char *name;
+        const char *expected;
+    } table[] = {
+        {"missing", "no such file"}, {"folder", "this is a folder"}, {"text", "no SQLite file"},
+        {"empty", "no SQLite file"}, {"header", "no SQLite file"},   {"half", "cut off"},
+        {"other", "is no store"},
+    };
+    for (const auto &entry : table) {
+        const QString path = file(QLatin1String(entry.name));
+        const QString expected = QLatin1String(entry.expected);
+        expectRefusal([&] { return run({QStringLiteral("info"), path}); }, expected);
+        expectRefusal([&] { return run({QStringLiteral("import"), path, kExample}); }, expected);
+        expectRefusal(
+            [&] {
+                return run({QStringLiteral("draw"), path, file(QStringLiteral("p.svg"))});
+            },
+            expected);
+    }
+}
+
+TEST_F(Morastore, RefusesAStoreThatItMayNotWrite) {
+    const QString store = newStore();
+    const QStringList import{QStringLiteral("import"), store, kExample};
+    ASSERT_TRUE(QFile::setPermissions(store, QFile::ReadOwner));
+    expectRefusal([&] { return run(import); }, QStringLiteral("read-only"));
+    EXPECT_EQ(run({QStringLiteral("info"), store}).exitCode, 0);
+    ASSERT_TRUE(QFile::setPermissions(store, QFile::ReadOwner | QFile::WriteOwner));
+    const QByteArray before = read(store);
+    {
+        QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), QStringLiteral("holder"));
+        db.setDatabaseName(store);
+        ASSERT_TRUE(db.open());
+        ASSERT_TRUE(QSqlQuery(db).exec(QStringLiteral("begin exclusive")));
+        // Reading the file here would give up the lock: on POSIX systems closing any descriptor does.
+        const QString expected = QStringLiteral("another program holds the store");
+        expectSentence(run(import), expected);
+        expectSentence(run({QStringLiteral("info"), store}), expected);
+    }
+    QSqlDatabase::removeDatabase(QStringLiteral("holder"));
+    EXPECT_EQ(read(store), before);
+    EXPECT_EQ(run(import).exitCode, 0);
+}
+
+TEST_F(Morastore, RefusesANetworkThatIsNotWhole) {
+    const QString store = newStore();
+    const QByteArray whole = read(kExample);
+    QByteArray dangling = whole;
+    dangling.replace("</net>",
+                     "<connection from=\"west_in\" to=\"market_quay\" fromLane=\"9\" toLane=\"0\"/></net>");
+    write(QStringLiteral("half.net.xml"), whole.left(whole.size() / 2));
+    write(QStringLiteral("dangling.net.xml"), dangling);
+    write(QStringLiteral("text.net.xml"), "Dear reader,\n");
+    const struct {
+        const char *name;
+        const char *expected;
+    } table[] = {
+        {"missing.net.xml", "no such file"},
+        {"half.net.xml", "ends in the middle"},
+        {"dangling.net.xml", "names lane 9 of edge \"west_in\""},
+        {"text.net.xml", "not XML"},
+    };
+    for (const auto &entry : table) {
+        const QString path = file(QLatin1String(entry.name));
+        expectRefusal(
+            [&] {
+                return run({QStringLiteral("import"), store, path});
+            },
+            QLatin1String(entry.expected));
+        expectRefusal(
+            [&] {
+                return run({QStringLiteral("roundtrip"), path, QStringLiteral("--store"),
+                            file(QStringLiteral("r"))});
+            },
+            QLatin1String(entry.expected));
+    }
+}
+
+TEST_F(Morastore, AFullDiskLeavesTheStoreAsItWas) {
+#ifdef Q_OS_UNIX
+    const QString store = newStore();
+    // Blocks of 512 bytes: the store may not grow; not even its journal fits; a new store does not.
+    const qint64 size = QFileInfo(store).size() / 512;
+    const auto limited = [](qint64 blocks, const QStringList &arguments) {
+        return start(QStringLiteral("/bin/sh"),
+                     QStringList{QStringLiteral("-c"),
+                                 QStringLiteral("ulimit -f %1; exec \"$@\"").arg(blocks),
+                                 QStringLiteral("sh"), QStringLiteral(MORASTORE_PROGRAM)} +
+                         arguments);
+    };
+    for (const qint64 blocks : {size, qint64(8)})
+        expectRefusal(
+            [&] {
+                return limited(blocks, {QStringLiteral("import"), store, kExample});
+            },
+            QStringLiteral("nothing was"));
+    expectRefusal(
+        [&] {
+            return limited(size / 2, {QStringLiteral("new"), file(QStringLiteral("another"))});
+        },
+        QStringLiteral("cannot be written"));
+    EXPECT_EQ(run({QStringLiteral("import"), store, kExample}).exitCode, 0);
+#else
+    GTEST_SKIP() << "no limit on the size of files";
+#endif
+}
+
+TEST_F(Morastore, NewNeverTouchesAnExistingFile) {
+    const QString store = newStore();
+    expectRefusal([&] { return run({QStringLiteral("new"), store}); }, QStringLiteral("exists already"));
+    expectRefusal(
+        [&] {
+            return run({QStringLiteral("new"), file(QStringLiteral("no/such/store"))});
+        },
+        QStringLiteral("folder does not exist"));
+    expectRefusal(
+        [&] {
+            return run({QStringLiteral("new"), file(QStringLiteral("b")), QStringLiteral("--template"),
+                        QStringLiteral("None")});
+        },
+        QStringLiteral("no template \"None\""));
+    expectRefusal(
+        [&] {
+            return run({QStringLiteral("draw"), store, file(QStringLiteral("p.gif"))});
+        },
+        QStringLiteral("import one first"));
+}
+
+TEST_F(Morastore, KeepsEveryNameAsItIs) {
+    const QString store = newStore(kAwkward);
+    const QString escaped = kAwkward.toHtmlEscaped();
+    const QByteArray net =
+        QString::fromUtf8(read(kExample)).replace(QLatin1String("harbour_in"), escaped).toUtf8();
+    const QString network = write(kAwkward + QStringLiteral(".net.xml"), net);
+    const QStringList import{QStringLiteral("import"), store, network, QStringLiteral("--name"), kAwkward};
+    const Outcome imported = run(import);
+    ASSERT_EQ(imported.exitCode, 0) << imported.err.toStdString();
+    EXPECT_EQ(imported.err, QString());
+    expectRefusal([&] { return run(import); }, QStringLiteral("has a network \"%1\" already").arg(kAwkward));
+
+    const Outcome info = run({QStringLiteral("info"), store, QStringLiteral("--json")});
+    const QJsonObject stock = QJsonDocument::fromJson(info.out.toUtf8()).object();
+    EXPECT_EQ(stock.value(QLatin1String("generation")).toInt(), 6);
+    const QJsonObject first = stock.value(QLatin1String("networks")).toArray().at(0).toObject();
+    EXPECT_EQ(first.value(QLatin1String("name")).toString(), kAwkward);
+    EXPECT_EQ(first.value(QLatin1String("rows")).toObject().value(QLatin1String("lanes")).toInt(), 28);
+    EXPECT_EQ(row(store, QStringLiteral(
+                             "select name, (select LinkName from Link where LinkName like '%🚦%') from Net")),
+              (QVariantList{kAwkward, kAwkward}));
+    const QString picture = file(kAwkward + QStringLiteral(".svg"));
+    EXPECT_EQ(run({QStringLiteral("draw"), store, picture}).exitCode, 0);
+    EXPECT_TRUE(read(picture).contains(kAwkward.toHtmlEscaped().toUtf8()) ||
+                read(picture).contains("中山路"));
+    const Outcome trip = run({QStringLiteral("roundtrip"), network});
+    EXPECT_EQ(trip.exitCode, 0) << trip.err.toStdString();
+}
+
+TEST_F(Morastore, WordsAreStoredInTheLanguageOfStoreAndHost) {
+    for (const char *language : {"en", "zh"}) {
+        const QString store = newStore(QLatin1String(language));
+        ASSERT_EQ(run({QStringLiteral("import"), store, kExample, QStringLiteral("--lang"),
+                       QLatin1String(language)})
+                      .exitCode,
+                  0);
+        const bool english = qstrcmp(language, "en") == 0;
+        EXPECT_EQ(
+            row(store,
+                QStringLiteral(
+                    "select (select count(*) from Lane where ActionType = '%1'), (select count(*) from Link where linkType = '%2')")
+                    .arg(english ? QStringLiteral("BusLane") : QStringLiteral("公交专用道"),
+                         english ? QStringLiteral("SecondaryRoad") : QStringLiteral("城市次干道"))),
+            (QVariantList{1, 2}));
+    }
+}
+
+TEST_F(Morastore, DrawsPictures) {
+    const QString store = newStore();
+    ASSERT_EQ(run({QStringLiteral("import"), store, kExample}).exitCode, 0);
+    const QString png = file(QStringLiteral("p.png"));
+    ASSERT_EQ(
+        run({QStringLiteral("draw"), store, png, QStringLiteral("--size"), QStringLiteral("800")}).exitCode,
+        0);
+    const QByteArray bytes = read(png);
+    // Width is the big-endian number at byte 16 of a PNG file.
+    EXPECT_TRUE(bytes.startsWith("\x89PNG"));
+    EXPECT_EQ(bytes.mid(16, 4), QByteArray("\0\0\x03\x20", 4));
+    expectRefusal(
+        [&] {
+            return run({QStringLiteral("draw"), store, file(QStringLiteral("p.gif"))});
+        },
+        QStringLiteral("ends in .svg or .png"));
+    expectRefusal(
+        [&] {
+            return run({QStringLiteral("draw"), store, file(QStringLiteral("q.svg")), QStringLiteral("--net"),
+                        QStringLiteral("7")});
+        },
+        QStringLiteral("no network 7"));
+}
+
+TEST_F(Morastore, WrongUsageIsToldFromFailure) {
+    for (const QStringList &arguments :
+         {QStringList{}, QStringList{QStringLiteral("fly")}, QStringList{QStringLiteral("info")},
+          QStringList{QStringLiteral("draw"), QStringLiteral("a"), QStringLiteral("b"),
+                      QStringLiteral("--size"), QStringLiteral("0")}}) {
+        const Outcome outcome = run(arguments);
+        EXPECT_EQ(outcome.exitCode, 2);
+        EXPECT_EQ(outcome.out, QString());
+        EXPECT_NE(outcome.err, QString());
+    }
+    for (const char *option : {"--help", "--version"}) {
+        const Outcome outcome = run({QLatin1String(option)});
+        EXPECT_EQ(outcome.exitCode, 0);
+        EXPECT_TRUE(outcome.out.contains(QLatin1String("morastore")));
+    }
+}
+
+TEST_F(Morastore, RoundTripsRealNetworks) {
+    const struct {
+        const char *network;
+        QList<int> counts;
+    } table[] = {
+        {"rilsa/net.net.xml", {8, 12, 12, 12}},
+        {"bologna/joined_buslanes.net.xml.gz", {267, 411, 437, 576}},
+        {"berlin/net.net.xml.gz", {630, 931, 951, 1078}},
+    };
+    int number = 0;
+    for (const auto &entry : table) {
+        const QString network = realDataFile(QLatin1String(entry.network));
+        if (network.isEmpty())
+            GTEST_SKIP() << "no real data: " << entry.network;
+        const QString store = file(QString::number(++number));
+        const Outcome outcome = run({QStringLiteral("roundtrip"), network, QStringLiteral("--store"), store});
+        EXPECT_EQ(outcome.exitCode, 0) << outcome.err.toStdString();
+        EXPECT_TRUE(outcome.out.contains(QLatin1String("all equal"))) << outcome.out.toStdString();
+        EXPECT_EQ(counts(store), entry.counts) << entry.network;
+    }
+}
