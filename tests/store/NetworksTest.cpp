@@ -90,30 +90,4 @@ TEST_F(NetworksTest, AnotherRecordEmptiesTheTables) {
     EXPECT_EQ(gNet.getLinkById(7), nullptr);
 }
 
-TEST_F(NetworksTest, DictionariesAreSeededOnce) {
-    openTemplate("EmptyNet_V6.0.0");
-    ASSERT_TRUE(DBTools::initDictionary(gDB, kNet, true));
-    EXPECT_EQ(failureCount(), 0);
-    EXPECT_EQ(rows(QStringLiteral("select * from LinkType where linkTypeID = 6")),
-              QStringList({"1|6|Ramp|0|30|40|20|NULL"}));
-    QList<LinkType> types;
-    EXPECT_TRUE(DBTools::selectLinkType(gDB, kNet, types));
-    ASSERT_EQ(types.size(), 10);
-    EXPECT_EQ(types.first().trafficCapacity, 1600);
-    EXPECT_EQ(types.at(5).typeName, QStringLiteral("匝道")) << "a Chinese host reads its own word";
-    ASSERT_TRUE(DBTools::initDictionary(gDB, kNet, true));
-    EXPECT_EQ(count(QStringLiteral("LinkType")), 10);
-    ASSERT_TRUE(DBTools::initDictionary(gDB, 2, true))
-        << "a network without a row gets no row, but its words";
-    EXPECT_EQ(count(QStringLiteral("Net")), 1);
-    EXPECT_EQ(count(QStringLiteral("LinkType")), 20);
-
-    openTemplate("EmptyNet_V2.1.1");
-    ASSERT_TRUE(DBTools::initDictionary(gDB, kNet, true));
-    EXPECT_EQ(count(QStringLiteral("LinkType")), 10) << "the template has them already";
-    execute(QStringLiteral("delete from LinkType"));
-    ASSERT_TRUE(DBTools::initDictionary(gDB, kNet, true));
-    EXPECT_EQ(count(QStringLiteral("LinkType")), 10);
-}
-
 } // namespace

@@ -2,6 +2,7 @@
 
 #include "model/LinkType.h"
 #include "model/Net.h"
+#include "model/SpecialWords.h"
 #include "model/VehicleComposition.h"
 #include "model/VehicleType.h"
 
@@ -31,6 +32,7 @@ void dropMemory() {
 
 StoreFixture::~StoreFixture() {
     dropMemory();
+    gSpecialWords = SpecialWords();
     gDB.close();
     gDB = QSqlDatabase();
     gDBForBackup = QSqlDatabase();
