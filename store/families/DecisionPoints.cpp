@@ -3,6 +3,7 @@
 #include "model/DecisionPoint.h"
 #include "model/Link.h"
 #include "store/core/Query.h"
+#include "store/core/Savepoint.h"
 #include "store/core/Transaction.h"
 #include "store/families/CurrentNet.h"
 #include "store/families/Routings.h"
@@ -25,6 +26,7 @@ constexpr Sql kSelectIds = {"select deciPointID from DecisionPoint order by deci
                             "select deciPointID from DecisionPoint where NetId = %0 order by deciPointID"};
 
 bool insertRow(const Store &store, const DecisionPoint &point) {
+    Savepoint savepoint(store);
     Query insert(store, kInsert);
     insert.bindNet()
         .bind(":deciPointID", point.deciPointID)
@@ -33,7 +35,7 @@ bool insertRow(const Store &store, const DecisionPoint &point) {
         .bind(":x", point.x)
         .bind(":y", point.y)
         .bind(":z", point.z);
-    return insert.exec();
+    return savepoint.end(insert.exec());
 }
 
 bool insertRoutes(const Store &store, DecisionPoint &point) {

@@ -3,6 +3,7 @@
 #include "model/SignalGroup.h"
 #include "model/SpecialWords.h"
 #include "store/core/Query.h"
+#include "store/core/Savepoint.h"
 #include "store/core/Transaction.h"
 #include "store/families/CurrentNet.h"
 
@@ -39,6 +40,7 @@ constexpr const char *kSelectColorsMisspelt =
     "select * from SignalColor where signalPhaseID = %1 order by serialNnumber";
 
 bool insertRow(const Store &store, const SignalGroup &group) {
+    Savepoint savepoint(store);
     Query insert(store, kInsert);
     insert.bindNet()
         .bind(":signalGroupID", group.signalGroupID)
@@ -46,19 +48,20 @@ bool insertRow(const Store &store, const SignalGroup &group) {
         .bind(":timeLength", group.timeLength)
         .bind(":startTime", group.startTime)
         .bind(":endTime", group.endTime);
-    return insert.exec();
+    return savepoint.end(insert.exec());
 }
 
-bool insertColors(Query &insert, const SignalPhase &phase) {
+bool insertColors(const Store &store, Query &insert, const SignalPhase &phase) {
     bool written = true;
     int number = 0;
     for (const Online::ColorInterval &step : phase.mlColor) {
+        Savepoint savepoint(store);
         insert.bindNet()
             .bind(":signalPhaseID", phase.signalPhaseID)
             .bind(":serialNumber", ++number)
             .bind(":color", gSpecialWords.trZhToEn(step.color))
             .bind(":timeLength", step.interval);
-        written = insert.exec() && written;
+        written = savepoint.end(insert.exec()) && written;
     }
     return written;
 }
@@ -69,13 +72,14 @@ bool insertPhases(const Store &store, const SignalGroup &group) {
     Query insertColor(store, store.hasMisspeltSerialNumber() ? QString::fromLatin1(kInsertColorMisspelt)
                                                              : store.text(kInsertColor));
     for (const SignalPhase *phase : group.mlPhase) {
+        Savepoint savepoint(store);
         insert.bindNet()
             .bind(":signalPhaseID", phase->signalPhaseID)
             .bind(":signalGroupID", group.signalGroupID)
             .bind(":serialNumber", phase->serialNumber)
             .bind(":name", phase->name);
-        written = insert.exec() && written;
-        written = insertColors(insertColor, *phase) && written;
+        written = savepoint.end(insert.exec()) && written;
+        written = insertColors(store, insertColor, *phase) && written;
     }
     return written;
 }

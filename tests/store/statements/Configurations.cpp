@@ -4,6 +4,9 @@
 #include "model/SimulateConfiguration.h"
 #include "tests/support/StatementList.h"
 
+#include <QSqlQuery>
+#include <gtest/gtest.h>
+
 namespace {
 
 constexpr long kNet = StatementList::kNet;
@@ -24,6 +27,7 @@ void recordDriverModels(StatementList &list) {
 
 template <class Tools>
 void record(StatementList &list) {
+    ASSERT_TRUE(QSqlQuery(gDB).exec("delete from SimulateConfiguration")) << "whatever the template brings";
     SimulateConfiguration simulation;
     const auto saveSimulation = [&](bool flag) { Tools::saveSimuConfiguration(gDB, kNet, simulation, flag); };
     list.addWrite("saveSimuConfiguration", saveSimulation);
