@@ -36,9 +36,14 @@ void copyTemplate(const QString &resource, const QString &path, const QString &w
         throw Failure(
             QStringLiteral("the template %1 cannot be read (%2)").arg(resource, source.errorString()));
     const QByteArray bytes = source.readAll();
-    if (!copy.open(QIODevice::WriteOnly | QIODevice::NewOnly) || copy.write(bytes) != bytes.size() ||
-        !copy.flush())
-        throw Failure(QStringLiteral("%1: cannot be written (%2)").arg(wanted, copy.errorString()));
+    const auto mode = QIODevice::WriteOnly | QIODevice::NewOnly | QIODevice::Unbuffered;
+    if (copy.open(mode) && copy.write(bytes) == bytes.size())
+        return;
+    // A file that took only a part of the bytes reports no error of its own.
+    const QString reason =
+        copy.error() == QFileDevice::NoError ? QStringLiteral("no room left") : copy.errorString();
+    throw Failure(
+        QStringLiteral("%1: cannot be written (%2); check the folder and its disk").arg(wanted, reason));
 }
 
 } // namespace
