@@ -2,6 +2,7 @@
 
 #include "store/core/GeometryJson.h"
 
+#include <QSqlError>
 #include <QSqlRecord>
 
 #include <algorithm>
@@ -12,6 +13,18 @@ namespace {
 /// as it is.
 QString inDialect(const Store &store, QString text) {
     return store.isPostgreSql() ? text.replace(QLatin1String("[type]"), QLatin1String("type")) : text;
+}
+
+/// Whether SQLite may have ended the transaction by itself: it does so when it cannot write (a full disk, an
+/// input/output error, no memory) or was interrupted. Statements that followed would be kept one by one.
+/// Result codes: https://www.sqlite.org/lang_transaction.html; the low byte is the primary code.
+bool endsTransaction(const QSqlError &error) {
+    constexpr int noMemory = 7;
+    constexpr int interrupted = 9;
+    constexpr int inputOutput = 10;
+    constexpr int full = 13;
+    const int code = error.nativeErrorCode().toInt() & 0xff;
+    return code == noMemory || code == interrupted || code == inputOutput || code == full;
 }
 
 } // namespace
@@ -61,13 +74,17 @@ void Query::prepare() {
 }
 
 bool Query::run() {
-    if (!mStore.isUsable())
+    mRan = mStore.isUsable();
+    if (!mRan)
         return false;
     mColumns.clear();
     // Executing what could not be prepared would replace the engine's reason by a count of its parameters.
     if (mPrepareFailed)
         return false;
-    return mPrepared ? mQuery.exec() : mQuery.exec(mText);
+    const bool done = mPrepared ? mQuery.exec() : mQuery.exec(mText);
+    if (!done && mStore.isSqlite() && endsTransaction(mQuery.lastError()))
+        mStore.giveUp();
+    return done;
 }
 
 QVariant Query::value(const char *column) {

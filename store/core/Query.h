@@ -51,7 +51,7 @@ public:
     /// @{ The halves of exec(), for an operation that has more to do before a failure is recorded: run()
     /// tells whether the statement went well, check() records it when it did not.
     bool run();
-    bool check() const { return mStore.isUsable() && mStore.check(mQuery); }
+    bool check() const { return mRan && mStore.check(mQuery); }
     /// @}
     /// Runs the statement, then goes to the first row of its result; false without one.
     bool execAndNext() { return exec() && next(); }
@@ -89,6 +89,7 @@ private:
     QSqlQuery mQuery;
     bool mPrepared = false;
     bool mPrepareFailed = false;
+    bool mRan = false;
     /// Columns by the address of their name: the names are literals, and one read asks for the same ones row
     /// by row.
     std::vector<std::pair<const char *, int>> mColumns;

@@ -174,6 +174,19 @@ TEST_P(LinksTest, TheCallersTransactionStaysTheCallers) {
 
 INSTANTIATE_TEST_SUITE_P(Stores, LinksTest, testing::ValuesIn(kStoreKinds), storeKindName);
 
+TEST_P(LinksTest, AFullDiskEndsTheOperationWithNothingWritten) {
+    const auto link = sampleLink(7);
+    // SQLite ends the transaction by itself here; rows that followed would be kept one by one.
+    execute(
+        QStringLiteral("pragma max_page_count = %1").arg(rows(QStringLiteral("pragma page_count")).first()));
+    link->otherAttrsJson = {{QStringLiteral("large"), QString(1 << 20, QLatin1Char('x'))}};
+    EXPECT_FALSE(DBTools::insertLink(gDB, kNet, link.get(), true));
+    ASSERT_GE(failures().size(), 1);
+    EXPECT_TRUE(failures().first().sql.startsWith(QStringLiteral("update Link set otherAttrsJson")));
+    for (const char *table : {"Vertex", "Node", "Link", "Lane", "LinkVertex"})
+        EXPECT_EQ(count(QLatin1String(table)), 0) << table;
+}
+
 class OneNetLinksTest : public StoreFixture {};
 
 TEST_F(OneNetLinksTest, KeepsRestrictionsAndLaneAttributes) {
