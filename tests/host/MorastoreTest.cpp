@@ -1,4 +1,5 @@
 #include "tests/host/RealData.h"
+#include "tests/support/Places.h"
 
 #include <QDir>
 #include <QFile>
@@ -21,7 +22,7 @@
 
 namespace {
 
-const QString kExample = QStringLiteral(MORASTORE_SOURCE_DIR "/examples/crossing/crossing.net.xml");
+const QString kExample = sourceFolder() + QStringLiteral("/examples/crossing/crossing.net.xml");
 const QString kAwkward = QStringLiteral("O'Brien \"100%1\" %s 中山路 🚦");
 
 struct Outcome {
@@ -41,9 +42,7 @@ protected:
                 QString::fromUtf8(process.readAllStandardError())};
     }
 
-    static Outcome run(const QStringList &arguments) {
-        return start(QStringLiteral(MORASTORE_PROGRAM), arguments);
-    }
+    static Outcome run(const QStringList &arguments) { return start(morastoreProgram(), arguments); }
 
     QString file(const QString &name) const { return mFolder.filePath(name); }
 
@@ -225,7 +224,7 @@ TEST_F(Morastore, AFullDiskLeavesTheStoreAsItWas) {
         return start(QStringLiteral("/bin/sh"),
                      QStringList{QStringLiteral("-c"),
                                  QStringLiteral("ulimit -f %1; exec \"$@\"").arg(blocks),
-                                 QStringLiteral("sh"), QStringLiteral(MORASTORE_PROGRAM)} +
+                                 QStringLiteral("sh"), morastoreProgram()} +
                          arguments);
     };
     for (const qint64 blocks : {size, qint64(8)})

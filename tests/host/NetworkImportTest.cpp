@@ -5,6 +5,7 @@
 #include "host/store/Comparison.h"
 #include "host/store/GuardedTransaction.h"
 #include "host/sumo/NetReader.h"
+#include "tests/support/Places.h"
 #include "tests/support/StoreFixture.h"
 
 #include <QSqlQuery>
@@ -14,7 +15,7 @@
 namespace {
 
 SumoNet exampleNet() {
-    return readSumoNet(QStringLiteral(MORASTORE_SOURCE_DIR "/examples/crossing/crossing.net.xml"));
+    return readSumoNet(sourceFolder() + QStringLiteral("/examples/crossing/crossing.net.xml"));
 }
 
 SumoLane lane(int index, double width, const Polyline &shape) {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "tests/support/Places.h"
+
 #include <QDir>
 #include <QFileInfo>
 #include <QString>
@@ -9,7 +11,7 @@
 inline QString realDataFile(const QString &name) {
     const QString folder = qEnvironmentVariableIsSet("MORA_REAL_DATA")
                                ? qEnvironmentVariable("MORA_REAL_DATA")
-                               : QStringLiteral(MORASTORE_SOURCE_DIR "/../shared/data");
+                               : sourceFolder() + QStringLiteral("/../shared/data");
     const QFileInfo file(QDir(folder).filePath(name));
     return file.isFile() ? QDir::cleanPath(file.absoluteFilePath()) : QString();
 }

@@ -1,4 +1,5 @@
 #include "model/AppVersionManager.h"
+#include "tests/support/Places.h"
 
 #include <QFile>
 #include <QJsonDocument>
@@ -76,7 +77,7 @@ TEST(AppVersionManagerTest, RefusesWhatIsMalformedOrOutOfOrder) {
 
 TEST(AppVersionManagerTest, CarriesTheChangelogOfTheTree) {
     QString error;
-    const QByteArray text = contentOf(QStringLiteral(MORASTORE_SOURCE_DIR "/CHANGELOG.md"));
+    const QByteArray text = contentOf(sourceFolder() + QStringLiteral("/CHANGELOG.md"));
     const auto tree = AppVersionManager::fromMarkdown(QString::fromUtf8(text), error);
     ASSERT_TRUE(tree) << qPrintable(error);
     EXPECT_EQ(AppVersionManager::toMarkdown(AppVersionManager::ofLibrary().versions()),

@@ -1,3 +1,4 @@
+#include "tests/support/Places.h"
 #include "tests/support/StatementList.h"
 #include "tests/support/StatementTrace.h"
 #include "tests/support/StoreFixture.h"
@@ -18,7 +19,7 @@ std::string text(const QStringList &lines) {
 class StatementsTest : public StoreKindFixture {
 protected:
     QString goldenPath() const {
-        return QStringLiteral(MORASTORE_SOURCE_DIR "/tests/golden/") +
+        return sourceFolder() + QStringLiteral("/tests/golden/") +
                (hasSeveralNets() ? QStringLiteral("statements_several_nets.txt")
                                  : QStringLiteral("statements_one_net.txt"));
     }

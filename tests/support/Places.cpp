@@ -1,0 +1,10 @@
+#include "tests/support/Places.h"
+
+// Only this source knows where the tree and the build are: the others compile alike in every clone.
+QString sourceFolder() {
+    return QStringLiteral(MORASTORE_SOURCE_DIR);
+}
+
+QString morastoreProgram() {
+    return QStringLiteral(MORASTORE_PROGRAM);
+}
