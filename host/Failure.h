@@ -18,3 +18,9 @@ private:
     QString mMessage;
     QByteArray mUtf8;
 };
+
+/// The operation went through, but without a part of what it was given. The message says which part.
+class Incomplete : public Failure {
+public:
+    using Failure::Failure;
+};

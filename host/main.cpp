@@ -14,7 +14,8 @@ constexpr const char *kFooter =
     "  0  done\n"
     "  1  the operation failed; the reason is on stderr, and the store is as it was\n"
     "  2  the command line is wrong\n"
-    "  3  done, but the store refused some statements; --verbose shows them\n"
+    "  3  done, but something was left out (see stderr), or the store refused some statements\n"
+    "     (--verbose shows them)\n"
     "\n"
     "Data go to stdout, messages and progress to stderr.";
 
@@ -36,6 +37,9 @@ bool parse(CLI::App &program, int &exitCode) {
 int execute(const commands::Run &run) {
     try {
         run();
+    } catch (const Incomplete &incomplete) {
+        commands::tell(QStringLiteral("morastore: %1").arg(incomplete.message()));
+        return LeftOut;
     } catch (const Failure &failure) {
         commands::tell(QStringLiteral("morastore: %1").arg(failure.message()));
         return Failed;
@@ -73,6 +77,7 @@ int main(int argc, char **argv) {
     commands::addNew(program, run);
     commands::addImport(program, run);
     commands::addInfo(program, run);
+    commands::addShow(program, run);
     commands::addDraw(program, run);
     commands::addRoundTrip(program, run);
     commands::addChanges(program, run);

@@ -7,7 +7,8 @@
 #include <functional>
 
 /// The subcommands of morastore. Each function adds one with its options to the program; the command that the
-/// user chose leaves what it does in `run`, which throws `Failure` when it cannot.
+/// user chose leaves what it does in `run`, which throws `Failure` when it cannot
+/// and `Incomplete` when it left something out.
 namespace commands {
 
 using Run = std::function<void()>;
@@ -15,6 +16,7 @@ using Run = std::function<void()>;
 void addNew(CLI::App &program, Run &run);
 void addImport(CLI::App &program, Run &run);
 void addInfo(CLI::App &program, Run &run);
+void addShow(CLI::App &program, Run &run);
 void addDraw(CLI::App &program, Run &run);
 void addRoundTrip(CLI::App &program, Run &run);
 void addChanges(CLI::App &program, Run &run);

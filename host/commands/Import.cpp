@@ -1,4 +1,5 @@
 #include "host/commands/Commands.h"
+#include "host/commands/CompanionFiles.h"
 #include "host/import/NetworkImport.h"
 #include "host/store/OpenStore.h"
 #include "host/sumo/NetReader.h"
@@ -11,6 +12,7 @@ struct Options {
     std::string store;
     std::string network;
     std::string name;
+    CompanionFiles companions;
 };
 
 void import(const Options &options) {
@@ -23,13 +25,22 @@ void import(const Options &options) {
         Progress reading(QStringLiteral("reading"));
         net = readSumoNet(path, [&reading](double share) { reading.at(share); });
     }
-    Progress writing(QStringLiteral("writing"));
-    const NetworkObjects network = importNetwork(net, name, writing);
-    print(QStringLiteral("network %1 \"%2\": %3 links, %4 connectors\n")
+    const CompanionPlan plan = options.companions.plan(net);
+    NetworkObjects network;
+    {
+        Progress writing(QStringLiteral("writing"));
+        network = importNetwork(net, plan, name, writing);
+    }
+    print(QStringLiteral("network %1 \"%2\": %3 links, %4 connectors\n%5\n")
               .arg(network.record.netId)
               .arg(network.record.name)
               .arg(network.links.size())
-              .arg(network.connectors.size()));
+              .arg(network.connectors.size())
+              .arg(countsOf(network.traffic)));
+    const QString vehicles = vehicleAccountOf(plan);
+    if (!vehicles.isEmpty())
+        print(vehicles + QLatin1Char('\n'));
+    reportLeftOut(plan);
 }
 
 } // namespace
@@ -38,11 +49,13 @@ void addImport(CLI::App &program, Run &run) {
     const auto options = std::make_shared<Options>();
     CLI::App *command = program.add_subcommand(
         "import",
-        "Read a SUMO network into a new network of a store: as a whole or, on a failure, not at all.");
+        "Read a SUMO network, with demand and additional objects, into a new network of a store: as a whole "
+        "or, on a failure, not at all. References that lead nowhere are named and left out.");
     command->add_option("STORE", options->store, "Path of the store")->required();
     command->add_option("NETWORK", options->network, "SUMO network, .net.xml or .net.xml.gz")->required();
     command->add_option("--name", options->name, "Name of the new network; default: the file's name")
         ->type_name("N");
+    options->companions.addTo(*command);
     command->callback([options, &run] { run = [options] { import(*options); }; });
 }
 

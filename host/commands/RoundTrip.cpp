@@ -1,5 +1,6 @@
 #include "host/Failure.h"
 #include "host/commands/Commands.h"
+#include "host/commands/CompanionFiles.h"
 #include "host/drawing/NetworkDrawing.h"
 #include "host/import/NetworkImport.h"
 #include "host/store/Comparison.h"
@@ -23,6 +24,7 @@ struct Options {
     std::string store;
     std::string svg;
     std::string png;
+    CompanionFiles companions;
 };
 
 /// Seconds that each step took, in order.
@@ -57,10 +59,11 @@ void report(const Comparison &comparison, const Stopwatch &stopwatch, const Stor
         tell(difference);
 }
 
-NetworkObjects write(const QString &store, const SumoNet &net, const QString &name) {
+NetworkObjects write(const QString &store, const SumoNet &net, const CompanionPlan &plan,
+                     const QString &name) {
     const OpenStore open(store, Access::Write);
     Progress progress(QStringLiteral("writing"));
-    return importNetwork(net, name, progress);
+    return importNetwork(net, plan, name, progress);
 }
 
 void roundTrip(const Options &options) {
@@ -74,9 +77,10 @@ void roundTrip(const Options &options) {
         Progress progress(QStringLiteral("parsing"));
         net = readSumoNet(path, [&progress](double share) { progress.at(share); });
     }
+    const CompanionPlan plan = options.companions.plan(net);
     stopwatch.lap("parsing");
     makeStore(store, newestTemplate());
-    const NetworkObjects written = write(store, net, networkNameOf(path));
+    const NetworkObjects written = write(store, net, plan, networkNameOf(path));
     stopwatch.lap("writing");
 
     // The store was closed, so nothing below comes from memory.
@@ -96,6 +100,7 @@ void roundTrip(const Options &options) {
     if (!comparison.isEqual())
         throw Failure(
             QStringLiteral("what was read back differs from what was written; see the lines above"));
+    reportLeftOut(plan);
 }
 
 } // namespace
@@ -104,11 +109,13 @@ void addRoundTrip(CLI::App &program, Run &run) {
     const auto options = std::make_shared<Options>();
     CLI::App *command = program.add_subcommand(
         "roundtrip",
-        "Write a SUMO network into a new store, read it back through the library and compare both.");
+        "Write a SUMO network, with demand and additional objects, into a new store, read it back through "
+        "the library and compare both.");
     command->add_option("NETWORK", options->network, "SUMO network, .net.xml or .net.xml.gz")->required();
     command->add_option("--store", options->store, "Keep the store in this new file")->type_name("FILE");
     command->add_option("--svg", options->svg, "Draw what was read back")->type_name("FILE");
     command->add_option("--png", options->png, "Draw what was read back")->type_name("FILE");
+    options->companions.addTo(*command);
     command->callback([options, &run] { run = [options] { roundTrip(*options); }; });
 }
 

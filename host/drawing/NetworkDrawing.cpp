@@ -93,7 +93,8 @@ QFont fontOf(double pixels, bool bold) {
 
 } // namespace
 
-NetworkDrawing::NetworkDrawing(const NetworkObjects &network) : mTitle(network.record.name) {
+NetworkDrawing::NetworkDrawing(const NetworkObjects &network)
+    : mTraffic(network), mTitle(network.record.name) {
     mJunctions.setFillRule(Qt::WindingFill);
     mArrows.setFillRule(Qt::WindingFill);
     int lanes = 0;
@@ -169,22 +170,29 @@ void NetworkDrawing::addConnector(const Connector &connector) {
 QSizeF NetworkDrawing::sizeFor(double longSide) const {
     const double scale = (longSide - 2 * kMargin) / std::max(mExtent.width(), mExtent.height());
     // Room for title and legend, however narrow the network is.
-    return {std::max(mExtent.width() * scale + 2 * kMargin, 640.0),
-            mExtent.height() * scale + 2 * kMargin + kHeader + kFooter};
+    const double width = std::max(mExtent.width() * scale + 2 * kMargin, 640.0);
+    return {width, mExtent.height() * scale + 2 * kMargin + headerHeight(width) + kFooter};
+}
+
+double NetworkDrawing::headerHeight(double width) const {
+    return kHeader + mTraffic.legendHeight(width - 2 * kMargin);
 }
 
 void NetworkDrawing::paint(QPainter &painter, const QSizeF &size, bool zoomable) const {
     painter.setRenderHint(QPainter::Antialiasing);
     painter.fillRect(QRectF(QPointF(), size), kPaper);
-    const QRectF plan(kMargin, kMargin + kHeader, size.width() - 2 * kMargin,
-                      size.height() - 2 * kMargin - kHeader - kFooter);
+    const double header = headerHeight(size.width());
+    const QRectF plan(kMargin, kMargin + header, size.width() - 2 * kMargin,
+                      size.height() - 2 * kMargin - header - kFooter);
     const double pixelsPerMetre = std::min(plan.width() / mExtent.width(), plan.height() / mExtent.height());
     painter.save();
     painter.translate(plan.center());
     painter.scale(pixelsPerMetre, -pixelsPerMetre);
     painter.translate(-mExtent.center());
     paintNetwork(painter, pixelsPerMetre, zoomable);
+    mTraffic.paint(painter, pixelsPerMetre);
     painter.restore();
+    mTraffic.paintLegend(painter, QPointF(kMargin, kMargin + kHeader - 8), size.width() - 2 * kMargin);
     paintLegend(painter, size, pixelsPerMetre);
 }
 

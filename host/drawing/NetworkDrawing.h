@@ -1,5 +1,6 @@
 #pragma once
 
+#include "host/drawing/TrafficLayer.h"
 #include "host/geometry/Polyline.h"
 #include "host/store/NetworkObjects.h"
 
@@ -15,7 +16,8 @@
 class QPainter;
 
 /// A plan of a network: lanes to scale and coloured by kind, with dividers and direction arrows where the
-/// scale lets them be seen, the curves of the lane connectors, a title, a legend and a scale bar.
+/// scale lets them be seen, the curves of the lane connectors, what stands on the roads, a title, a legend
+/// and a scale bar.
 class NetworkDrawing {
 public:
     explicit NetworkDrawing(const NetworkObjects &network);
@@ -44,6 +46,9 @@ private:
     void paintLegend(QPainter &painter, const QSizeF &size, double pixelsPerMetre) const;
     void paintScaleBar(QPainter &painter, const QPointF &end, double pixelsPerMetre) const;
 
+    double headerHeight(double width) const;
+
+    TrafficLayer mTraffic;
     QString mTitle;
     QString mSummary;
     QRectF mExtent; ///< metres, y upwards

@@ -107,6 +107,21 @@ Polyline midway(const Polyline &a, const Polyline &b) {
     return middle;
 }
 
+Point3 pointAt(const Polyline &line, double share) {
+    double left = share * length(line);
+    for (std::size_t i = 0; i + 1 < line.size(); ++i) {
+        const Point3 &a = line[i];
+        const Point3 &b = line[i + 1];
+        const double step = distance(a, b);
+        if (left < step) {
+            const double t = std::max(left, 0.0) / step;
+            return {a.x + t * (b.x - a.x), a.y + t * (b.y - a.y), a.z + t * (b.z - a.z)};
+        }
+        left -= step;
+    }
+    return line.back();
+}
+
 void append(Polyline &line, const Polyline &piece) {
     auto first = piece.begin();
     if (!line.empty() && first != piece.end() && *first == line.back())

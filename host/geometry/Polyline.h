@@ -35,6 +35,9 @@ Polyline offset(const Polyline &line, double offset, double mitreLimit = 3.0);
 /// The line halfway between two lines of equally many points.
 Polyline midway(const Polyline &a, const Polyline &b);
 
+/// The point at `share` of the line's length, 0 to 1. The line has a point at least.
+Point3 pointAt(const Polyline &line, double share);
+
 /// Adds `piece` to the end of `line`; a first point equal to the line's last one is not repeated.
 void append(Polyline &line, const Polyline &piece);
 

@@ -38,9 +38,14 @@ long IdSource::next(const char *table) {
 
 long IdSource::highestInUse(const char *table) const {
     const QString name = QLatin1String(table);
-    QString column = DBTools::getIDName(name);
-    if (name == QLatin1String("LaneConnector"))
-        column = QStringLiteral("laneConnId");
+    // Tables that the library's own list of id columns lacks.
+    static const QHash<QString, QString> unlisted{
+        {QStringLiteral("LaneConnector"), QStringLiteral("laneConnId")},
+        {QStringLiteral("BusStationPassengerArriving"), QStringLiteral("passengerArrivingID")},
+        {QStringLiteral("AccidentZone"), QStringLiteral("accidentZoneId")},
+        {QStringLiteral("RoadWorkZone"), QStringLiteral("roadWorkZoneId")},
+    };
+    const QString column = unlisted.value(name, DBTools::getIDName(name));
     // Stores of one network number lane connectors in memory: they have no such column, and nothing is in
     // use.
     QSqlQuery query(mDb);

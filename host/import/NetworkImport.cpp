@@ -2,6 +2,8 @@
 
 #include "host/Failure.h"
 #include "host/import/NetworkBuilder.h"
+#include "host/import/Refusal.h"
+#include "host/import/TrafficImport.h"
 #include "host/store/GuardedTransaction.h"
 #include "host/store/OpenStore.h"
 #include "store/DBTools.h"
@@ -42,15 +44,6 @@ private:
     NetRecord mBefore;
     bool mKept = false;
 };
-
-void require(bool done, const char *what) {
-    if (done)
-        return;
-    const QString reason = firstFailureText();
-    throw Failure(
-        QStringLiteral("the store refused the %1 (%2); nothing was imported")
-            .arg(QLatin1String(what), reason.isEmpty() ? QStringLiteral("no reason given") : reason));
-}
 
 QJsonObject sourceOf(const SumoNet &net) {
     const auto point = [](const Point3 &p) { return QJsonArray{p.x, p.y}; };
@@ -125,8 +118,8 @@ void insertRecord(const NetRecord &record) {
         written = DBTools::insertNet(gDB, record.netId, record.name, centre, record.sourceType,
                                      record.backgroundUrl, record.otherAttrsJson, false);
     }
-    require(written, "network's record");
-    require(DBTools::initDictionary(gDB, record.netId, false), "network's dictionaries");
+    requireWritten(written, "network's record");
+    requireWritten(DBTools::initDictionary(gDB, record.netId, false), "network's dictionaries");
 }
 
 /// Calls `write` with one batch of objects after the other and the share of them that went before.
@@ -151,7 +144,8 @@ QString networkNameOf(const QString &path) {
     return name;
 }
 
-NetworkObjects importNetwork(const SumoNet &net, const QString &name, Progress &progress) {
+NetworkObjects importNetwork(const SumoNet &net, const CompanionPlan &plan, const QString &name,
+                             Progress &progress) {
     GuardedTransaction transaction(gDB);
     NetworkObjects network;
     network.record = recordFor(net, name);
@@ -164,15 +158,17 @@ NetworkObjects importNetwork(const SumoNet &net, const QString &name, Progress &
     network.links = builder.buildLinks();
     progress.at(0.1);
     inBatches(network.links, [&](QList<Link *> &links, double share) {
-        require(DBTools::insertLinks(gDB, netId, links, false), "links");
-        progress.at(0.1 + 0.5 * share);
+        requireWritten(DBTools::insertLinks(gDB, netId, links, false), "links");
+        progress.at(0.1 + 0.4 * share);
     });
     network.connectors = builder.buildConnectors(network.links);
     inBatches(network.connectors, [&](QList<Connector *> &connectors, double share) {
-        require(DBTools::insertConnectors(gDB, netId, connectors, false), "connectors");
-        progress.at(0.6 + 0.4 * share);
+        requireWritten(DBTools::insertConnectors(gDB, netId, connectors, false), "connectors");
+        progress.at(0.5 + 0.3 * share);
     });
-    require(DBTools::updateIds(gDB, false), "identifiers");
+    progress.at(0.8);
+    importTraffic(net, plan, ids, network);
+    requireWritten(DBTools::updateIds(gDB, false), "identifiers");
     transaction.commit();
     current.keep();
     return network;

@@ -1,13 +1,15 @@
 #pragma once
 
+#include "host/import/CompanionPlan.h"
 #include "host/store/NetworkObjects.h"
 #include "host/sumo/SumoNet.h"
 
 /// What to call the network of a file: "city" for "some/where/city.net.xml.gz".
 QString networkNameOf(const QString &path);
 
-/// Writes a SUMO network into the open store as a new network called `name`, with the dictionaries that a
-/// network starts with, in one transaction: on a failure (`Failure`) the store is as it was. The new network
-/// becomes the current one, gNet. A store of one network takes it only while it has no links, and
-/// keeps the record of its network where it has one.
-NetworkObjects importNetwork(const SumoNet &net, const QString &name, Progress &progress);
+/// Writes a SUMO network and what `plan` says of its companions into the open store as a new network called
+/// `name`, with the dictionaries that a network starts with, in one transaction: on a failure (`Failure`) the
+/// store is as it was. The new network becomes the current one, gNet. A store of one network takes it only
+/// while it has no links, and keeps the record of its network where it has one.
+NetworkObjects importNetwork(const SumoNet &net, const CompanionPlan &plan, const QString &name,
+                             Progress &progress);

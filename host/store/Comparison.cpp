@@ -1,5 +1,7 @@
 #include "host/store/Comparison.h"
 
+#include "host/store/TrafficComparison.h"
+
 #include <QHash>
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -72,10 +74,7 @@ public:
     }
 
     void differ(const char *field, const QString &written, const QString &read) {
-        ++mResult.differences;
-        if (mResult.first.size() < kSentences)
-            mResult.first.append(QStringLiteral("%1: %2 was written as %3 and read as %4")
-                                     .arg(mObject, QLatin1String(field), written, read));
+        mResult.differ(QStringLiteral("%1: %2").arg(mObject, QLatin1String(field)), written, read);
     }
 
     Comparison result() const { return mResult; }
@@ -218,6 +217,12 @@ void compareRecord(Comparer &compare, const NetRecord &written, const NetRecord 
 
 } // namespace
 
+void Comparison::differ(const QString &field, const QString &written, const QString &read) {
+    ++differences;
+    if (first.size() < kSentences)
+        first.append(QStringLiteral("%1 was written as %2 and read as %3").arg(field, written, read));
+}
+
 Comparison compareNetworks(const NetworkObjects &written, const NetworkObjects &read,
                            bool laneConnectorGeometry) {
     Comparer compare;
@@ -244,5 +249,7 @@ Comparison compareNetworks(const NetworkObjects &written, const NetworkObjects &
         else
             compare.differ("connector", QString::number(connector->connID), QStringLiteral("none"));
     }
-    return compare.result();
+    Comparison result = compare.result();
+    compareTraffic(written.traffic, read.traffic, result);
+    return result;
 }

@@ -11,6 +11,8 @@ struct Comparison {
     qint64 differences = 0;
     QStringList first; ///< sentences about the first differences, with names and both values
 
+    /// Counts a difference; the first are told in sentences.
+    void differ(const QString &field, const QString &written, const QString &read);
     bool isEqual() const { return differences == 0; }
 };
 

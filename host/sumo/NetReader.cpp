@@ -2,6 +2,7 @@
 
 #include "host/Failure.h"
 #include "host/sumo/NetCheck.h"
+#include "host/sumo/Programme.h"
 #include "host/sumo/XmlInput.h"
 
 #include <algorithm>
@@ -29,7 +30,6 @@ private:
     void addEdge(SumoEdge edge);
     void readJunction();
     void readConnection();
-    void readProgramme();
     void linkInternalLanes();
 
     struct InternalStep {
@@ -66,7 +66,7 @@ void NetReader::readElement() {
     else if (name == QLatin1String("junction"))
         readJunction();
     else if (name == QLatin1String("tlLogic"))
-        readProgramme();
+        mNet.programmes.push_back(readProgramme(mInput));
     else if (name == QLatin1String("location"))
         readLocation();
     else
@@ -198,23 +198,6 @@ void NetReader::readConnection() {
         mNet.connections.push_back(std::move(connection));
     }
     mInput.skipElement();
-}
-
-void NetReader::readProgramme() {
-    const Attributes attributes(mInput);
-    SumoProgramme programme;
-    programme.id = attributes.text("id");
-    programme.programID = attributes.text("programID", QStringLiteral("0"));
-    programme.type = attributes.text("type", QStringLiteral("static"));
-    programme.offset = attributes.seconds("offset", 0);
-    while (mInput.nextElement()) {
-        if (mInput.name() == QLatin1String("phase")) {
-            const Attributes phase(mInput);
-            programme.phases.push_back({phase.seconds("duration", 0), phase.text("state")});
-        }
-        mInput.skipElement();
-    }
-    mNet.programmes.push_back(std::move(programme));
 }
 
 void NetReader::linkInternalLanes() {

@@ -6,6 +6,7 @@
 #include <QHash>
 #include <QString>
 
+#include <algorithm>
 #include <vector>
 
 /// The contents of a SUMO network file as plain records, in the file's order. Lengths are metres, speeds
@@ -78,6 +79,14 @@ struct SumoProgramme {
     QString type;
     double offset = 0;
     std::vector<SumoPhase> phases;
+
+    /// The number of signals that it controls.
+    int signalCount() const {
+        int count = 0;
+        for (const SumoPhase &phase : phases)
+            count = std::max(count, phase.state.size());
+        return count;
+    }
 };
 
 struct SumoNet {

@@ -55,7 +55,7 @@ XmlInput::XmlInput(const QString &path, const QString &root, const QString &expe
 void XmlInput::moveToRoot(const QString &root, const QString &expected) {
     mXml.readNextStartElement();
     check(expected);
-    if (mXml.name() != root)
+    if (!root.isEmpty() && mXml.name() != root)
         fail(QStringLiteral("the root element is <%1>, not <%2>; give %3")
                  .arg(mXml.name().toString(), root, expected));
 }

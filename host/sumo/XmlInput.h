@@ -13,8 +13,8 @@
 /// Every fault throws a `Failure` that names the file, the line and what to do.
 class XmlInput {
 public:
-    /// Opens `path` and moves to the root element, which must be called `root`; `expected` says in words what
-    /// kind of file is wanted ("a SUMO network (.net.xml or .net.xml.gz)").
+    /// Opens `path` and moves to the root element, which must be called `root` (empty: any name will do);
+    /// `expected` says in words what kind of file is wanted ("a SUMO network (.net.xml or .net.xml.gz)").
     XmlInput(const QString &path, const QString &root, const QString &expected);
 
     /// Moves to the next child of the current element. False at the element's end.

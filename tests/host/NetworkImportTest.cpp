@@ -57,7 +57,7 @@ class NetworkImport : public StoreFixture {
 protected:
     NetworkObjects import(const SumoNet &net, const QString &name) {
         Progress progress(QStringLiteral("test"));
-        return importNetwork(net, name, progress);
+        return importNetwork(net, planCompanions(net, {}), name, progress);
     }
 
     NetworkObjects readBack(long netId) {

@@ -1,0 +1,79 @@
+#include "host/commands/CompanionFiles.h"
+
+#include "host/Failure.h"
+#include "host/Progress.h"
+#include "host/commands/Commands.h"
+#include "host/store/Kinds.h"
+#include "host/sumo/CompanionReader.h"
+
+#include <QSet>
+
+namespace commands {
+
+void CompanionFiles::addTo(CLI::App &command) {
+    command.add_option("--routes", routes, "SUMO demand file, .rou.xml or .rou.xml.gz; may be repeated")
+        ->type_name("FILE")
+        ->allow_extra_args(false);
+    command
+        .add_option("--additional", additional,
+                    "SUMO file of additional objects, .add.xml or .add.xml.gz; may be repeated")
+        ->type_name("FILE")
+        ->allow_extra_args(false);
+    command.add_flag("--strict", strict, "Fail, with nothing written, when anything has to be left out");
+}
+
+CompanionPlan CompanionFiles::plan(const SumoNet &net) const {
+    SumoCompanions companions;
+    for (const auto *files : {&additional, &routes}) {
+        for (const std::string &file : *files) {
+            Progress reading(QStringLiteral("reading"));
+            readSumoCompanion(QString::fromStdString(file), companions,
+                              [&reading](double share) { reading.at(share); });
+        }
+    }
+    CompanionPlan plan = planCompanions(net, std::move(companions));
+    const QStringList lines = plan.leftOut.lines();
+    for (const QString &line : lines)
+        tell(line);
+    if (strict && !plan.leftOut.isEmpty())
+        throw Failure(QStringLiteral("nothing was written: %1 would be left out; correct the files or import "
+                                     "without --strict")
+                          .arg(plan.leftOut.summary()));
+    return plan;
+}
+
+void reportLeftOut(const CompanionPlan &plan) {
+    if (!plan.leftOut.isEmpty())
+        throw Incomplete(QStringLiteral("done, but %1 were left out").arg(plan.leftOut.summary()));
+}
+
+QString countsOf(const TrafficObjects &traffic) {
+    QStringList counts;
+    forEachKind([&](auto list) {
+        const auto &objects = traffic.*list;
+        using T = typename std::decay_t<decltype(objects)>::value_type::element_type;
+        if (!objects.empty())
+            counts.append(QStringLiteral("%1 %2s").arg(objects.size()).arg(QLatin1String(kindWord<T>())));
+    });
+    return counts.join(QStringLiteral(", "));
+}
+
+QString vehicleAccountOf(const CompanionPlan &plan) {
+    qint64 onLines = 0;
+    for (const PlannedLine &line : plan.lines)
+        onLines += line.runs;
+    const qint64 standing = qint64(plan.obstacles.size());
+    const qint64 leftOut = plan.leftOut.vehicles;
+    const qint64 all = plan.demand.vehicles + onLines + standing + leftOut;
+    if (all == 0)
+        return {};
+    return QStringLiteral(
+               "vehicles: %1 in the files, %2 depart, %3 run on lines, %4 stand as obstacles, %5 left out")
+        .arg(all)
+        .arg(plan.demand.vehicles)
+        .arg(onLines)
+        .arg(standing)
+        .arg(leftOut);
+}
+
+} // namespace commands

@@ -1,0 +1,37 @@
+#pragma once
+
+#include "host/import/CompanionPlan.h"
+#include "host/store/TrafficObjects.h"
+
+#include <CLI/CLI.hpp>
+
+#include <QString>
+
+#include <string>
+#include <vector>
+
+namespace commands {
+
+/// The options of a command that imports a network with files of demand and additional objects.
+struct CompanionFiles {
+    std::vector<std::string> routes;
+    std::vector<std::string> additional;
+    bool strict = false;
+
+    /// Adds the options to a command; this object must outlive it.
+    void addTo(CLI::App &command);
+
+    /// Reads the files and plans their import into `net`, which must outlive the plan. Tells the user what
+    /// has to be left out; throws `Failure` when that is anything and `strict` is set.
+    CompanionPlan plan(const SumoNet &net) const;
+};
+
+/// Throws `Incomplete` when something was left out.
+void reportLeftOut(const CompanionPlan &plan);
+
+/// "13 signal groups, 576 signal lamps": the objects of each kind, where there are any.
+QString countsOf(const TrafficObjects &traffic);
+/// How the vehicles of the files are accounted for; empty without any.
+QString vehicleAccountOf(const CompanionPlan &plan);
+
+} // namespace commands

@@ -1,0 +1,13 @@
+#include "host/import/Refusal.h"
+
+#include "host/Failure.h"
+#include "host/store/OpenStore.h"
+
+void requireWritten(bool done, const char *what) {
+    if (done)
+        return;
+    const QString reason = firstFailureText();
+    throw Failure(
+        QStringLiteral("the store refused the %1 (%2); nothing was imported")
+            .arg(QLatin1String(what), reason.isEmpty() ? QStringLiteral("no reason given") : reason));
+}
