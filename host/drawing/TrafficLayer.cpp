@@ -16,9 +16,10 @@ using geometryobject::toPolyline;
 namespace {
 
 const QColor kInk(0x2f, 0x36, 0x40);
-constexpr double kSmallestSymbol = 5; // pixels across
-constexpr double kThinnestBand = 2;   // pixels
-constexpr double kLegendLine = 20;    // pixels, as the next two
+constexpr double kSmallDevice = 5; // pixels across
+constexpr double kSmallPoint = 10;
+constexpr double kThinnestBand = 2; // pixels
+constexpr double kLegendLine = 20;  // pixels, as the next two
 constexpr double kLegendSymbol = 12;
 constexpr double kLegendGap = 20;
 constexpr int kStepsOfStretch = 16;
@@ -131,14 +132,16 @@ void TrafficLayer::addBands(const NetworkObjects &network) {
 }
 
 void TrafficLayer::addDemand(const NetworkObjects &network) {
-    Kind departures{QStringLiteral("departure point"), QColor(0x0f, 0x8b, 0x6d), Shape::Arrow, 7, {}};
+    Kind departures{
+        QStringLiteral("departure point"), QColor(0x0f, 0x8b, 0x6d), Shape::Arrow, 7, kSmallPoint, {}};
     for (const auto &point : network.traffic.departurePoints) {
         const Link *link = mLinks.value(point->linkID);
         const Polyline line = link ? toPolyline(link->centerLinePointsJson) : Polyline();
         if (line.size() >= 2)
             departures.marks.push_back({{line.front().x, line.front().y}, directionAt(line, 0), {}});
     }
-    Kind decisions{QStringLiteral("decision point"), QColor(0x6a, 0x3d, 0x9a), Shape::Diamond, 3.5, {}};
+    Kind decisions{
+        QStringLiteral("decision point"), QColor(0x6a, 0x3d, 0x9a), Shape::Diamond, 3.5, kSmallPoint, {}};
     for (const auto &point : network.traffic.decisionPoints)
         decisions.marks.push_back({{point->x, point->y}, 0, {}});
     mKinds.push_back(departures);
@@ -147,18 +150,30 @@ void TrafficLayer::addDemand(const NetworkObjects &network) {
 
 void TrafficLayer::addDevices(const NetworkObjects &network) {
     const TrafficObjects &traffic = network.traffic;
-    Kind lamps{QStringLiteral("signal lamp"), QColor(0xd6, 0x2f, 0x2f), Shape::Disc, 2, {}};
+    Kind lamps{QStringLiteral("signal lamp"), QColor(0xd6, 0x2f, 0x2f), Shape::Disc, 2, kSmallDevice, {}};
     for (const auto &lamp : traffic.signalLamps)
         lamps.marks.push_back({{lamp->x, lamp->y}, 0, colourOf(*lamp)});
-    Kind collectors{QStringLiteral("driving-data collector"), QColor(0x12, 0xa5, 0xb8), Shape::Square, 2, {}};
+    Kind collectors{QStringLiteral("driving-data collector"),
+                    QColor(0x12, 0xa5, 0xb8),
+                    Shape::Square,
+                    2,
+                    kSmallDevice,
+                    {}};
     for (const auto &collector : traffic.collectors)
         collectors.marks.push_back({{collector->x, collector->y}, 0, {}});
-    Kind travel{QStringLiteral("travel-time detector"), QColor(0x8a, 0x5a, 0x1c), Shape::Square, 2.4, {}};
+    Kind travel{QStringLiteral("travel-time detector"),
+                QColor(0x8a, 0x5a, 0x1c),
+                Shape::Square,
+                2.4,
+                kSmallDevice,
+                {}};
+    travel.marksOfOne = 2;
     for (const auto &detector : traffic.travelDetectors) {
         travel.marks.push_back({{detector->startX, detector->startY}, 0, {}});
         travel.marks.push_back({{detector->teminalX, detector->teminalY}, 0, {}});
     }
-    Kind accidents{QStringLiteral("accident zone"), QColor(0xc0, 0x10, 0x30), Shape::Cross, 5, {}};
+    Kind accidents{
+        QStringLiteral("accident zone"), QColor(0xc0, 0x10, 0x30), Shape::Cross, 5, kSmallPoint, {}};
     for (const auto &zone : traffic.accidentZones) {
         Band place{QString(), QColor(), 0, 0, {}};
         for (const ZoneLane *lane : zone->mlLane)
@@ -207,8 +222,7 @@ void TrafficLayer::paint(QPainter &painter, double pixelsPerMetre) const {
                                            Qt::SolidLine, Qt::FlatCap, Qt::RoundJoin));
     const QPen outline(kInk, std::min(0.15, 0.6 / pixelsPerMetre));
     for (const Kind &kind : mKinds) {
-        const QPainterPath shape =
-            outlineOf(kind.shape, std::max(kind.size, kSmallestSymbol / pixelsPerMetre));
+        const QPainterPath shape = outlineOf(kind.shape, std::max(kind.size, kind.pixels / pixelsPerMetre));
         for (const Mark &mark : kind.marks) {
             painter.save();
             painter.translate(mark.position);
@@ -228,7 +242,7 @@ QStringList TrafficLayer::legendLabels() const {
     for (const Band &band : mBands)
         labels.append(label(band.name, std::size_t(band.count)));
     for (const Kind &kind : mKinds)
-        labels.append(label(kind.name, kind.marks.size()));
+        labels.append(label(kind.name, kind.marks.size() / std::size_t(kind.marksOfOne)));
     return labels;
 }
 

@@ -37,8 +37,10 @@ private:
         QString name;
         QColor colour;
         Shape shape;
-        double size; ///< metres
+        double size;   ///< metres
+        double pixels; ///< at least
         std::vector<Mark> marks;
+        int marksOfOne = 1; ///< marks for each object
     };
     struct Band {
         QString name;

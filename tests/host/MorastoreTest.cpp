@@ -336,6 +336,123 @@ TEST_F(Morastore, DrawsPictures) {
         QStringLiteral("no network 7"));
 }
 
+TEST_F(Morastore, ImportsTrafficAndSaysWhatItLeavesOut) {
+    const QString store = newStore();
+    const QString routes =
+        write(QStringLiteral("bad.rou.xml"),
+              "<routes><flow id=\"good\" end=\"60\" number=\"6\"><route edges=\"west_in\"/></flow>"
+              "<flow id=\"bad\" end=\"60\" number=\"5\"><route edges=\"nowhere\"/></flow></routes>");
+    const QStringList import{QStringLiteral("import"), store, kExample, QStringLiteral("--routes"), routes};
+    expectRefusal(
+        [&] {
+            Outcome strict = run(import + QStringList(QStringLiteral("--strict")));
+            EXPECT_TRUE(strict.err.contains(QStringLiteral("no edge \"nowhere\"; 5 vehicles")));
+            strict.err = strict.err.mid(strict.err.indexOf(QStringLiteral("morastore: ")));
+            return strict;
+        },
+        QStringLiteral("nothing was written: 1 flows would be left out"));
+
+    const Outcome outcome = run(import);
+    EXPECT_EQ(outcome.exitCode, 3) << outcome.err.toStdString();
+    EXPECT_TRUE(outcome.out.contains(QStringLiteral("vehicles: 11 in the files, 6 depart")));
+    EXPECT_EQ(row(store, QStringLiteral("select sum(vehiCount) from DepartureInterval")).first().toInt(), 6);
+    EXPECT_EQ(row(store, QStringLiteral("select count(*) from SignalGroup")).first().toInt(), 1);
+    const QString missing = file(QStringLiteral("missing.add.xml"));
+    expectRefusal(
+        [&] {
+            return run({QStringLiteral("import"), store, kExample, QStringLiteral("--name"),
+                        QStringLiteral("b"), QStringLiteral("--additional"), missing});
+        },
+        QStringLiteral("no such file"));
+}
+
+TEST_F(Morastore, ShowsEveryKind) {
+    const QString example = QFileInfo(kExample).path();
+    const QString store = newStore();
+    const Outcome imported = run({QStringLiteral("import"), store, kExample, QStringLiteral("--additional"),
+                                  example + QStringLiteral("/crossing.add.xml"), QStringLiteral("--routes"),
+                                  example + QStringLiteral("/crossing.rou.xml")});
+    ASSERT_EQ(imported.exitCode, 0) << imported.err.toStdString();
+    const QJsonObject counted =
+        QJsonDocument::fromJson(run({QStringLiteral("info"), store, QStringLiteral("--json")}).out.toUtf8())
+            .object()
+            .value(QStringLiteral("networks"))
+            .toArray()
+            .at(0)
+            .toObject()
+            .value(QStringLiteral("rows"))
+            .toObject();
+    for (const char *kind : {"vehicleTypes",
+                             "vehicleCompositions",
+                             "linkTypes",
+                             "links",
+                             "connectors",
+                             "guideArrows",
+                             "signalGroups",
+                             "signalLamps",
+                             "departurePoints",
+                             "decisionPoints",
+                             "routes",
+                             "vehicleDetectors",
+                             "queueCounters",
+                             "travelTimeDetectors",
+                             "drivingDataCollectors",
+                             "busLines",
+                             "busStations",
+                             "accidentZones",
+                             "roadWorkZones",
+                             "speedReductionAreas"}) {
+        const QString name = QLatin1String(kind);
+        const Outcome list = run({QStringLiteral("show"), store, name, QStringLiteral("--json")});
+        const QJsonArray objects = QJsonDocument::fromJson(list.out.toUtf8()).array();
+        EXPECT_EQ(list.exitCode, 0) << kind << list.err.toStdString();
+        EXPECT_EQ(objects.size(), counted.value(name).toInt(-1)) << kind;
+        if (objects.isEmpty())
+            continue;
+        const QString id = QString::number(objects.last().toObject().value(QStringLiteral("id")).toInt());
+        const Outcome one = run({QStringLiteral("show"), store, name, id, QStringLiteral("--json")});
+        EXPECT_EQ(one.exitCode, 0) << kind << one.err.toStdString();
+        EXPECT_FALSE(QJsonDocument::fromJson(one.out.toUtf8()).object().isEmpty()) << kind;
+    }
+    const Outcome line =
+        run({QStringLiteral("show"), store, QStringLiteral("busLines"), QStringLiteral("1")});
+    EXPECT_TRUE(line.out.contains(QStringLiteral("passengerCount         60"))) << line.out.toStdString();
+    expectRefusal(
+        [&] {
+            return run({QStringLiteral("show"), store, QStringLiteral("cows")});
+        },
+        QStringLiteral("no kind \"cows\""));
+    expectRefusal(
+        [&] {
+            return run({QStringLiteral("show"), store, QStringLiteral("links"), QStringLiteral("99")});
+        },
+        QStringLiteral("has no 99"));
+}
+
+TEST_F(Morastore, ARealCityComesBackWithItsTraffic) {
+    const QString net = realDataFile(QStringLiteral("bologna/joined_buslanes.net.xml.gz"));
+    if (net.isEmpty())
+        GTEST_SKIP() << "no real data";
+    const QString store = file(QStringLiteral("city.mora"));
+    QStringList arguments{QStringLiteral("roundtrip"), net, QStringLiteral("--store"), store,
+                          QStringLiteral("--strict")};
+    for (const char *name : {"joined_tls", "joined_vtypes", "joined_bus_stops", "joined_detectors"})
+        arguments << QStringLiteral("--additional")
+                  << realDataFile(QStringLiteral("bologna/%1.add.xml").arg(QLatin1String(name)));
+    for (const char *name : {"joined.rou.xml.gz", "joined_busses.rou.xml"})
+        arguments << QStringLiteral("--routes")
+                  << realDataFile(QStringLiteral("bologna/%1").arg(QLatin1String(name)));
+    const Outcome outcome = run(arguments);
+    EXPECT_EQ(outcome.exitCode, 0) << outcome.err.toStdString();
+    EXPECT_TRUE(outcome.out.contains(QStringLiteral("all equal")));
+    EXPECT_EQ(row(store, QStringLiteral(
+                             "select (select count(*) from SignalGroup), (select count(*) from SignalLamp), "
+                             "(select count(*) from VehicleConstitutent), (select sum(vehiCount) from "
+                             "DepartureInterval), (select count(*) from VehicleDrivInfoCollecter), "
+                             "(select count(*) from BusStation), (select count(*) from BusLine)")),
+              QVariantList({26, 244, 3, 11000, 106, 56, 20}));
+}
+
 TEST_F(Morastore, WrongUsageIsToldFromFailure) {
     for (const QStringList &arguments :
          {QStringList{}, QStringList{QStringLiteral("fly")}, QStringList{QStringLiteral("info")},
