@@ -13,7 +13,7 @@ Routing *addRoute(DecisionPoint &point, long id, const QList<QList<Link *>> &cha
     auto *route = new Routing;
     route->routingID = id;
     route->routingName = QStringLiteral("O'Brien 路径 %1").arg(id);
-    route->proportion = id / 3.0;
+    route->proportion = static_cast<double>(id) / 3;
     route->mpDecisionPoint = &point;
     route->mlLinkChain = chains;
     point.mlRouting.append(route);
@@ -33,7 +33,7 @@ void addRatio(RoutingFlowByInterval *interval, long id, long routeId) {
     ratio->routingID = routeId;
     ratio->startDateTime = 77; // not what is written
     ratio->endDateTime = 78;
-    ratio->ratio = id / 7.0;
+    ratio->ratio = static_cast<double>(id) / 7;
     interval->mlFlowRatio.append(ratio);
 }
 
@@ -93,7 +93,7 @@ QStringList ratiosOf(const DecisionPoint &point) {
     for (const RoutingFlowByInterval *interval : point.mlFlowByInterval) {
         for (const RoutingFLowRatio *ratio : interval->mlFlowRatio) {
             EXPECT_EQ(ratio->endDateTime, interval->endDateTime);
-            EXPECT_EQ(ratio->ratio, ratio->routingFLowRatioID / 7.0);
+            EXPECT_EQ(ratio->ratio, static_cast<double>(ratio->routingFLowRatioID) / 7);
             result.append(QStringLiteral("%1 of %2: %3-%4")
                               .arg(ratio->routingFLowRatioID)
                               .arg(ratio->routingID)
@@ -247,7 +247,7 @@ TEST_F(SeveralNetsDecisionPointsTest, AnotherNetworkDoesNotTakeTheCurrentOnesLin
     for (const long net : {kNet, 2L}) {
         DecisionPoint point;
         point.deciPointID = 5;
-        point.z = net;
+        point.z = static_cast<double>(net);
         point.mpLink = link.get();
         addRoute(point, 51, {{link.get()}});
         ASSERT_TRUE(DBTools::insertDecisionPoint(gDB, net, &point, true));

@@ -58,7 +58,7 @@ QString colours(const SignalPhase *phase) {
 
 class SignalsTest : public StoreKindFixture {
 protected:
-    ~SignalsTest() override {
+    void TearDown() override {
         gSpecialWords.setLangIsNotZh(false);
         gSpecialWords.setDbIsEnglish(false);
     }
@@ -209,7 +209,7 @@ TEST_F(SeveralNetsSignalsTest, AnotherNetworkStaysOutOfTheCurrentOne) {
         group->timeLength = static_cast<int>(100 * net);
         ASSERT_TRUE(DBTools::insertSignalGroup(gDB, net, group.get(), true));
         auto lamp = sampleLamp(9, group->mlPhase.first(), 72);
-        lamp->z = net;
+        lamp->z = static_cast<double>(net);
         ASSERT_TRUE(DBTools::insertSignalLamp(gDB, net, lamp.get(), true));
     }
     const std::unique_ptr<SignalGroup> other(DBTools::selectSignalGroupByID(gDB, 2, 4));

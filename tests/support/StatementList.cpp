@@ -51,8 +51,8 @@ void StatementList::addWrite(const QString &operation, const std::function<void(
     EXPECT_EQ(withoutFrame(trial), withoutFrame(lines)) << qPrintable(operation);
 }
 
-StatementFamily::StatementFamily(const char *familyName, Recorder one, Recorder many)
-    : name(familyName), dbTools(one), dbToolsV6(many) {
+StatementFamily::StatementFamily(const char *familyName, Recorder recorder, Recorder recorderV6)
+    : name(familyName), dbTools(recorder), dbToolsV6(recorderV6) {
     families().append(*this);
 }
 

@@ -41,7 +41,7 @@ private:
 struct StatementFamily {
     using Recorder = void (*)(StatementList &list);
 
-    StatementFamily(const char *name, Recorder dbTools, Recorder dbToolsV6);
+    StatementFamily(const char *familyName, Recorder recorder, Recorder recorderV6);
 
     const char *name;
     Recorder dbTools;

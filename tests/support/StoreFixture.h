@@ -26,9 +26,10 @@ std::string storeKindName(const testing::TestParamInfo<StoreKind> &info);
 
 /// A store of its own for each case, open on gDB, made from a template that the library carries.
 class StoreFixture : public testing::Test {
-protected:
+public:
     ~StoreFixture() override;
 
+protected:
     /// Copies a template to a file and opens it; network 1 exists and is the current one. Failures of the
     /// opening itself are not kept.
     void openTemplate(const char *templateName);
