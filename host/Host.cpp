@@ -2,6 +2,8 @@
 
 #include "model/SpecialWords.h"
 
+#include <MoraSupport/FileHelper.h>
+
 #include <QLocale>
 #include <QLoggingCategory>
 #include <QTextCodec>
@@ -49,7 +51,12 @@ Session::~Session() {
 }
 
 QJsonObject Session::jsonSettings() const {
-    return {{QStringLiteral("__dbdriver"), QStringLiteral("QSQLITE")}};
+    QJsonObject settings = {{QStringLiteral("__dbdriver"), QStringLiteral("QSQLITE")}};
+    const QString key = QStringLiteral("__storekey");
+    const QJsonObject file = FileHelper::readConfigFile();
+    if (file.contains(key))
+        settings.insert(key, file.value(key));
+    return settings;
 }
 
 } // namespace host

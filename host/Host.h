@@ -12,7 +12,8 @@ namespace host {
 void prepareProcess();
 
 /// For the life of this object the program is the library's host: it gives the connection settings (stores
-/// are SQLite files) and the language, and decides whether the library's log is shown.
+/// are SQLite files), the key "__storekey" of the configuration file (FileHelper::readConfigFile()) and the
+/// language, and decides whether the library's log is shown.
 class Session : private IMoraInterface {
 public:
     /// `language` is a locale's name ("zh", "en_GB"); empty stands for the user's locale.

@@ -80,6 +80,8 @@ int main(int argc, char **argv) {
     commands::addShow(program, run);
     commands::addDraw(program, run);
     commands::addRoundTrip(program, run);
+    commands::addProtect(program, run);
+    commands::addUnprotect(program, run);
     commands::addChanges(program, run);
 
     int exitCode = Done;

@@ -32,6 +32,7 @@
 #include "store/families/VehicleDetectors.h"
 #include "store/families/VehicleTypes.h"
 #include "store/families/Zones.h"
+#include "store/protection/FileProtection.h"
 #include "store/schema/Dictionaries.h"
 #include "store/schema/Upgrade.h"
 
@@ -588,4 +589,28 @@ bool DBTools::logInfoWithPlugin(QSqlDatabase &db, long netId, Logger event, QStr
 
 bool DBTools::selectLogger(QSqlDatabase &db, long netId, QList<Logger> &events, int limit) {
     return usagelog::read(storeOf(db, netId), events, limit);
+}
+
+bool DBTools::encryptFile(QString path) {
+    return fileprotection::protect(path, storekeys::preferred(), mlCallDbResult);
+}
+
+bool DBTools::decryptFile(QString path) {
+    return fileprotection::unprotect(path, {}, mlCallDbResult);
+}
+
+bool DBTools::encryptDecryptFile(QString path) {
+    return fileprotection::toggle(path, {}, mlCallDbResult);
+}
+
+bool DBTools::encryptDecryptFileByKey1(QString path) {
+    return fileprotection::toggle(path, storekeys::Key::Library1, mlCallDbResult);
+}
+
+bool DBTools::encryptDecryptFileByKey2(QString path) {
+    return fileprotection::toggle(path, storekeys::Key::Library2, mlCallDbResult);
+}
+
+bool DBTools::isFileEncrypted(QString path) {
+    return fileprotection::isProtected(path);
 }

@@ -547,6 +547,31 @@ public:
     static bool selectLogger(QSqlDatabase &db, long netId, QList<Logger> &events, int limit);
     /// @}
 
+    /// @name Protection of store files
+    /// Whole files, in place, encrypted and authenticated; docs/protection.md says against whom each key
+    /// protects. The file is replaced when the new one is complete, was read again and is on the disk: on
+    /// false it is as it was, and the reason is in mlCallDbResult. A file that is open, that a program is
+    /// writing to, or that is read-only is refused. A link stays a link, permissions stay. Time and disk
+    /// space grow with the file, memory does not.
+    ///
+    /// The host's own key is the text "__storekey" of gpMoraInterface's JSON settings. While it is there, it
+    /// is the preferred key; otherwise that is the library's first.
+    /// @{
+    /// Protects @p path with the preferred key; a file that is protected already is refused.
+    static bool encryptFile(QString path);
+    /// Unprotects @p path with the key that the file names; a file that is not protected is refused.
+    static bool decryptFile(QString path);
+    /// decryptFile() for a file that is protected, encryptFile() for any other.
+    static bool encryptDecryptFile(QString path);
+    /// @{ As encryptDecryptFile(), with a key of the library's; a file that is protected with another key is
+    /// refused.
+    static bool encryptDecryptFileByKey1(QString path);
+    static bool encryptDecryptFileByKey2(QString path);
+    /// @}
+    /// Whether the file starts as a protected one does; false when it cannot be read.
+    static bool isFileEncrypted(QString path);
+    /// @}
+
 private:
     static bool takeSettings();
     static void judgeIsInter(QSqlDatabase &db);

@@ -19,6 +19,8 @@ void addInfo(CLI::App &program, Run &run);
 void addShow(CLI::App &program, Run &run);
 void addDraw(CLI::App &program, Run &run);
 void addRoundTrip(CLI::App &program, Run &run);
+void addProtect(CLI::App &program, Run &run);
+void addUnprotect(CLI::App &program, Run &run);
 void addChanges(CLI::App &program, Run &run);
 
 /// What --version says: program, version, date of the version.

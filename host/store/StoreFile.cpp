@@ -1,6 +1,7 @@
 #include "host/store/StoreFile.h"
 
 #include "host/Failure.h"
+#include "store/DBTools.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -39,6 +40,9 @@ void requireReadableFile(const QString &path, Access access) {
 }
 
 void requireWholeFile(const QString &path) {
+    if (DBTools::isFileEncrypted(path))
+        throw Failure(
+            QStringLiteral("%1: the store is protected; run \"morastore unprotect\" on it first").arg(path));
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly))
         throw Failure(QStringLiteral("%1: cannot be read (%2)").arg(path, file.errorString()));

@@ -2,6 +2,7 @@
 #include "store/DBTools.h"
 #include "store/DBTools_V6.h"
 #include "store/core/Probes.h"
+#include "store/protection/FileProtection.h"
 
 #include <MoraInterfaces/MoraInterfaces.h>
 
@@ -46,12 +47,16 @@ void replaceDefaultConnection(QSqlDatabase &db, const QString &driver) {
     db = QSqlDatabase::addDatabase(driver);
 }
 
-/// SQLite would make a file for a path that does not exist; opening leaves no traces.
-bool isMissingFile(const QString &path, QList<CallDbResult> &failures) {
-    if (QFileInfo::exists(path))
+/// SQLite would make a file for a path that does not exist, and opening leaves no traces; of a protected file
+/// it would say that it is no database.
+bool isNoStoreFile(const QString &path, QList<CallDbResult> &failures) {
+    const bool exists = QFileInfo::exists(path);
+    if (exists && !fileprotection::isProtected(path))
         return false;
     CallDbResult failure;
-    failure.error = QStringLiteral("%1: no such file").arg(QDir::toNativeSeparators(path));
+    failure.error = exists ? QStringLiteral("%1: the store is protected; unprotect it first")
+                           : QStringLiteral("%1: no such file");
+    failure.error = failure.error.arg(QDir::toNativeSeparators(path));
     failures.append(failure);
     return true;
 }
@@ -83,7 +88,7 @@ bool DBTools::openDatabase(QSqlDatabase &db, QString path, bool resetIdCache) {
     db.setDatabaseName(mDbName);
     db.setUserName(mDbUser);
     db.setPassword(mDbPassword);
-    if (isSqlite && isMissingFile(path, mlCallDbResult))
+    if (isSqlite && isNoStoreFile(path, mlCallDbResult))
         return false;
     db.open();
     if (!validateDatabase(db))
@@ -136,7 +141,7 @@ bool DBTools_V6::openDatabaseForBackup(QSqlDatabase &db, QString path, bool) {
     replaceDefaultConnection(db, QStringLiteral("QSQLITE"));
     db.setHostName(QStringLiteral("127.0.0.1"));
     db.setDatabaseName(path);
-    if (isMissingFile(path, mlCallDbResult))
+    if (isNoStoreFile(path, mlCallDbResult))
         return false;
     db.open();
     return validateDatabase(db);

@@ -491,3 +491,31 @@ TEST_F(Morastore, RoundTripsRealNetworks) {
         EXPECT_EQ(counts(store), entry.counts) << entry.network;
     }
 }
+
+TEST_F(Morastore, ProtectsAStoreAndSaysSo) {
+    const QString store = newStore();
+    const QByteArray before = read(store);
+    ASSERT_EQ(run({QStringLiteral("protect"), store}).exitCode, 0);
+    const Outcome info = run({QStringLiteral("info"), store});
+    EXPECT_EQ(info.exitCode, 1);
+    EXPECT_TRUE(info.err.contains(QLatin1String("run \"morastore unprotect\""))) << info.err.toStdString();
+    EXPECT_EQ(run({QStringLiteral("protect"), store}).exitCode, 1);
+    ASSERT_EQ(run({QStringLiteral("unprotect"), store}).exitCode, 0);
+    EXPECT_EQ(read(store), before);
+    const Outcome again = run({QStringLiteral("unprotect"), store});
+    EXPECT_EQ(again.exitCode, 1);
+    EXPECT_EQ(again.err, QStringLiteral("morastore: %1: it is not protected\n").arg(store));
+}
+
+TEST_F(Morastore, SaysWhichVersionItIsAndWhatChanged) {
+    const Outcome version = run({QStringLiteral("--version")});
+    const Outcome changes = run({QStringLiteral("changes"), QStringLiteral("--json")});
+    const QJsonObject newest = QJsonDocument::fromJson(changes.out.toUtf8()).array().first().toObject();
+    const QString number = newest[QStringLiteral("version")].toString();
+    EXPECT_EQ(version.out,
+              QStringLiteral("morastore %1 (%2)\n").arg(number, newest[QStringLiteral("date")].toString()));
+    EXPECT_EQ(run({QStringLiteral("changes"), QStringLiteral("--since"), number}).out,
+              QStringLiteral("# Changes\n"))
+        << "nothing is newer";
+    EXPECT_EQ(run({QStringLiteral("changes"), QStringLiteral("--since"), QStringLiteral("1.x")}).exitCode, 1);
+}

@@ -1,0 +1,156 @@
+#include "store/protection/FileReplacement.h"
+
+#include "store/protection/Refusal.h"
+
+#include <QFileInfo>
+#include <QRandomGenerator>
+#include <QSqlDatabase>
+#include <QSqlError>
+#include <QSqlQuery>
+
+#include <filesystem>
+
+#ifdef Q_OS_WIN
+#include <io.h>
+#else
+#include <unistd.h>
+#endif
+
+namespace {
+
+/// Qt brings only the files to the disk that it renames itself, and those cannot be read again before.
+bool bringToDisk(QFile &file) {
+#ifdef Q_OS_WIN
+    return file.flush() && _commit(file.handle()) == 0;
+#else
+    return file.flush() && fsync(file.handle()) == 0;
+#endif
+}
+
+/// For std::filesystem, which can rename over an existing file.
+std::filesystem::path native(const QString &path) {
+#ifdef Q_OS_WIN
+    return path.toStdWString();
+#else
+    return QFile::encodeName(path).toStdString();
+#endif
+}
+
+void requireNotOpenHere(const QString &path) {
+    const QStringList names = QSqlDatabase::connectionNames();
+    for (const QString &name : names) {
+        const QSqlDatabase db = QSqlDatabase::database(name, false);
+        if (db.isOpen() && QFileInfo(db.databaseName()).canonicalFilePath() == path)
+            throw Refusal(QStringLiteral("the store is open: close it first"));
+    }
+}
+
+/// An exclusive transaction takes back what a crash left half done, and closing puts a write-ahead log into
+/// the file.
+void settle(const QString &path) {
+    const QString name = QStringLiteral("morastore-protection");
+    QString reason;
+    {
+        QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), name);
+        db.setConnectOptions(QStringLiteral("QSQLITE_BUSY_TIMEOUT=500"));
+        db.setDatabaseName(path);
+        QSqlQuery query(db.open() ? QSqlQuery(db) : QSqlQuery());
+        for (const char *sql : {"begin exclusive", "select count(*) from sqlite_master", "commit"}) {
+            if (reason.isEmpty() && !query.exec(QLatin1String(sql)))
+                reason = db.isOpen() ? query.lastError().databaseText() : db.lastError().text();
+        }
+        query.clear();
+        db.close();
+    }
+    QSqlDatabase::removeDatabase(name);
+    if (!reason.isEmpty())
+        throw Refusal(
+            QStringLiteral("another program is using the store, or it is damaged (%1): close it there")
+                .arg(reason));
+}
+
+bool startsAsSqlite(const QString &path) {
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) && file.read(16) == QByteArray("SQLite format 3", 16);
+}
+
+void requireNoJournal(const QString &path) {
+    for (const char *suffix : {"-journal", "-wal"}) {
+        const QFileInfo journal(path + QLatin1String(suffix));
+        if (journal.size() > 0)
+            throw Refusal(
+                QStringLiteral("%1 beside it holds changes of its own: close the store everywhere first")
+                    .arg(journal.fileName()));
+    }
+}
+
+} // namespace
+
+FileReplacement::FileReplacement(const QString &path) : mPath(QFileInfo(path).canonicalFilePath()) {
+    const QFileInfo info(mPath);
+    if (mPath.isEmpty())
+        throw Refusal(QStringLiteral("no such file"));
+    if (!info.isFile())
+        throw Refusal(QStringLiteral("this is no regular file: give the path of a store file"));
+    // The permissions count, too, where the user's rights would override them.
+    const auto anyWrite = QFile::WriteOwner | QFile::WriteGroup | QFile::WriteOther;
+    if (!info.isWritable() || !(info.permissions() & anyWrite))
+        throw Refusal(QStringLiteral("the file is read-only: make it writable"));
+    requireNotOpenHere(mPath);
+    if (startsAsSqlite(mPath))
+        settle(mPath);
+    requireNoJournal(mPath);
+
+    mSource.setFileName(mPath);
+    if (!mSource.open(QIODevice::ReadOnly | QIODevice::Unbuffered))
+        throw Refusal(QStringLiteral("it cannot be read (%1)").arg(mSource.errorString()));
+    mSize = mSource.size();
+    mChanged = mSource.fileTime(QFileDevice::FileModificationTime);
+    mTarget.setFileName(QStringLiteral("%1.%2").arg(mPath).arg(QRandomGenerator::system()->generate64(), 16,
+                                                               16, QLatin1Char('0')));
+    if (!mTarget.open(QIODevice::ReadWrite | QIODevice::NewOnly | QIODevice::Unbuffered))
+        throw Refusal(QStringLiteral("no file can be made beside it (%1)").arg(mTarget.errorString()));
+    mHasTarget = true;
+    // Before there is anything in it to be read by others.
+    if (!mTarget.setPermissions(QFile::ReadOwner | QFile::WriteOwner)) {
+        mTarget.remove();
+        throw Refusal(QStringLiteral("the new file beside it cannot be kept from others"));
+    }
+}
+
+FileReplacement::~FileReplacement() {
+    if (mHasTarget)
+        mTarget.remove();
+}
+
+void FileReplacement::write(const unsigned char *bytes, std::size_t size) {
+    if (mTarget.write(reinterpret_cast<const char *>(bytes), static_cast<qint64>(size)) !=
+        static_cast<qint64>(size))
+        throw Refusal(
+            QStringLiteral("the new file beside it cannot be written (%1)").arg(mTarget.errorString()));
+}
+
+void FileReplacement::rewind() {
+    if (!mSource.seek(0) || !mTarget.seek(0))
+        throw Refusal(QStringLiteral("it cannot be read again"));
+}
+
+void FileReplacement::commit() {
+    const auto permissions = mSource.permissions();
+    if (!bringToDisk(mTarget) || !mTarget.setPermissions(permissions))
+        throw Refusal(
+            QStringLiteral("the new file beside it cannot be completed (%1)").arg(mTarget.errorString()));
+    requireNoJournal(mPath);
+    const QFileInfo now(mPath);
+    if (now.size() != mSize || now.fileTime(QFileDevice::FileModificationTime) != mChanged)
+        throw Refusal(
+            QStringLiteral("another program has changed it meanwhile: close it there and try again"));
+    mSource.close();
+    mTarget.close();
+    std::error_code error;
+    std::filesystem::rename(native(mTarget.fileName()), native(mPath), error);
+    if (error)
+        throw Refusal(QStringLiteral("it cannot be replaced (%1): close it in other programs and try again")
+                          .arg(QString::fromLocal8Bit(error.message().c_str())));
+    mHasTarget = false;
+}
