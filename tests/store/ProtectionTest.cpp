@@ -21,7 +21,10 @@ public:
 
 class ProtectionTest : public StoreFixture {
 protected:
-    ProtectionTest() { gpMoraInterface = &mSettings; }
+    ProtectionTest() {
+        gpMoraInterface = &mSettings;
+        clearFailures();
+    }
     ~ProtectionTest() override { gpMoraInterface = nullptr; }
 
     QByteArray content() const {
