@@ -39,7 +39,7 @@ bool protect(const QString &path, storekeys::Key key, FailureList &failures) {
         if (isProtected(path))
             throw Refusal(QStringLiteral("it is protected already"));
         FileReplacement replacement(path);
-        sealedformat::seal(replacement.source(), replacement.target(), key);
+        sealedformat::seal(replacement.source(), replacement.sink(), key);
         replacement.rewind();
         sealedformat::compare(replacement.target(), replacement.source());
         replacement.commit();
@@ -52,9 +52,7 @@ bool unprotect(const QString &path, std::optional<storekeys::Key> key, FailureLi
         if (key && sealedformat::keyOf(replacement.source()) != *key)
             throw Refusal(QStringLiteral("it was protected with another key"));
         replacement.rewind();
-        sealedformat::open(replacement.source(), [&](const unsigned char *bytes, std::size_t size) {
-            replacement.write(bytes, size);
-        });
+        sealedformat::open(replacement.source(), replacement.sink());
         replacement.rewind();
         sealedformat::compare(replacement.source(), replacement.target());
         replacement.commit();

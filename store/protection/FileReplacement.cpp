@@ -74,14 +74,17 @@ bool startsAsSqlite(const QString &path) {
     return file.open(QIODevice::ReadOnly) && file.read(16) == QByteArray("SQLite format 3", 16);
 }
 
+/// A log is there as long as a program has the store open, a journal as long as a transaction is: one that is
+/// kept for the next transaction starts with a zero.
 void requireNoJournal(const QString &path) {
-    for (const char *suffix : {"-journal", "-wal"}) {
-        const QFileInfo journal(path + QLatin1String(suffix));
-        if (journal.size() > 0)
-            throw Refusal(
-                QStringLiteral("%1 beside it holds changes of its own: close the store everywhere first")
-                    .arg(journal.fileName()));
-    }
+    const QString log = path + QLatin1String("-wal");
+    const QString journal = path + QLatin1String("-journal");
+    QFile file(journal);
+    const bool isHot =
+        file.exists() && (!file.open(QIODevice::ReadOnly) || file.read(1) > QByteArray(1, '\0'));
+    if (isHot || QFile::exists(log))
+        throw Refusal(QStringLiteral("%1 beside it belongs to a program that uses the store: close it there")
+                          .arg(QFileInfo(isHot ? journal : log).fileName()));
 }
 
 } // namespace
@@ -123,11 +126,20 @@ FileReplacement::~FileReplacement() {
         mTarget.remove();
 }
 
-void FileReplacement::write(const unsigned char *bytes, std::size_t size) {
-    if (mTarget.write(reinterpret_cast<const char *>(bytes), static_cast<qint64>(size)) !=
-        static_cast<qint64>(size))
-        throw Refusal(
-            QStringLiteral("the new file beside it cannot be written (%1)").arg(mTarget.errorString()));
+sealedformat::Sink FileReplacement::sink() {
+    return [this](const unsigned char *bytes, std::size_t size) {
+        // A disk that is filling up takes a part; only the next try says why it takes no more.
+        while (size > 0) {
+            const qint64 step =
+                mTarget.write(reinterpret_cast<const char *>(bytes), static_cast<qint64>(size));
+            if (step <= 0)
+                throw Refusal(
+                    QStringLiteral("the new file beside it cannot be written (%1): make room on the disk")
+                        .arg(mTarget.errorString()));
+            bytes += step;
+            size -= static_cast<std::size_t>(step);
+        }
+    };
 }
 
 void FileReplacement::rewind() {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "store/protection/SealedFormat.h"
+
 #include <QDateTime>
 #include <QFile>
 
@@ -18,7 +20,8 @@ public:
 
     QFile &source() { return mSource; }
     QFile &target() { return mTarget; }
-    void write(const unsigned char *bytes, std::size_t size);
+    /// What it takes is written into the target.
+    sealedformat::Sink sink();
     /// Goes back to the start of both files.
     void rewind();
 

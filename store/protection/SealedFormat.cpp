@@ -58,12 +58,6 @@ std::size_t readUpTo(QIODevice &from, unsigned char *bytes, std::size_t size) {
     return done;
 }
 
-void writeAll(QIODevice &to, const unsigned char *bytes, std::size_t size) {
-    if (to.write(reinterpret_cast<const char *>(bytes), static_cast<qint64>(size)) !=
-        static_cast<qint64>(size))
-        throw Refusal(QStringLiteral("the new file beside it cannot be written (%1)").arg(to.errorString()));
-}
-
 storekeys::Salt saltOf(const Header &header) {
     storekeys::Salt salt{};
     std::memcpy(salt.data(), header.data() + kSaltAt, salt.size());
@@ -92,7 +86,7 @@ bool isSealed(const QByteArray &bytes) {
     return matches >= static_cast<int>(kMagicBytes / 2);
 }
 
-void seal(QIODevice &plain, QIODevice &sealed, storekeys::Key key) {
+void seal(QIODevice &plain, const Sink &sink, storekeys::Key key) {
     requireSodium();
     Header header{};
     std::memcpy(header.data(), kMagic, kMagicBytes);
@@ -104,7 +98,7 @@ void seal(QIODevice &plain, QIODevice &sealed, storekeys::Key key) {
     storekeys::derive(key, saltOf(header), fileKey);
     Stream stream;
     crypto_secretstream_xchacha20poly1305_init_push(&stream.state, header.data() + kStreamAt, fileKey.data());
-    writeAll(sealed, header.data(), header.size());
+    sink(header.data(), header.size());
 
     Secret<kPlainChunk> content;
     std::array<unsigned char, kSealedChunk> chunk; // NOLINT(cppcoreguidelines-pro-type-member-init)
@@ -114,7 +108,7 @@ void seal(QIODevice &plain, QIODevice &sealed, storekeys::Key key) {
                                                      : crypto_secretstream_xchacha20poly1305_TAG_MESSAGE;
         crypto_secretstream_xchacha20poly1305_push(&stream.state, chunk.data(), nullptr, content.data(), size,
                                                    header.data(), header.size(), tag);
-        writeAll(sealed, chunk.data(), size + crypto_secretstream_xchacha20poly1305_ABYTES);
+        sink(chunk.data(), size + crypto_secretstream_xchacha20poly1305_ABYTES);
     }
 }
 

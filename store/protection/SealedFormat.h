@@ -31,11 +31,11 @@ namespace sealedformat {
 /// magic text is there, so that a damaged file is not taken for one that was never protected.
 bool isSealed(const QByteArray &bytes);
 
-/// Writes the content of @p plain into @p sealed with a new salt and stream.
-void seal(QIODevice &plain, QIODevice &sealed, storekeys::Key key);
-
-/// Takes a piece of content.
+/// Takes a piece of a file.
 using Sink = std::function<void(const unsigned char *bytes, std::size_t size)>;
+
+/// Hands on, piece by piece, the protected form of what @p plain holds, with a new salt and stream.
+void seal(QIODevice &plain, const Sink &sink, storekeys::Key key);
 
 /// Reads the whole of @p sealed, handing its content on piece by piece; each piece is authentic, and the file
 /// is when this returns.
