@@ -28,7 +28,7 @@
 
 namespace {
 
-constexpr std::size_t kMegabyte = 1024 * 1024;
+constexpr std::size_t kMegabyte = 1024UL * 1024;
 
 double seconds(const std::function<bool()> &work) {
     const auto start = std::chrono::steady_clock::now();

@@ -66,7 +66,7 @@ private:
             if (version.date > versions.last().date)
                 return QStringLiteral("version %1 is dated after the newer one")
                     .arg(version.number.toString());
-            const QString missing = lastLacksNotes();
+            QString missing = lastLacksNotes();
             if (!missing.isEmpty())
                 return missing;
         }

@@ -40,7 +40,7 @@ bool protect(const QString &path, storekeys::Key key, FailureList &failures) {
             throw Refusal(QStringLiteral("it is protected already"));
         FileReplacement replacement(path);
         sealedformat::seal(replacement.source(), replacement.sink(), key);
-        replacement.rewind();
+        replacement.finishWriting();
         sealedformat::compare(replacement.target(), replacement.source());
         replacement.commit();
     });
@@ -51,9 +51,8 @@ bool unprotect(const QString &path, std::optional<storekeys::Key> key, FailureLi
         FileReplacement replacement(path);
         if (key && sealedformat::keyOf(replacement.source()) != *key)
             throw Refusal(QStringLiteral("it was protected with another key"));
-        replacement.rewind();
         sealedformat::open(replacement.source(), replacement.sink());
-        replacement.rewind();
+        replacement.finishWriting();
         sealedformat::compare(replacement.source(), replacement.target());
         replacement.commit();
     });

@@ -19,11 +19,11 @@
 namespace {
 
 /// Qt brings only the files to the disk that it renames itself, and those cannot be read again before.
-bool bringToDisk(QFile &file) {
+bool bringToDisk(int file) {
 #ifdef Q_OS_WIN
-    return file.flush() && _commit(file.handle()) == 0;
+    return _commit(file) == 0;
 #else
-    return file.flush() && fsync(file.handle()) == 0;
+    return fsync(file) == 0;
 #endif
 }
 
@@ -122,6 +122,8 @@ FileReplacement::FileReplacement(const QString &path) : mPath(QFileInfo(path).ca
 }
 
 FileReplacement::~FileReplacement() {
+    if (mOnDisk.valid())
+        mOnDisk.wait();
     if (mHasTarget)
         mTarget.remove();
 }
@@ -142,14 +144,15 @@ sealedformat::Sink FileReplacement::sink() {
     };
 }
 
-void FileReplacement::rewind() {
+void FileReplacement::finishWriting() {
+    mOnDisk = std::async(std::launch::async, bringToDisk, mTarget.handle());
     if (!mSource.seek(0) || !mTarget.seek(0))
         throw Refusal(QStringLiteral("it cannot be read again"));
 }
 
 void FileReplacement::commit() {
     const auto permissions = mSource.permissions();
-    if (!bringToDisk(mTarget) || !mTarget.setPermissions(permissions))
+    if (!mOnDisk.get() || !mTarget.setPermissions(permissions))
         throw Refusal(
             QStringLiteral("the new file beside it cannot be completed (%1)").arg(mTarget.errorString()));
     requireNoJournal(mPath);

@@ -5,6 +5,8 @@
 #include <QDateTime>
 #include <QFile>
 
+#include <future>
+
 /// Replaces a file by what is written beside it, as a whole or not at all. Throws Refusal.
 class FileReplacement {
 public:
@@ -22,11 +24,12 @@ public:
     QFile &target() { return mTarget; }
     /// What it takes is written into the target.
     sealedformat::Sink sink();
-    /// Goes back to the start of both files.
-    void rewind();
+    /// The target is complete: goes back to the start of both files, to read them again. The target is on its
+    /// way to the disk meanwhile.
+    void finishWriting();
 
-    /// Brings the new file to the disk, gives it the permissions of the old one and renames it over it.
-    /// Refuses when the old one has changed since it was opened.
+    /// Waits until the new file is on the disk, gives it the permissions of the old one and renames it over
+    /// it. Refuses when the old one has changed since it was opened.
     void commit();
 
 private:
@@ -36,4 +39,5 @@ private:
     QDateTime mChanged;
     qint64 mSize = 0;
     bool mHasTarget = false;
+    std::future<bool> mOnDisk;
 };

@@ -113,7 +113,9 @@ void seal(QIODevice &plain, const Sink &sink, storekeys::Key key) {
 }
 
 storekeys::Key keyOf(QIODevice &sealed) {
-    return static_cast<storekeys::Key>(readHeader(sealed)[kKeyAt]);
+    const Header header = readHeader(sealed);
+    sealed.seek(0);
+    return static_cast<storekeys::Key>(header[kKeyAt]);
 }
 
 void open(QIODevice &sealed, const Sink &sink) {

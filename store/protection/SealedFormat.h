@@ -41,7 +41,7 @@ void seal(QIODevice &plain, const Sink &sink, storekeys::Key key);
 /// is when this returns.
 void open(QIODevice &sealed, const Sink &sink);
 
-/// The key that @p sealed needs. Throws when the header is of no known form.
+/// The key that @p sealed needs; stays at the start of it. Throws when the header is of no known form.
 storekeys::Key keyOf(QIODevice &sealed);
 
 /// Checks that @p sealed opens to the content of @p plain, byte for byte.

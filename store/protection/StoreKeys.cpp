@@ -20,7 +20,7 @@ constexpr unsigned char kLibrary2[crypto_generichash_KEYBYTES] = {
 
 // Part of the format: written out, as the names of the library's own levels may change their meaning.
 constexpr unsigned long long kPasses = 2;
-constexpr std::size_t kMemory = 64 * 1024 * 1024;
+constexpr std::size_t kMemory = 64UL * 1024 * 1024;
 
 QJsonValue hostText() {
     return gpMoraInterface ? gpMoraInterface->jsonSettings().value(QLatin1String("__storekey"))

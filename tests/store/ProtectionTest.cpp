@@ -20,13 +20,14 @@ public:
 };
 
 class ProtectionTest : public StoreFixture {
-protected:
+public:
     ProtectionTest() {
         gpMoraInterface = &mSettings;
         clearFailures();
     }
     ~ProtectionTest() override { gpMoraInterface = nullptr; }
 
+protected:
     QByteArray content() const {
         QFile file(path());
         return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
@@ -167,8 +168,9 @@ TEST_F(ProtectionTest, ProtectsAStoreThatIsClosed) {
         QSqlDatabase other = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), QStringLiteral("other"));
         other.setDatabaseName(QFileInfo(path()).canonicalFilePath());
         ASSERT_TRUE(other.open());
-        QSqlQuery(QStringLiteral("pragma journal_mode = wal"), other);
-        QSqlQuery(QStringLiteral("update Net set name = 'logged'"), other);
+        QSqlQuery query(other);
+        ASSERT_TRUE(query.exec(QStringLiteral("pragma journal_mode = wal")));
+        ASSERT_TRUE(query.exec(QStringLiteral("update Net set name = 'logged'")));
         EXPECT_FALSE(DBTools::encryptFile(path()));
     }
     QSqlDatabase::removeDatabase(QStringLiteral("other"));
