@@ -186,12 +186,15 @@ bool giveBackUnused(const Store &store, bool useTransaction) {
     Transaction transaction(store, useTransaction);
     bool verdict = true;
     const QHash<QString, QList<long>> reserved = DBTools::mhId.value(store.netId());
-    for (auto table = reserved.cbegin(); table != reserved.cend(); ++table) {
-        if (table.value().isEmpty())
+    QStringList tables = reserved.keys();
+    tables.sort();
+    for (const QString &table : qAsConst(tables)) {
+        const QList<long> ids = reserved.value(table);
+        if (ids.isEmpty())
             continue;
         // The rows of all networks are set: hosts that give ids back rely on the statement as it stands.
         Query update(store, withTable("update IDGenerater set ID = %1 where TableName = '%2'",
-                                      {table.value().first() - 1}, table.key()));
+                                      {ids.first() - 1}, table));
         verdict = update.exec() && verdict;
     }
     return transaction.commitOrRecord(verdict);
