@@ -3,8 +3,8 @@
 #include "LaneConnector.h"
 #include "MoraStoreExport.h"
 #include "OwningList.h"
+#include "StoredJson.h"
 
-#include <QJsonObject>
 #include <QString>
 
 class Link;
@@ -24,11 +24,11 @@ public:
     double curvature = 1.0;
     double nonLinearCoefficient = 1.0;
     QString color = QStringLiteral("CCCCCC");
-    double desiredSpeed = 50.0;      ///< km/h
-    double limitSpeed = 80.0;        ///< km/h
-    QJsonObject leftBreakPointsJson; ///< the geometry objects hold {"data":[{"x":..,"y":..,"z":..}, ...]}
-    QJsonObject rightBreakPointsJson;
-    QJsonObject otherAttrsJson; ///< the host's
+    double desiredSpeed = 50.0;     ///< km/h
+    double limitSpeed = 80.0;       ///< km/h
+    StoredJson leftBreakPointsJson; ///< the geometry objects hold {"data":[{"x":..,"y":..,"z":..}, ...]}
+    StoredJson rightBreakPointsJson;
+    StoredJson otherAttrsJson; ///< the host's
     Link *mpStartLink = nullptr;
     Link *mpEndLink = nullptr;
     OwningList<LaneConnector> mlLaneConnector;

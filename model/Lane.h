@@ -1,8 +1,8 @@
 #pragma once
 
 #include "MoraStoreExport.h"
+#include "StoredJson.h"
 
-#include <QJsonObject>
 #include <QList>
 #include <QPair>
 #include <QString>
@@ -24,11 +24,11 @@ public:
     int serialNumber = 0; ///< position across the link, from 1
     double width = 0;     ///< metres
     QString expectTravelDirection;
-    QString actionType;               ///< kind of lane, one of the dictionary's words
-    QJsonObject centerLinePointsJson; ///< the geometry objects hold {"data":[{"x":..,"y":..,"z":..}, ...]}
-    QJsonObject leftBreakPointsJson;
-    QJsonObject rightBreakPointsJson;
-    QJsonObject otherAttrsJson;                 ///< the host's
+    QString actionType;              ///< kind of lane, one of the dictionary's words
+    StoredJson centerLinePointsJson; ///< the geometry objects hold {"data":[{"x":..,"y":..,"z":..}, ...]}
+    StoredJson leftBreakPointsJson;
+    StoredJson rightBreakPointsJson;
+    StoredJson otherAttrsJson;                  ///< the host's
     QList<GuideArrow *> mlGuideArrow;           ///< not owned
     QList<QPair<long, QString>> mlLimitVehicle; ///< code and name of each restricted vehicle type
 

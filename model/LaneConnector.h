@@ -1,8 +1,7 @@
 #pragma once
 
 #include "MoraStoreExport.h"
-
-#include <QJsonObject>
+#include "StoredJson.h"
 
 class Connector;
 class Lane;
@@ -17,10 +16,10 @@ public:
 
     long laneConnId = 0;
     int weight = 0;
-    QJsonObject centerLinePointsJson; ///< the geometry objects hold {"data":[{"x":..,"y":..,"z":..}, ...]}
-    QJsonObject leftBreakPointsJson;
-    QJsonObject rightBreakPointsJson;
-    QJsonObject otherAttrsJson; ///< the host's
+    StoredJson centerLinePointsJson; ///< the geometry objects hold {"data":[{"x":..,"y":..,"z":..}, ...]}
+    StoredJson leftBreakPointsJson;
+    StoredJson rightBreakPointsJson;
+    StoredJson otherAttrsJson; ///< the host's
     Connector *mpConnector = nullptr;
     Lane *mpStartLane = nullptr;
     Lane *mpEndLane = nullptr;

@@ -4,9 +4,9 @@
 #include "MoraStoreExport.h"
 #include "Node.h"
 #include "OwningList.h"
+#include "StoredJson.h"
 #include "Vertex.h"
 
-#include <QJsonObject>
 #include <QString>
 
 /// A directed road section. It owns its end nodes, vertices and lanes.
@@ -46,10 +46,10 @@ public:
     double limitSpeed = 0;         ///< km/h
     double minSpeed = 0;           ///< km/h
     double addValue = 0;
-    QJsonObject centerLinePointsJson; ///< the geometry objects hold {"data":[{"x":..,"y":..,"z":..}, ...]}
-    QJsonObject leftBreakPointsJson;
-    QJsonObject rightBreakPointsJson;
-    QJsonObject otherAttrsJson;  ///< the host's
+    StoredJson centerLinePointsJson; ///< the geometry objects hold {"data":[{"x":..,"y":..,"z":..}, ...]}
+    StoredJson leftBreakPointsJson;
+    StoredJson rightBreakPointsJson;
+    StoredJson otherAttrsJson;   ///< the host's
     Node *mpStartNode = nullptr; ///< owned
     Node *mpEndNode = nullptr;   ///< owned
     OwningList<Vertex> mlVertex; ///< from start to end

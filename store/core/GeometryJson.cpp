@@ -9,11 +9,11 @@ QByteArray toBytes(const QJsonObject &object) {
     return QJsonDocument(object).toJson(QJsonDocument::Compact);
 }
 
-QJsonObject fromBytes(const QByteArray &bytes) {
-    return bytes.isEmpty() ? QJsonObject() : QJsonDocument::fromJson(bytes).object();
+QByteArray toBytes(const StoredJson &value) {
+    return value.text().isEmpty() ? toBytes(value.object()) : value.text();
 }
 
-QVector<double> heights(const QJsonObject &geometry) {
+QVector<double> heights(const StoredJson &geometry) {
     QVector<double> result;
     const QJsonArray points = geometry.value(QLatin1String("data")).toArray();
     result.reserve(points.size());

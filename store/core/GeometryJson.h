@@ -1,7 +1,8 @@
 #pragma once
 
+#include "model/StoredJson.h"
+
 #include <QByteArray>
-#include <QJsonObject>
 #include <QVector>
 
 /// The stored form of the geometry columns: {"data":[{"x":..,"y":..,"z":..},...]}, compact, UTF-8, numbers
@@ -10,11 +11,10 @@ namespace geometryjson {
 
 /// A JSON object in its stored form.
 QByteArray toBytes(const QJsonObject &object);
-
-/// The object of a stored form; empty when @p bytes are empty or do not parse.
-QJsonObject fromBytes(const QByteArray &bytes);
+/// The text that the value was read with, else its object in the stored form.
+QByteArray toBytes(const StoredJson &value);
 
 /// The heights (z) of the points of a geometry object, in order.
-QVector<double> heights(const QJsonObject &geometry);
+QVector<double> heights(const StoredJson &geometry);
 
 } // namespace geometryjson

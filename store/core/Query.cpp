@@ -46,8 +46,15 @@ Query &Query::bind(const char *name, const QString &value) {
 }
 
 Query &Query::bind(const char *name, const QJsonObject &value) {
-    const QByteArray json = geometryjson::toBytes(value);
-    return mStore.isSqlite() ? bindValue(name, json) : bindValue(name, QString::fromUtf8(json));
+    return bindJson(name, geometryjson::toBytes(value));
+}
+
+Query &Query::bind(const char *name, const StoredJson &value) {
+    return bindJson(name, geometryjson::toBytes(value));
+}
+
+Query &Query::bindJson(const char *name, const QByteArray &text) {
+    return mStore.isSqlite() ? bindValue(name, text) : bindValue(name, QString::fromUtf8(text));
 }
 
 Query &Query::bindFlag(const char *name, bool value) {
@@ -90,10 +97,6 @@ bool Query::run() {
 QVariant Query::value(const char *column) {
     const int index = columnIndex(column);
     return index >= 0 ? mQuery.value(index) : QVariant();
-}
-
-QJsonObject Query::json(const char *column) {
-    return geometryjson::fromBytes(value(column).toByteArray());
 }
 
 int Query::columnIndex(const char *column) {

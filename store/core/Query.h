@@ -1,9 +1,9 @@
 #pragma once
 
+#include "model/StoredJson.h"
 #include "store/core/Store.h"
 
 #include <QByteArray>
-#include <QJsonObject>
 #include <QSqlQuery>
 #include <QVariant>
 
@@ -38,6 +38,7 @@ public:
     Query &bind(const char *name, const QString &value);
     Query &bind(const char *name, const QByteArray &value) { return bindValue(name, value); }
     Query &bind(const char *name, const QJsonObject &value);
+    Query &bind(const char *name, const StoredJson &value);
     /// @}
     /// Binds a switch as "T" or "F".
     Query &bindFlag(const char *name, bool value);
@@ -69,8 +70,8 @@ public:
     int integer(const char *column) { return value(column).toInt(); }
     /// An identifier: 64 bits wide in the store, narrowed to 32.
     long id(const char *column) { return narrowedId(value(column)); }
-    /// A JSON object; empty when the text is empty or does not parse.
-    QJsonObject json(const char *column);
+    /// A JSON object with its text; empty when the text is empty or does not parse.
+    StoredJson json(const char *column) { return StoredJson::fromText(value(column).toByteArray()); }
     /// @}
     /// The first column of the current row as an identifier.
     long firstId() const { return narrowedId(mQuery.value(0)); }
@@ -81,6 +82,7 @@ public:
     }
 
 private:
+    Query &bindJson(const char *name, const QByteArray &text);
     void prepare();
     int columnIndex(const char *column);
 

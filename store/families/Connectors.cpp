@@ -79,7 +79,7 @@ bool updateGeometry(const Store &store, const Connector &connector) {
     geometry.bind(":leftBreakPointsJson", connector.leftBreakPointsJson)
         .bind(":rightBreakPointsJson", connector.rightBreakPointsJson);
     bool written = geometry.exec();
-    if (!connector.otherAttrsJson.isEmpty()) {
+    if (!connector.otherAttrsJson.holdsNothing()) {
         Query attributes(store, kUpdateAttributes, {connector.connID});
         written = attributes.bind(":otherAttrsJson", connector.otherAttrsJson).exec() && written;
     }
@@ -135,7 +135,7 @@ bool insertLaneConnectors(const Store &store, const Connector &connector) {
                 .bind(":rightBreakPointsJson", lanes->rightBreakPointsJson);
         }
         bool laneWritten = insert.exec();
-        if (laneWritten && severalNets && !lanes->otherAttrsJson.isEmpty())
+        if (laneWritten && severalNets && !lanes->otherAttrsJson.holdsNothing())
             laneWritten = insertLaneConnectorAttributes(store, connector, *lanes);
         written = laneWritten && written;
     }

@@ -90,7 +90,7 @@ bool insertAll(const Store &store, const Link &link, bool soFar) {
                 .bind(":rightBreakPointsJson", lane->rightBreakPointsJson);
         }
         soFar = insert.exec() && soFar;
-        if (soFar && withGeometry && !lane->otherAttrsJson.isEmpty())
+        if (soFar && withGeometry && !lane->otherAttrsJson.holdsNothing())
             soFar = insertAttributes(store, *lane, link.linkID);
     }
     return soFar;

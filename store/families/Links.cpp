@@ -116,10 +116,10 @@ bool updateGeometry(const Store &store, const Link &link) {
     const Lane *rightmost = lanes::first(link);
     Query geometry(store, kUpdateGeometry, {link.linkID});
     geometry.bind(":centerLinePointsJson", link.centerLinePointsJson)
-        .bind(":leftBreakPointsJson", leftmost ? leftmost->leftBreakPointsJson : QJsonObject())
-        .bind(":rightBreakPointsJson", rightmost ? rightmost->rightBreakPointsJson : QJsonObject());
+        .bind(":leftBreakPointsJson", leftmost ? leftmost->leftBreakPointsJson : StoredJson())
+        .bind(":rightBreakPointsJson", rightmost ? rightmost->rightBreakPointsJson : StoredJson());
     bool written = geometry.exec();
-    if (!link.otherAttrsJson.isEmpty()) {
+    if (!link.otherAttrsJson.holdsNothing()) {
         Query attributes(store, kUpdateAttributes, {link.linkID});
         written = attributes.bind(":otherAttrsJson", link.otherAttrsJson).exec() && written;
     }

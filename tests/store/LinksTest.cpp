@@ -76,6 +76,27 @@ TEST_P(LinksTest, ComesBackAsWritten) {
     EXPECT_EQ(rows(QStringLiteral("select num from LinkVertex order by num")), QStringList({"1", "2", "3"}));
 }
 
+TEST_P(LinksTest, JsonThatWasNotChangedIsWrittenBackByteForByte) {
+    ASSERT_TRUE(DBTools::insertLink(gDB, kNet, sampleLink(7).get(), true));
+    execute(
+        QStringLiteral("update Link set otherAttrsJson = '{\"a\":', centerLinePointsJson = '{ \"n\":1.0 }'"));
+    execute(QStringLiteral("update Lane set centerLinePointsJson = 'no JSON', leftBreakPointsJson = ' {}'"));
+    reopen();
+    const QString texts = QStringLiteral(
+        "select Link.otherAttrsJson, Link.centerLinePointsJson, Link.leftBreakPointsJson, "
+        "Lane.centerLinePointsJson, Lane.rightBreakPointsJson from Link, Lane order by LaneID");
+    const std::unique_ptr<Link> read(DBTools::selectLinkByID(gDB, kNet, 7));
+    ASSERT_TRUE(read);
+    EXPECT_TRUE(read->otherAttrsJson.isEmpty());
+    EXPECT_EQ(read->centerLinePointsJson.value("n"), 1);
+    execute(QStringLiteral("update Link set leftBreakPointsJson = ' {}'"));
+    const QStringList before = rows(texts);
+    for (const char *table : {"Link", "Lane", "LinkVertex", "Vertex", "Node"})
+        execute(QStringLiteral("delete from %1").arg(table));
+    EXPECT_TRUE(DBTools::insertLink(gDB, kNet, read.get(), true));
+    EXPECT_EQ(rows(texts), before);
+}
+
 TEST_P(LinksTest, GNetAnswersTheSecondReadUntilTheLinkIsGone) {
     const auto written = sampleLink(7);
     ASSERT_TRUE(DBTools::insertLink(gDB, kNet, written.get(), true));
