@@ -1,3 +1,5 @@
+#include "Statements.h"
+
 #include <QCoreApplication>
 #include <QFile>
 #include <QSqlDatabase>
@@ -12,49 +14,9 @@
 ///
 /// Usage: make_template STORE FILE.sql...
 ///
-/// A statement ends with a semicolon at the end of a line; a comment is a line of its own that starts with
-/// "--". A refused statement ends the run with the file, the line and the engine's words, and leaves no
-/// store.
+/// A refused statement ends the run with the file, the line and the engine's words, and leaves no store.
 
 namespace {
-
-struct Statement {
-    QString text;
-    int line; ///< where it starts, counted from 1
-};
-
-QList<Statement> readStatements(const QString &path) {
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly | QIODevice::Text))
-        throw std::runtime_error(qPrintable(path + QStringLiteral(": ") + file.errorString()));
-    QTextStream in(&file);
-    in.setCodec("UTF-8");
-    QList<Statement> statements;
-    Statement current{QString(), 0};
-    for (int line = 1; !in.atEnd(); ++line) {
-        const QString text = in.readLine();
-        if (current.text.isEmpty() && text.trimmed().isEmpty())
-            continue;
-        if (text.trimmed().startsWith(QLatin1String("--")))
-            continue;
-        if (current.text.isEmpty())
-            current.line = line;
-        else
-            current.text += QLatin1Char('\n');
-        current.text += text;
-        if (!text.endsWith(QLatin1Char(';')))
-            continue;
-        current.text.chop(1);
-        statements.append(current);
-        current = {QString(), 0};
-    }
-    if (!current.text.isEmpty())
-        throw std::runtime_error(
-            qPrintable(QStringLiteral("%1:%2: the statement has no semicolon at the end of a line")
-                           .arg(path)
-                           .arg(current.line)));
-    return statements;
-}
 
 void run(QSqlQuery &query, const QString &statement, const QString &where) {
     if (!query.exec(statement))

@@ -39,7 +39,7 @@ protected:
     SumoNet mNet;
 };
 
-INSTANTIATE_TEST_SUITE_P(Stores, TrafficImport, testing::ValuesIn(kStoreKinds), storeKindName);
+INSTANTIATE_TEST_SUITE_P(Stores, TrafficImport, testing::ValuesIn(kFileKinds), storeKindName);
 
 } // namespace
 

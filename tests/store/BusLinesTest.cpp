@@ -185,6 +185,6 @@ TEST_P(BusLinesTest, Stations) {
     EXPECT_EQ(failureCount(), 0);
 }
 
-INSTANTIATE_TEST_SUITE_P(Stores, BusLinesTest, testing::ValuesIn(kStoreKinds), storeKindName);
+INSTANTIATE_TEST_SUITE_P(Stores, BusLinesTest, testing::ValuesIn(kFileKinds), storeKindName);
 
 } // namespace

@@ -121,7 +121,7 @@ TEST_P(ConnectorsTest, GuideArrowsFollowTheirLanes) {
     EXPECT_EQ(DBTools::selectGuideArrowByID(gDB, kNet, 5), nullptr);
 }
 
-INSTANTIATE_TEST_SUITE_P(Stores, ConnectorsTest, testing::ValuesIn(kStoreKinds), storeKindName);
+INSTANTIATE_TEST_SUITE_P(Stores, ConnectorsTest, testing::ValuesIn(kFileKinds), storeKindName);
 
 class OneNetConnectorsTest : public StoreFixture {};
 

@@ -236,7 +236,7 @@ TEST_P(DecisionPointsTest, LanePairsOfARouteOnAConnector) {
     EXPECT_EQ(lanes, (QList<QPair<long, long>>({{71, 81}, {71, 82}, {72, 81}})));
 }
 
-INSTANTIATE_TEST_SUITE_P(Stores, DecisionPointsTest, testing::ValuesIn(kStoreKinds), storeKindName);
+INSTANTIATE_TEST_SUITE_P(Stores, DecisionPointsTest, testing::ValuesIn(kFileKinds), storeKindName);
 
 class SeveralNetsDecisionPointsTest : public StoreFixture {};
 

@@ -70,6 +70,6 @@ TEST_P(DeparturePointsTest, GoodRowsStayInBothStyles) {
                      "82|8|820|8200|3", "83|8|830|8300|4"}));
 }
 
-INSTANTIATE_TEST_SUITE_P(Stores, DeparturePointsTest, testing::ValuesIn(kStoreKinds), storeKindName);
+INSTANTIATE_TEST_SUITE_P(Stores, DeparturePointsTest, testing::ValuesIn(kFileKinds), storeKindName);
 
 } // namespace

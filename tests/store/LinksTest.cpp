@@ -193,7 +193,7 @@ TEST_P(LinksTest, TheCallersTransactionStaysTheCallers) {
     EXPECT_TRUE(DBTools::insertLink(gDB, kNet, link.get(), true));
 }
 
-INSTANTIATE_TEST_SUITE_P(Stores, LinksTest, testing::ValuesIn(kStoreKinds), storeKindName);
+INSTANTIATE_TEST_SUITE_P(Stores, LinksTest, testing::ValuesIn(kFileKinds), storeKindName);
 
 TEST_P(LinksTest, AFullDiskEndsTheOperationWithNothingWritten) {
     const auto link = sampleLink(7);

@@ -75,6 +75,6 @@ TEST_P(NetworkRemovalTest, AFailedGroupEndsTheRemovalAndIsNotTakenBack) {
     EXPECT_EQ(count(QStringLiteral("LaneConnector")), 2);
 }
 
-INSTANTIATE_TEST_SUITE_P(Stores, NetworkRemovalTest, testing::ValuesIn(kStoreKinds), storeKindName);
+INSTANTIATE_TEST_SUITE_P(Stores, NetworkRemovalTest, testing::ValuesIn(kFileKinds), storeKindName);
 
 } // namespace

@@ -73,6 +73,6 @@ TEST_P(ReduceSpeedAreasTest, GoesOnAfterAFailedRow) {
     EXPECT_EQ(failures().size(), 1);
 }
 
-INSTANTIATE_TEST_SUITE_P(Stores, ReduceSpeedAreasTest, testing::ValuesIn(kStoreKinds), storeKindName);
+INSTANTIATE_TEST_SUITE_P(Stores, ReduceSpeedAreasTest, testing::ValuesIn(kFileKinds), storeKindName);
 
 } // namespace

@@ -65,6 +65,6 @@ TEST_P(SceneConfigurationsTest, SwitchesAreWrittenToEveryRow) {
     EXPECT_EQ(failures().size(), 1);
 }
 
-INSTANTIATE_TEST_SUITE_P(Stores, SceneConfigurationsTest, testing::ValuesIn(kStoreKinds), storeKindName);
+INSTANTIATE_TEST_SUITE_P(Stores, SceneConfigurationsTest, testing::ValuesIn(kFileKinds), storeKindName);
 
 } // namespace

@@ -185,7 +185,7 @@ TEST_P(SignalsTest, ALampComesBackOnceItsPhaseIsKnown) {
     EXPECT_EQ(failureCount(), 0);
 }
 
-INSTANTIATE_TEST_SUITE_P(Stores, SignalsTest, testing::ValuesIn(kStoreKinds), storeKindName);
+INSTANTIATE_TEST_SUITE_P(Stores, SignalsTest, testing::ValuesIn(kFileKinds), storeKindName);
 
 class OneNetSignalsTest : public StoreFixture {};
 

@@ -90,6 +90,6 @@ TEST_P(StatementsTest, EveryOperationExecutesWhatTheListSays) {
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(Stores, StatementsTest, testing::ValuesIn(kStoreKinds), storeKindName);
+INSTANTIATE_TEST_SUITE_P(Stores, StatementsTest, testing::ValuesIn(kFileKinds), storeKindName);
 
 } // namespace

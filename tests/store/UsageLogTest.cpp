@@ -114,7 +114,7 @@ TEST_P(UsageLogTest, OutlivesTheObjectsOfItsNetwork) {
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(Stores, UsageLogTest, testing::ValuesIn(kStoreKinds), storeKindName);
+INSTANTIATE_TEST_SUITE_P(Stores, UsageLogTest, testing::ValuesIn(kFileKinds), storeKindName);
 
 TEST_F(StoreFixture, UsageLogFitsTheColumnsOfAnOlderStore) {
     openTemplate("EmptyNet_V2.00.00");

@@ -71,6 +71,6 @@ TEST_P(VehicleCompositionsTest, TheFirstFailureEndsTheOperation) {
     EXPECT_EQ(failures().size(), 3);
 }
 
-INSTANTIATE_TEST_SUITE_P(Stores, VehicleCompositionsTest, testing::ValuesIn(kStoreKinds), storeKindName);
+INSTANTIATE_TEST_SUITE_P(Stores, VehicleCompositionsTest, testing::ValuesIn(kFileKinds), storeKindName);
 
 } // namespace

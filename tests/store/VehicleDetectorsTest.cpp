@@ -100,7 +100,7 @@ TEST_P(VehicleDetectorsTest, TypesAreWrittenOneByOneAndGeneration6RefusesThem) {
     EXPECT_FALSE(after->hasVehiType(77));
 }
 
-INSTANTIATE_TEST_SUITE_P(Stores, VehicleDetectorsTest, testing::ValuesIn(kStoreKinds), storeKindName);
+INSTANTIATE_TEST_SUITE_P(Stores, VehicleDetectorsTest, testing::ValuesIn(kFileKinds), storeKindName);
 
 TEST_F(StoreFixture, DetectorsOfSeveralNetworksAreKeptApart) {
     openTemplate("EmptyNet_V6.0.0");

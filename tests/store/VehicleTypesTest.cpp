@@ -78,6 +78,6 @@ TEST_P(VehicleTypesTest, FailuresAreRecorded) {
     EXPECT_EQ(failures().size(), 3);
 }
 
-INSTANTIATE_TEST_SUITE_P(Stores, VehicleTypesTest, testing::ValuesIn(kStoreKinds), storeKindName);
+INSTANTIATE_TEST_SUITE_P(Stores, VehicleTypesTest, testing::ValuesIn(kFileKinds), storeKindName);
 
 } // namespace

@@ -94,6 +94,6 @@ TEST_P(ZonesTest, ListsReportAFailedQuery) {
     EXPECT_EQ(accidents.size() + works.size(), 6);
 }
 
-INSTANTIATE_TEST_SUITE_P(Stores, ZonesTest, testing::ValuesIn(kStoreKinds), storeKindName);
+INSTANTIATE_TEST_SUITE_P(Stores, ZonesTest, testing::ValuesIn(kFileKinds), storeKindName);
 
 } // namespace

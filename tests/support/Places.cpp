@@ -5,6 +5,10 @@ QString sourceFolder() {
     return QStringLiteral(MORASTORE_SOURCE_DIR);
 }
 
+QString postgresqlText() {
+    return QStringLiteral(MORASTORE_POSTGRESQL_TEXT);
+}
+
 QString morastoreProgram() {
     return QStringLiteral(MORASTORE_PROGRAM);
 }

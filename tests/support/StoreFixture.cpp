@@ -11,8 +11,10 @@
 #include <QSqlQuery>
 #include <QSqlRecord>
 
-const StoreKind kStoreKinds[2] = {{"OneNet", "EmptyNet_V3.0.0", false},
-                                  {"SeveralNets", "EmptyNet_V6.0.0", true}};
+const StoreKind kStoreKinds[3] = {{"OneNet", "EmptyNet_V3.0.0", false},
+                                  {"SeveralNets", "EmptyNet_V6.0.0", true},
+                                  {"Postgres", nullptr, true}};
+const StoreKind kFileKinds[2] = {kStoreKinds[0], kStoreKinds[1]};
 
 std::string storeKindName(const testing::TestParamInfo<StoreKind> &info) {
     return info.param.name;
@@ -49,6 +51,18 @@ void StoreFixture::openTemplate(const char *templateName) {
     QFile::remove(path());
     ASSERT_TRUE(QFile::copy(QStringLiteral(":/Resources/EmptyNet/") + QLatin1String(templateName), path()));
     ASSERT_TRUE(QFile::setPermissions(path(), QFile::ReadOwner | QFile::WriteOwner));
+    openAndAddNet();
+}
+
+void StoreFixture::openPostgres() {
+    if (!PostgresDatabase::hasServer())
+        GTEST_SKIP() << "there is no PostgreSQL server (scripts/with-postgres)";
+    mDatabase = std::make_unique<PostgresDatabase>();
+    mDatabase->use();
+    openAndAddNet();
+}
+
+void StoreFixture::openAndAddNet() {
     dropMemory();
     ASSERT_TRUE(DBTools::openDatabase(gDB, path(), true));
     const QString name = QStringLiteral("测试");

@@ -2,6 +2,7 @@
 
 #include "store/DBTools.h"
 #include "store/DBTools_V6.h"
+#include "tests/support/PostgresDatabase.h"
 
 #include <QSqlDatabase>
 #include <QString>
@@ -9,19 +10,23 @@
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
 
+#include <memory>
 #include <ostream>
 
 /// A kind of store that a family's suite runs on.
 struct StoreKind {
     const char *name;         ///< Shows in the test's name.
-    const char *templateName; ///< Template that the store is made from.
+    const char *templateName; ///< Template that the store file is made from; null on the PostgreSQL server.
     bool hasSeveralNets;
+    bool isPostgres() const { return !templateName; }
 
     friend std::ostream &operator<<(std::ostream &out, const StoreKind &kind) { return out << kind.name; }
 };
 
 /// The kinds for INSTANTIATE_TEST_SUITE_P(..., testing::ValuesIn(kStoreKinds), storeKindName).
-extern const StoreKind kStoreKinds[2];
+extern const StoreKind kStoreKinds[3];
+/// Those of them that are files.
+extern const StoreKind kFileKinds[2];
 std::string storeKindName(const testing::TestParamInfo<StoreKind> &info);
 
 /// A store of its own for each case, open on gDB, made from a template that the library carries.
@@ -33,7 +38,9 @@ protected:
     /// Copies a template to a file and opens it; network 1 exists and is the current one. Failures of the
     /// opening itself are not kept.
     void openTemplate(const char *templateName);
-    /// Drops what memory holds of the store (gNet's tables, registries) and opens the file again; network 1
+    /// The same with a database of its own on the test server; skips the case where there is none.
+    void openPostgres();
+    /// Drops what memory holds of the store (gNet's tables, registries) and opens it again; network 1
     /// is loaded where the store has one.
     void reopen();
     /// Path of the store file.
@@ -54,13 +61,17 @@ protected:
     static constexpr long kNet = 1;
 
 private:
+    void openAndAddNet();
+
     QTemporaryDir mFolder;
+    std::unique_ptr<PostgresDatabase> mDatabase;
 };
 
 /// StoreFixture opened on the template of the parameter.
 class StoreKindFixture : public StoreFixture, public testing::WithParamInterface<StoreKind> {
 protected:
-    void SetUp() override { openTemplate(GetParam().templateName); }
+    void SetUp() override { isPostgres() ? openPostgres() : openTemplate(GetParam().templateName); }
+    bool isPostgres() const { return GetParam().isPostgres(); }
     bool hasSeveralNets() const { return GetParam().hasSeveralNets; }
     /// Writes a row of network 1 by a statement of the test's own.
     void addRow(const QString &table, const QString &columns, const QString &values) {

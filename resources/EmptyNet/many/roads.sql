@@ -85,7 +85,9 @@ create table LaneLimitVehicle (
     laneID Bigint not null,
     vehicleTypeCode Bigint not null,
     constraint PK_LANELIMITVEHICLE primary key (NetId, laneID, vehicleTypeCode),
+    -- Not on PostgreSQL: removing a network empties Lane, and leaves this table alone.
     constraint FK_LANELIMI_LANELIMIT_LANE foreign key (NetId, laneID) references Lane (NetId, laneID) on update restrict on delete restrict,
+    -- Not on PostgreSQL: removing a network empties VehicleType, and leaves this table alone.
     constraint FK_LANELIMI_LANELIMIT_VEHICLET foreign key (NetId, vehicleTypeCode) references VehicleType (NetId, vehicleTypeCode) on update restrict on delete restrict
 );
 
@@ -94,7 +96,9 @@ create table LinkLimitVehicle (
     linkID Bigint not null,
     vehicleTypeCode Bigint not null,
     constraint PK_LINKLIMITVEHICLE primary key (NetId, linkID, vehicleTypeCode),
+    -- Not on PostgreSQL: removing a network empties Link, and leaves this table alone.
     constraint FK_LINKLIMI_LINKLIMIT_LINK foreign key (NetId, linkID) references Link (NetId, linkID) on update restrict on delete restrict,
+    -- Not on PostgreSQL: removing a network empties VehicleType, and leaves this table alone.
     constraint FK_LINKLIMI_LINKLIMIT_VEHICLET foreign key (NetId, vehicleTypeCode) references VehicleType (NetId, vehicleTypeCode) on update restrict on delete restrict
 );
 
@@ -103,7 +107,9 @@ create table LinkFenceMiddle (
     linkID1 Bigint not null,
     linkID2 Bigint not null,
     constraint PK_LINKFENCEMIDDLE primary key (NetId, linkID1, linkID2),
+    -- Not on PostgreSQL: removing a network empties Link, and leaves this table alone.
     constraint FK_LINKFENC_LINKFENCE_LINK1 foreign key (NetId, linkID1) references Link (NetId, linkID) on update restrict on delete restrict,
+    -- Not on PostgreSQL: removing a network empties Link, and leaves this table alone.
     constraint FK_LINKFENC_LINKFENCE_LINK2 foreign key (NetId, linkID2) references Link (NetId, linkID) on update restrict on delete restrict
 );
 
@@ -161,7 +167,9 @@ create table ConnectorLimitVehicle (
     connID Bigint not null,
     vehicleTypeCode Bigint not null,
     constraint PK_CONNECTORLIMITVEHICLE primary key (NetId, vehicleTypeCode, connID),
+    -- Not on PostgreSQL: removing a network empties VehicleType, and leaves this table alone.
     constraint FK_CONNECTO_CONNECTOR_VEHICLET foreign key (NetId, vehicleTypeCode) references VehicleType (NetId, vehicleTypeCode) on update restrict on delete restrict,
+    -- Not on PostgreSQL: removing a network empties Connector, and leaves this table alone.
     constraint FK_CONNECTO_CONNECTOR_CONNECTO foreign key (NetId, connID) references Connector (NetId, connID) on update restrict on delete restrict
 );
 

@@ -75,5 +75,6 @@ create table Passenger (
     stationLineID Bigint not null,
     arrivingTime Bigint not null,
     constraint PK_PASSENGER primary key (NetId, PassengerID),
+    -- Not on PostgreSQL: removing a network empties BusStationLine, and leaves this table alone.
     constraint FK_PASSENGE_R29_BUSSTATI foreign key (NetId, stationLineID) references BusStationLine (NetId, stationLineID) on update restrict on delete restrict
 );

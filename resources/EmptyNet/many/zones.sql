@@ -77,5 +77,6 @@ create table ReduceSpeedVehiType (
     speedSD Numeric(6,2) not null,
     primary key (NetId, reduceSpeedAreaID, vehicleTypeCode),
     constraint FK_REDUCESP_REDUCESPE_REDUCESP foreign key (NetId, reduceSpeedAreaID) references ReduceSpeedArea (NetId, reduceSpeedAreaID) on update restrict on delete restrict,
+    -- Not on PostgreSQL: a vehicle type is no composition.
     constraint FK_REDUCESP_REDUCESPE_VEHICLET foreign key (NetId, vehicleTypeCode) references VehicleConstitutent (NetId, vehicleConsCode) on update restrict on delete restrict
 );

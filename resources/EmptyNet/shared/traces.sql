@@ -15,6 +15,7 @@ create table Vehicle (
     DesirDrivSide Char(1) null,
     DriverType Char(1) null,
     constraint PK_VEHICLE primary key (VehiID),
+    -- Not on PostgreSQL: VehicleType is keyed by two columns in generation 6.
     constraint FK_VEHICLE_RELATIONS_VEHICLET foreign key (VehicleTypeCode) references VehicleType (vehicleTypeCode) on update restrict on delete restrict
 );
 
@@ -56,5 +57,6 @@ create table VehicleDriving (
     VehiCrossCritGap Numeric(6) null,
     constraint PK_VEHICLEDRIVING primary key (VehiDrivID),
     constraint FK_VEHICLED_RELATIONS_VEHICLE foreign key (VehiID) references Vehicle (VehiID) on update restrict on delete restrict,
+    -- Not on PostgreSQL: Routing is keyed by two columns in generation 6.
     constraint FK_VEHICLED_RELATIONS_ROUTING foreign key (RoutingID) references Routing (routingID) on update restrict on delete restrict
 );
