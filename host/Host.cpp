@@ -51,7 +51,7 @@ Session::~Session() {
 }
 
 QJsonObject Session::jsonSettings() const {
-    QJsonObject settings = {{QStringLiteral("__dbdriver"), QStringLiteral("QSQLITE")}};
+    QJsonObject settings;
     const QString key = QStringLiteral("__storekey");
     const QJsonObject file = FileHelper::readConfigFile();
     if (file.contains(key))

@@ -11,9 +11,9 @@ namespace host {
 /// and a limit on the size of files that shows as an error instead of ending the process.
 void prepareProcess();
 
-/// For the life of this object the program is the library's host: it gives the connection settings (stores
-/// are SQLite files), the key "__storekey" of the configuration file (FileHelper::readConfigFile()) and the
-/// language, and decides whether the library's log is shown.
+/// For the life of this object the program is the library's host: it gives the key "__storekey" of the
+/// configuration file (FileHelper::readConfigFile()) and the language, and decides whether the library's log
+/// is shown.
 class Session : private IMoraInterface {
 public:
     /// `language` is a locale's name ("zh", "en_GB"); empty stands for the user's locale.

@@ -13,6 +13,10 @@ namespace commands {
 
 using Run = std::function<void()>;
 
+/// What the help says of a command's STORE.
+constexpr const char *kStoreHelp =
+    "Store: path of a file, or connection string of a PostgreSQL database (\"dbname=... host=...\")";
+
 void addNew(CLI::App &program, Run &run);
 void addImport(CLI::App &program, Run &run);
 void addInfo(CLI::App &program, Run &run);

@@ -14,7 +14,7 @@ void addDraw(CLI::App &program, Run &run) {
     const auto options = std::make_shared<Options>();
     CLI::App *command =
         program.add_subcommand("draw", "Draw a network of a store: lanes to scale, connectors, direction.");
-    command->add_option("STORE", options->store, "Path of the store")->required();
+    command->add_option("STORE", options->store, kStoreHelp)->required();
     command->add_option("PICTURE", options->picture, "Path of the picture, .svg or .png")->required();
     command->add_option("--net", options->net, "Number of the network; default: the store's first")
         ->type_name("ID");

@@ -51,7 +51,7 @@ void addImport(CLI::App &program, Run &run) {
         "import",
         "Read a SUMO network, with demand and additional objects, into a new network of a store: as a whole "
         "or, on a failure, not at all. References that lead nowhere are named and left out.");
-    command->add_option("STORE", options->store, "Path of the store")->required();
+    command->add_option("STORE", options->store, kStoreHelp)->required();
     command->add_option("NETWORK", options->network, "SUMO network, .net.xml or .net.xml.gz")->required();
     command->add_option("--name", options->name, "Name of the new network; default: the file's name")
         ->type_name("N");

@@ -14,13 +14,13 @@ void addInfo(CLI::App &program, Run &run) {
     const auto options = std::make_shared<Options>();
     CLI::App *command = program.add_subcommand(
         "info", "Say what a store holds: generation, language, networks, rows per kind, extent.");
-    command->add_option("STORE", options->store, "Path of the store")->required();
+    command->add_option("STORE", options->store, kStoreHelp)->required();
     command->add_flag("--json", options->json, "As one JSON object; lengths and coordinates in metres");
     command->callback([options, &run] {
         run = [options] {
-            const QString path = QString::fromStdString(options->store);
-            const OpenStore store(path, Access::Read);
-            const StoreInfo info = takeStock(path);
+            const StoreAddress address(QString::fromStdString(options->store));
+            const OpenStore store(address, Access::Read);
+            const StoreInfo info = takeStock(address.name());
             print(options->json ? QString::fromUtf8(QJsonDocument(info.toJson()).toJson()) : info.toText());
         };
     });

@@ -13,7 +13,12 @@ void add(CLI::App &program, Run &run, const char *name, const char *description,
     command->add_option("FILE", *path, "Path of the store")->required();
     command->callback([path, change, &run] {
         run = [path, change] {
-            if (!change(QString::fromStdString(*path)))
+            const StoreAddress address(QString::fromStdString(*path));
+            if (address.isServer())
+                throw Failure(QStringLiteral("%1: only a store file can be protected; on a server the access "
+                                             "rights and its disk's encryption do that")
+                                  .arg(address.name()));
+            if (!change(address.path()))
                 throw Failure(firstFailureText());
         };
     });

@@ -110,7 +110,7 @@ void addShow(CLI::App &program, Run &run) {
     const auto options = std::make_shared<Options>();
     CLI::App *command =
         program.add_subcommand("show", "List the objects of a kind, or show one in all its fields.");
-    command->add_option("STORE", options->store, "Path of the store")->required();
+    command->add_option("STORE", options->store, kStoreHelp)->required();
     command->add_option("KIND", options->kind, kindNames().toStdString())->required();
     command->add_option("ID", options->id, "Number of the object; without it all are listed")
         ->check(CLI::NonNegativeNumber);

@@ -6,6 +6,7 @@
 void requireWritten(bool done, const char *what) {
     if (done)
         return;
+    requireServerAlive();
     const QString reason = firstFailureText();
     throw Failure(
         QStringLiteral("the store refused the %1 (%2); nothing was imported")

@@ -1,6 +1,7 @@
 #include "host/store/GuardedTransaction.h"
 
 #include "host/Failure.h"
+#include "host/store/OpenStore.h"
 
 #include <QSqlError>
 #include <QSqlQuery>
@@ -31,7 +32,15 @@ void GuardedTransaction::Reader::close() {
     QSqlDatabase::removeDatabase(kReader);
 }
 
-GuardedTransaction::GuardedTransaction(QSqlDatabase &db) : mDb(db), mReader(db.databaseName()) {
+GuardedTransaction::GuardedTransaction(QSqlDatabase &db) : mDb(db) {
+    if (mDb.driverName() == QLatin1String("QSQLITE"))
+        beginSqlite();
+    else
+        beginServer();
+}
+
+void GuardedTransaction::beginSqlite() {
+    mReader = std::make_unique<Reader>(mDb.databaseName());
     run("begin immediate");
     mOpen = true;
     // Waiting for our own reader would be in vain, and changed pages stay in memory until the commit: writing
@@ -40,16 +49,40 @@ GuardedTransaction::GuardedTransaction(QSqlDatabase &db) : mDb(db), mReader(db.d
     run("pragma cache_spill = off");
 }
 
+void GuardedTransaction::beginServer() {
+    run("begin");
+    mOpen = true;
+    // Writers go one at a time, as they do in a file: they take the numbers of new networks from what is
+    // there.
+    QSqlQuery lock(mDb);
+    if (lock.exec(QStringLiteral("lock table Net in share row exclusive mode nowait")))
+        return;
+    const bool isTaken = lock.lastError().nativeErrorCode() == QLatin1String("55P03");
+    const QSqlError error = lock.lastError();
+    QSqlQuery(QStringLiteral("rollback"), mDb);
+    mOpen = false;
+    if (isTaken)
+        throw Failure(
+            QStringLiteral("another program is writing to the store; try again when it has finished"));
+    refuse(error);
+}
+
 GuardedTransaction::~GuardedTransaction() {
     if (mOpen)
         QSqlQuery(QStringLiteral("rollback"), mDb);
-    QSqlQuery(QStringLiteral("pragma cache_spill = on"), mDb);
+    if (mReader)
+        QSqlQuery(QStringLiteral("pragma cache_spill = on"), mDb);
 }
 
 void GuardedTransaction::commit() {
-    mReader.close();
-    // Another program may be reading for a moment.
-    run("pragma busy_timeout = 2000");
+    if (mReader) {
+        mReader->close();
+        // Another program may be reading for a moment.
+        run("pragma busy_timeout = 2000");
+    } else {
+        // A server calls the end of a failed transaction a success, too.
+        run("select 1");
+    }
     run("commit");
     mOpen = false;
 }
@@ -57,6 +90,11 @@ void GuardedTransaction::commit() {
 void GuardedTransaction::run(const char *sql) {
     QSqlQuery query(mDb);
     if (!query.exec(QLatin1String(sql)))
-        throw Failure(QStringLiteral("the store cannot be written (%1); nothing was changed")
-                          .arg(query.lastError().databaseText()));
+        refuse(query.lastError());
+}
+
+void GuardedTransaction::refuse(const QSqlError &error) {
+    requireServerAlive();
+    throw Failure(QStringLiteral("the store cannot be written (%1); nothing was changed")
+                      .arg(error.databaseText().simplified()));
 }

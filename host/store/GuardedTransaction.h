@@ -2,6 +2,10 @@
 
 #include <QSqlDatabase>
 
+#include <memory>
+
+class QSqlError;
+
 /// A transaction around many operations of the library: all or nothing, also when the disk fills up.
 ///
 /// SQLite ends a transaction by itself when it cannot write (a full disk, an input/output error), and
@@ -10,7 +14,7 @@
 /// reader. (In a store with a write-ahead log it could; stores made from the library's templates have none.)
 class GuardedTransaction {
 public:
-    /// Takes the write lock of the SQLite store at once. Throws `Failure` when another program holds it.
+    /// Takes the store's write lock at once; reading goes on. Throws `Failure` when another program holds it.
     explicit GuardedTransaction(QSqlDatabase &db);
     /// Rolls back what was not committed.
     ~GuardedTransaction();
@@ -32,9 +36,12 @@ private:
         Q_DISABLE_COPY(Reader)
     };
 
+    void beginSqlite();
+    void beginServer();
     void run(const char *sql);
+    [[noreturn]] void refuse(const QSqlError &error);
 
     QSqlDatabase &mDb;
-    Reader mReader;
+    std::unique_ptr<Reader> mReader; ///< SQLite only
     bool mOpen = false;
 };

@@ -1,11 +1,14 @@
 #include "host/store/OpenStore.h"
 
 #include "host/Failure.h"
+#include "host/store/ConnectionSettings.h"
+#include "host/store/Server.h"
 #include "model/Net.h"
 #include "store/DBTools.h"
 #include "store/DBTools_V6.h"
 
 #include <QFileInfo>
+#include <QSqlError>
 #include <QSqlQuery>
 
 #include <algorithm>
@@ -25,7 +28,10 @@ QList<CallDbResult> failures() {
     return all;
 }
 
+QString openName;
+
 void closeStore() {
+    openName.clear();
     gNet.loadRecord(NetRecord());
     const QString connection = gDB.connectionName();
     gDB.close();
@@ -35,17 +41,24 @@ void closeStore() {
 
 } // namespace
 
-OpenStore::OpenStore(const QString &path, Access access) {
-    // An absolute path is never one of the names that SQLite takes for something else.
-    const QString absolute = QFileInfo(path).absoluteFilePath();
-    requireStore(path, access);
-    if (!DBTools::openDatabase(gDB, absolute, true)) {
+OpenStore::OpenStore(const StoreAddress &address, Access access) {
+    if (address.isServer())
+        requireServerStore(address, access);
+    else
+        requireStore(address.path(), access);
+    const ConnectionSettings settings(address);
+    settings.applyToLibrary();
+    const bool opened = DBTools::openDatabase(gDB, QFileInfo(address.path()).absoluteFilePath(), true);
+    DBTools::mDbPassword.clear();
+    if (!opened) {
         const QString reason = firstFailureText();
         logFailures();
         closeStore();
-        throw Failure(QStringLiteral("%1: the store cannot be opened (%2)").arg(path, reason));
+        throw Failure(QStringLiteral("%1: the store cannot be opened (%2)").arg(address.name(), reason));
     }
-    QSqlQuery(QStringLiteral("PRAGMA busy_timeout = 500"), gDB);
+    openName = address.name();
+    if (!address.isServer())
+        QSqlQuery(QStringLiteral("PRAGMA busy_timeout = 500"), gDB);
 }
 
 OpenStore::~OpenStore() {
@@ -68,4 +81,15 @@ QString firstFailureText() {
 void logFailures() {
     if (unexpectedFailures() > 0)
         DBTools::logError(gDB);
+}
+
+void requireServerAlive() {
+    if (gDB.driverName() != QLatin1String("QPSQL"))
+        return;
+    QSqlQuery question(gDB);
+    // A server that refuses to answer in a transaction that failed is alive, and gives a code.
+    if (!question.exec(QStringLiteral("select 1")) && question.lastError().nativeErrorCode().isEmpty())
+        throw Failure(QStringLiteral("%1: the connection to the server is lost, and nothing was changed; try "
+                                     "again when the server runs")
+                          .arg(openName));
 }

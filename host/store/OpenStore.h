@@ -1,5 +1,6 @@
 #pragma once
 
+#include "host/store/StoreAddress.h"
 #include "host/store/StoreFile.h"
 
 #include <QString>
@@ -8,8 +9,8 @@
 /// connection gDB. One at a time.
 class OpenStore {
 public:
-    /// Opens the SQLite store `path`. Throws `Failure`.
-    OpenStore(const QString &path, Access access);
+    /// Opens the store. Throws `Failure`.
+    OpenStore(const StoreAddress &address, Access access);
     /// Hands what the library recorded as failed to its log and closes the store; gNet no longer holds a
     /// network.
     ~OpenStore();
@@ -28,3 +29,6 @@ int unexpectedFailures();
 QString firstFailureText();
 /// Hands the records to the library's log.
 void logFailures();
+
+/// Throws `Failure` when the server of the open store is gone; what was not committed is gone with it.
+void requireServerAlive();

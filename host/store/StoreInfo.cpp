@@ -65,7 +65,7 @@ NetworkInfo takeStockOf(const Net &net) {
         if (count.isValid())
             info.rows.append({QLatin1String(kind.kind), count.value(0).toLongLong()});
     }
-    info.linkLength = selectOf("total(length)", "Link", info.id).value(0).toDouble();
+    info.linkLength = selectOf("coalesce(sum(length), 0)", "Link", info.id).value(0).toDouble();
     const QSqlQuery extent = selectOf("min(X), min(Y), min(Z), max(X), max(Y), max(Z)", "Vertex", info.id);
     info.hasExtent = extent.isValid() && !extent.value(0).isNull();
     for (int i = 0; info.hasExtent && i < 3; ++i) {
