@@ -9,6 +9,10 @@ StoredJson StoredJson::fromText(const QByteArray &text) {
     return value;
 }
 
+QByteArray StoredJson::text() const {
+    return hasText() ? mText : QJsonDocument(mObject).toJson(QJsonDocument::Compact);
+}
+
 QJsonObject &StoredJson::edit() {
     object();
     mText.clear();

@@ -40,8 +40,10 @@ public:
     operator const QJsonObject &() const { return object(); }
     operator QJsonValue() const { return object(); }
 
-    /// The text as it was read; empty for a value made from an object.
-    const QByteArray &text() const { return mText; }
+    /// The stored form: the text as it was read, else the object written compactly.
+    QByteArray text() const;
+    /// Whether there is a text as it was read.
+    bool hasText() const { return !mText.isEmpty(); }
     /// Whether there is neither a member nor any text but that of an empty object: nothing worth storing.
     bool holdsNothing() const {
         return mText.isEmpty() ? mObject.isEmpty() : mText == QByteArrayLiteral("{}");

@@ -1,27 +1,23 @@
 #include "host/import/GeometryObject.h"
 
-#include <QJsonArray>
+#include "model/GeometryJson.h"
 
 namespace geometryobject {
 
-QJsonObject fromPolyline(const Polyline &line) {
-    QJsonArray data;
+StoredJson fromPolyline(const Polyline &line) {
+    QVector<GeometryPoint> points;
+    points.reserve(int(line.size()));
     for (const Point3 &point : line)
-        data.append(QJsonObject{
-            {QStringLiteral("x"), point.x}, {QStringLiteral("y"), point.y}, {QStringLiteral("z"), point.z}});
-    return {{QStringLiteral("data"), data}};
+        points.append({point.x, point.y, point.z});
+    return geometryjson::fromPoints(points);
 }
 
-Polyline toPolyline(const QJsonObject &object) {
+Polyline toPolyline(const StoredJson &geometry) {
+    const QVector<GeometryPoint> points = geometryjson::points(geometry);
     Polyline line;
-    const QJsonArray data = object.value(QLatin1String("data")).toArray();
-    line.reserve(std::size_t(data.size()));
-    for (const QJsonValue &value : data) {
-        const QJsonObject point = value.toObject();
-        line.push_back({point.value(QLatin1String("x")).toDouble(),
-                        point.value(QLatin1String("y")).toDouble(),
-                        point.value(QLatin1String("z")).toDouble()});
-    }
+    line.reserve(std::size_t(points.size()));
+    for (const GeometryPoint &point : points)
+        line.push_back({point.x, point.y, point.z});
     return line;
 }
 

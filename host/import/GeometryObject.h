@@ -1,13 +1,12 @@
 #pragma once
 
 #include "host/geometry/Polyline.h"
-
-#include <QJsonObject>
+#include "model/StoredJson.h"
 
 /// The geometry objects of links, lanes and connectors: {"data":[{"x":..,"y":..,"z":..},...]}.
 namespace geometryobject {
 
-QJsonObject fromPolyline(const Polyline &line);
-Polyline toPolyline(const QJsonObject &object);
+StoredJson fromPolyline(const Polyline &line);
+Polyline toPolyline(const StoredJson &geometry);
 
 } // namespace geometryobject

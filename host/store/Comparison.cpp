@@ -1,10 +1,9 @@
 #include "host/store/Comparison.h"
 
 #include "host/store/TrafficComparison.h"
+#include "model/GeometryJson.h"
 
 #include <QHash>
-#include <QJsonArray>
-#include <QJsonDocument>
 
 #include <cstring>
 
@@ -56,21 +55,21 @@ public:
         value(field, written, read);
     }
 
-    void geometry(const char *field, const QJsonObject &written, const QJsonObject &read) {
-        const QJsonArray a = written.value(QLatin1String("data")).toArray();
-        const QJsonArray b = read.value(QLatin1String("data")).toArray();
+    void geometry(const char *field, const StoredJson &written, const StoredJson &read) {
+        const QVector<GeometryPoint> a = geometryjson::points(written);
+        const QVector<GeometryPoint> b = geometryjson::points(read);
         value(field, a.size(), b.size());
         for (int i = 0; i < a.size() && i < b.size(); ++i) {
-            for (const char *axis : {"x", "y", "z"})
-                coordinate(field, a.at(i).toObject().value(QLatin1String(axis)).toDouble(),
-                           b.at(i).toObject().value(QLatin1String(axis)).toDouble());
+            coordinate(field, a.at(i).x, b.at(i).x);
+            coordinate(field, a.at(i).y, b.at(i).y);
+            coordinate(field, a.at(i).z, b.at(i).z);
         }
     }
 
-    void json(const char *field, const QJsonObject &written, const QJsonObject &read) {
+    void json(const char *field, const StoredJson &written, const StoredJson &read) {
         ++mResult.fields;
         if (written != read)
-            differ(field, text(written), text(read));
+            differ(field, QString::fromUtf8(written.text()), QString::fromUtf8(read.text()));
     }
 
     void differ(const char *field, const QString &written, const QString &read) {
@@ -80,10 +79,6 @@ public:
     Comparison result() const { return mResult; }
 
 private:
-    static QString text(const QJsonObject &object) {
-        return QString::fromUtf8(QJsonDocument(object).toJson(QJsonDocument::Compact));
-    }
-
     QString mObject;
     Comparison mResult;
 };
@@ -212,7 +207,7 @@ void compareRecord(Comparer &compare, const NetRecord &written, const NetRecord 
     compare.value("centre x", written.centerX, read.centerX);
     compare.value("centre y", written.centerY, read.centerY);
     compare.value("default flag", int(written.isDefault), int(read.isDefault));
-    compare.json("attributes", written.otherAttrsJson, read.otherAttrsJson);
+    compare.json("attributes", StoredJson(written.otherAttrsJson), StoredJson(read.otherAttrsJson));
 }
 
 } // namespace

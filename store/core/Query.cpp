@@ -1,7 +1,5 @@
 #include "store/core/Query.h"
 
-#include "store/core/GeometryJson.h"
-
 #include <QSqlError>
 #include <QSqlRecord>
 
@@ -45,15 +43,8 @@ Query &Query::bind(const char *name, const QString &value) {
     return bindValue(name, value.isNull() ? QString(QLatin1String("")) : value);
 }
 
-Query &Query::bind(const char *name, const QJsonObject &value) {
-    return bindJson(name, geometryjson::toBytes(value));
-}
-
 Query &Query::bind(const char *name, const StoredJson &value) {
-    return bindJson(name, geometryjson::toBytes(value));
-}
-
-Query &Query::bindJson(const char *name, const QByteArray &text) {
+    const QByteArray text = value.text();
     return mStore.isSqlite() ? bindValue(name, text) : bindValue(name, QString::fromUtf8(text));
 }
 

@@ -37,7 +37,6 @@ public:
     Query &bind(const char *name, double value) { return bindValue(name, value); }
     Query &bind(const char *name, const QString &value);
     Query &bind(const char *name, const QByteArray &value) { return bindValue(name, value); }
-    Query &bind(const char *name, const QJsonObject &value);
     Query &bind(const char *name, const StoredJson &value);
     /// @}
     /// Binds a switch as "T" or "F".
@@ -82,7 +81,6 @@ public:
     }
 
 private:
-    Query &bindJson(const char *name, const QByteArray &text);
     void prepare();
     int columnIndex(const char *column);
 

@@ -1,12 +1,12 @@
 #include "store/families/Links.h"
 
+#include "model/GeometryJson.h"
 #include "model/Lane.h"
 #include "model/Link.h"
 #include "model/Node.h"
 #include "model/SpecialWords.h"
 #include "model/Vertex.h"
 #include "store/DBTools.h"
-#include "store/core/GeometryJson.h"
 #include "store/core/Probes.h"
 #include "store/core/Query.h"
 #include "store/core/Transaction.h"
@@ -188,11 +188,11 @@ void readVertices(const Store &store, Link &link) {
         vertex->z = rows.number("Z");
         link.mlVertex.append(vertex.release());
     }
-    const QVector<double> heights = geometryjson::heights(link.centerLinePointsJson);
-    if (heights.size() != link.mlVertex.size())
+    const QVector<GeometryPoint> centerLine = geometryjson::points(link.centerLinePointsJson);
+    if (centerLine.size() != link.mlVertex.size())
         return;
-    for (int i = 0; i < heights.size(); ++i)
-        link.mlVertex.at(i)->z = heights.at(i);
+    for (int i = 0; i < centerLine.size(); ++i)
+        link.mlVertex.at(i)->z = centerLine.at(i).z;
 }
 
 Node *readNode(const Store &store, long nodeId, Vertex *vertex) {

@@ -1,7 +1,6 @@
 #include "store/families/Networks.h"
 
 #include "model/Net.h"
-#include "store/core/GeometryJson.h"
 #include "store/core/Query.h"
 #include "store/core/Transaction.h"
 
@@ -71,7 +70,7 @@ Record recordOf(const Net &net) {
     record.centerX = net.centerX;
     record.centerY = net.centerY;
     record.caption = net.caption;
-    record.otherAttrsJson = QString::fromUtf8(geometryjson::toBytes(net.otherAttrsJson));
+    record.otherAttrsJson = QString::fromUtf8(StoredJson(net.otherAttrsJson).text());
     record.isDefault = net.isDefault;
     return record;
 }

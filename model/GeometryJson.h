@@ -1,0 +1,28 @@
+#pragma once
+
+#include "MoraStoreExport.h"
+#include "StoredJson.h"
+
+#include <QVector>
+
+/// A point of a line in the units of a Vertex: plane coordinates and height.
+struct GeometryPoint {
+    double x = 0;
+    double y = 0;
+    double z = 0;
+};
+Q_DECLARE_TYPEINFO(GeometryPoint, Q_PRIMITIVE_TYPE);
+
+/// The geometry objects of links, lanes and connectors, {"data":[{"x":..,"y":..,"z":..},...]}, as lists of
+/// points. The stored form is compact UTF-8 with the shortest numbers that read back equal; it is read and
+/// written without building an object. Any other text of the same meaning is read through its object.
+namespace geometryjson {
+
+/// The points of a geometry object, in order; a member that is no number counts as 0.
+MORASTORE_EXPORT QVector<GeometryPoint> points(const StoredJson &geometry);
+
+/// The geometry object of a line, in the stored form that QJsonDocument gives it. What is not finite is
+/// written as null, since JSON has no such numbers.
+MORASTORE_EXPORT StoredJson fromPoints(const QVector<GeometryPoint> &points);
+
+} // namespace geometryjson
