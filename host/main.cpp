@@ -79,6 +79,8 @@ int main(int argc, char **argv) {
     commands::addInfo(program, run);
     commands::addShow(program, run);
     commands::addDraw(program, run);
+    commands::addCopy(program, run);
+    commands::addDigest(program, run);
     commands::addRoundTrip(program, run);
     commands::addProtect(program, run);
     commands::addUnprotect(program, run);

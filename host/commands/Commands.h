@@ -22,6 +22,8 @@ void addImport(CLI::App &program, Run &run);
 void addInfo(CLI::App &program, Run &run);
 void addShow(CLI::App &program, Run &run);
 void addDraw(CLI::App &program, Run &run);
+void addCopy(CLI::App &program, Run &run);
+void addDigest(CLI::App &program, Run &run);
 void addRoundTrip(CLI::App &program, Run &run);
 void addProtect(CLI::App &program, Run &run);
 void addUnprotect(CLI::App &program, Run &run);

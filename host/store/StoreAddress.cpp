@@ -6,6 +6,7 @@
 
 #include <libpq-fe.h>
 
+#include <algorithm>
 #include <memory>
 
 namespace {
@@ -67,6 +68,14 @@ StoreAddress::StoreAddress(const QString &text) : mIsServer(isConnectionString(t
 }
 
 void StoreAddress::nameServer() {
+    // What tells databases apart comes first.
+    const auto rank = [](const Option &option) {
+        const QList<QByteArray> first{"service", "dbname", "host", "port", "user"};
+        const int index = first.indexOf(option.keyword);
+        return index < 0 ? first.size() : index;
+    };
+    std::stable_sort(mOptions.begin(), mOptions.end(),
+                     [&rank](const Option &a, const Option &b) { return rank(a) < rank(b); });
     QStringList parts;
     for (const Option &option : qAsConst(mOptions)) {
         if (!option.isSecret)

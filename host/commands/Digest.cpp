@@ -1,0 +1,41 @@
+#include "host/rows/Digest.h"
+
+#include "host/commands/Commands.h"
+
+namespace commands {
+
+namespace {
+
+struct Options {
+    std::string store;
+    std::vector<long> nets;
+};
+
+void digest(const Options &options) {
+    const RowSource store(QString::fromStdString(options.store));
+    const QList<RowSource::Network> networks = store.networksOf(options.nets);
+    for (const RowSource::Network &network : networks) {
+        Progress reading(QStringLiteral("reading"));
+        print(QStringLiteral("%1  %2 %3\n")
+                  .arg(digestOf(store, network, reading))
+                  .arg(network.id)
+                  .arg(network.name));
+    }
+    for (const auto &table : store.tablesBesides(networks))
+        tell(QStringLiteral("not covered: table %1, %2 rows").arg(table.first).arg(table.second));
+}
+
+} // namespace
+
+void addDigest(CLI::App &program, Run &run) {
+    const auto options = std::make_shared<Options>();
+    CLI::App *command = program.add_subcommand(
+        "digest", "Print a digest (SHA-256) of all rows of a network: equal for equal content in any store.");
+    command->add_option("STORE", options->store, kStoreHelp)->required();
+    command->add_option("--net", options->nets, "Number of a network; may be repeated; default: all")
+        ->type_name("ID")
+        ->allow_extra_args(false);
+    command->callback([options, &run] { run = [options] { digest(*options); }; });
+}
+
+} // namespace commands

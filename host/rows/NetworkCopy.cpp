@@ -1,0 +1,168 @@
+#include "host/rows/NetworkCopy.h"
+
+#include "host/rows/TableCopy.h"
+#include "host/store/GuardedTransaction.h"
+#include "store/DBTools.h"
+
+#include <algorithm>
+#include <limits>
+
+namespace {
+
+/// The number of rows that are to be copied, and of those that are.
+class Progression {
+public:
+    Progression(const RowSource &source, const QList<RowSource::Network> &networks, Progress &progress)
+        : mProgress(progress) {
+        for (const NetworkTable &entry : networkTables()) {
+            const StoreTable *table = source.table(QLatin1String(entry.name));
+            for (const RowSource::Network &network : networks)
+                mAll += table ? source.count(*table, network) : 0;
+        }
+    }
+    void step() { mProgress.at(double(++mDone) / double(std::max<qint64>(mAll, 1))); }
+
+private:
+    Progress &mProgress;
+    qint64 mAll = 0;
+    qint64 mDone = 0;
+};
+
+class NetworkCopy {
+public:
+    NetworkCopy(const RowSource &source, const RowSource::Network &network, const CopyTarget &target)
+        : mSource(source),
+          mNetwork(network),
+          mTarget(target),
+          mWords(source.language(network), target.language()),
+          mChanges{target.networkId(network.id), mIds, mWords, 0} {}
+
+    CopiedNetwork run(const QString &name, Progression &progression);
+
+private:
+    void renumber();
+    void renumber(const NetworkTable &entry);
+    qint64 largestMentioned(const NetworkTable &entry, const std::vector<qint64> &own) const;
+    void copyTable(const NetworkTable &entry, Progression &progression);
+    void settleRecord(TableCopy &copy, const StoreTable &source) const;
+
+    const RowSource &mSource;
+    const RowSource::Network &mNetwork;
+    const CopyTarget &mTarget;
+    Renumbering mIds;
+    Translation mWords;
+    RowChanges mChanges;
+    CopiedNetwork mResult;
+};
+
+CopiedNetwork NetworkCopy::run(const QString &name, Progression &progression) {
+    mResult.from = mNetwork.id;
+    mResult.id = mChanges.netId;
+    mResult.name = name.isEmpty() ? mNetwork.name : name;
+    mTarget.requireFreeName(mResult.name);
+    renumber();
+    for (const NetworkTable &entry : networkTables())
+        copyTable(entry, progression);
+    mTarget.raiseNetworkCounter(mChanges.netId);
+    mResult.renumbered = mIds.count();
+    return mResult;
+}
+
+void NetworkCopy::renumber() {
+    for (const NetworkTable &entry : networkTables()) {
+        if (entry.id)
+            renumber(entry);
+    }
+}
+
+void NetworkCopy::renumber(const NetworkTable &entry) {
+    const QString name = QLatin1String(entry.name);
+    const StoreTable *table = mSource.table(name);
+    if (!table)
+        return;
+    const StoreColumn *column = table->column(QLatin1String(entry.id));
+    if (!column) {
+        // Only older lane connectors have none.
+        mChanges.nextLaneConnector = mTarget.largest(entry) + 1;
+        return;
+    }
+    std::vector<qint64> own = mSource.integers(*table, *column, mNetwork);
+    std::vector<qint64> taken = mTarget.taken(entry, own);
+    const qint64 first =
+        taken.empty() ? 0 : std::max(mTarget.largest(entry), largestMentioned(entry, own)) + 1;
+    // Only roads are asked whose they are.
+    const bool isRoad = name == QLatin1String("Link") || name == QLatin1String("Connector");
+    mIds.add(name, isRoad ? std::move(own) : std::vector<qint64>(), std::move(taken), first);
+}
+
+/// The largest identifier of a table that the network has or refers to: a reference that leads nowhere does
+/// not come to lead somewhere.
+qint64 NetworkCopy::largestMentioned(const NetworkTable &entry, const std::vector<qint64> &own) const {
+    const QString name = QLatin1String(entry.name);
+    const bool isRoad = name == QLatin1String("Link") || name == QLatin1String("Connector");
+    qint64 largest = own.empty() ? 0 : own.back();
+    for (const NetworkTable &other : networkTables()) {
+        const StoreTable *table = mSource.table(QLatin1String(other.name));
+        for (const Reference &reference : other.references) {
+            const StoreColumn *column = table ? table->column(QLatin1String(reference.column)) : nullptr;
+            const bool refers = reference.table ? name == QLatin1String(reference.table) : isRoad;
+            const qint64 mentioned = column && refers ? mSource.largest(*table, *column, mNetwork) : 0;
+            if (mentioned <= std::numeric_limits<qint32>::max())
+                largest = std::max(largest, mentioned);
+        }
+    }
+    return largest;
+}
+
+void NetworkCopy::copyTable(const NetworkTable &entry, Progression &progression) {
+    const StoreTable *source = mSource.table(QLatin1String(entry.name));
+    const StoreTable *target = mTarget.table(QLatin1String(entry.name));
+    const bool isRecord = &entry == &networkTables().front();
+    if (!target) {
+        const qint64 rows = source ? mSource.count(*source, mNetwork) : 0;
+        if (rows > 0)
+            mResult.leftOut.append(QStringLiteral("table %1: %2 rows").arg(source->name).arg(rows));
+        return;
+    }
+    const StoreTable none;
+    TableCopy copy(entry, source ? *source : none, *target, mTarget, mChanges);
+    if (isRecord)
+        settleRecord(copy, source ? *source : none);
+    if (source)
+        mSource.read(*source, entry, mNetwork, RowSource::Order::Written, [&](const RowSource::Row &row) {
+            copy.add(row);
+            progression.step();
+        });
+    // A store of one network may be without a record of it.
+    if (isRecord && copy.rows() == 0)
+        copy.add(RowSource::Row(source ? source->columns.size() : 0));
+    if (entry.id && copy.rows() > 0)
+        mTarget.raiseCounters(mChanges.netId, entry, copy.largestId());
+    mResult.rows += copy.rows();
+    mResult.words += copy.words();
+    mResult.leftOut += copy.leftOut();
+}
+
+void NetworkCopy::settleRecord(TableCopy &copy, const StoreTable &source) const {
+    copy.replace(QStringLiteral("name"), mResult.name);
+    // One network at most is opened by default; stores that hold one have no word for it.
+    if (mTarget.hasDefaultNetwork())
+        copy.replace(QStringLiteral("isdefault"), QStringLiteral("F"));
+    else if (!source.column(QStringLiteral("isdefault")))
+        copy.replace(QStringLiteral("isdefault"), QStringLiteral("T"));
+}
+
+} // namespace
+
+QList<CopiedNetwork> copyNetworks(RowSource &source, const QList<RowSource::Network> &networks,
+                                  const QString &name, Progress &progress) {
+    GuardedTransaction transaction(gDB);
+    const CopyTarget target(gDB);
+    Progression progression(source, networks, progress);
+    QList<CopiedNetwork> copies;
+    for (const RowSource::Network &network : networks)
+        copies.append(NetworkCopy(source, network, target).run(name, progression));
+    source.finish();
+    transaction.commit();
+    return copies;
+}

@@ -1,0 +1,240 @@
+#include "host/rows/RowSource.h"
+
+#include "host/Failure.h"
+#include "host/store/ConnectionSettings.h"
+#include "host/store/Server.h"
+#include "host/store/StoreFile.h"
+
+#include <QFileInfo>
+#include <QSqlError>
+#include <QSqlQuery>
+
+#include <algorithm>
+
+namespace {
+
+const QString kConnection = QStringLiteral("morastore-rows");
+
+QSqlDatabase connection() {
+    return QSqlDatabase::database(kConnection, false);
+}
+
+} // namespace
+
+RowSource::RowSource(const StoreAddress &address) : mName(address.name()) {
+    if (address.isServer())
+        requireServerStore(address, Access::Read);
+    else
+        requireStore(address.path(), Access::Read);
+    try {
+        open(address);
+        mTables = storeTables(connection());
+        QSqlQuery version = run(QStringLiteral("select versionId from DbVersion"));
+        mGeneration = version.next() ? version.value(0).toInt() : 0;
+        version.finish();
+        readNetworks(address);
+        takeOlderArrivals();
+    } catch (...) {
+        QSqlDatabase::removeDatabase(kConnection);
+        throw;
+    }
+}
+
+RowSource::~RowSource() {
+    connection().close();
+    QSqlDatabase::removeDatabase(kConnection);
+}
+
+void RowSource::open(const StoreAddress &address) {
+    const ConnectionSettings settings(address);
+    QSqlDatabase db = QSqlDatabase::addDatabase(settings.driver(), kConnection);
+    settings.applyTo(db);
+    if (!address.isServer())
+        db.setConnectOptions(QStringLiteral("QSQLITE_BUSY_TIMEOUT=500;QSQLITE_OPEN_READONLY"));
+    if (!db.open())
+        throw Failure(QStringLiteral("%1: cannot be opened (%2)")
+                          .arg(mName, db.lastError().databaseText().simplified()));
+    run(address.isServer() ? QStringLiteral("begin transaction isolation level repeatable read read only")
+                           : QStringLiteral("begin"));
+}
+
+void RowSource::readNetworks(const StoreAddress &address) {
+    const QString fallback =
+        address.isServer() ? address.value("dbname") : QFileInfo(address.path()).completeBaseName();
+    if (table(QStringLiteral("net"))) {
+        QSqlQuery rows = run(QStringLiteral("select NetId, name from Net order by NetId"));
+        while (rows.next())
+            mNetworks.append({long(rows.value(0).toLongLong()), rows.value(1).toString()});
+        check(rows);
+    }
+    if (hasSeveralNetworks())
+        return;
+    if (mNetworks.isEmpty())
+        mNetworks.append({1, fallback});
+    mNetworks.erase(mNetworks.begin() + 1, mNetworks.end());
+}
+
+/// Arrivals of older releases stand in a table of their own, with the same columns but for the name of the
+/// first. It counts where the one that replaced it is empty.
+void RowSource::takeOlderArrivals() {
+    const QString current = QStringLiteral("busstationpassengerarriving");
+    const StoreTable *older = table(QStringLiteral("passengerarriving"));
+    const StoreTable *newer = table(current);
+    if (!older || hasSeveralNetworks() || (newer && count(*newer, mNetworks.first()) > 0))
+        return;
+    StoreTable arrivals = *older;
+    for (StoreColumn &column : arrivals.columns) {
+        if (column.key == QLatin1String("passengerid"))
+            column.key = QStringLiteral("passengerarrivingid");
+    }
+    mTables.remove(QStringLiteral("passengerarriving"));
+    mTables.insert(current, arrivals);
+}
+
+QList<RowSource::Network> RowSource::networksOf(const std::vector<long> &ids) const {
+    if (ids.empty()) {
+        if (mNetworks.isEmpty())
+            throw Failure(QStringLiteral("%1: the store has no network; import one first").arg(mName));
+        return mNetworks;
+    }
+    QList<Network> chosen;
+    for (const long id : ids) {
+        const auto known = std::find_if(mNetworks.begin(), mNetworks.end(),
+                                        [id](const Network &network) { return network.id == id; });
+        if (known == mNetworks.end())
+            throw Failure(QStringLiteral("%1: the store has no network %2; \"morastore info\" lists those "
+                                         "that it has")
+                              .arg(mName)
+                              .arg(id));
+        chosen.append(*known);
+    }
+    return chosen;
+}
+
+bool RowSource::isSqlite() const {
+    return connection().driverName() == QLatin1String("QSQLITE");
+}
+
+const StoreTable *RowSource::table(const QString &named) const {
+    const auto found = mTables.constFind(named.toLower());
+    return found == mTables.constEnd() ? nullptr : &*found;
+}
+
+QString RowSource::condition(const StoreTable &table, const Network &network) const {
+    // In a store of one network every row is its own, whatever number stands in it.
+    if (!hasSeveralNetworks())
+        return {};
+    const StoreColumn *column = table.column(QStringLiteral("netid"));
+    return column ? QStringLiteral(" where %1 = %2").arg(quotedName(column->name)).arg(network.id)
+                  : QStringLiteral(" where 1 = 0");
+}
+
+void RowSource::read(const StoreTable &table, const NetworkTable &entry, const Network &network, Order order,
+                     const std::function<void(const Row &)> &use) const {
+    QStringList columns;
+    for (const StoreColumn &column : table.columns)
+        columns.append(quotedName(column.name));
+    QStringList by;
+    if (order == Order::Written && isSqlite()) {
+        by.append(QStringLiteral("rowid"));
+    } else {
+        for (const char *name : entry.order) {
+            if (const StoreColumn *column = table.column(QLatin1String(name)))
+                by.append(quotedName(column->name));
+        }
+    }
+    QString sql = QStringLiteral("select %1 from %2%3")
+                      .arg(columns.join(QLatin1Char(',')), quotedName(table.name), condition(table, network));
+    if (!by.isEmpty())
+        sql += QStringLiteral(" order by ") + by.join(QLatin1Char(','));
+    const bool sqlite = isSqlite();
+    QSqlQuery rows = run(sql);
+    Row row(table.columns.size());
+    while (rows.next()) {
+        for (int i = 0; i < row.size(); ++i)
+            row[i] = rowvalue::fromDriver(rows.value(i), sqlite, table.columns[i].kind);
+        use(row);
+    }
+    check(rows);
+}
+
+qint64 RowSource::count(const StoreTable &table, const Network &network) const {
+    QSqlQuery rows = run(
+        QStringLiteral("select count(*) from %1%2").arg(quotedName(table.name), condition(table, network)));
+    return rows.next() ? rows.value(0).toLongLong() : 0;
+}
+
+std::vector<qint64> RowSource::integers(const StoreTable &table, const StoreColumn &column,
+                                        const Network &network) const {
+    QSqlQuery rows =
+        run(QStringLiteral("select distinct %1 from %2%3 order by 1")
+                .arg(quotedName(column.name), quotedName(table.name), condition(table, network)));
+    std::vector<qint64> values;
+    while (rows.next()) {
+        if (!rows.value(0).isNull())
+            values.push_back(rows.value(0).toLongLong());
+    }
+    check(rows);
+    return values;
+}
+
+qint64 RowSource::largest(const StoreTable &table, const StoreColumn &column, const Network &network) const {
+    QSqlQuery rows =
+        run(QStringLiteral("select max(%1) from %2%3")
+                .arg(quotedName(column.name), quotedName(table.name), condition(table, network)));
+    return rows.next() ? rows.value(0).toLongLong() : 0;
+}
+
+QList<QPair<QString, qint64>> RowSource::tablesBesides(const QList<Network> &networks) const {
+    // The store's own bookkeeping.
+    static const QStringList bookkeeping{QStringLiteral("idgenerater"), QStringLiteral("dbversion")};
+    QList<QPair<QString, qint64>> others;
+    for (auto table = mTables.cbegin(); table != mTables.cend(); ++table) {
+        if (networkTable(table.key()) || bookkeeping.contains(table.key()))
+            continue;
+        qint64 rows = 0;
+        if (table->isNetworkScoped() && hasSeveralNetworks()) {
+            for (const Network &network : networks)
+                rows += count(*table, network);
+        } else {
+            QSqlQuery all = run(QStringLiteral("select count(*) from %1").arg(quotedName(table->name)));
+            rows = all.next() ? all.value(0).toLongLong() : 0;
+        }
+        if (rows > 0)
+            others.append({table->name, rows});
+    }
+    std::sort(others.begin(), others.end());
+    return others;
+}
+
+Language RowSource::language(const Network &network) const {
+    const StoreTable *types = table(QStringLiteral("linktype"));
+    const StoreColumn *name = types ? types->column(QStringLiteral("typename")) : nullptr;
+    if (!name || count(*types, network) == 0)
+        return Language::Unknown;
+    // What the library asks of a whole store when it opens it.
+    const QString where = condition(*types, network);
+    QSqlQuery rows = run(QStringLiteral("select 1 from %1%2 %3 %4 = '高速路'")
+                             .arg(quotedName(types->name), where,
+                                  where.isEmpty() ? QStringLiteral("where") : QStringLiteral("and"),
+                                  quotedName(name->name)));
+    return rows.next() ? Language::Chinese : Language::English;
+}
+
+void RowSource::finish() {
+    run(QStringLiteral("rollback"));
+}
+
+QSqlQuery RowSource::run(const QString &sql) const {
+    QSqlQuery query(connection());
+    query.setForwardOnly(true);
+    if (!query.exec(sql))
+        check(query);
+    return query;
+}
+
+void RowSource::check(const QSqlQuery &query) const {
+    if (query.lastError().isValid())
+        throw Failure(QStringLiteral("%1: the store cannot be read (%2); check it, or the server")
+                          .arg(mName, query.lastError().databaseText().simplified()));
+}

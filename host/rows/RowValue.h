@@ -1,0 +1,31 @@
+#pragma once
+
+#include <QByteArray>
+#include <QVariant>
+
+/// What a column takes.
+enum class ColumnKind {
+    Any,     ///< whatever it is given (SQLite)
+    Integer, ///< 64 bits
+    Real,    ///< double precision
+    Text,
+    Bytes,
+    Date, ///< a day, as the text "yyyy-MM-dd"
+};
+
+/// Values of rows, whatever the engine: QVariant of type LongLong, Double, QString or QByteArray, invalid
+/// for NULL.
+namespace rowvalue {
+
+/// `value` as a driver gave it. A column of kind Date gives the day as text.
+QVariant fromDriver(const QVariant &value, bool isSqlite, ColumnKind kind);
+
+/// `value` as a column of `kind` takes it, without any loss: bytes become text and text bytes (UTF-8),
+/// integers reals, integral reals integers, a time of a day the day. False when it cannot be kept.
+bool fit(QVariant &value, ColumnKind kind, bool isSqlite);
+
+/// Appends a form of `value` that is the same on every engine: a number that is integral as a 64-bit integer,
+/// any other bit for bit, texts and bytes as bytes.
+void appendCanonical(QByteArray &bytes, const QVariant &value);
+
+} // namespace rowvalue
