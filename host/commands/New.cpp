@@ -1,27 +1,51 @@
+#include "host/Failure.h"
 #include "host/commands/Commands.h"
+#include "host/store/NewDatabase.h"
 #include "host/store/NewStore.h"
 
 namespace commands {
 
+namespace {
+
+struct Options {
+    std::string store;
+    std::string database;
+    std::string name = newestTemplate().toStdString();
+};
+
+void make(const Options &options) {
+    if (!options.database.empty()) {
+        makeDatabaseStore(QString::fromStdString(options.database));
+        return;
+    }
+    const StoreAddress address(QString::fromStdString(options.store));
+    if (address.isServer())
+        throw Failure(QStringLiteral("%1: to make a store on a server say \"new --postgres\" and the "
+                                     "connection string")
+                          .arg(address.name()));
+    makeStore(address.path(), QString::fromStdString(options.name));
+}
+
+} // namespace
+
 void addNew(CLI::App &program, Run &run) {
-    struct Options {
-        std::string store;
-        std::string name = newestTemplate().toStdString();
-    };
     const auto options = std::make_shared<Options>();
     CLI::App *command = program.add_subcommand(
-        "new", "Make an empty store from a template. An existing file is never touched.");
-    command->add_option("STORE", options->store, "Path of the new store")->required();
+        "new", "Make an empty store: a file from a template, or on a PostgreSQL server. An existing file is "
+               "never touched, nor a database that holds tables.");
+    CLI::Option_group *place = command->add_option_group("Place");
+    place->add_option("STORE", options->store, "Path of the new store");
+    place
+        ->add_option("--postgres", options->database,
+                     "Connection string of an empty database, or of one to be made: \"dbname=... host=...\"")
+        ->type_name("CONNECTION");
+    place->require_option(1);
     command
         ->add_option("--template", options->name,
-                     "Template: " + templateNames().join(QStringLiteral(", ")).toStdString())
+                     "Template of a file: " + templateNames().join(QStringLiteral(", ")).toStdString())
         ->capture_default_str()
         ->type_name("NAME");
-    command->callback([options, &run] {
-        run = [options] {
-            makeStore(QString::fromStdString(options->store), QString::fromStdString(options->name));
-        };
-    });
+    command->callback([options, &run] { run = [options] { make(*options); }; });
 }
 
 } // namespace commands

@@ -43,7 +43,8 @@ struct Error {
 
     explicit Error(PGconn *connection) {
         const QString all = QString::fromUtf8(PQerrorMessage(connection));
-        static const QRegularExpression reported(QStringLiteral(":\\s+((?=[A-Z]*[0-9])[0-9A-Z]{5}): ([^\\n]*)"));
+        static const QRegularExpression reported(
+            QStringLiteral(":\\s+((?=[A-Z]*[0-9])[0-9A-Z]{5}): ([^\\n]*)"));
         auto reports = reported.globalMatch(all);
         while (reports.hasNext()) {
             const QRegularExpressionMatch report = reports.next();

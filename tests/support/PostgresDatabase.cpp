@@ -108,6 +108,10 @@ PostgresDatabase::~PostgresDatabase() {
     Session(maintenanceDatabase()).run(QStringLiteral("drop database %1 with (force)").arg(mName));
 }
 
+QString PostgresDatabase::connectionString() const {
+    return QStringLiteral("dbname=%1 host=%2 port=%3 user=%4").arg(mName, host()).arg(port()).arg(user());
+}
+
 void PostgresDatabase::use() const {
     DBTools::mDbDriver = QStringLiteral("QPSQL");
     DBTools::mDbHost = host();

@@ -19,6 +19,8 @@ public:
     static bool hasServer();
 
     const QString &name() const { return mName; }
+    /// What morastore takes; the password is not in it.
+    QString connectionString() const;
     /// Makes it the database that DBTools::openDatabase() opens, until the object goes.
     void use() const;
 
