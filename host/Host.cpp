@@ -16,16 +16,21 @@ namespace {
 
 QtMessageHandler defaultHandler = nullptr;
 
-/// Without a display there is no session and no folder for it, which is none of the user's concern.
-void dropSessionFolder(QtMsgType type, const QMessageLogContext &context, const QString &text) {
-    if (!text.startsWith(QLatin1String("QStandardPaths: XDG_RUNTIME_DIR not set")))
-        defaultHandler(type, context, text);
+/// Drops what is none of the user's concern. Without a display there is no session and no folder for it. What
+/// Qt's drivers say besides of a statement that failed or a server that is gone has a sentence of its own.
+void dropAsides(QtMsgType type, const QMessageLogContext &context, const QString &text) {
+    for (const char *beginning :
+         {"QStandardPaths: XDG_RUNTIME_DIR not set", "Unable to free statement", "QSqlQuery::"}) {
+        if (text.startsWith(QLatin1String(beginning)))
+            return;
+    }
+    defaultHandler(type, context, text);
 }
 
 } // namespace
 
 void prepareProcess() {
-    defaultHandler = qInstallMessageHandler(dropSessionFolder);
+    defaultHandler = qInstallMessageHandler(dropAsides);
     qputenv("QT_QPA_PLATFORM", "offscreen");
 #ifdef Q_OS_UNIX
     // Names of files are bytes, and SQLite takes them for UTF-8 whatever the locale says.

@@ -5,6 +5,20 @@
 
 #include <QSqlError>
 
+namespace {
+
+/// The beginning of a value on one line.
+QString shown(const QVariant &value) {
+    QString text = value.toString().left(40);
+    for (QChar &character : text) {
+        if (!character.isPrint())
+            character = QChar::ReplacementCharacter;
+    }
+    return text;
+}
+
+} // namespace
+
 RowWriter::RowWriter(QSqlDatabase &db, const StoreTable &table, const QVector<StoreColumn> &columns)
     : mIsSqlite(db.driverName() == QLatin1String("QSQLITE")),
       mTable(table.name),
@@ -26,7 +40,7 @@ void RowWriter::write(QVector<QVariant> &row) {
         if (!rowvalue::fit(row[i], mColumns[i].kind, mIsSqlite))
             throw Failure(QStringLiteral("column %1 of table %2 cannot keep the value \"%3\"; correct it in "
                                          "the source. Nothing was copied")
-                              .arg(mColumns[i].name, mTable, row[i].toString().left(40)));
+                              .arg(mColumns[i].name, mTable, shown(row[i])));
         mInsert.bindValue(i, row[i]);
     }
     if (mInsert.exec())

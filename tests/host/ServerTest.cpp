@@ -1,0 +1,137 @@
+#include "tests/host/Morastore.h"
+#include "tests/support/PostgresDatabase.h"
+
+#include <QElapsedTimer>
+#include <QThread>
+
+// Stores on a server: how they are made, what is said when the server does not play along, and that a
+// password is said nowhere.
+
+namespace {
+
+/// A connection beside the program's.
+class Beside {
+public:
+    explicit Beside(const QString &database) {
+        QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QPSQL"), QStringLiteral("beside"));
+        db.setHostName(PostgresDatabase::host());
+        db.setPort(PostgresDatabase::port());
+        db.setDatabaseName(database);
+        db.setUserName(PostgresDatabase::user());
+        db.setPassword(PostgresDatabase::password());
+        EXPECT_TRUE(db.open()) << db.lastError().text().toStdString();
+    }
+    ~Beside() { QSqlDatabase::removeDatabase(QStringLiteral("beside")); }
+    QString value(const QString &sql) const {
+        QSqlQuery query(QSqlDatabase::database(QStringLiteral("beside")));
+        EXPECT_TRUE(query.exec(sql)) << sql.toStdString() << query.lastError().text().toStdString();
+        return query.next() ? query.value(0).toString() : QString();
+    }
+
+private:
+    Q_DISABLE_COPY(Beside)
+};
+
+class ServerStore : public Morastore {
+protected:
+    void SetUp() override {
+        if (!PostgresDatabase::hasServer())
+            GTEST_SKIP() << "no PostgreSQL server";
+        qputenv("PGPASSWORD", PostgresDatabase::password().toUtf8());
+    }
+
+    static QString connection(const QString &database, const QString &more = {}) {
+        return QStringLiteral("dbname=%1 host=%2 port=%3 user=%4 %5")
+            .arg(database, PostgresDatabase::host())
+            .arg(PostgresDatabase::port())
+            .arg(PostgresDatabase::user(), more);
+    }
+};
+
+} // namespace
+
+TEST_F(ServerStore, EveryRefusalIsASentenceThatNamesTheServer) {
+    const PostgresDatabase store;
+    const PostgresDatabase empty(PostgresDatabase::Content::Nothing);
+    const QString secret = QStringLiteral("s3cr3t x");
+    const QString wrong = QStringLiteral("password='%1'").arg(secret);
+    const struct {
+        QString connection;
+        const char *expected;
+    } table[] = {
+        {QStringLiteral("dbname=x host=%1").arg(mFolder.path()), "no server answers"},
+        {QStringLiteral("postgresql://me:%1@127.0.0.1:1/x").arg(QStringLiteral("s3cr3t%20x")),
+         "no server answers"},
+        {connection(store.name(), wrong), "refuses the user or the password"},
+        {connection(QStringLiteral("none")), "has no such database"},
+        {connection(empty.name()), "is no store"},
+        {connection(store.name(), QStringLiteral("keepalives=1")), "\"keepalives\" is not supported"},
+        {QStringLiteral("host=a password=%1").arg(secret), "cannot be understood"},
+    };
+    for (const auto &entry : table) {
+        for (const QStringList &command : {QStringList{QStringLiteral("info"), entry.connection},
+                                           QStringList{QStringLiteral("import"), entry.connection, kExample},
+                                           QStringList{QStringLiteral("digest"), entry.connection}}) {
+            const Outcome outcome = run(command);
+            expectSentence(outcome, QLatin1String(entry.expected));
+            EXPECT_FALSE(outcome.err.contains(QLatin1String("s3cr3t"))) << outcome.err.toStdString();
+        }
+    }
+    qunsetenv("PGPASSWORD");
+    expectSentence(run({QStringLiteral("info"), connection(store.name())}),
+                   QStringLiteral("asks for a password"));
+    // The password in the string works, too, and the library's name for the store does not have it.
+    QString own = PostgresDatabase::password();
+    own.replace(QLatin1Char('\''), QLatin1String("\\'"));
+    const Outcome info =
+        run({QStringLiteral("info"), connection(store.name(), QStringLiteral("password='%1'").arg(own))});
+    EXPECT_EQ(info.exitCode, 0) << info.err.toStdString();
+    EXPECT_FALSE(info.out.contains(PostgresDatabase::password()));
+    expectSentence(run({QStringLiteral("protect"), connection(store.name())}),
+                   QStringLiteral("only a store file can be protected"));
+}
+
+TEST_F(ServerStore, NoConnectionLeft) {
+    const PostgresDatabase store;
+    const Beside beside(qEnvironmentVariable("MORA_TEST_PG_NAME"));
+    beside.value(QStringLiteral("alter database %1 connection limit 0").arg(store.name()));
+    expectSentence(run({QStringLiteral("info"), connection(store.name())}),
+                   QStringLiteral("has no connection left"));
+}
+
+TEST_F(ServerStore, AConnectionThatIsLostLeavesNothing) {
+    const PostgresDatabase store;
+    const Beside beside(store.name());
+    const struct {
+        const char *held;
+        const char *expected;
+    } table[] = {
+        // The program waits in the middle of its work until its connection is ended.
+        {"lock table Connector in share mode", "the connection to the server is lost"},
+        {"lock table Net in share mode", "another program is writing"},
+    };
+    for (const auto &entry : table) {
+        beside.value(QStringLiteral("begin"));
+        beside.value(QLatin1String(entry.held));
+        QProcess import;
+        import.start(morastoreProgram(), {QStringLiteral("import"), connection(store.name()), kExample});
+        QElapsedTimer since;
+        since.start();
+        while (!import.waitForFinished(20) && since.elapsed() < 60000) {
+            // A transaction sees the list as it was when it first asked.
+            beside.value(QStringLiteral("select pg_stat_clear_snapshot()"));
+            beside.value(
+                QStringLiteral("select pg_terminate_backend(pid) from pg_stat_activity where datname "
+                               "= current_database() and wait_event_type = 'Lock'"));
+        }
+        beside.value(QStringLiteral("rollback"));
+        ASSERT_EQ(import.state(), QProcess::NotRunning);
+        expectSentence({import.exitCode(), QString::fromUtf8(import.readAllStandardOutput()),
+                        QString::fromUtf8(import.readAllStandardError())},
+                       QLatin1String(entry.expected));
+        EXPECT_EQ(beside.value(QStringLiteral("select (select count(*) from Net) + (select count(*) from "
+                                              "Link) + (select count(*) from LinkType)")),
+                  QStringLiteral("0"));
+    }
+    EXPECT_EQ(run({QStringLiteral("import"), connection(store.name()), kExample}).exitCode, 0);
+}
