@@ -1,9 +1,23 @@
 #include "store/core/Failures.h"
 
 #include <QSqlDatabase>
+#include <QSqlDriver>
 #include <QSqlError>
 #include <QSqlQuery>
 #include <QVariant>
+
+namespace {
+
+long lastInsertId(const QSqlQuery &query) {
+    // The PostgreSQL driver would ask the server for the last value of any sequence, which says nothing of
+    // this statement and, where none was drawn yet, ends the caller's transaction.
+    if (query.driver() && query.driver()->dbmsType() == QSqlDriver::PostgreSQL)
+        return 0;
+    const QVariant id = query.lastInsertId();
+    return id.isValid() ? static_cast<long>(id.toLongLong()) : 0;
+}
+
+} // namespace
 
 bool checkStatement(const QSqlQuery &query, FailureList &failures) {
     const QSqlError error = query.lastError();
@@ -11,8 +25,7 @@ bool checkStatement(const QSqlQuery &query, FailureList &failures) {
         return true;
     CallDbResult failure;
     failure.sql = query.lastQuery();
-    const QVariant id = query.lastInsertId();
-    failure.id = id.isValid() ? static_cast<long>(id.toLongLong()) : 0;
+    failure.id = lastInsertId(query);
     failure.error = error.text();
     failures.append(failure);
     return false;

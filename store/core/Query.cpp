@@ -1,5 +1,8 @@
 #include "store/core/Query.h"
 
+#include "store/core/Savepoint.h"
+#include "store/core/StorableValue.h"
+
 #include <QSqlError>
 #include <QSqlRecord>
 
@@ -34,7 +37,10 @@ Query::Query(const Store &store, const char *sql, std::initializer_list<long> id
     : Query(store, fillNumbers(QString::fromUtf8(sql), ids)) {}
 
 Query::Query(const Store &store, const QString &text)
-    : mStore(store), mText(inDialect(store, text)), mQuery(store.db()) {
+    : mStore(store),
+      mText(inDialect(store, text)),
+      mQuery(store.db()),
+      mWrites(!text.startsWith(QLatin1String("select"), Qt::CaseInsensitive)) {
     // QPSQL gives up the rest of a forward-only result as soon as another statement runs on the connection.
     mQuery.setForwardOnly(!store.isPostgreSql());
 }
@@ -45,7 +51,9 @@ Query &Query::bind(const char *name, const QString &value) {
 
 Query &Query::bind(const char *name, const StoredJson &value) {
     const QByteArray text = value.text();
-    return mStore.isSqlite() ? bindValue(name, text) : bindValue(name, QString::fromUtf8(text));
+    bindValue(name, mStore.isSqlite() ? QVariant(text) : QVariant(QString::fromUtf8(text)));
+    consider(name, storablevalue::objection(value, text));
+    return *this;
 }
 
 Query &Query::bindFlag(const char *name, bool value) {
@@ -59,15 +67,24 @@ Query &Query::bindNet() {
 Query &Query::bindValue(const char *name, const QVariant &value) {
     if (mStore.isUsable()) {
         prepare();
+        consider(name, storablevalue::objection(value));
         mQuery.bindValue(QString::fromLatin1(name), value);
     }
     return *this;
 }
 
+void Query::consider(const char *name, const QString &objection) {
+    if (objection.isEmpty() && (mRefusedName.isEmpty() || mRefusedName != name))
+        return;
+    mRefusedName = objection.isEmpty() ? QByteArray() : QByteArray(name);
+    mRefusal = objection;
+}
+
 void Query::prepare() {
     if (mPrepared || mPrepareFailed)
         return;
-    mPrepared = mQuery.prepare(mText);
+    Savepoint savepoint(mStore, mWrites);
+    mPrepared = savepoint.end(mQuery.prepare(mText));
     mPrepareFailed = !mPrepared;
 }
 
@@ -77,12 +94,20 @@ bool Query::run() {
         return false;
     mColumns.clear();
     // Executing what could not be prepared would replace the engine's reason by a count of its parameters.
-    if (mPrepareFailed)
+    if (mPrepareFailed || !mRefusedName.isEmpty())
         return false;
-    const bool done = mPrepared ? mQuery.exec() : mQuery.exec(mText);
+    Savepoint savepoint(mStore, mWrites);
+    const bool done = savepoint.end(mPrepared ? mQuery.exec() : mQuery.exec(mText));
     if (!done && mStore.isSqlite() && endsTransaction(mQuery.lastError()))
         mStore.giveUp();
     return done;
+}
+
+bool Query::check() const {
+    if (!mRan || mRefusedName.isEmpty() || mPrepareFailed)
+        return mRan && mStore.check(mQuery);
+    return mStore.fail(mText, QStringLiteral("The value of %1 cannot be stored: it %2")
+                                  .arg(QLatin1String(mRefusedName.mid(1)), mRefusal));
 }
 
 QVariant Query::value(const char *column) {

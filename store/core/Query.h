@@ -13,7 +13,8 @@
 /// One statement on one store: named binds, results read by column name.
 ///
 /// A statement that fails is recorded once, by exec(). On a store that is not usable nothing runs and nothing
-/// more is recorded. Column names are matched without regard to case, as the engines do.
+/// more is recorded. A value that not every engine keeps (storablevalue) makes the statement fail before it
+/// runs. Column names are matched without regard to case, as the engines do.
 class Query {
 public:
     /// @p sql in the store's spelling; its number placeholders take the network id first (generation 6 only),
@@ -51,7 +52,7 @@ public:
     /// @{ The halves of exec(), for an operation that has more to do before a failure is recorded: run()
     /// tells whether the statement went well, check() records it when it did not.
     bool run();
-    bool check() const { return mRan && mStore.check(mQuery); }
+    bool check() const;
     /// @}
     /// Runs the statement, then goes to the first row of its result; false without one.
     bool execAndNext() { return exec() && next(); }
@@ -81,6 +82,8 @@ public:
     }
 
 private:
+    /// Keeps the statement from running while there is an objection to the value of @p name.
+    void consider(const char *name, const QString &objection);
     void prepare();
     int columnIndex(const char *column);
 
@@ -90,6 +93,10 @@ private:
     bool mPrepared = false;
     bool mPrepareFailed = false;
     bool mRan = false;
+    bool mWrites;
+    /// The placeholder with a value that cannot be stored, and why; empty when there is none.
+    QByteArray mRefusedName;
+    QString mRefusal;
     /// Columns by the address of their name: the names are literals, and one read asks for the same ones row
     /// by row.
     std::vector<std::pair<const char *, int>> mColumns;

@@ -1,11 +1,17 @@
 #include "store/core/Savepoint.h"
 
+#include <QSqlError>
 #include <QSqlQuery>
 
-Savepoint::Savepoint(const Store &store) : mStore(store) {
-    // The server refuses a savepoint outside a transaction, which is how the difference shows: the driver
-    // does not tell whether the caller has begun one. That refusal is no failure of the operation.
-    mSet = store.isPostgreSql() && store.isUsable() && QSqlQuery(store.db()).exec("savepoint row");
+Savepoint::Savepoint(const Store &store, bool wanted) : mStore(store) {
+    if (!wanted || !store.isPostgreSql() || store.isKnownOutsideTransaction() || !store.isUsable())
+        return;
+    // The driver does not tell whether the caller has begun a transaction. The server does, by refusing a
+    // savepoint outside one (SQLSTATE no_active_sql_transaction); that is no failure of the operation.
+    QSqlQuery query(store.db());
+    mSet = query.exec(QStringLiteral("savepoint row"));
+    if (!mSet && query.lastError().nativeErrorCode() == QLatin1String("25P01"))
+        store.setOutsideTransaction(true);
 }
 
 bool Savepoint::end(bool written) {

@@ -2,15 +2,14 @@
 
 #include "store/core/Store.h"
 
-/// Keeps the failure of a row from ending the transaction around it, for operations that go on after a failed
-/// row.
+/// Keeps the failure of a statement from ending the transaction around it.
 ///
 /// PostgreSQL takes no further statement in a transaction once one has failed; SQLite goes on by itself. With
-/// a savepoint around each row that may fail, both end with the same rows. Does nothing on SQLite and outside
-/// a transaction.
+/// a savepoint around each statement that may fail, both end with the same rows. Query sets one around every
+/// statement that writes. Does nothing on SQLite and outside a transaction.
 class Savepoint {
 public:
-    explicit Savepoint(const Store &store);
+    explicit Savepoint(const Store &store, bool wanted = true);
     /// Undoes what was not ended.
     ~Savepoint() { end(false); }
     Savepoint(const Savepoint &) = delete;

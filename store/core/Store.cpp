@@ -19,6 +19,14 @@ bool Store::isPostgreSql() const {
     return mDb.driverName() == QLatin1String("QPSQL");
 }
 
+bool Store::fail(const QString &sql, const QString &error) const {
+    CallDbResult failure;
+    failure.sql = sql;
+    failure.error = error;
+    mFailures.append(failure);
+    return false;
+}
+
 bool Store::hasColumn(const char *table, const char *column) const {
     if (!isUsable())
         return false;

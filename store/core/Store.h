@@ -36,6 +36,11 @@ public:
     /// No further statement of this operation may run.
     void giveUp() const { mState = State::Unusable; }
 
+    /// @{ That no transaction is open, as far as the operation has found out (PostgreSQL).
+    bool isKnownOutsideTransaction() const { return mOutsideTransaction; }
+    void setOutsideTransaction(bool outside) const { mOutsideTransaction = outside; }
+    /// @}
+
     /// Stores of version 1 spell the serial number of lanes and signal colours with an extra n.
     bool hasMisspeltSerialNumber() const { return !hasSeveralNets() && mSchemaVersion == 1; }
 
@@ -51,6 +56,8 @@ public:
 
     FailureList &failures() const { return mFailures; }
     bool check(const QSqlQuery &query) const { return checkStatement(query, mFailures); }
+    /// Records a failure that no driver knows of; false.
+    bool fail(const QString &sql, const QString &error) const;
     bool checkConnection() const { return ::checkConnection(mDb, mFailures); }
 
 private:
@@ -62,4 +69,5 @@ private:
     int mSchemaVersion;
     FailureList &mFailures;
     mutable State mState = State::Unchecked;
+    mutable bool mOutsideTransaction = false;
 };

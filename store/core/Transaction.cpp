@@ -1,13 +1,18 @@
 #include "store/core/Transaction.h"
 
+#include "store/core/Savepoint.h"
+
 #include <QSqlError>
 
 namespace {
 
-void record(const Store &store, const QSqlError &error) {
-    CallDbResult failure;
-    failure.error = error.text();
-    store.failures().append(failure);
+/// PostgreSQL takes a second begin with a warning, and the commit that follows would end the caller's
+/// transaction.
+bool isInsideAnother(const Store &store) {
+    if (!store.isPostgreSql())
+        return false;
+    Savepoint(store).end(true);
+    return !store.isKnownOutsideTransaction();
 }
 
 } // namespace
@@ -15,11 +20,14 @@ void record(const Store &store, const QSqlError &error) {
 Transaction::Transaction(const Store &store, bool wanted) : mStore(store) {
     if (!wanted || !store.isUsable())
         return;
-    mOpen = store.db().transaction();
+    const bool isRefused = isInsideAnother(store);
+    mOpen = !isRefused && store.db().transaction();
     if (!mOpen) {
-        record(store, store.db().lastError());
+        store.fail({}, isRefused ? QStringLiteral("cannot start a transaction within a transaction")
+                                 : store.db().lastError().text());
         store.giveUp();
     }
+    store.setOutsideTransaction(false);
 }
 
 Transaction::~Transaction() {
@@ -48,7 +56,7 @@ bool Transaction::commitOrRecord(bool verdict) {
         mOpen = false;
         return verdict;
     }
-    record(mStore, error);
+    mStore.fail({}, error.text());
     return rollBack();
 }
 

@@ -3,7 +3,6 @@
 #include "model/DecisionPoint.h"
 #include "model/Link.h"
 #include "store/core/Query.h"
-#include "store/core/Savepoint.h"
 #include "store/core/Transaction.h"
 #include "store/families/CurrentNet.h"
 #include "store/families/Routings.h"
@@ -26,16 +25,15 @@ constexpr Sql kSelectIds = {"select deciPointID from DecisionPoint order by deci
                             "select deciPointID from DecisionPoint where NetId = %0 order by deciPointID"};
 
 bool insertRow(const Store &store, const DecisionPoint &point) {
-    Savepoint savepoint(store);
     Query insert(store, kInsert);
-    insert.bindNet()
+    return insert.bindNet()
         .bind(":deciPointID", point.deciPointID)
         .bind(":deciPointName", point.deciPointName)
         .bind(":linkID", point.mpLink ? point.mpLink->linkID : 0L)
         .bind(":x", point.x)
         .bind(":y", point.y)
-        .bind(":z", point.z);
-    return savepoint.end(insert.exec());
+        .bind(":z", point.z)
+        .exec();
 }
 
 bool insertRoutes(const Store &store, DecisionPoint &point) {

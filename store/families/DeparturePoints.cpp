@@ -1,7 +1,6 @@
 #include "store/families/DeparturePoints.h"
 
 #include "store/core/Query.h"
-#include "store/core/Savepoint.h"
 #include "store/core/Transaction.h"
 
 #include <memory>
@@ -28,27 +27,25 @@ constexpr Sql kSelectIntervals = {
     "select * from DepartureInterval where NetId = %0 and departurePointID = %1 order by departureIntervalD"};
 
 bool insertRow(const Store &store, const DeparturePoint &point) {
-    Savepoint savepoint(store);
     Query insert(store, kInsert);
-    insert.bindNet()
+    return insert.bindNet()
         .bind(":departurePointID", point.departurePointID)
         .bind(":linkID", point.linkID)
-        .bind(":name", point.name);
-    return savepoint.end(insert.exec());
+        .bind(":name", point.name)
+        .exec();
 }
 
 bool insertIntervals(const Store &store, const DeparturePoint &point) {
     bool written = true;
     Query insert(store, kInsertInterval);
     for (const DepartureInterval &interval : point.mlInterval) {
-        Savepoint savepoint(store);
         insert.bindNet()
             .bind(":departureIntervalD", interval.departureIntervalD)
             .bind(":departurePointID", point.departurePointID)
             .bind(":interval", interval.interval)
             .bind(":vehiCount", interval.vehiCount)
             .bind(":vehiCons", interval.vehiCons.vehicleConsCode);
-        written = savepoint.end(insert.exec()) && written;
+        written = insert.exec() && written;
     }
     return written;
 }

@@ -1,7 +1,6 @@
 #include "store/families/DriverModels.h"
 
 #include "store/core/Columns.h"
-#include "store/core/Savepoint.h"
 #include "store/core/Transaction.h"
 
 namespace drivermodels {
@@ -87,9 +86,8 @@ bool insertAll(const Store &store, const QList<ChangeLaneModelParam> &params) {
     bool written = true;
     Query insert(store, kInsertLaneChange);
     for (const ChangeLaneModelParam &param : params) {
-        Savepoint savepoint(store);
         bindAll(insert.bindNet(), kLaneChangeColumns, param);
-        written = savepoint.end(insert.exec()) && written;
+        written = insert.exec() && written;
     }
     return written;
 }

@@ -1,6 +1,7 @@
 #include "store/families/NetworkRemoval.h"
 
 #include "store/core/Query.h"
+#include "store/core/Savepoint.h"
 #include "store/core/Transaction.h"
 
 #include <vector>
@@ -51,8 +52,10 @@ const Groups kSeveralNets = {
 bool removeGroup(const Store &store, const std::vector<const char *> &tables) {
     const QString condition = store.text({"", " where NetId = %1"}, {});
     QSqlQuery query(store.db());
-    for (const char *table : tables)
-        query.exec(QStringLiteral("delete from ") + QLatin1String(table) + condition);
+    for (const char *table : tables) {
+        Savepoint savepoint(store);
+        savepoint.end(query.exec(QStringLiteral("delete from ") + QLatin1String(table) + condition));
+    }
     return store.check(query);
 }
 

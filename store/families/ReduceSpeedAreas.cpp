@@ -3,7 +3,6 @@
 #include "model/ReduceSpeedArea.h"
 #include "store/core/Columns.h"
 #include "store/core/Query.h"
-#include "store/core/Savepoint.h"
 #include "store/core/Transaction.h"
 
 #include <memory>
@@ -57,9 +56,8 @@ constexpr Column<ReduceSpeedVehiType> kVehiTypeColumns[] = {
 };
 
 template <class Entity, std::size_t N>
-bool insertRow(const Store &store, Query &insert, const Column<Entity> (&columns)[N], const Entity &entity) {
-    Savepoint savepoint(store);
-    return savepoint.end(bindAll(insert.bindNet(), columns, entity).exec());
+bool insertRow(Query &insert, const Column<Entity> (&columns)[N], const Entity &entity) {
+    return bindAll(insert.bindNet(), columns, entity).exec();
 }
 
 /// Writes what belongs to an area. Each row carries the area id of its own object.
@@ -69,7 +67,7 @@ bool insertChildren(const Store &store, const Sql &sql, const Column<Child> (&co
     bool written = true;
     Query insert(store, sql);
     for (const Child *child : children)
-        written = insertRow(store, insert, columns, *child) && written;
+        written = insertRow(insert, columns, *child) && written;
     return written;
 }
 
@@ -95,7 +93,7 @@ bool insert(const Store &store, const ReduceSpeedArea *area, bool inTransaction)
         return true;
     Transaction transaction(store, inTransaction);
     Query insert(store, kInsert);
-    bool written = insertRow(store, insert, kColumns, *area);
+    bool written = insertRow(insert, kColumns, *area);
     written = insertChildren(store, kInsertInterval, kIntervalColumns, area->mlSpeedInterval) && written;
     written = insertChildren(store, kInsertVehiType, kVehiTypeColumns, area->mlSpeedVehiType) && written;
     return transaction.discard(written);

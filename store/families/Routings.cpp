@@ -5,7 +5,6 @@
 #include "model/Routing.h"
 #include "model/RoutingFlowByInterval.h"
 #include "store/core/Query.h"
-#include "store/core/Savepoint.h"
 #include "store/core/Transaction.h"
 #include "store/families/CurrentNet.h"
 
@@ -44,14 +43,13 @@ constexpr Sql kSelectLanePairs = {
     "select laneID1, laneID2 from RoutingLaneConnector where NetId = %0 and routingID = %1 and connID = %2 order by laneID1, laneID2"};
 
 bool insertRow(const Store &store, const Routing &route) {
-    Savepoint savepoint(store);
     Query insert(store, kInsert);
-    insert.bindNet()
+    return insert.bindNet()
         .bind(":routingID", route.routingID)
         .bind(":deciPointID", route.mpDecisionPoint ? route.mpDecisionPoint->deciPointID : 0L)
         .bind(":routingName", route.routingName)
-        .bind(":proportion", route.proportion);
-    return savepoint.end(insert.exec());
+        .bind(":proportion", route.proportion)
+        .exec();
 }
 
 bool insertChains(const Store &store, const Routing &route) {
@@ -62,13 +60,12 @@ bool insertChains(const Store &store, const Routing &route) {
         ++chainNumber;
         int linkNumber = 0;
         for (const Link *link : chain) {
-            Savepoint savepoint(store);
             insert.bindNet()
                 .bind(":routingID", route.routingID)
                 .bind(":linkID", link ? link->linkID : 0L)
                 .bind(":num1", chainNumber)
                 .bind(":num2", ++linkNumber);
-            written = savepoint.end(insert.exec()) && written;
+            written = insert.exec() && written;
         }
     }
     return written;
@@ -140,14 +137,13 @@ bool insertFlowRatios(const Store &store, long start, RoutingFlowByInterval *int
     bool written = true;
     Query insert(store, kInsertFlowRatio);
     for (const RoutingFLowRatio *ratio : qAsConst(interval->mlFlowRatio)) {
-        Savepoint savepoint(store);
         insert.bindNet()
             .bind(":RoutingFLowRatioID", ratio->routingFLowRatioID)
             .bind(":routingID", ratio->routingID)
             .bind(":startDateTime", start)
             .bind(":endDateTime", interval->endDateTime)
             .bind(":ratio", ratio->ratio);
-        written = savepoint.end(insert.exec()) && written;
+        written = insert.exec() && written;
     }
     return transaction.commit(written);
 }

@@ -3,7 +3,6 @@
 #include "model/SignalGroup.h"
 #include "model/SpecialWords.h"
 #include "store/core/Query.h"
-#include "store/core/Savepoint.h"
 #include "store/core/Transaction.h"
 #include "store/families/CurrentNet.h"
 
@@ -40,28 +39,26 @@ constexpr const char *kSelectColorsMisspelt =
     "select * from SignalColor where signalPhaseID = %1 order by serialNnumber";
 
 bool insertRow(const Store &store, const SignalGroup &group) {
-    Savepoint savepoint(store);
     Query insert(store, kInsert);
-    insert.bindNet()
+    return insert.bindNet()
         .bind(":signalGroupID", group.signalGroupID)
         .bind(":name", group.name)
         .bind(":timeLength", group.timeLength)
         .bind(":startTime", group.startTime)
-        .bind(":endTime", group.endTime);
-    return savepoint.end(insert.exec());
+        .bind(":endTime", group.endTime)
+        .exec();
 }
 
-bool insertColors(const Store &store, Query &insert, const SignalPhase &phase) {
+bool insertColors(Query &insert, const SignalPhase &phase) {
     bool written = true;
     int number = 0;
     for (const Online::ColorInterval &step : phase.mlColor) {
-        Savepoint savepoint(store);
         insert.bindNet()
             .bind(":signalPhaseID", phase.signalPhaseID)
             .bind(":serialNumber", ++number)
             .bind(":color", gSpecialWords.trZhToEn(step.color))
             .bind(":timeLength", step.interval);
-        written = savepoint.end(insert.exec()) && written;
+        written = insert.exec() && written;
     }
     return written;
 }
@@ -72,14 +69,13 @@ bool insertPhases(const Store &store, const SignalGroup &group) {
     Query insertColor(store, store.hasMisspeltSerialNumber() ? QString::fromLatin1(kInsertColorMisspelt)
                                                              : store.text(kInsertColor));
     for (const SignalPhase *phase : group.mlPhase) {
-        Savepoint savepoint(store);
         insert.bindNet()
             .bind(":signalPhaseID", phase->signalPhaseID)
             .bind(":signalGroupID", group.signalGroupID)
             .bind(":serialNumber", phase->serialNumber)
             .bind(":name", phase->name);
-        written = savepoint.end(insert.exec()) && written;
-        written = insertColors(store, insertColor, *phase) && written;
+        written = insert.exec() && written;
+        written = insertColors(insertColor, *phase) && written;
     }
     return written;
 }

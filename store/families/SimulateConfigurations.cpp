@@ -1,7 +1,6 @@
 #include "store/families/SimulateConfigurations.h"
 
 #include "store/core/Columns.h"
-#include "store/core/Savepoint.h"
 #include "store/core/Transaction.h"
 
 namespace simulateconfigurations {
@@ -59,9 +58,7 @@ bool saveToOneNet(const Store &store, const SimulateConfiguration &configuration
 
 bool saveToNet(const Store &store, const SimulateConfiguration &configuration, long count) {
     const bool seeded = count > 0 || insertStandard(store);
-    // The refusal is no reason for the standard row, or what else the caller's transaction holds, to go.
-    Savepoint savepoint(store);
-    return savepoint.end(update(store, configuration)) && seeded;
+    return update(store, configuration) && seeded;
 }
 
 } // namespace

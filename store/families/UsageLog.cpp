@@ -4,7 +4,6 @@
 #include "model/Logger.h"
 #include "store/core/Columns.h"
 #include "store/core/Query.h"
-#include "store/core/Savepoint.h"
 #include "store/families/Identifiers.h"
 
 #include <QDateTime>
@@ -98,8 +97,7 @@ bool insertRow(const Store &store, const Logger &event) {
 
 bool append(const Store &store, Logger event) {
     fillIn(store, event);
-    Savepoint savepoint(store);
-    return savepoint.end(drawId(store, event.logID) && insertRow(store, event));
+    return drawId(store, event.logID) && insertRow(store, event);
 }
 
 bool read(const Store &store, QList<Logger> &events, int limit) {

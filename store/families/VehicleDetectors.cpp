@@ -4,7 +4,6 @@
 #include "model/VehicleType.h"
 #include "store/core/Columns.h"
 #include "store/core/Query.h"
-#include "store/core/Savepoint.h"
 #include "store/core/Transaction.h"
 
 #include <memory>
@@ -45,18 +44,16 @@ constexpr Column<VehicleDetector> kColumns[] = {
 };
 
 bool insertRow(const Store &store, const VehicleDetector &detector) {
-    Savepoint savepoint(store);
     Query insert(store, kInsert);
-    return savepoint.end(bindAll(insert.bindNet(), kColumns, detector).exec());
+    return bindAll(insert.bindNet(), kColumns, detector).exec();
 }
 
 bool insertTypes(const Store &store, const VehicleDetector &detector) {
     bool written = true;
     Query insert(store, kInsertType);
     for (const long code : detector.mlVehiTypeCode) {
-        Savepoint savepoint(store);
         insert.bind(":vehicleDetectorId", detector.vehicleDetectorId).bind(":vehicleTypeCode", code);
-        written = savepoint.end(insert.exec()) && written;
+        written = insert.exec() && written;
     }
     return written;
 }

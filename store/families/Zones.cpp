@@ -4,6 +4,7 @@
 #include "model/RoadWorkZone.h"
 #include "store/core/Probes.h"
 #include "store/core/Query.h"
+#include "store/core/Savepoint.h"
 
 #include <memory>
 
@@ -53,8 +54,10 @@ bool lacksTable(const Store &store, const char *table) {
 } // namespace
 
 AccidentZone *readAccident(const Store &store, long zoneId) {
+    // The statement of several networks is never well-formed, and must not end the caller's transaction.
+    Savepoint savepoint(store);
     Query row(store, kSelectAccident, {zoneId});
-    if (!row.execAndNext())
+    if (!savepoint.end(row.execAndNext()))
         return nullptr;
     auto zone = std::make_unique<AccidentZone>();
     zone->accidentZoneId = row.id("accidentZoneId");

@@ -123,7 +123,8 @@ TEST_P(BusLinesTest, RoadsThatAreNotKnownAreSkipped) {
     ASSERT_TRUE(read);
     EXPECT_EQ(read->mlRoadId, QList<long>({8}));
     EXPECT_EQ(read->mlStationLine.size(), 1);
-    EXPECT_EQ(read->dischargeStartTime, 2) << "cut off, not rounded";
+    EXPECT_EQ(read->dischargeStartTime, isPostgres() ? 3 : 2)
+        << "what SQLite keeps is cut off; the server rounds what it is given";
 
     gNet.netId = 2;
     const auto ofAnother = readLine();
@@ -168,6 +169,7 @@ TEST_P(BusLinesTest, Stations) {
     EXPECT_EQ(failures().last().error,
               QStringLiteral("Bus station 7 has no link: set mpLink before it is stored."));
     EXPECT_EQ(count("BusStation"), 4);
+    letReferencesDangle();
     execute("delete from Link where linkID = 9");
     reopenWithLinks({7, 8});
 
@@ -185,6 +187,6 @@ TEST_P(BusLinesTest, Stations) {
     EXPECT_EQ(failureCount(), 0);
 }
 
-INSTANTIATE_TEST_SUITE_P(Stores, BusLinesTest, testing::ValuesIn(kFileKinds), storeKindName);
+INSTANTIATE_TEST_SUITE_P(Stores, BusLinesTest, testing::ValuesIn(kStoreKinds), storeKindName);
 
 } // namespace

@@ -84,6 +84,7 @@ TEST_P(ConnectorsTest, LaneConnectorsOfUnknownLanesAreLeftOut) {
     written->roadId = 0;
     ASSERT_TRUE(DBTools::insertConnector(gDB, kNet, written.get(), true));
     EXPECT_EQ(written->roadId, 5);
+    letReferencesDangle();
     execute(QStringLiteral("delete from Lane where laneID = 82"));
     reopenWithLinks();
     const std::unique_ptr<Connector> read(DBTools::selectConnectorByID(gDB, kNet, 5));
@@ -93,6 +94,7 @@ TEST_P(ConnectorsTest, LaneConnectorsOfUnknownLanesAreLeftOut) {
 }
 
 TEST_P(ConnectorsTest, GuideArrowsFollowTheirLanes) {
+    letReferencesDangle();
     GuideArrow arrow;
     arrow.guideArrowID = 4;
     arrow.laneID = 71;
@@ -121,7 +123,7 @@ TEST_P(ConnectorsTest, GuideArrowsFollowTheirLanes) {
     EXPECT_EQ(DBTools::selectGuideArrowByID(gDB, kNet, 5), nullptr);
 }
 
-INSTANTIATE_TEST_SUITE_P(Stores, ConnectorsTest, testing::ValuesIn(kFileKinds), storeKindName);
+INSTANTIATE_TEST_SUITE_P(Stores, ConnectorsTest, testing::ValuesIn(kStoreKinds), storeKindName);
 
 class OneNetConnectorsTest : public StoreFixture {};
 

@@ -179,6 +179,7 @@ TEST_P(DecisionPointsTest, IntervalsComeByTheirEndsWithTheFirstRecordOfARoute) {
 }
 
 TEST_P(DecisionPointsTest, ChainsLeaveOutUnknownLinks) {
+    letReferencesDangle();
     DecisionPoint point;
     point.deciPointID = 5;
     addRoute(point, 51, {{link(7), link(8)}, {link(8)}, {link(8), link(9), link(7)}});
@@ -221,6 +222,7 @@ TEST_P(DecisionPointsTest, NothingHappensInsideATransactionOfTheCallers) {
 }
 
 TEST_P(DecisionPointsTest, LanePairsOfARouteOnAConnector) {
+    letReferencesDangle();
     ASSERT_TRUE(DBTools::insertRoutingLaneConnector(gDB, kNet, 51, 3, 72, 81, true));
     ASSERT_TRUE(DBTools::insertRoutingLaneConnector(gDB, kNet, 51, 3, 71, 82, true));
     ASSERT_TRUE(DBTools::insertRoutingLaneConnector(gDB, kNet, 51, 3, 71, 81, true));
@@ -236,7 +238,7 @@ TEST_P(DecisionPointsTest, LanePairsOfARouteOnAConnector) {
     EXPECT_EQ(lanes, (QList<QPair<long, long>>({{71, 81}, {71, 82}, {72, 81}})));
 }
 
-INSTANTIATE_TEST_SUITE_P(Stores, DecisionPointsTest, testing::ValuesIn(kFileKinds), storeKindName);
+INSTANTIATE_TEST_SUITE_P(Stores, DecisionPointsTest, testing::ValuesIn(kStoreKinds), storeKindName);
 
 class SeveralNetsDecisionPointsTest : public StoreFixture {};
 

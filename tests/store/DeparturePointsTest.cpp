@@ -7,6 +7,11 @@ namespace {
 
 class DeparturePointsTest : public StoreKindFixture {
 protected:
+    void SetUp() override {
+        StoreKindFixture::SetUp();
+        letReferencesDangle();
+    }
+
     static DepartureInterval interval(long id, long consCode) {
         DepartureInterval result;
         result.departureIntervalD = id;
@@ -70,6 +75,6 @@ TEST_P(DeparturePointsTest, GoodRowsStayInBothStyles) {
                      "82|8|820|8200|3", "83|8|830|8300|4"}));
 }
 
-INSTANTIATE_TEST_SUITE_P(Stores, DeparturePointsTest, testing::ValuesIn(kFileKinds), storeKindName);
+INSTANTIATE_TEST_SUITE_P(Stores, DeparturePointsTest, testing::ValuesIn(kStoreKinds), storeKindName);
 
 } // namespace

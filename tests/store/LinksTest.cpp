@@ -91,7 +91,7 @@ TEST_P(LinksTest, JsonThatWasNotChangedIsWrittenBackByteForByte) {
     EXPECT_EQ(read->centerLinePointsJson.value("n"), 1);
     execute(QStringLiteral("update Link set leftBreakPointsJson = ' {}'"));
     const QStringList before = rows(texts);
-    for (const char *table : {"Link", "Lane", "LinkVertex", "Vertex", "Node"})
+    for (const char *table : {"Lane", "LinkVertex", "Link", "Node", "Vertex"})
         execute(QStringLiteral("delete from %1").arg(table));
     EXPECT_TRUE(DBTools::insertLink(gDB, kNet, read.get(), true));
     EXPECT_EQ(rows(texts), before);
@@ -193,9 +193,11 @@ TEST_P(LinksTest, TheCallersTransactionStaysTheCallers) {
     EXPECT_TRUE(DBTools::insertLink(gDB, kNet, link.get(), true));
 }
 
-INSTANTIATE_TEST_SUITE_P(Stores, LinksTest, testing::ValuesIn(kFileKinds), storeKindName);
+INSTANTIATE_TEST_SUITE_P(Stores, LinksTest, testing::ValuesIn(kStoreKinds), storeKindName);
 
 TEST_P(LinksTest, AFullDiskEndsTheOperationWithNothingWritten) {
+    if (isPostgres())
+        GTEST_SKIP() << "a server ends no transaction by itself";
     const auto link = sampleLink(7);
     // SQLite ends the transaction by itself here; rows that followed would be kept one by one.
     execute(

@@ -30,6 +30,7 @@ protected:
 };
 
 TEST_P(ReduceSpeedAreasTest, ComesBackAsWritten) {
+    letReferencesDangle();
     ReduceSpeedArea written = sampleArea(5);
     EXPECT_TRUE(DBTools::insertReduceSpeedArea(gDB, kNet, &written, true));
     EXPECT_EQ(rowCounts(), QList<int>({0, 0, 0})) << "with the flag it is a trial run";
@@ -73,6 +74,6 @@ TEST_P(ReduceSpeedAreasTest, GoesOnAfterAFailedRow) {
     EXPECT_EQ(failures().size(), 1);
 }
 
-INSTANTIATE_TEST_SUITE_P(Stores, ReduceSpeedAreasTest, testing::ValuesIn(kFileKinds), storeKindName);
+INSTANTIATE_TEST_SUITE_P(Stores, ReduceSpeedAreasTest, testing::ValuesIn(kStoreKinds), storeKindName);
 
 } // namespace

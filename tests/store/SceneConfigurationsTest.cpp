@@ -36,8 +36,7 @@ TEST_P(SceneConfigurationsTest, ComesBackAsWritten) {
 }
 
 TEST_P(SceneConfigurationsTest, AFailureLeavesTheOldRowInATransactionOfItsOwn) {
-    execute(QStringLiteral("create trigger refusal before insert on Configuration begin "
-                           "select raise(abort, 'refused'); end"));
+    refuse(QStringLiteral("insert"), QStringLiteral("Configuration"));
     const QStringList before = rows(QStringLiteral("select * from Configuration"));
     gNet.config().scale = 7;
     EXPECT_FALSE(DBTools::saveConfiguration(gDB, kNet, true));
@@ -49,6 +48,7 @@ TEST_P(SceneConfigurationsTest, AFailureLeavesTheOldRowInATransactionOfItsOwn) {
 }
 
 TEST_P(SceneConfigurationsTest, SwitchesAreWrittenToEveryRow) {
+    letReferencesDangle();
     gNet.config() = Configuration();
     ASSERT_TRUE(DBTools::saveConfiguration(gDB, 2, true));
     EXPECT_EQ(count(QStringLiteral("Configuration")), hasSeveralNets() ? 2 : 1);
@@ -65,6 +65,6 @@ TEST_P(SceneConfigurationsTest, SwitchesAreWrittenToEveryRow) {
     EXPECT_EQ(failures().size(), 1);
 }
 
-INSTANTIATE_TEST_SUITE_P(Stores, SceneConfigurationsTest, testing::ValuesIn(kFileKinds), storeKindName);
+INSTANTIATE_TEST_SUITE_P(Stores, SceneConfigurationsTest, testing::ValuesIn(kStoreKinds), storeKindName);
 
 } // namespace

@@ -5,6 +5,11 @@ namespace {
 
 class VehicleCompositionsTest : public StoreKindFixture {
 protected:
+    void SetUp() override {
+        StoreKindFixture::SetUp();
+        letReferencesDangle();
+    }
+
     static VehicleComposition sample(long code, QList<VehicleConsDetail> details) {
         VehicleComposition composition;
         composition.vehicleConsCode = code;
@@ -71,6 +76,6 @@ TEST_P(VehicleCompositionsTest, TheFirstFailureEndsTheOperation) {
     EXPECT_EQ(failures().size(), 3);
 }
 
-INSTANTIATE_TEST_SUITE_P(Stores, VehicleCompositionsTest, testing::ValuesIn(kFileKinds), storeKindName);
+INSTANTIATE_TEST_SUITE_P(Stores, VehicleCompositionsTest, testing::ValuesIn(kStoreKinds), storeKindName);
 
 } // namespace

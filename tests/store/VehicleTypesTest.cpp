@@ -72,12 +72,12 @@ TEST_P(VehicleTypesTest, FailuresAreRecorded) {
     EXPECT_EQ(failures().size(), 2);
     EXPECT_EQ(rows(QStringLiteral("select * from VehicleType")), before);
 
-    execute(QStringLiteral("drop table VehicleType"));
+    dropTable(QStringLiteral("VehicleType"));
     QHash<long, VehicleType> types;
     EXPECT_TRUE(DBTools::selectVehicleType(gDB, kNet, types)) << "a catalogue is true in every case";
     EXPECT_EQ(failures().size(), 3);
 }
 
-INSTANTIATE_TEST_SUITE_P(Stores, VehicleTypesTest, testing::ValuesIn(kFileKinds), storeKindName);
+INSTANTIATE_TEST_SUITE_P(Stores, VehicleTypesTest, testing::ValuesIn(kStoreKinds), storeKindName);
 
 } // namespace

@@ -40,7 +40,8 @@ TEST_P(ZonesTest, RoadWorkZonesAreRead) {
     EXPECT_EQ(zone->location, 12.7);
     EXPECT_EQ(zone->zoneLength, 40.3);
     EXPECT_EQ(zone->limitSpeed, 8.9);
-    EXPECT_EQ(zone->roadID, 12) << "cut off, not rounded";
+    EXPECT_EQ(zone->roadID, isPostgres() ? 13 : 12)
+        << "what SQLite keeps is cut off; the server rounds what it is given";
     EXPECT_EQ(zone->roadName, QStringLiteral("Main Road"));
     EXPECT_EQ(zone->roadType, QStringLiteral("connector"));
     expectLanesByNumber(zone->mlLane);
@@ -94,6 +95,6 @@ TEST_P(ZonesTest, ListsReportAFailedQuery) {
     EXPECT_EQ(accidents.size() + works.size(), 6);
 }
 
-INSTANTIATE_TEST_SUITE_P(Stores, ZonesTest, testing::ValuesIn(kFileKinds), storeKindName);
+INSTANTIATE_TEST_SUITE_P(Stores, ZonesTest, testing::ValuesIn(kStoreKinds), storeKindName);
 
 } // namespace

@@ -109,6 +109,33 @@ int StoreFixture::count(const QString &table) {
     return rows(QStringLiteral("select count(*) from %1").arg(table)).value(0).toInt();
 }
 
+void StoreFixture::letReferencesDangle() {
+    if (!mDatabase)
+        return;
+    for (const QString &statement : rows(
+             QStringLiteral("select format('alter table %s drop constraint %I', conrelid::regclass, conname) "
+                            "from pg_constraint where contype = 'f'")))
+        execute(statement);
+}
+
+void StoreFixture::refuse(const QString &event, const QString &table) {
+    if (!mDatabase) {
+        execute(
+            QStringLiteral("create trigger refusal before %1 on %2 begin select raise(abort, 'refused'); end")
+                .arg(event, table));
+        return;
+    }
+    execute(QStringLiteral("create function refuse() returns trigger language plpgsql as "
+                           "'begin raise exception ''refused''; end'"));
+    execute(QStringLiteral("create trigger refusal before %1 on %2 for each row execute function refuse()")
+                .arg(event, table));
+}
+
+void StoreFixture::dropTable(const QString &table) {
+    letReferencesDangle();
+    execute(QStringLiteral("drop table %1").arg(table));
+}
+
 void StoreFixture::clearFailures() {
     DBTools::mlCallDbResult.clear();
     DBTools_V6::mlCallDbResult.clear();

@@ -52,6 +52,12 @@ protected:
     /// The rows that a statement returns, each with its values as text joined by "|" (NULL as "NULL").
     QStringList rows(const QString &sql);
     int count(const QString &table);
+    /// Lets rows refer to rows that are not there, as SQLite does unless it is asked not to: takes the
+    /// foreign keys of a database away.
+    void letReferencesDangle();
+    /// Makes the engine refuse an event ("insert", "delete") on the rows of a table, with the text "refused".
+    void refuse(const QString &event, const QString &table);
+    void dropTable(const QString &table);
 
     /// Failures recorded in both classes since the last opening.
     static int failureCount() { return DBTools::mlCallDbResult.size() + DBTools_V6::mlCallDbResult.size(); }

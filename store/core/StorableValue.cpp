@@ -1,0 +1,57 @@
+#include "store/core/StorableValue.h"
+
+#include <QJsonArray>
+#include <QtNumeric>
+
+#include <algorithm>
+
+namespace storablevalue {
+
+namespace {
+
+QString notFinite() {
+    return QStringLiteral("is not a finite number");
+}
+
+QString hasNul() {
+    return QStringLiteral("contains a NUL character");
+}
+
+bool isFinite(const QJsonValue &value) {
+    if (value.isDouble())
+        return qIsFinite(value.toDouble());
+    if (value.isArray()) {
+        const QJsonArray array = value.toArray();
+        return std::all_of(array.begin(), array.end(),
+                           [](const QJsonValue &member) { return isFinite(member); });
+    }
+    const QJsonObject object = value.toObject();
+    return std::all_of(object.begin(), object.end(),
+                       [](const QJsonValue &member) { return isFinite(member); });
+}
+
+} // namespace
+
+QString objection(const QVariant &value) {
+    switch (value.userType()) {
+    case QMetaType::Double:
+        return qIsFinite(value.toDouble()) ? QString() : notFinite();
+    case QMetaType::QString: {
+        const QString text = value.toString();
+        if (text.contains(QChar::Null))
+            return hasNul();
+        return text.isValidUtf16() ? QString() : QStringLiteral("is not valid Unicode");
+    }
+    default:
+        return {};
+    }
+}
+
+QString objection(const StoredJson &value, const QByteArray &text) {
+    if (text.contains('\0'))
+        return hasNul();
+    // Qt writes numbers that JSON does not have as null, so a text without that word needs no second look.
+    return value.hasText() || !text.contains("null") || isFinite(value.object()) ? QString() : notFinite();
+}
+
+} // namespace storablevalue

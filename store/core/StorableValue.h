@@ -1,0 +1,19 @@
+#pragma once
+
+#include "model/StoredJson.h"
+
+#include <QString>
+#include <QVariant>
+
+/// What every store takes and gives back unchanged. The engines differ in what they make of the rest: SQLite
+/// turns NaN into NULL and cuts texts at NUL when they are read, PostgreSQL refuses both in its own words.
+/// Such a value is refused on all of them before its statement runs.
+namespace storablevalue {
+
+/// Why @p value cannot be stored, as the end of a sentence; empty when it can.
+QString objection(const QVariant &value);
+
+/// The same for a JSON object and its stored form @p text: JSON has no NaN and no infinities.
+QString objection(const StoredJson &value, const QByteArray &text);
+
+} // namespace storablevalue
