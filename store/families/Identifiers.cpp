@@ -108,8 +108,13 @@ bool hasSequence(const Store &store, const QString &name) {
 /// Sequences serve all networks of a database; tables without one of their own share seq_table_id.
 bool nextOfSequence(const Store &store, const QString &table, long &id) {
     const QString own = QStringLiteral("seq_%1_id").arg(table.toLower());
-    const QString name = hasSequence(store, own) ? own : QStringLiteral("seq_table_id");
-    return firstValue(store, QStringLiteral("select nextval('\"%1\"')").arg(quoted(name)), id);
+    const QString shared = QStringLiteral("seq_table_id");
+    for (const QString &name : {own, shared}) {
+        if (hasSequence(store, name))
+            return firstValue(store, QStringLiteral("select nextval('\"%1\"')").arg(quoted(name)), id);
+    }
+    return store.isUsable() &&
+           store.fail({}, QStringLiteral("There is neither a sequence %1 nor %2").arg(own, shared));
 }
 
 } // namespace

@@ -2,6 +2,8 @@
 
 #include "store/core/Query.h"
 
+#include <QMap>
+
 #include <algorithm>
 
 namespace sequences {
@@ -63,11 +65,8 @@ bool restart(const Store &store, const Sequence &sequence) {
     return Query(store, sequence.restart, {rows.firstId() + 1}).exec();
 }
 
-} // namespace
-
-bool largestKey(const Store &store, const QString &schema, long &largest) {
-    if (!store.isPostgreSql())
-        return true;
+/// Adds the largest key value of each table of @p schema.
+bool largestKeys(const Store &store, const QString &schema, QMap<QString, long> &largest) {
     const QString name = schemaOrPublic(schema);
     QStringList tables;
     Query list(store, QString::fromLatin1(kTables).arg(quoted(name)));
@@ -75,13 +74,45 @@ bool largestKey(const Store &store, const QString &schema, long &largest) {
         return false;
     while (list.next())
         tables.append(list.text("tablename"));
-    largest = 0;
     bool read = true;
     for (const QString &table : qAsConst(tables)) {
         const QString column = keyColumn(store, name, table);
         if (!column.isEmpty())
-            read = read && largestOf(store, name, table, column, largest);
+            read = read && largestOf(store, name, table, column, largest[table]);
     }
+    return read;
+}
+
+long largestOfAll(const QMap<QString, long> &largest) {
+    return largest.isEmpty() ? 0 : std::max(0L, *std::max_element(largest.cbegin(), largest.cend()));
+}
+
+/// Moves the sequences of the tables in @p largest that have one.
+bool restartOwn(const Store &store, const QMap<QString, long> &largest) {
+    QStringList known;
+    Query list(store, "select relname from pg_class where relkind = 'S'");
+    if (!list.exec())
+        return false;
+    while (list.next())
+        known.append(list.text("relname"));
+    bool moved = true;
+    for (auto table = largest.cbegin(); table != largest.cend(); ++table) {
+        const QString own = QStringLiteral("seq_%1_id").arg(table.key());
+        const QString sql = QStringLiteral("alter sequence %1 RESTART %2").arg(own).arg(table.value() + 1);
+        if (known.contains(own))
+            moved = moved && Query(store, sql).exec();
+    }
+    return moved;
+}
+
+} // namespace
+
+bool largestKey(const Store &store, const QString &schema, long &largest) {
+    if (!store.isPostgreSql())
+        return true;
+    QMap<QString, long> keys;
+    const bool read = largestKeys(store, schema, keys);
+    largest = largestOfAll(keys);
     return read;
 }
 
@@ -92,14 +123,16 @@ bool rebase(const Store &store, const QString &schema) {
         if (!restart(store, sequence))
             return false;
     }
-    long largest = 0;
-    if (!largestKey(store, schema, largest))
+    QMap<QString, long> keys;
+    if (!largestKeys(store, schema, keys))
         return false;
     Query current(store, "select nextval('\"seq_table_id\"')");
     if (!current.execAndNext())
         return false;
-    return Query(store, "alter sequence seq_table_id RESTART %1", {std::max(largest, current.firstId())})
-        .exec();
+    return Query(store, "alter sequence seq_table_id RESTART %1",
+                 {std::max(largestOfAll(keys), current.firstId())})
+               .exec() &&
+           restartOwn(store, keys);
 }
 
 } // namespace sequences

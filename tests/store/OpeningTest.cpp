@@ -1,8 +1,7 @@
 #include "model/Net.h"
 #include "model/SpecialWords.h"
+#include "tests/support/Host.h"
 #include "tests/support/StoreFixture.h"
-
-#include <MoraInterfaces/MoraInterfaces.h>
 
 #include <QDir>
 #include <QFile>
@@ -10,26 +9,6 @@
 #include <QSqlQuery>
 
 namespace {
-
-/// A host with settings and plug-in tables, in place for the life of the object.
-class Host : public IMoraInterface, public IMoraPlugin, public ITableProvider {
-public:
-    Host() {
-        gpMoraInterface = this;
-        gpMoraPlugin = this;
-    }
-    ~Host() override {
-        gpMoraInterface = nullptr;
-        gpMoraPlugin = nullptr;
-        DBTools::mDbDriver = QStringLiteral("QSQLITE");
-    }
-    QJsonObject jsonSettings() const override { return settings; }
-    ITableProvider *tableProvider() const override { return const_cast<Host *>(this); }
-    QList<QPair<QString, QString>> tables() const override { return pluginTables; }
-
-    QJsonObject settings;
-    QList<QPair<QString, QString>> pluginTables;
-};
 
 class OpeningTest : public StoreFixture {
 protected:

@@ -64,9 +64,12 @@ TEST_P(ZonesTest, AccidentZonesAreReadByTheOperationThatNeverForwards) {
     EXPECT_EQ(failureCount(), 0);
     if (!hasSeveralNets())
         return;
+    ASSERT_TRUE(gDB.transaction());
     EXPECT_EQ(DBTools_V6::selectAccidentZone(gDB, kNet, 3), nullptr);
     ASSERT_EQ(DBTools_V6::mlCallDbResult.size(), 1);
     EXPECT_TRUE(DBTools::mlCallDbResult.isEmpty());
+    EXPECT_EQ(count("AccidentZone"), 1) << "the caller's transaction goes on";
+    EXPECT_TRUE(gDB.commit());
 }
 
 TEST_P(ZonesTest, ListsReportAFailedQuery) {
