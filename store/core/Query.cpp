@@ -51,9 +51,8 @@ Query &Query::bind(const char *name, const QString &value) {
 
 Query &Query::bind(const char *name, const StoredJson &value) {
     const QByteArray text = value.text();
-    bindValue(name, mStore.isSqlite() ? QVariant(text) : QVariant(QString::fromUtf8(text)));
-    consider(name, storablevalue::objection(value, text));
-    return *this;
+    return put(name, mStore.isSqlite() ? QVariant(text) : QVariant(QString::fromUtf8(text)),
+               storablevalue::objection(value, text));
 }
 
 Query &Query::bindFlag(const char *name, bool value) {
@@ -65,19 +64,20 @@ Query &Query::bindNet() {
 }
 
 Query &Query::bindValue(const char *name, const QVariant &value) {
-    if (mStore.isUsable()) {
-        prepare();
-        consider(name, storablevalue::objection(value));
-        mQuery.bindValue(QString::fromLatin1(name), value);
-    }
-    return *this;
+    return put(name, value, storablevalue::objection(value));
 }
 
-void Query::consider(const char *name, const QString &objection) {
-    if (objection.isEmpty() && (mRefusedName.isEmpty() || mRefusedName != name))
-        return;
-    mRefusedName = objection.isEmpty() ? QByteArray() : QByteArray(name);
-    mRefusal = objection;
+Query &Query::put(const char *name, const QVariant &value, const QString &objection) {
+    if (!mStore.isUsable())
+        return *this;
+    prepare();
+    mQuery.bindValue(QString::fromLatin1(name), value);
+    // A later row may bring a good value for the same placeholder.
+    if (!objection.isEmpty() || mRefusedName == name) {
+        mRefusedName = objection.isEmpty() ? QByteArray() : QByteArray(name);
+        mRefusal = objection;
+    }
+    return *this;
 }
 
 void Query::prepare() {

@@ -82,8 +82,8 @@ public:
     }
 
 private:
-    /// Keeps the statement from running while there is an objection to the value of @p name.
-    void consider(const char *name, const QString &objection);
+    /// Binds a value; while there is an objection to it the statement does not run.
+    Query &put(const char *name, const QVariant &value, const QString &objection);
     void prepare();
     int columnIndex(const char *column);
 

@@ -4,6 +4,7 @@
 #include <QtNumeric>
 
 #include <algorithm>
+#include <cstring>
 
 namespace storablevalue {
 
@@ -30,28 +31,37 @@ bool isFinite(const QJsonValue &value) {
                        [](const QJsonValue &member) { return isFinite(member); });
 }
 
+QString objectionToText(const QString &text) {
+    bool needsALook = false;
+    for (const QChar c : text)
+        needsALook |= c.isNull() || c.isSurrogate();
+    if (!needsALook)
+        return {};
+    if (text.contains(QChar::Null))
+        return hasNul();
+    return text.isValidUtf16() ? QString() : QStringLiteral("is not valid Unicode");
+}
+
 } // namespace
 
 QString objection(const QVariant &value) {
     switch (value.userType()) {
     case QMetaType::Double:
         return qIsFinite(value.toDouble()) ? QString() : notFinite();
-    case QMetaType::QString: {
-        const QString text = value.toString();
-        if (text.contains(QChar::Null))
-            return hasNul();
-        return text.isValidUtf16() ? QString() : QStringLiteral("is not valid Unicode");
-    }
+    case QMetaType::QString:
+        return objectionToText(value.toString());
     default:
         return {};
     }
 }
 
 QString objection(const StoredJson &value, const QByteArray &text) {
-    if (text.contains('\0'))
+    if (std::memchr(text.constData(), 0, std::size_t(text.size())))
         return hasNul();
     // Qt writes numbers that JSON does not have as null, so a text without that word needs no second look.
-    return value.hasText() || !text.contains("null") || isFinite(value.object()) ? QString() : notFinite();
+    if (value.hasText() || !text.contains("null") || isFinite(value.object()))
+        return {};
+    return notFinite();
 }
 
 } // namespace storablevalue

@@ -10,10 +10,11 @@
 /// Such a value is refused on all of them before its statement runs.
 namespace storablevalue {
 
-/// Why @p value cannot be stored, as the end of a sentence; empty when it can.
+/// @{ Why a value cannot be stored, as the end of a sentence; empty when it can.
 QString objection(const QVariant &value);
 
-/// The same for a JSON object and its stored form @p text: JSON has no NaN and no infinities.
+/// @p text is the stored form of the JSON object @p value. JSON has no NaN and no infinities.
 QString objection(const StoredJson &value, const QByteArray &text);
+/// @}
 
 } // namespace storablevalue

@@ -1,0 +1,76 @@
+#include "model/Link.h"
+#include "tests/support/Builders.h"
+#include "tests/support/StoreFixture.h"
+
+#include <QJsonArray>
+
+#include <algorithm>
+#include <functional>
+#include <limits>
+
+namespace {
+
+class StorableValueTest : public StoreKindFixture {};
+
+TEST_P(StorableValueTest, AnyTextAndAnyFiniteNumberComesBack) {
+    const auto link = sampleLink(7);
+    link->linkName = QStringLiteral("O'Brien \"ß\" \\ %1 :x ? 路网 \U0001F6A6 \t\n\u200f");
+    link->length = std::numeric_limits<double>::denorm_min();
+    link->curvature = -std::numeric_limits<double>::max();
+    link->nonLinearCoefficient = 0.1;
+    link->otherAttrsJson = {{QStringLiteral("nul \\"), QString(QChar::Null)},
+                            {QStringLiteral("null"), QJsonValue::Null}};
+    ASSERT_TRUE(DBTools::insertLink(gDB, kNet, link.get(), true));
+    reopen();
+    const std::unique_ptr<Link> read(DBTools::selectLinkByID(gDB, kNet, 7));
+    ASSERT_TRUE(read);
+    EXPECT_EQ(read->linkName, link->linkName);
+    EXPECT_EQ(read->length, link->length);
+    EXPECT_EQ(read->curvature, link->curvature);
+    EXPECT_EQ(read->nonLinearCoefficient, 0.1);
+    EXPECT_EQ(read->otherAttrsJson, link->otherAttrsJson);
+}
+
+TEST_P(StorableValueTest, WhatNoStoreKeepsIsRefusedBeforeItsStatementRuns) {
+    const double infinity = std::numeric_limits<double>::infinity();
+    const double nan = std::numeric_limits<double>::quiet_NaN();
+    struct Case {
+        const char *error;
+        std::function<void(Link &)> spoil;
+    };
+    const Case cases[] = {
+        {"linkName cannot be stored: it contains a NUL character",
+         [](Link &link) { link.linkName = QString(QChar::Null) + QStringLiteral("Main Road"); }},
+        {"linkName cannot be stored: it is not valid Unicode",
+         [](Link &link) { link.linkName = QString(QChar(0xd83d)); }},
+        {"length cannot be stored: it is not a finite number", [&](Link &link) { link.length = nan; }},
+        {"curvature cannot be stored: it is not a finite number",
+         [&](Link &link) { link.curvature = -infinity; }},
+    };
+    for (const Case &spoilt : cases) {
+        const auto link = sampleLink(7);
+        spoilt.spoil(*link);
+        ASSERT_TRUE(gDB.transaction());
+        EXPECT_FALSE(DBTools::insertLink(gDB, kNet, link.get(), false)) << spoilt.error;
+        EXPECT_EQ(count(QStringLiteral("Link")), 0) << "and the caller's transaction goes on";
+        ASSERT_TRUE(gDB.rollback());
+        const auto refusal =
+            std::find_if(failures().cbegin(), failures().cend(), [](const CallDbResult &failure) {
+                return failure.sql.startsWith(QLatin1String("insert into Link("));
+            });
+        ASSERT_NE(refusal, failures().cend());
+        EXPECT_EQ(refusal->error, QStringLiteral("The value of ") + QLatin1String(spoilt.error));
+        clearFailures();
+    }
+    const auto link = sampleLink(7);
+    link->otherAttrsJson = {{QStringLiteral("a"), QJsonArray({QJsonObject({{QStringLiteral("b"), nan}})})}};
+    EXPECT_FALSE(DBTools::insertLink(gDB, kNet, link.get(), true));
+    ASSERT_EQ(failures().size(), 1);
+    EXPECT_EQ(failures().first().error,
+              QStringLiteral("The value of otherAttrsJson cannot be stored: it is not a finite number"));
+    EXPECT_EQ(count(QStringLiteral("Link")), 1);
+}
+
+INSTANTIATE_TEST_SUITE_P(Stores, StorableValueTest, testing::ValuesIn(kStoreKinds), storeKindName);
+
+} // namespace
