@@ -1,34 +1,20 @@
 #include "host/Progress.h"
 
-#include <QtGlobal>
+#include "host/Terminal.h"
 
 #include <algorithm>
 #include <cstdio>
-
-#ifdef Q_OS_WIN
-#include <io.h>
-#else
-#include <unistd.h>
-#endif
 
 namespace {
 
 constexpr int kWidth = 30;
 constexpr int kMillisecondsBetween = 100;
 
-bool stderrIsTerminal() {
-#ifdef Q_OS_WIN
-    return _isatty(_fileno(stderr));
-#else
-    return isatty(fileno(stderr));
-#endif
-}
-
 } // namespace
 
 Progress::Progress(const QString &step) : mStep(step) {
-    static const bool isTerminal = stderrIsTerminal();
-    if (isTerminal)
+    static const bool isShown = isTerminal(stderr);
+    if (isShown)
         mSinceDrawn.start();
 }
 

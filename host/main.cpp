@@ -82,6 +82,8 @@ int main(int argc, char **argv) {
     commands::addCopy(program, run);
     commands::addDigest(program, run);
     commands::addRoundTrip(program, run);
+    commands::addUpgrade(program, run);
+    commands::addRemove(program, run);
     commands::addProtect(program, run);
     commands::addUnprotect(program, run);
     commands::addChanges(program, run);

@@ -25,6 +25,8 @@ void addDraw(CLI::App &program, Run &run);
 void addCopy(CLI::App &program, Run &run);
 void addDigest(CLI::App &program, Run &run);
 void addRoundTrip(CLI::App &program, Run &run);
+void addUpgrade(CLI::App &program, Run &run);
+void addRemove(CLI::App &program, Run &run);
 void addProtect(CLI::App &program, Run &run);
 void addUnprotect(CLI::App &program, Run &run);
 void addChanges(CLI::App &program, Run &run);

@@ -18,6 +18,7 @@ void add(CLI::App &program, Run &run, const char *name, const char *description,
                 throw Failure(QStringLiteral("%1: only a store file can be protected; on a server the access "
                                              "rights and its disk's encryption do that")
                                   .arg(address.name()));
+            requireNoNewerStore(address.path());
             if (!change(address.path()))
                 throw Failure(firstFailureText());
         };

@@ -1,6 +1,7 @@
 #include "host/store/NewStore.h"
 
 #include "host/Failure.h"
+#include "host/store/FileInMaking.h"
 #include "host/store/OpenStore.h"
 
 #include <QDir>
@@ -12,22 +13,6 @@
 namespace {
 
 const QString kTemplates = QStringLiteral(":/Resources/EmptyNet");
-
-/// A file that is removed again unless it was renamed.
-class FileInMaking {
-public:
-    explicit FileInMaking(const QString &path) : mPath(path) {}
-    ~FileInMaking() {
-        for (const char *suffix : {"", "-journal", "-wal", "-shm"})
-            QFile::remove(mPath + QLatin1String(suffix));
-    }
-    const QString &path() const { return mPath; }
-
-private:
-    Q_DISABLE_COPY(FileInMaking)
-
-    QString mPath;
-};
 
 void copyTemplate(const QString &resource, const QString &path, const QString &wanted) {
     QFile source(resource);

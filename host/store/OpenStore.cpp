@@ -3,6 +3,7 @@
 #include "host/Failure.h"
 #include "host/store/ConnectionSettings.h"
 #include "host/store/Server.h"
+#include "host/store/StoreBackup.h"
 #include "model/Net.h"
 #include "store/DBTools.h"
 #include "store/DBTools_V6.h"
@@ -39,16 +40,46 @@ void closeStore() {
     QSqlDatabase::removeDatabase(connection);
 }
 
+/// Brings a store of the first generation to the layout that opening expects; what was refused.
+QList<CallDbResult> passFirstGeneration(const QString &path) {
+    DBTools::mlCallDbResult.clear();
+    gDB = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"));
+    gDB.setDatabaseName(path);
+    gDB.open();
+    DBTools::updateDatabase1x(gDB);
+    const QList<CallDbResult> refused = DBTools::mlCallDbResult;
+    closeStore();
+    return refused;
+}
+
 } // namespace
 
+QList<CallDbResult> OpenStore::prepareFile(QString &path, Access access, const QString &name) {
+    const Age age = requireStore(name, access);
+    if (age == Age::FirstGeneration && access == Access::Write)
+        throw Failure(
+            QStringLiteral("%1: the store is of the first generation; run \"morastore upgrade\" on it first")
+                .arg(name));
+    if (age != Age::Current && access == Access::Read) {
+        mCopy = std::make_unique<QTemporaryDir>();
+        const QString copy = mCopy->filePath(QFileInfo(path).fileName());
+        backUpStore(path, copy);
+        path = copy;
+    }
+    return age == Age::FirstGeneration ? passFirstGeneration(path) : QList<CallDbResult>();
+}
+
 OpenStore::OpenStore(const StoreAddress &address, Access access) {
+    // An absolute path is never one of the names that SQLite takes for something else.
+    QString path = QFileInfo(address.path()).absoluteFilePath();
+    QList<CallDbResult> earlier;
     if (address.isServer())
         requireServerStore(address, access);
     else
-        requireStore(address.path(), access);
+        earlier = prepareFile(path, access, address.name());
     const ConnectionSettings settings(address);
     settings.applyToLibrary();
-    const bool opened = DBTools::openDatabase(gDB, QFileInfo(address.path()).absoluteFilePath(), true);
+    const bool opened = DBTools::openDatabase(gDB, path, true);
     DBTools::mDbPassword.clear();
     if (!opened) {
         const QString reason = firstFailureText();
@@ -56,6 +87,7 @@ OpenStore::OpenStore(const StoreAddress &address, Access access) {
         closeStore();
         throw Failure(QStringLiteral("%1: the store cannot be opened (%2)").arg(address.name(), reason));
     }
+    DBTools::mlCallDbResult = earlier + DBTools::mlCallDbResult;
     openName = address.name();
     if (!address.isServer())
         QSqlQuery(QStringLiteral("PRAGMA busy_timeout = 500"), gDB);

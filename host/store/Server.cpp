@@ -172,8 +172,10 @@ void requireServerStore(const StoreAddress &address, Access access) {
         throw Failure(QStringLiteral("%1: this database is no store; make one with \"morastore new "
                                      "--postgres\" in an empty database")
                           .arg(address.name()));
+    requireKnownVersion(server.value(QStringLiteral("select max(versionId) from DbVersion")).toInt(),
+                        address.name());
     const QString privileges =
-        access == Access::Write ? QStringLiteral("select, insert, update, delete") : QStringLiteral("select");
+        access != Access::Read ? QStringLiteral("select, insert, update, delete") : QStringLiteral("select");
     // A list of privileges asks for any of them, so each is asked for.
     for (const QString &privilege : privileges.split(QLatin1String(", "))) {
         if (server.value(QStringLiteral("select has_table_privilege('net', '%1')").arg(privilege)) !=
@@ -183,7 +185,7 @@ void requireServerStore(const StoreAddress &address, Access access) {
                                "database to grant it")
                     .arg(address.name(), server.value(QStringLiteral("select current_user")), privilege));
     }
-    if (access == Access::Write &&
+    if (access != Access::Read &&
         server.value(QStringLiteral("show transaction_read_only")) == QLatin1String("on"))
         throw Failure(QStringLiteral("%1: the server takes no changes; use the server that it is a copy of")
                           .arg(address.name()));

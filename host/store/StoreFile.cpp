@@ -2,6 +2,7 @@
 
 #include "host/Failure.h"
 #include "store/DBTools.h"
+#include "store/schema/Upgrade.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -19,6 +20,10 @@ const QString kProbe = QStringLiteral("morastore-probe");
 constexpr char kMagic[] = "SQLite format 3";
 constexpr int kHeaderSize = 100;
 
+struct RemoveProbe {
+    ~RemoveProbe() { QSqlDatabase::removeDatabase(kProbe); }
+};
+
 quint32 bigEndian32(const QByteArray &bytes, int at) {
     return qFromBigEndian<quint32>(bytes.constData() + at);
 }
@@ -34,7 +39,7 @@ void requireReadableFile(const QString &path, Access access) {
         throw Failure(QStringLiteral("%1: this is no regular file; give the path of a store file").arg(path));
     // The permissions count, too, where the user's rights would override them.
     const auto anyWrite = QFileDevice::WriteOwner | QFileDevice::WriteGroup | QFileDevice::WriteOther;
-    if (access == Access::Write && (!info.isWritable() || !(info.permissions() & anyWrite)))
+    if (access != Access::Read && (!info.isWritable() || !(info.permissions() & anyWrite)))
         throw Failure(
             QStringLiteral("%1: the file is read-only; make it writable or work on a copy").arg(path));
 }
@@ -82,29 +87,59 @@ void run(QSqlDatabase &db, const QString &path, const char *sql) {
                       .arg(path, query.lastError().databaseText()));
 }
 
-void probe(const QString &path, Access access) {
+/// The highest version that the store names; 0 without a table of versions, which the oldest stores lack.
+int versionOf(const QSqlDatabase &db) {
+    QSqlQuery version(db);
+    version.exec(QStringLiteral("select max(versionId) from DbVersion"));
+    return version.next() ? version.value(0).toInt() : 0;
+}
+
+Age probe(const QString &path, Access access) {
     QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), kProbe);
     db.setDatabaseName(path);
-    db.setConnectOptions(access == Access::Read
-                             ? QStringLiteral("QSQLITE_BUSY_TIMEOUT=500;QSQLITE_OPEN_READONLY")
-                             : QStringLiteral("QSQLITE_BUSY_TIMEOUT=500"));
+    // For reading, too: what a process that died left half-written is taken back by the first that may write.
+    db.setConnectOptions(QStringLiteral("QSQLITE_BUSY_TIMEOUT=500"));
     if (!db.open())
         throw Failure(QStringLiteral("%1: cannot be opened (%2)").arg(path, db.lastError().databaseText()));
     run(db, path, "select count(*) from IDGenerater");
-    run(db, path, "select versionId from DbVersion");
-    if (access == Access::Write) {
+    run(db, path, "select count(*) from Link");
+    requireKnownVersion(versionOf(db), path);
+    if (access != Access::Read) {
         run(db, path, "begin immediate");
         run(db, path, "rollback");
     }
+    if (upgrade::isFirstGeneration(db))
+        return Age::FirstGeneration;
+    return upgrade::isPending(db) ? Age::Older : Age::Current;
 }
 
 } // namespace
 
-void requireStore(const QString &path, Access access) {
+Age requireStore(const QString &path, Access access) {
     requireReadableFile(path, access);
     requireWholeFile(path);
-    struct RemoveProbe {
-        ~RemoveProbe() { QSqlDatabase::removeDatabase(kProbe); }
-    } removeProbe;
-    probe(path, access);
+    const RemoveProbe removeProbe;
+    return probe(path, access);
+}
+
+void requireNoNewerStore(const QString &path) {
+    if (!QFileInfo(path).isFile())
+        return;
+    const RemoveProbe removeProbe;
+    QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), kProbe);
+    db.setDatabaseName(path);
+    db.setConnectOptions(QStringLiteral("QSQLITE_OPEN_READONLY"));
+    db.open();
+    requireKnownVersion(versionOf(db), path);
+}
+
+void requireKnownVersion(int version, const QString &name) {
+    constexpr int newest = 6;
+    if (version > newest)
+        throw Failure(
+            QStringLiteral("%1: the store is of version %2, and this release knows none above %3; use "
+                           "a newer release")
+                .arg(name)
+                .arg(version)
+                .arg(newest));
 }

@@ -2,9 +2,23 @@
 
 #include <QString>
 
-/// What a command is going to do with a store.
-enum class Access { Read, Write };
+/// What a command is going to do with a store. Upgrade is writing to a store however old.
+enum class Access { Read, Write, Upgrade };
 
-/// Checks, without changing anything, that `path` is an SQLite file that holds a store, that it is complete,
-/// and that it can be had now for `access`. Throws `Failure` with the reason otherwise.
-void requireStore(const QString &path, Access access);
+/// How far a store is from the current schema.
+enum class Age {
+    Current,
+    Older,          ///< the library adds what is missing when it opens the store
+    FirstGeneration ///< DBTools::updateDatabase1x() must come first
+};
+
+/// Checks, without changing anything, that `path` is an SQLite file that holds a store of a known version,
+/// that it is complete, and that it can be had now for `access`. Throws `Failure` with the reason otherwise.
+Age requireStore(const QString &path, Access access);
+
+/// Throws `Failure` when `path` is an SQLite file that holds a store of a version that the library does not
+/// know; any other file passes.
+void requireNoNewerStore(const QString &path);
+
+/// Throws `Failure` when `version`, that of the store called `name`, is one that the library does not know.
+void requireKnownVersion(int version, const QString &name);

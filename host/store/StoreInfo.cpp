@@ -53,6 +53,8 @@ QSqlQuery selectOf(const char *columns, const char *table, long netId) {
     return query;
 }
 
+} // namespace
+
 NetworkInfo takeStockOf(const Net &net) {
     NetworkInfo info;
     info.id = net.id();
@@ -74,8 +76,6 @@ NetworkInfo takeStockOf(const Net &net) {
     }
     return info;
 }
-
-} // namespace
 
 StoreInfo takeStock(const QString &path) {
     StoreInfo info;

@@ -4,6 +4,8 @@
 #include <QList>
 #include <QString>
 
+class Net;
+
 /// What the open store holds.
 struct NetworkInfo {
     long id = 0;
@@ -28,6 +30,9 @@ struct StoreInfo {
     QJsonObject toJson() const;
     QString toText() const;
 };
+
+/// Takes stock of one network of the open store.
+NetworkInfo takeStockOf(const Net &net);
 
 /// Takes stock of the open store. In a store of one network every row belongs to it.
 StoreInfo takeStock(const QString &path);

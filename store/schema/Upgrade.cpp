@@ -1,10 +1,13 @@
 #include "store/schema/Upgrade.h"
 
 #include "model/Net.h"
+#include "store/core/Probes.h"
 #include "store/core/Query.h"
 #include "store/core/Transaction.h"
 #include "store/families/Networks.h"
 #include "store/schema/UpgradeSteps.h"
+
+#include <algorithm>
 
 namespace upgrade {
 
@@ -121,6 +124,13 @@ void toCurrentSchema(const Store &store) {
     addTable(store, kRoadWorkZone);
     addTable(store, kAccidentZone);
     addPluginTables(store);
+}
+
+bool isPending(const QSqlDatabase &db) {
+    const char *const tables[] = {kVehicleDetector.table, kDetectorVehiType.table, "Net", kRsu.table,
+                                  kRoadWorkZone.table,    kAccidentZone.table};
+    return std::any_of(std::begin(tables), std::end(tables),
+                       [&db](const char *table) { return !probes::hasTable(db, QLatin1String(table)); });
 }
 
 } // namespace upgrade

@@ -1,5 +1,8 @@
 #pragma once
 
+#include "model/MoraStoreExport.h"
+
+class QSqlDatabase;
 class Store;
 
 /// Brings older SQLite stores forward in place.
@@ -14,5 +17,12 @@ void toCurrentSchema(const Store &store);
 /// tables that came later, columns spelled as every later version spells them. The store is no longer of
 /// version 1 afterwards.
 void firstGeneration(const Store &store);
+
+/// Whether toCurrentSchema() would add a table of the library's to the open SQLite store @p db; only asks.
+MORASTORE_EXPORT bool isPending(const QSqlDatabase &db);
+
+/// Whether the open SQLite store @p db needs firstGeneration() before toCurrentSchema(), also when an earlier
+/// run was interrupted; only asks. No store of several networks does.
+MORASTORE_EXPORT bool isFirstGeneration(const QSqlDatabase &db);
 
 } // namespace upgrade

@@ -197,11 +197,14 @@ void addFollowingSets(const Store &store) {
     transaction.commit(dictionaries::seedFollowingSets(store));
 }
 
+bool loggerLacksColumns(const QSqlDatabase &db) {
+    return std::any_of(kLaterColumnsOfLogger.cbegin(), kLaterColumnsOfLogger.cend(),
+                       [&db](const ColumnStep &step) { return isMissing(db, step); });
+}
+
 void addLogger(const Store &store) {
     addTable(store, kLogger);
-    const bool isComplete = std::none_of(kLaterColumnsOfLogger.cbegin(), kLaterColumnsOfLogger.cend(),
-                                         [&store](const ColumnStep &step) { return isMissing(store, step); });
-    if (isComplete)
+    if (!loggerLacksColumns(store.db()))
         return;
     Transaction transaction(store, true);
     addColumns(store, kLaterColumnsOfLogger);
@@ -247,6 +250,18 @@ void firstGeneration(const Store &store) {
     addTable(store, kDetectorVehiType);
     addPluginTables(store);
     repairMisspeltColumns(store);
+}
+
+bool isFirstGeneration(const QSqlDatabase &db) {
+    const long version = probes::dbVersion(db);
+    if (version == 1 || version >= 6)
+        return version == 1;
+    const TableStep *const steps[] = {&kRoutingFlowRatio, &kSimulateConfiguration, &kDbVersion, &kGuideArrow,
+                                      &kLogger};
+    return std::any_of(
+               std::begin(steps), std::end(steps),
+               [&db](const TableStep *step) { return !probes::hasTable(db, QLatin1String(step->table)); }) ||
+           loggerLacksColumns(db) || probes::hasMisspeltColumn(db);
 }
 
 } // namespace upgrade

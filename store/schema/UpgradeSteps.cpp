@@ -49,10 +49,10 @@ bool isMissing(const Store &store, const QString &table) {
     return !probes::hasTable(store.db(), table);
 }
 
-bool isMissing(const Store &store, const ColumnStep &step) {
+bool isMissing(const QSqlDatabase &db, const ColumnStep &step) {
     const QString sql = QStringLiteral(
         "select * from sqlite_master where type = 'table' and name = '%1' and sql like('%%2%')");
-    return !probes::returnsRow(store.db(), sql.arg(QLatin1String(step.table), QLatin1String(step.column)));
+    return !probes::returnsRow(db, sql.arg(QLatin1String(step.table), QLatin1String(step.column)));
 }
 
 void addTable(const Store &store, const TableStep &step) {
@@ -68,7 +68,7 @@ void addTable(const Store &store, const TableStep &step) {
 
 void addColumns(const Store &store, const std::vector<ColumnStep> &steps) {
     for (const ColumnStep &step : steps) {
-        if (isMissing(store, step))
+        if (isMissing(store.db(), step))
             Query(store, step.add).exec();
     }
 }

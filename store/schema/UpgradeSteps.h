@@ -28,7 +28,7 @@ extern const TableStep kDetectorVehiType;
 
 bool isMissing(const Store &store, const QString &table);
 /// A column is there when the stored CREATE text of its table contains its name anywhere.
-bool isMissing(const Store &store, const ColumnStep &step);
+bool isMissing(const QSqlDatabase &db, const ColumnStep &step);
 
 /// Creates the table of @p step where it is missing.
 void addTable(const Store &store, const TableStep &step);

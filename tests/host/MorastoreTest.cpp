@@ -1,123 +1,15 @@
+#include "tests/host/Morastore.h"
 #include "tests/host/RealData.h"
-#include "tests/support/Places.h"
 
-#include <QDir>
-#include <QFile>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QMap>
-#include <QProcess>
-#include <QSqlDatabase>
-#include <QSqlError>
-#include <QSqlQuery>
-#include <QSqlRecord>
-#include <QTemporaryDir>
-#include <QVariant>
-#include <gtest/gtest.h>
-
-#include <functional>
 
 // The program from outside: what it writes, what it leaves behind, how it exits.
 
 namespace {
 
-const QString kExample = sourceFolder() + QStringLiteral("/examples/crossing/crossing.net.xml");
 const QString kAwkward = QStringLiteral("O'Brien \"100%1\" %s 中山路 🚦");
-
-struct Outcome {
-    int exitCode = -1;
-    QString out;
-    QString err;
-};
-
-class Morastore : public testing::Test {
-protected:
-    static Outcome start(const QString &program, const QStringList &arguments) {
-        QProcess process;
-        process.start(program, arguments);
-        EXPECT_TRUE(process.waitForFinished(240000)) << process.errorString().toStdString();
-        EXPECT_EQ(process.exitStatus(), QProcess::NormalExit);
-        return {process.exitCode(), QString::fromUtf8(process.readAllStandardOutput()),
-                QString::fromUtf8(process.readAllStandardError())};
-    }
-
-    static Outcome run(const QStringList &arguments) { return start(morastoreProgram(), arguments); }
-
-    QString file(const QString &name) const { return mFolder.filePath(name); }
-
-    QString newStore(const QString &name = QStringLiteral("store.mora")) const {
-        const Outcome outcome = run({QStringLiteral("new"), file(name)});
-        EXPECT_EQ(outcome.exitCode, 0) << outcome.err.toStdString();
-        return file(name);
-    }
-
-    static QByteArray read(const QString &path) {
-        QFile source(path);
-        return source.open(QIODevice::ReadOnly) ? source.readAll() : QByteArray();
-    }
-
-    QString write(const QString &name, const QByteArray &bytes) const {
-        QFile target(file(name));
-        EXPECT_TRUE(target.open(QIODevice::WriteOnly));
-        EXPECT_EQ(target.write(bytes), bytes.size());
-        return file(name);
-    }
-
-    /// The values of the first row of a statement on a store, by a connection of the test's own.
-    static QVariantList row(const QString &path, const QString &sql) {
-        QVariantList values;
-        {
-            QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), QStringLiteral("outside"));
-            db.setDatabaseName(path);
-            EXPECT_TRUE(db.open());
-            QSqlQuery query(db);
-            EXPECT_TRUE(query.exec(sql) && query.next()) << query.lastError().text().toStdString();
-            for (int i = 0; i < query.record().count(); ++i)
-                values.append(query.value(i));
-        }
-        QSqlDatabase::removeDatabase(QStringLiteral("outside"));
-        return values;
-    }
-
-    static QList<int> counts(const QString &path) {
-        QList<int> list;
-        for (
-            const QVariant &value :
-            row(path,
-                QStringLiteral(
-                    "select (select count(*) from Link), (select count(*) from Lane), (select count(*) from Connector), (select count(*) from LaneConnector)")))
-            list.append(value.toInt());
-        return list;
-    }
-
-    /// The command failed with one sentence on stderr that contains `expected`, and said nothing on stdout.
-    static void expectSentence(const Outcome &outcome, const QString &expected) {
-        EXPECT_EQ(outcome.exitCode, 1) << expected.toStdString();
-        EXPECT_TRUE(outcome.out.isEmpty()) << outcome.out.toStdString();
-        EXPECT_TRUE(outcome.err.startsWith(QLatin1String("morastore: "))) << outcome.err.toStdString();
-        EXPECT_TRUE(outcome.err.contains(expected)) << expected.toStdString() << "\n"
-                                                    << outcome.err.toStdString();
-        EXPECT_EQ(outcome.err.count(QLatin1Char('\n')), 1) << outcome.err.toStdString();
-    }
-
-    /// The command fails with a sentence and leaves every file of the folder as it was.
-    void expectRefusal(const std::function<Outcome()> &command, const QString &expected) const {
-        const auto contents = [this] {
-            QMap<QString, QByteArray> files;
-            for (const QString &name : QDir(mFolder.path()).entryList(QDir::Files | QDir::Hidden))
-                files.insert(name, read(file(name)));
-            return files;
-        };
-        const QMap<QString, QByteArray> before = contents();
-        expectSentence(command(), expected);
-        const QMap<QString, QByteArray> after = contents();
-        EXPECT_EQ(after.keys(), before.keys()) << expected.toStdString();
-        EXPECT_TRUE(after == before) << expected.toStdString();
-    }
-
-    QTemporaryDir mFolder;
-};
 
 } // namespace
 

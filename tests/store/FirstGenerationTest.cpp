@@ -1,28 +1,13 @@
 #include "tests/support/Builders.h"
+#include "tests/support/OldStores.h"
 #include "tests/support/StoreFixture.h"
 
 namespace {
 
-/// A store as the first generation wrote it: one counter for everything, misspelt serial numbers, none of the
-/// tables that came later, one route.
 class FirstGenerationTest : public StoreFixture {
 protected:
     void SetUp() override {
-        openTemplate("EmptyNet_V2.00.00");
-        for (const char *table : {"RoutingFLowRatio", "SimulateConfiguration", "GuideArrow", "Logger",
-                                  "DetectorVehiType", "VehicleDetector", "DriveFollowedModelParam"})
-            execute(QStringLiteral("drop table %1").arg(QLatin1String(table)));
-        execute(QStringLiteral(
-            "create table DriveFollowedModelParam(modelParamID, maxAcce, safeTimeInterval, desireDece, "
-            "spaceBetween, alfa, beit)"));
-        execute(QStringLiteral("drop table IDGenerater"));
-        execute(QStringLiteral("create table IDGenerater(ID Bigint not null)"));
-        execute(QStringLiteral("insert into IDGenerater values (77)"));
-        execute(QStringLiteral("alter table Lane rename column SerialNumber to SerialNnumber"));
-        execute(QStringLiteral("alter table SignalColor rename column serialNumber to serialNnumber"));
-        execute(QStringLiteral("update DbVersion set versionId = 1"));
-        execute(QStringLiteral(
-            "insert into Routing(routingID, deciPointID, routingName, proportion) values(9, 1, 'r', 40.5)"));
+        makeFirstGenerationStore(path());
         const auto link = sampleLink(30);
         reopen();
         ASSERT_TRUE(DBTools::insertLink(gDB, kNet, link.get(), true));

@@ -1,9 +1,7 @@
-#include "tests/support/Places.h"
+#include "tests/support/Golden.h"
 #include "tests/support/StatementList.h"
 #include "tests/support/StatementTrace.h"
 #include "tests/support/StoreFixture.h"
-
-#include <QFile>
 
 // What every operation executes, as the engine itself reports it, against a list per generation in
 // tests/golden. Where the difference is meant, write the lists anew and read what has changed in them:
@@ -18,10 +16,9 @@ std::string text(const QStringList &lines) {
 
 class StatementsTest : public StoreKindFixture {
 protected:
-    QString goldenPath() const {
-        return sourceFolder() + QStringLiteral("/tests/golden/") +
-               (hasSeveralNets() ? QStringLiteral("statements_several_nets.txt")
-                                 : QStringLiteral("statements_one_net.txt"));
+    QString goldenName() const {
+        return hasSeveralNets() ? QStringLiteral("statements_several_nets.txt")
+                                : QStringLiteral("statements_one_net.txt");
     }
 
     /// The sections of a recorder on a new store.
@@ -76,17 +73,12 @@ TEST_P(StatementsTest, EveryOperationExecutesWhatTheListSays) {
     if (!StatementTrace::canTrace(gDB))
         GTEST_SKIP() << "Qt's SQLite driver has an engine of its own";
     const QStringList executed = recordAll();
-    QFile golden(goldenPath());
-    if (qEnvironmentVariableIsSet("MORASTORE_WRITE_GOLDEN")) {
-        ASSERT_TRUE(golden.open(QIODevice::WriteOnly));
-        golden.write(executed.join(QLatin1Char('\n')).toUtf8() + '\n');
-        GTEST_SKIP() << "written: " << qPrintable(goldenPath());
-    }
-    ASSERT_TRUE(golden.open(QIODevice::ReadOnly));
-    const QStringList listed = QString::fromUtf8(golden.readAll()).trimmed().split(QLatin1Char('\n'));
+    if (writesGolden(goldenName(), executed))
+        GTEST_SKIP() << "written: " << qPrintable(goldenName());
+    const QStringList listed = readGolden(goldenName());
     for (int i = 0; i < qMax(executed.size(), listed.size()); ++i) {
         ASSERT_EQ(text({executed.value(i)}), text({listed.value(i)}))
-            << qPrintable(sectionOf(listed, i)) << ", line " << i + 1 << " of " << qPrintable(goldenPath());
+            << qPrintable(sectionOf(listed, i)) << ", line " << i + 1 << " of " << qPrintable(goldenName());
     }
 }
 

@@ -1,0 +1,33 @@
+#include "host/Failure.h"
+#include "host/commands/Commands.h"
+#include "host/store/StoreAddress.h"
+#include "host/store/StoreUpgrade.h"
+
+namespace commands {
+
+void addUpgrade(CLI::App &program, Run &run) {
+    struct Options {
+        std::string store;
+        bool noBackup = false;
+    };
+    const auto options = std::make_shared<Options>();
+    CLI::App *command = program.add_subcommand(
+        "upgrade",
+        "Bring an older SQLite store to the current schema and say what was added. A checked copy of what "
+        "it was is kept beside it as STORE.before-upgrade-DATE-TIME.");
+    command->add_option("STORE", options->store, "Path of the store")->required();
+    command->add_flag("--no-backup", options->noBackup, "Keep no copy");
+    command->callback([options, &run] {
+        run = [options] {
+            const StoreAddress address(QString::fromStdString(options->store));
+            if (address.isServer())
+                throw Failure(
+                    QStringLiteral("%1: only store files are upgraded; a database on a server is current "
+                                   "from the start")
+                        .arg(address.name()));
+            print(upgradeStore(address.path(), !options->noBackup).toText(address.path()));
+        };
+    });
+}
+
+} // namespace commands

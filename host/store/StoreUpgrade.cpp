@@ -1,0 +1,119 @@
+#include "host/store/StoreUpgrade.h"
+
+#include "host/Failure.h"
+#include "host/store/OpenStore.h"
+#include "host/store/StoreBackup.h"
+
+#include <QDateTime>
+#include <QFile>
+#include <QFileInfo>
+#include <QMap>
+#include <QSqlDatabase>
+#include <QSqlQuery>
+#include <QVariant>
+
+namespace {
+
+using Columns = QMap<QString, QStringList>;
+
+/// The columns of every table of the store.
+Columns columnsOf(const QString &path) {
+    const QString connection = QStringLiteral("morastore-columns");
+    Columns columns;
+    {
+        QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), connection);
+        db.setDatabaseName(path);
+        db.open();
+        QSqlQuery query(
+            QStringLiteral("select t.name, c.name from sqlite_master t, pragma_table_info(t.name) c "
+                           "where t.type = 'table' order by t.name, c.cid"),
+            db);
+        while (query.next())
+            columns[query.value(0).toString()].append(query.value(1).toString());
+    }
+    QSqlDatabase::removeDatabase(connection);
+    return columns;
+}
+
+void compare(const Columns &before, const Columns &after, StoreUpgrade &upgrade) {
+    for (auto table = after.cbegin(); table != after.cend(); ++table) {
+        const QString &name = table.key();
+        if (!before.contains(name)) {
+            upgrade.tables.append(name);
+            continue;
+        }
+        if (name == QLatin1String("IDGenerater") && before[name] != table.value()) {
+            upgrade.hasNewCounters = true;
+            continue;
+        }
+        for (const QString &column : table.value()) {
+            if (before[name].contains(column))
+                continue;
+            QString misspelt = column;
+            misspelt.replace(QLatin1String("Number"), QLatin1String("Nnumber"));
+            const bool isRespelled = before[name].contains(misspelt);
+            (isRespelled ? upgrade.respelled : upgrade.columns).append(name + QLatin1Char('.') + column);
+        }
+    }
+}
+
+QString nameOfCopy(const QString &path) {
+    const QString now = QDateTime::currentDateTime().toString(QStringLiteral("yyyyMMdd-HHmmss"));
+    const QString name = QStringLiteral("%1.before-upgrade-%2").arg(QFileInfo(path).absoluteFilePath(), now);
+    if (QFileInfo::exists(name))
+        throw Failure(QStringLiteral("%1: exists already; nothing was changed, try again").arg(name));
+    return name;
+}
+
+} // namespace
+
+StoreUpgrade upgradeStore(const QString &path, bool keepsCopy) {
+    StoreUpgrade upgrade;
+    upgrade.wasCurrent = requireStore(path, Access::Upgrade) == Age::Current;
+    if (upgrade.wasCurrent)
+        return upgrade;
+    const QString absolute = QFileInfo(path).absoluteFilePath();
+    if (keepsCopy) {
+        const QString copy = nameOfCopy(path);
+        backUpStore(absolute, copy);
+        upgrade.copy = copy;
+    }
+    const Columns before = columnsOf(absolute);
+    QString refused;
+    {
+        const OpenStore store(path, Access::Upgrade);
+        refused = firstFailureText();
+    }
+    const Columns after = columnsOf(absolute);
+    if (!refused.isEmpty() && before == after) {
+        if (keepsCopy)
+            QFile::remove(upgrade.copy);
+        throw Failure(QStringLiteral("%1: the store cannot be brought forward (%2); nothing was changed")
+                          .arg(path, refused));
+    }
+    if (!refused.isEmpty())
+        throw Incomplete(QStringLiteral("%1: the store was brought forward in part (%2); %3")
+                             .arg(path, refused,
+                                  keepsCopy ? QStringLiteral("%1 keeps what it was").arg(upgrade.copy)
+                                            : QStringLiteral("try again")));
+    compare(before, after, upgrade);
+    return upgrade;
+}
+
+QString StoreUpgrade::toText(const QString &path) const {
+    if (wasCurrent)
+        return QStringLiteral("%1: nothing to do, the store is current\n").arg(path);
+    QString text = QStringLiteral("%1: the store is current now\n").arg(path);
+    const auto line = [&text](const char *what, const QString &value) {
+        if (!value.isEmpty())
+            text += QStringLiteral("  %1 %2\n").arg(QLatin1String(what), -22).arg(value);
+    };
+    const QString comma = QStringLiteral(", ");
+    line("as it was before", copy);
+    line("tables added", tables.join(comma));
+    line("columns added", columns.join(comma));
+    line("columns respelled", respelled.join(comma));
+    if (hasNewCounters)
+        line("identifiers", QStringLiteral("one counter became one for each table"));
+    return text;
+}

@@ -1,0 +1,21 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+/// What an upgrade did to a store.
+struct StoreUpgrade {
+    bool wasCurrent = false;     ///< there was nothing to do
+    QString copy;                ///< the file that keeps the store as it was; empty without one
+    QStringList tables;          ///< added
+    QStringList columns;         ///< added to tables that were there, as TABLE.COLUMN
+    QStringList respelled;       ///< columns that got the spelling of later versions, as TABLE.COLUMN
+    bool hasNewCounters = false; ///< one identifier counter became one for each table
+
+    QString toText(const QString &path) const;
+};
+
+/// Brings the SQLite store `path`, however old, to the current schema. With `keepsCopy`, what it was stays
+/// beside it in a checked copy, made before anything changes. Throws `Failure`: nothing was changed then; or
+/// `Incomplete`, when statements were refused.
+StoreUpgrade upgradeStore(const QString &path, bool keepsCopy);
