@@ -12,3 +12,7 @@ QString postgresqlText() {
 QString morastoreProgram() {
     return QStringLiteral(MORASTORE_PROGRAM);
 }
+
+QString killedMorastoreProgram() {
+    return QStringLiteral(MORASTORE_KILLED);
+}

@@ -10,3 +10,6 @@ QString postgresqlText();
 
 /// The morastore program of this build.
 QString morastoreProgram();
+
+/// The same program, killing itself at the event that MORASTORE_KILL_AT numbers.
+QString killedMorastoreProgram();
