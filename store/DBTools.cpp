@@ -243,9 +243,11 @@ bool DBTools::insertLinks(QSqlDatabase &db, long netId, QList<Link *> &links, bo
     // The frame's own failures are recorded in this class whatever the generation.
     const Store frame = oneNetStore(db, netId);
     Transaction transaction(frame, inTransaction);
-    const bool written = frame.isUsable() && std::all_of(links.cbegin(), links.cend(), [&](Link *link) {
-                             return insertLink(db, netId, link, false);
-                         });
+    bool written = frame.isUsable();
+    if (written && !links.isEmpty()) {
+        Store store = storeOf(db, netId);
+        written = links::insertAll(store, links);
+    }
     return transaction.commitOrRecord(written);
 }
 
@@ -271,13 +273,15 @@ bool DBTools::insertConnector(QSqlDatabase &db, long netId, Connector *connector
 
 bool DBTools::insertConnectors(QSqlDatabase &db, long netId, QList<Connector *> &connectors,
                                bool inTransaction) {
-    const Store store = storeOf(db, netId);
-    if (store.hasSeveralNets())
+    const Store frame = storeOf(db, netId);
+    if (frame.hasSeveralNets())
         return DBTools_V6::insertConnectors(db, netId, connectors, inTransaction);
-    Transaction transaction(store, inTransaction);
-    bool written = store.isUsable();
-    for (Connector *connector : qAsConst(connectors))
-        written = store.isUsable() && insertConnector(db, netId, connector, false) && written;
+    Transaction transaction(frame, inTransaction);
+    bool written = frame.isUsable();
+    if (written && !connectors.isEmpty()) {
+        Store store = storeOf(db, netId);
+        written = connectors::insertAll(store, connectors);
+    }
     return transaction.commit(written);
 }
 

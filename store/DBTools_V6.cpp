@@ -113,11 +113,13 @@ bool DBTools_V6::insertConnector(QSqlDatabase &db, long netId, Connector *connec
 
 bool DBTools_V6::insertConnectors(QSqlDatabase &db, long netId, QList<Connector *> &connectors,
                                   bool inTransaction) {
-    const Store store = storeOf(db, netId);
-    Transaction transaction(store, inTransaction);
-    bool written = store.isUsable();
-    for (Connector *connector : qAsConst(connectors))
-        written = store.isUsable() && insertConnector(db, netId, connector, false) && written;
+    const Store frame = storeOf(db, netId);
+    Transaction transaction(frame, inTransaction);
+    bool written = frame.isUsable();
+    if (written && !connectors.isEmpty()) {
+        Store store = storeOf(db, netId);
+        written = connectors::insertAll(store, connectors);
+    }
     return transaction.commit(written);
 }
 

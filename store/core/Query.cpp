@@ -4,7 +4,6 @@
 #include "store/core/StorableValue.h"
 
 #include <QSqlError>
-#include <QSqlRecord>
 
 #include <algorithm>
 
@@ -31,18 +30,26 @@ bool endsTransaction(const QSqlError &error) {
 } // namespace
 
 Query::Query(const Store &store, const Sql &sql, std::initializer_list<long> ids)
-    : Query(store, store.text(sql, ids)) {}
+    : Query(store, store.text(sql, ids), ids.size() > 0) {}
 
 Query::Query(const Store &store, const char *sql, std::initializer_list<long> ids)
-    : Query(store, fillNumbers(QString::fromUtf8(sql), ids)) {}
+    : Query(store, fillNumbers(QString::fromUtf8(sql), ids), ids.size() > 0) {}
 
-Query::Query(const Store &store, const QString &text)
+Query::Query(const Store &store, const QString &text) : Query(store, text, false) {}
+
+Query::Query(const Store &store, const QString &text, bool isForOneObject)
     : mStore(store),
       mText(inDialect(store, text)),
       mQuery(store.db()),
+      mIsForOneObject(isForOneObject),
       mWrites(!text.startsWith(QLatin1String("select"), Qt::CaseInsensitive)) {
     // QPSQL gives up the rest of a forward-only result as soon as another statement runs on the connection.
     mQuery.setForwardOnly(!store.isPostgreSql());
+}
+
+Query::~Query() {
+    if (mPrepared && !mIsForOneObject)
+        mStore.keepStatement(mText, mQuery);
 }
 
 Query &Query::bind(const char *name, const QString &value) {
@@ -83,6 +90,11 @@ Query &Query::put(const char *name, const QVariant &value, const QString &object
 void Query::prepare() {
     if (mPrepared || mPrepareFailed)
         return;
+    if (const auto kept = mIsForOneObject ? std::nullopt : mStore.takeStatement(mText)) {
+        mQuery = *kept;
+        mPrepared = true;
+        return;
+    }
     Savepoint savepoint(mStore, mWrites);
     mPrepared = savepoint.end(mQuery.prepare(mText));
     mPrepareFailed = !mPrepared;
@@ -92,7 +104,6 @@ bool Query::run() {
     mRan = mStore.isUsable();
     if (!mRan)
         return false;
-    mColumns.clear();
     // Executing what could not be prepared would replace the engine's reason by a count of its parameters.
     if (mPrepareFailed || !mRefusedName.isEmpty())
         return false;
@@ -100,6 +111,9 @@ bool Query::run() {
     const bool done = savepoint.end(mPrepared ? mQuery.exec() : mQuery.exec(mText));
     if (!done && mStore.isSqlite() && endsTransaction(mQuery.lastError()))
         mStore.giveUp();
+    // Before the first row: a record of a row would take a copy of each of its values along.
+    if (done && mResult.isEmpty() && mQuery.isSelect())
+        mResult = mQuery.record();
     return done;
 }
 
@@ -120,8 +134,18 @@ int Query::columnIndex(const char *column) {
                                     [column](const auto &entry) { return entry.first == column; });
     if (known != mColumns.cend())
         return known->second;
-    const int index = mQuery.record().indexOf(QLatin1String(column));
-    mColumns.emplace_back(column, index);
+    if (mColumnNames.isEmpty()) {
+        for (int i = 0; i < mResult.count(); ++i)
+            mColumnNames.append(mResult.fieldName(i));
+    }
+    const QLatin1String name(column);
+    const auto found =
+        std::find_if(mColumnNames.cbegin(), mColumnNames.cend(), [name](const QString &candidate) {
+            return candidate.size() == name.size() && candidate.compare(name, Qt::CaseInsensitive) == 0;
+        });
+    const int index = found != mColumnNames.cend() ? int(found - mColumnNames.cbegin()) : -1;
+    if (!mColumnNames.isEmpty())
+        mColumns.emplace_back(column, index);
     return index;
 }
 

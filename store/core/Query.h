@@ -5,6 +5,7 @@
 
 #include <QByteArray>
 #include <QSqlQuery>
+#include <QSqlRecord>
 #include <QVariant>
 
 #include <utility>
@@ -26,6 +27,7 @@ public:
     /// A statement whose text is complete.
     Query(const Store &store, const QString &text);
 
+    ~Query();
     Query(const Query &) = delete;
     Query &operator=(const Query &) = delete;
 
@@ -84,12 +86,14 @@ public:
 private:
     /// Binds a value; while there is an objection to it the statement does not run.
     Query &put(const char *name, const QVariant &value, const QString &objection);
+    Query(const Store &store, const QString &text, bool isForOneObject);
     void prepare();
     int columnIndex(const char *column);
 
     const Store &mStore;
     QString mText;
     QSqlQuery mQuery;
+    bool mIsForOneObject; ///< identifiers are part of the text
     bool mPrepared = false;
     bool mPrepareFailed = false;
     bool mRan = false;
@@ -97,6 +101,8 @@ private:
     /// The placeholder with a value that cannot be stored, and why; empty when there is none.
     QByteArray mRefusedName;
     QString mRefusal;
+    QSqlRecord mResult; ///< describes the columns; its values are those of no row
+    QStringList mColumnNames;
     /// Columns by the address of their name: the names are literals, and one read asks for the same ones row
     /// by row.
     std::vector<std::pair<const char *, int>> mColumns;

@@ -32,7 +32,27 @@ bool Store::hasColumn(const char *table, const char *column) const {
         return false;
     if (hasSeveralNets() && isPostgreSql())
         return true;
-    return probes::tableHasField(mDb, QLatin1String(table), QLatin1String(column));
+    const auto probe = [&] {
+        return probes::tableHasField(mDb, QLatin1String(table), QLatin1String(column));
+    };
+    if (!mKept)
+        return probe();
+    const QString name = QLatin1String(table) + QLatin1Char('.') + QLatin1String(column);
+    const auto known = mKept->columns.constFind(name);
+    return known != mKept->columns.cend() ? *known : *mKept->columns.insert(name, probe());
+}
+
+std::optional<QSqlQuery> Store::takeStatement(const QString &text) const {
+    if (!mKept || !mKept->statements.contains(text))
+        return std::nullopt;
+    return mKept->statements.take(text);
+}
+
+void Store::keepStatement(const QString &text, QSqlQuery &statement) const {
+    if (!mKept)
+        return;
+    statement.finish();
+    mKept->statements.insert(text, statement);
 }
 
 QString Store::text(const Sql &sql, std::initializer_list<long> ids) const {

@@ -3,8 +3,13 @@
 #include "store/core/Failures.h"
 #include "store/core/Sql.h"
 
+#include <QHash>
 #include <QSqlDatabase>
+#include <QSqlQuery>
 #include <QString>
+
+#include <memory>
+#include <optional>
 
 /// The two generations of the store format.
 enum class Generation {
@@ -54,6 +59,14 @@ public:
     /// (generation 6 only), then @p ids in order.
     QString text(const Sql &sql, std::initializer_list<long> ids) const;
 
+    /// @{ For operations on lists: from keepStatements() on, a statement whose text is the same for every
+    /// object is prepared once, and a column is probed for once. Query takes a prepared statement out while
+    /// it uses it.
+    void keepStatements() { mKept = std::make_unique<Kept>(); }
+    std::optional<QSqlQuery> takeStatement(const QString &text) const;
+    void keepStatement(const QString &text, QSqlQuery &statement) const;
+    /// @}
+
     FailureList &failures() const { return mFailures; }
     bool check(const QSqlQuery &query) const { return checkStatement(query, mFailures); }
     /// Records a failure that no driver knows of; false.
@@ -62,6 +75,10 @@ public:
 
 private:
     enum class State { Unchecked, Usable, Unusable };
+    struct Kept {
+        QHash<QString, QSqlQuery> statements;
+        QHash<QString, bool> columns;
+    };
 
     QSqlDatabase &mDb;
     long mNetId;
@@ -70,4 +87,5 @@ private:
     FailureList &mFailures;
     mutable State mState = State::Unchecked;
     mutable bool mOutsideTransaction = false;
+    std::unique_ptr<Kept> mKept;
 };

@@ -199,6 +199,14 @@ bool insert(const Store &store, Connector *connector, bool inTransaction) {
     return transaction.commit(written);
 }
 
+bool insertAll(Store &store, const QList<Connector *> &connectors) {
+    store.keepStatements();
+    bool written = true;
+    for (Connector *connector : connectors)
+        written = insert(store, connector, false) && written;
+    return written;
+}
+
 Connector *read(const Store &store, long connectorId) {
     // The ends are resolved through gNet, which knows the current network alone.
     if (!isCurrentNet(store))

@@ -15,6 +15,7 @@
 
 #include <QJsonArray>
 
+#include <algorithm>
 #include <memory>
 
 namespace links {
@@ -221,6 +222,12 @@ bool insert(const Store &store, Link *link, bool inTransaction) {
     written = lanes::insertRestrictions(store, *link) && written;
     written = insertVertexOrder(store, *link) && written;
     return transaction.commit(written);
+}
+
+bool insertAll(Store &store, const QList<Link *> &links) {
+    store.keepStatements();
+    return std::all_of(links.cbegin(), links.cend(),
+                       [&store](Link *link) { return insert(store, link, false); });
 }
 
 Link *read(const Store &store, long linkId) {

@@ -12,6 +12,8 @@ class Link;
 namespace links {
 
 bool insert(const Store &store, Link *link, bool inTransaction);
+/// Writes links in the caller's transaction, each statement prepared once; stops at the first failure.
+bool insertAll(Store &store, const QList<Link *> &links);
 Link *read(const Store &store, long linkId);
 bool listIds(const Store &store, QList<long> &ids);
 
