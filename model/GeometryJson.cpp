@@ -2,6 +2,7 @@
 
 #include <QJsonArray>
 
+#include <algorithm>
 #include <charconv>
 #include <cmath>
 #include <cstring>
@@ -73,6 +74,18 @@ QVector<GeometryPoint> pointsOf(const QJsonObject &object) {
     return points;
 }
 
+bool isFinite(const GeometryPoint &point) {
+    return std::isfinite(point.x) && std::isfinite(point.y) && std::isfinite(point.z);
+}
+
+QJsonObject objectOf(const QVector<GeometryPoint> &points) {
+    QJsonArray data;
+    for (const GeometryPoint &point : points)
+        data.append(QJsonObject{
+            {QStringLiteral("x"), point.x}, {QStringLiteral("y"), point.y}, {QStringLiteral("z"), point.z}});
+    return {{QStringLiteral("data"), data}};
+}
+
 /// The longest number has 17 digits, a sign, a point and an exponent of five characters.
 constexpr int kLongestNumber = 24;
 
@@ -90,8 +103,6 @@ char *write(char *to, double value) {
     // Between these bounds std::to_chars() and Qt spell the shortest digits alike, without an exponent.
     if (size >= 1e-3 && size < 1e15)
         return std::to_chars(to, to + kLongestNumber, value).ptr;
-    if (!std::isfinite(value))
-        return write(to, "null");
     // As QJsonDocument does: whole numbers that 64 bits hold are written without an exponent.
     const bool isWhole = size < 18446744073709551616.0 && size == std::trunc(size);
     return write(to,
@@ -110,6 +121,8 @@ QVector<GeometryPoint> points(const StoredJson &geometry) {
 }
 
 StoredJson fromPoints(const QVector<GeometryPoint> &points) {
+    if (!std::all_of(points.cbegin(), points.cend(), isFinite))
+        return StoredJson(objectOf(points));
     constexpr int longestPoint = 18 + 3 * kLongestNumber;
     QByteArray text(16 + longestPoint * points.size(), Qt::Uninitialized);
     char *end = write(text.data(), "{\"data\":[");

@@ -21,8 +21,8 @@ namespace geometryjson {
 /// The points of a geometry object, in order; a member that is no number counts as 0.
 MORASTORE_EXPORT QVector<GeometryPoint> points(const StoredJson &geometry);
 
-/// The geometry object of a line, in the stored form that QJsonDocument gives it. What is not finite is
-/// written as null, since JSON has no such numbers.
+/// The geometry object of a line, in the stored form that QJsonDocument gives it. JSON has no numbers that
+/// are not finite: a line with such comes back as an object, which no store takes.
 MORASTORE_EXPORT StoredJson fromPoints(const QVector<GeometryPoint> &points);
 
 } // namespace geometryjson

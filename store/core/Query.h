@@ -84,9 +84,9 @@ public:
     }
 
 private:
+    Query(const Store &store, const QString &text, bool isForOneObject);
     /// Binds a value; while there is an objection to it the statement does not run.
     Query &put(const char *name, const QVariant &value, const QString &objection);
-    Query(const Store &store, const QString &text, bool isForOneObject);
     void prepare();
     int columnIndex(const char *column);
 
