@@ -10,12 +10,15 @@ namespace {
 struct Options {
     std::string store;
     std::string database;
-    std::string name = newestTemplate().toStdString();
+    std::string name;
+
+    QString nameOr(const QString &usual) const { return name.empty() ? usual : QString::fromStdString(name); }
 };
 
 void make(const Options &options) {
     if (!options.database.empty()) {
-        makeDatabaseStore(QString::fromStdString(options.database));
+        makeDatabaseStore(QString::fromStdString(options.database),
+                          options.nameOr(databaseTemplateNames().first()));
         return;
     }
     const StoreAddress address(QString::fromStdString(options.store));
@@ -23,7 +26,7 @@ void make(const Options &options) {
         throw Failure(QStringLiteral("%1: to make a store on a server say \"new --postgres\" and the "
                                      "connection string")
                           .arg(address.name()));
-    makeStore(address.path(), QString::fromStdString(options.name));
+    makeStore(address.path(), options.nameOr(newestTemplate()));
 }
 
 } // namespace
@@ -42,8 +45,11 @@ void addNew(CLI::App &program, Run &run) {
     place->require_option(1);
     command
         ->add_option("--template", options->name,
-                     "Template of a file: " + templateNames().join(QStringLiteral(", ")).toStdString())
-        ->capture_default_str()
+                     QStringLiteral("Template of a file: %1 (default %2); of a database: %3 (default %4)")
+                         .arg(templateNames().join(QStringLiteral(", ")), newestTemplate(),
+                              databaseTemplateNames().join(QStringLiteral(", ")),
+                              databaseTemplateNames().first())
+                         .toStdString())
         ->type_name("NAME");
     command->callback([options, &run] { run = [options] { make(*options); }; });
 }

@@ -83,7 +83,14 @@ void GuardedTransaction::commit() {
         // A server calls the end of a failed transaction a success, too.
         run("select 1");
     }
-    run("commit");
+    QSqlQuery end(mDb);
+    if (!end.exec(QStringLiteral("commit"))) {
+        // The answer is lost, not necessarily what it is about.
+        if (!mReader && end.lastError().nativeErrorCode().isEmpty())
+            throw Failure(QStringLiteral("the connection to the server was lost at the very end; see with "
+                                         "\"morastore info\" whether the changes are there"));
+        refuse(end.lastError());
+    }
     mOpen = false;
 }
 

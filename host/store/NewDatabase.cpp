@@ -12,8 +12,6 @@
 
 namespace {
 
-const QString kDump = QStringLiteral(":/Resources/EmptyNet/pgsql_db6_init.backup");
-
 /// A database that is dropped again unless it is kept.
 class NewDatabase {
 public:
@@ -75,8 +73,8 @@ void requireEmpty(Server &server, const StoreAddress &address) {
                           .arg(address.name()));
 }
 
-/// The connection string without its secrets, and these in the environment: what stands on a command line is
-/// everybody's to read.
+/// An environment with the secrets of the connection string: what stands on a command line is everybody's to
+/// read.
 QProcessEnvironment environmentOf(const StoreAddress &address) {
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     const QList<StoreAddress::Option> options = address.options();
@@ -87,14 +85,15 @@ QProcessEnvironment environmentOf(const StoreAddress &address) {
     return environment;
 }
 
-void restore(const StoreAddress &address) {
+void restore(const StoreAddress &address, const QString &name) {
     const QString program = QStandardPaths::findExecutable(QStringLiteral("pg_restore"));
     if (program.isEmpty())
         throw Failure(QStringLiteral("the program pg_restore is missing; install the client programs of "
                                      "PostgreSQL (Debian: postgresql-client)"));
+    // A program of its own cannot see what is inside of this one.
     const QTemporaryDir folder;
     const QString dump = folder.filePath(QStringLiteral("dump"));
-    if (!QFile::copy(kDump, dump))
+    if (!QFile::copy(QStringLiteral(":/Resources/EmptyNet/%1.backup").arg(name), dump))
         throw Failure(QStringLiteral("%1: cannot be written; check the folder for temporary files")
                           .arg(QDir::toNativeSeparators(dump)));
     QProcess process;
@@ -112,7 +111,14 @@ void restore(const StoreAddress &address) {
 
 } // namespace
 
-void makeDatabaseStore(const StoreAddress &address) {
+QStringList databaseTemplateNames() {
+    return {QStringLiteral("pgsql_db6_empty"), QStringLiteral("pgsql_db6_init")};
+}
+
+void makeDatabaseStore(const StoreAddress &address, const QString &name) {
+    if (!databaseTemplateNames().contains(name))
+        throw Failure(QStringLiteral("there is no template \"%1\" for servers; the templates are %2")
+                          .arg(name, databaseTemplateNames().join(QStringLiteral(", "))));
     if (!address.isServer())
         throw Failure(QStringLiteral("%1: this is no connection string; give \"dbname=... host=...\", or the "
                                      "path without --postgres")
@@ -125,7 +131,7 @@ void makeDatabaseStore(const StoreAddress &address) {
     }
     requireEmpty(*server, address);
     server.reset();
-    restore(address);
+    restore(address, name);
     {
         const OpenStore store(address, Access::Write);
         if (unexpectedFailures() > 0)

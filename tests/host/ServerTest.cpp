@@ -87,6 +87,17 @@ TEST_F(ServerStore, EveryRefusalIsASentenceThatNamesTheServer) {
         run({QStringLiteral("info"), connection(store.name(), QStringLiteral("password='%1'").arg(own))});
     EXPECT_EQ(info.exitCode, 0) << info.err.toStdString();
     EXPECT_FALSE(info.out.contains(PostgresDatabase::password()));
+    // So does one in a service file, with all the rest.
+    write(QStringLiteral("services"),
+          QStringLiteral("[mora]\nhost=%1\nport=%2\nuser=%3\ndbname=%4\npassword=%5\n")
+              .arg(PostgresDatabase::host())
+              .arg(PostgresDatabase::port())
+              .arg(PostgresDatabase::user(), store.name(), PostgresDatabase::password())
+              .toUtf8());
+    qputenv("PGSERVICEFILE", file(QStringLiteral("services")).toUtf8());
+    const Outcome served = run({QStringLiteral("info"), QStringLiteral("service=mora")});
+    EXPECT_EQ(served.exitCode, 0) << served.err.toStdString();
+    EXPECT_TRUE(served.out.startsWith(QLatin1String("store       service=mora\n")));
     expectSentence(run({QStringLiteral("protect"), connection(store.name())}),
                    QStringLiteral("only a store file can be protected"));
 }
@@ -134,4 +145,49 @@ TEST_F(ServerStore, AConnectionThatIsLostLeavesNothing) {
                   QStringLiteral("0"));
     }
     EXPECT_EQ(run({QStringLiteral("import"), connection(store.name()), kExample}).exitCode, 0);
+}
+
+TEST_F(ServerStore, IsMadeAsAWholeOrNotAtAll) {
+    const auto make = [](const QString &database, const QStringList &options = {}) {
+        return run(QStringList{QStringLiteral("new"), QStringLiteral("--postgres"), connection(database)} +
+                   options);
+    };
+    const QString name = QStringLiteral("mora \"new\" %1").arg(QCoreApplication::applicationPid());
+    const QString spelled = QStringLiteral("'%1'").arg(name);
+    const Beside beside(qEnvironmentVariable("MORA_TEST_PG_NAME"));
+    const auto exists = [&] {
+        return beside.value(
+                   QStringLiteral("select count(*) from pg_database where datname = '%1'").arg(name)) ==
+               QLatin1String("1");
+    };
+    // Without the program that fills it, the database that was made for it goes again.
+    const QByteArray path = qgetenv("PATH");
+    qputenv("PATH", mFolder.path().toUtf8());
+    expectSentence(make(spelled), QStringLiteral("pg_restore is missing"));
+    write(QStringLiteral("pg_restore"), "#!/bin/sh\necho no disk; exit 1\n");
+    ASSERT_TRUE(
+        QFile::setPermissions(file(QStringLiteral("pg_restore")), QFile::ReadOwner | QFile::ExeOwner));
+    expectSentence(make(spelled), QStringLiteral("the store cannot be made (no disk)"));
+    qputenv("PATH", path);
+    EXPECT_FALSE(exists());
+    expectSentence(make(spelled, {QStringLiteral("--template"), QStringLiteral("None")}),
+                   QStringLiteral("no template \"None\""));
+
+    const Outcome made = make(spelled);
+    EXPECT_EQ(made.exitCode, 0) << made.err.toStdString();
+    EXPECT_EQ(made.out + made.err, QString());
+    expectSentence(make(spelled), QStringLiteral("holds tables already"));
+    EXPECT_EQ(run({QStringLiteral("import"), connection(spelled), kExample}).exitCode, 0);
+    beside.value(QStringLiteral("drop database \"%1\"")
+                     .arg(QString(name).replace(QLatin1Char('"'), QLatin1String("\"\""))));
+
+    const PostgresDatabase empty(PostgresDatabase::Content::Nothing);
+    EXPECT_EQ(make(empty.name(), {QStringLiteral("--template"), QStringLiteral("pgsql_db6_init")}).exitCode,
+              0);
+    EXPECT_TRUE(
+        run({QStringLiteral("info"), connection(empty.name())}).out.contains(QLatin1String("networks    1")));
+    expectSentence(run({QStringLiteral("new"), QStringLiteral("--postgres"), file(QStringLiteral("a.db"))}),
+                   QStringLiteral("this is no connection string"));
+    expectSentence(run({QStringLiteral("new"), connection(empty.name())}),
+                   QStringLiteral("say \"new --postgres\""));
 }
