@@ -136,6 +136,7 @@ void NetworkCopy::copyTable(const NetworkTable &entry, Progression &progression)
     // A store of one network may be without a record of it.
     if (isRecord && copy.rows() == 0)
         copy.add(RowSource::Row(source ? source->columns.size() : 0));
+    copy.finish();
     if (entry.id && copy.rows() > 0)
         mTarget.raiseCounters(mChanges.netId, entry, copy.largestId());
     mResult.rows += copy.rows();

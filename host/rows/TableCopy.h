@@ -39,6 +39,8 @@ public:
 
     /// Writes the copy of a row.
     void add(const RowSource::Row &row);
+    /// After the last row.
+    void finish() { mWriter->finish(); }
 
     qint64 rows() const { return mRows; }
     qint64 words() const { return mWords; }

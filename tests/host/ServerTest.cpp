@@ -1,6 +1,7 @@
 #include "tests/host/Morastore.h"
 #include "tests/support/PostgresDatabase.h"
 
+#include <QCoreApplication>
 #include <QElapsedTimer>
 #include <QThread>
 
