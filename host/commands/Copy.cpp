@@ -25,8 +25,18 @@ QString accountOf(const CopiedNetwork &copy) {
     return text + QLatin1Char('\n');
 }
 
+/// Asked before the library opens the target, which brings an older store forward.
+void requireSeveralNetworks(const StoreAddress &target) {
+    if (!RowSource(target).hasSeveralNetworks())
+        throw Failure(
+            QStringLiteral("%1: the target is of a generation that holds one network; make a new store "
+                           "with \"morastore new\" and copy into that")
+                .arg(target.name()));
+}
+
 void copy(const Options &options) {
     const StoreAddress to(QString::fromStdString(options.target));
+    requireSeveralNetworks(to);
     RowSource source(QString::fromStdString(options.source));
     const QList<RowSource::Network> networks = source.networksOf(options.nets);
     const QString name = QString::fromStdString(options.name);

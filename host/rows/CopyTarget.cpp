@@ -2,7 +2,6 @@
 
 #include "host/Failure.h"
 #include "host/store/OpenStore.h"
-#include "store/DBTools.h"
 
 #include <QSqlError>
 #include <QSqlQuery>
@@ -19,10 +18,6 @@ QString textLiteral(const QString &text) {
 } // namespace
 
 CopyTarget::CopyTarget(QSqlDatabase &db) : mDb(db) {
-    if (DBTools::dbVer() < 6)
-        throw Failure(QStringLiteral("the target is of generation %1, which holds one network; make a new "
-                                     "store with \"morastore new\" and copy into that")
-                          .arg(DBTools::dbVer()));
     mTables = storeTables(db);
     if (isSqlite())
         return;

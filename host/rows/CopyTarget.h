@@ -13,7 +13,6 @@ class QSqlQuery;
 /// The open store of generation 6 that networks are copied into, within a transaction of the caller's.
 class CopyTarget {
 public:
-    /// Throws `Failure` when the store is of an older generation.
     explicit CopyTarget(QSqlDatabase &db);
 
     QSqlDatabase &db() const { return mDb; }

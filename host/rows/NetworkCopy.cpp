@@ -137,8 +137,8 @@ void NetworkCopy::copyTable(const NetworkTable &entry, Progression &progression)
     if (isRecord && copy.rows() == 0)
         copy.add(RowSource::Row(source ? source->columns.size() : 0));
     copy.finish();
-    if (entry.id && copy.rows() > 0)
-        mTarget.raiseCounters(mChanges.netId, entry, copy.largestId());
+    if (copy.largestNumber() > 0)
+        mTarget.raiseCounters(mChanges.netId, entry, copy.largestNumber());
     mResult.rows += copy.rows();
     mResult.words += copy.words();
     mResult.leftOut += copy.leftOut();

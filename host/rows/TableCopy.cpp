@@ -1,5 +1,7 @@
 #include "host/rows/TableCopy.h"
 
+#include "store/DBTools.h"
+
 #include <algorithm>
 
 Translation::Translation(Language from, Language to)
@@ -42,6 +44,7 @@ bool isNamed(const char *name, const QString &key) {
 } // namespace
 
 void TableCopy::plan(const StoreTable &target) {
+    const QString counted = DBTools::getIDName(QString::fromLatin1(mEntry.name)).toLower();
     for (const StoreColumn &column : target.columns) {
         Cell cell;
         cell.source = indexOf(mSource, column.key);
@@ -54,6 +57,7 @@ void TableCopy::plan(const StoreTable &target) {
                 cell.filling = filling.value;
         }
         cell.isId = isNamed(mEntry.id, column.key);
+        cell.isNumber = cell.isId || column.key == counted;
         for (const char *word : mEntry.words)
             cell.isWord = cell.isWord || isNamed(word, column.key);
         for (const Reference &reference : mEntry.references) {
@@ -101,7 +105,7 @@ QVariant TableCopy::copied(const Cell &cell, const RowSource::Row &row) {
         value = mChanges.nextLaneConnector++;
     if (cell.isWord && mChanges.words.apply(value))
         ++mWords;
-    if (!cell.isId && !cell.reference)
+    if (!cell.isNumber && !cell.reference)
         return value;
     // Identifiers are integers; SQLite may hold them as reals.
     if (!rowvalue::fit(value, ColumnKind::Integer, true) || !value.isValid())
@@ -113,7 +117,7 @@ QVariant TableCopy::copied(const Cell &cell, const RowSource::Row &row) {
     }
     if (cell.source >= 0)
         value = mChanges.ids.of(QString::fromLatin1(mEntry.name), value.toLongLong());
-    mLargestId = std::max(mLargestId, value.toLongLong());
+    mLargestNumber = std::max(mLargestNumber, value.toLongLong());
     return value;
 }
 

@@ -44,8 +44,8 @@ public:
 
     qint64 rows() const { return mRows; }
     qint64 words() const { return mWords; }
-    /// The largest identifier of its own that was written.
-    qint64 largestId() const { return mLargestId; }
+    /// The largest of the numbers that the store counts for this table; 0 where it counts none.
+    qint64 largestNumber() const { return mLargestNumber; }
     /// Columns that the target lacks, with the number of rows that have a value there.
     QStringList leftOut() const;
     /// A value for a column of every row in place of that of the source.
@@ -57,6 +57,7 @@ private:
         QVariant filling;
         bool isFixed = false;
         bool isId = false;
+        bool isNumber = false; ///< counted by the store: identifiers, and codes that are not renumbered
         bool isWord = false;
         const Reference *reference = nullptr;
     };
@@ -78,5 +79,5 @@ private:
     std::unique_ptr<RowWriter> mWriter;
     qint64 mRows = 0;
     qint64 mWords = 0;
-    qint64 mLargestId = 0;
+    qint64 mLargestNumber = 0;
 };

@@ -32,7 +32,7 @@ void GuardedTransaction::Reader::close() {
     QSqlDatabase::removeDatabase(kReader);
 }
 
-GuardedTransaction::GuardedTransaction(QSqlDatabase &db) : mDb(db) {
+GuardedTransaction::GuardedTransaction(QSqlDatabase &db) : mDb(db), mFailuresBefore(unexpectedFailures()) {
     if (mDb.driverName() == QLatin1String("QSQLITE"))
         beginSqlite();
     else
@@ -80,8 +80,10 @@ void GuardedTransaction::commit() {
         // Another program may be reading for a moment.
         run("pragma busy_timeout = 2000");
     } else {
-        // A server calls the end of a failed transaction a success, too.
         run("select 1");
+        if (unexpectedFailures() > mFailuresBefore)
+            throw Failure(QStringLiteral("the store refused a statement (%1); nothing was changed")
+                              .arg(firstFailureText().simplified()));
     }
     QSqlQuery end(mDb);
     if (!end.exec(QStringLiteral("commit"))) {

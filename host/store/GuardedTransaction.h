@@ -12,6 +12,11 @@ class QSqlError;
 /// statements that follow would be kept one by one; the library's inserts do go on after a failed row. So a
 /// second connection reads the store for as long as the transaction lasts: nothing can be committed beside a
 /// reader. (In a store with a write-ahead log it could; stores made from the library's templates have none.)
+///
+/// A PostgreSQL server keeps nothing of a transaction whose connection is lost. The library goes on after a
+/// row that the server refuses, though, and a transaction that is dead ends with a commit that reports
+/// success: so there the commit is refused once a statement has failed unexpectedly or the transaction is
+/// dead.
 class GuardedTransaction {
 public:
     /// Takes the store's write lock at once; reading goes on. Throws `Failure` when another program holds it.
@@ -43,5 +48,6 @@ private:
 
     QSqlDatabase &mDb;
     std::unique_ptr<Reader> mReader; ///< SQLite only
+    int mFailuresBefore;
     bool mOpen = false;
 };
