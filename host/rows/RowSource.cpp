@@ -29,9 +29,7 @@ RowSource::RowSource(const StoreAddress &address) : mName(address.name()) {
     try {
         open(address);
         mTables = storeTables(connection());
-        QSqlQuery version = run(QStringLiteral("select versionId from DbVersion"));
-        mGeneration = version.next() ? version.value(0).toInt() : 0;
-        version.finish();
+        mGeneration = readGeneration();
         readNetworks(address);
         takeOlderArrivals();
     } catch (...) {
@@ -56,6 +54,14 @@ void RowSource::open(const StoreAddress &address) {
                           .arg(mName, db.lastError().databaseText().simplified()));
     run(address.isServer() ? QStringLiteral("begin transaction isolation level repeatable read read only")
                            : QStringLiteral("begin"));
+}
+
+int RowSource::readGeneration() const {
+    // Stores of the first generation need not say what they are.
+    if (!table(QStringLiteral("dbversion")))
+        return 0;
+    QSqlQuery version = run(QStringLiteral("select versionId from DbVersion"));
+    return version.next() ? version.value(0).toInt() : 0;
 }
 
 void RowSource::readNetworks(const StoreAddress &address) {

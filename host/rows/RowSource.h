@@ -65,6 +65,7 @@ private:
     Q_DISABLE_COPY(RowSource)
 
     void open(const StoreAddress &address);
+    int readGeneration() const;
     void readNetworks(const StoreAddress &address);
     void takeOlderArrivals();
     QString condition(const StoreTable &table, const Network &network) const;

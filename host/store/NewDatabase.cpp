@@ -17,7 +17,7 @@ class NewDatabase {
 public:
     explicit NewDatabase(const StoreAddress &address) : mAddress(address), mName(address.value("dbname")) {}
     ~NewDatabase() {
-        if (!mServer || mKept)
+        if (!mIsMade)
             return;
         try {
             mServer->run(QStringLiteral("drop database if exists %1").arg(mServer->identifier(mName)));
@@ -39,7 +39,6 @@ public:
                 QStringLiteral("create database %1 owner %2 encoding 'UTF8' template template0")
                     .arg(mServer->identifier(mName),
                          mServer->identifier(mServer->value(QStringLiteral("select current_user"))));
-            mServer.reset();
             throw Failure(
                 QStringLiteral("%1: there is no such database, and the user may not make it; have an "
                                "administrator run: %2")
@@ -47,8 +46,9 @@ public:
         }
         mServer->run(QStringLiteral("create database %1 encoding 'UTF8' template template0")
                          .arg(mServer->identifier(mName)));
+        mIsMade = true;
     }
-    void keep() { mKept = true; }
+    void keep() { mIsMade = false; }
 
 private:
     Q_DISABLE_COPY(NewDatabase)
@@ -56,7 +56,7 @@ private:
     const StoreAddress &mAddress;
     QString mName;
     std::unique_ptr<Server> mServer;
-    bool mKept = false;
+    bool mIsMade = false; ///< and not yet kept
 };
 
 void requireEmpty(Server &server, const StoreAddress &address) {
