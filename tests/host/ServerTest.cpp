@@ -192,3 +192,30 @@ TEST_F(ServerStore, IsMadeAsAWholeOrNotAtAll) {
     expectSentence(run({QStringLiteral("new"), connection(empty.name())}),
                    QStringLiteral("say \"new --postgres\""));
 }
+
+TEST_F(ServerStore, ANetworkGoesAsAWholeAndANewerStoreIsRefused) {
+    const PostgresDatabase store;
+    const QString address = store.connectionString();
+    for (const char *name : {"one", "two"})
+        ASSERT_EQ(
+            run({QStringLiteral("import"), address, kExample, QStringLiteral("--name"), QLatin1String(name)})
+                .exitCode,
+            0);
+    const QStringList digest{QStringLiteral("digest"), address, QStringLiteral("--net"), QStringLiteral("1")};
+    const Outcome before = run(digest);
+    const QStringList remove{QStringLiteral("remove"), address, QStringLiteral("two"),
+                             QStringLiteral("--yes")};
+    EXPECT_EQ(run(remove).exitCode, 0);
+    EXPECT_EQ(before.exitCode, 0) << before.err.toStdString();
+    EXPECT_EQ(run(digest).out, before.out);
+    const Beside beside(store.name());
+    EXPECT_EQ(
+        beside.value(QStringLiteral("select (select count(*) from Net) * 1000 + (select count(*) from Link "
+                                    "where NetId = 2) + (select count(*) from Logger where NetId = 2) + "
+                                    "(select count(*) from Configuration where NetId = 2)")),
+        QStringLiteral("1000"));
+    beside.value(QStringLiteral("update DbVersion set versionId = 7 returning versionId"));
+    expectSentence(run(remove), QStringLiteral("of version 7, and this release knows none above 6"));
+    expectSentence(run({QStringLiteral("upgrade"), address}),
+                   QStringLiteral("only store files are upgraded"));
+}
