@@ -36,7 +36,6 @@
 #include "store/schema/Dictionaries.h"
 #include "store/schema/Upgrade.h"
 
-#include <QJsonDocument>
 #include <QSysInfo>
 
 #include <algorithm>
@@ -73,6 +72,18 @@ Store storeOf(QSqlDatabase &db, long netId) {
     if (version >= 6)
         return {db, netId, Generation::SeveralNets, static_cast<int>(version), DBTools_V6::mlCallDbResult};
     return oneNetStore(db, netId);
+}
+
+networks::Record networkRecord(long id, const QString &name, const QPointF &center, const QString &sourceType,
+                               const QString &backgroundUrl) {
+    networks::Record record;
+    record.id = id;
+    record.name = name;
+    record.centerX = center.x();
+    record.centerY = center.y();
+    record.sourceType = sourceType;
+    record.backgroundUrl = backgroundUrl;
+    return record;
 }
 
 } // namespace
@@ -177,21 +188,15 @@ bool DBTools::initSequence(QSqlDatabase &db, QString schema) {
 
 bool DBTools::insertNet(QSqlDatabase &db, long id, QString name, QPointF center, QString sourceType,
                         QString backgroundUrl, QJsonObject otherAttrs, bool useTransaction) {
-    const QByteArray json = QJsonDocument(otherAttrs).toJson(QJsonDocument::Compact);
-    return insertNet(db, id, name, center, sourceType, backgroundUrl, QString::fromUtf8(json),
-                     useTransaction);
+    networks::Record record = networkRecord(id, name, center, sourceType, backgroundUrl);
+    record.setAttributes(StoredJson(otherAttrs));
+    return networks::insert(oneNetStore(db, id), record, useTransaction);
 }
 
 bool DBTools::insertNet(QSqlDatabase &db, long id, QString name, QPointF center, QString sourceType,
                         QString backgroundUrl, QString otherAttrsJson, bool useTransaction) {
     // Never forwarded: on a generation-6 store the row lacks isDefault and is refused.
-    networks::Record record;
-    record.id = id;
-    record.name = name;
-    record.centerX = center.x();
-    record.centerY = center.y();
-    record.sourceType = sourceType;
-    record.backgroundUrl = backgroundUrl;
+    networks::Record record = networkRecord(id, name, center, sourceType, backgroundUrl);
     record.otherAttrsJson = otherAttrsJson;
     return networks::insert(oneNetStore(db, id), record, useTransaction);
 }

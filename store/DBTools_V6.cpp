@@ -87,7 +87,8 @@ bool DBTools_V6::updateNet(QSqlDatabase &db, long id, QString name, QString sour
                            QString backgroundUrl, double centerX, double centerY, QString caption,
                            QString otherAttrsJson, bool isDefault, bool useTransaction) {
     const networks::Record record{id,      name,    sourceUrl, sourceType,     backgroundUrl,
-                                  centerX, centerY, caption,   otherAttrsJson, isDefault};
+                                  centerX, centerY, caption,   otherAttrsJson, isDefault,
+                                  {}};
     return networks::update(storeOf(db, id), record, useTransaction);
 }
 

@@ -15,6 +15,9 @@ public:
     Savepoint(const Savepoint &) = delete;
     Savepoint &operator=(const Savepoint &) = delete;
 
+    /// Whether a transaction is open on the connection, be it one that takes no further statement.
+    static bool isInsideTransaction(const Store &store);
+
     /// Keeps what was written since when @p written is true, undoes it otherwise. @return @p written.
     bool end(bool written);
 

@@ -9,10 +9,7 @@ namespace {
 /// PostgreSQL takes a second begin with a warning, and the commit that follows would end the caller's
 /// transaction.
 bool isInsideAnother(const Store &store) {
-    if (!store.isPostgreSql())
-        return false;
-    Savepoint(store).end(true);
-    return !store.isKnownOutsideTransaction();
+    return store.isPostgreSql() && Savepoint::isInsideTransaction(store);
 }
 
 } // namespace

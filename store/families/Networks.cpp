@@ -2,6 +2,7 @@
 
 #include "model/Net.h"
 #include "store/core/Query.h"
+#include "store/core/StorableValue.h"
 #include "store/core/Transaction.h"
 
 namespace networks {
@@ -58,7 +59,19 @@ Net *loadFirst(const Store &store, const QString &sql) {
     return row.execAndNext() ? loadRow(row) : nullptr;
 }
 
+bool hasStorableAttributes(const Store &store, const Record &record) {
+    return record.attributesObjection.isEmpty() ||
+           store.fail({}, QStringLiteral("The value of otherAttrsJson cannot be stored: it ") +
+                              record.attributesObjection);
+}
+
 } // namespace
+
+void Record::setAttributes(const StoredJson &attributes) {
+    const QByteArray text = attributes.text();
+    otherAttrsJson = QString::fromUtf8(text);
+    attributesObjection = storablevalue::objection(attributes, text);
+}
 
 Record recordOf(const Net &net) {
     Record record;
@@ -70,13 +83,13 @@ Record recordOf(const Net &net) {
     record.centerX = net.centerX;
     record.centerY = net.centerY;
     record.caption = net.caption;
-    record.otherAttrsJson = QString::fromUtf8(StoredJson(net.otherAttrsJson).text());
+    record.setAttributes(StoredJson(net.otherAttrsJson));
     record.isDefault = net.isDefault;
     return record;
 }
 
 bool insert(const Store &store, const Record &record, bool useTransaction) {
-    if (!store.isUsable() || isTaken(store, record))
+    if (!store.isUsable() || !hasStorableAttributes(store, record) || isTaken(store, record))
         return false;
     Transaction transaction(store, useTransaction);
     const bool hasCenter = store.hasSeveralNets() || store.hasColumn("Net", "centerX");
@@ -95,6 +108,8 @@ bool insert(const Store &store, const Record &record, bool useTransaction) {
 }
 
 bool update(const Store &store, const Record &record, bool useTransaction) {
+    if (!store.isUsable() || !hasStorableAttributes(store, record))
+        return false;
     Transaction transaction(store, useTransaction);
     const bool hasCaption = store.hasColumn("Net", "caption");
     Query update(store, hasCaption ? kUpdate : kUpdateWithoutCaption, {store.netId()});

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "model/StoredJson.h"
 #include "store/core/Store.h"
 
 #include <QByteArray>
@@ -23,6 +24,9 @@ struct Record {
     QString caption;
     QString otherAttrsJson;
     bool isDefault = false;
+    QString attributesObjection; ///< why the further attributes cannot be stored; empty when they can
+
+    void setAttributes(const StoredJson &attributes);
 };
 
 Record recordOf(const Net &net);

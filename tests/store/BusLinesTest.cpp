@@ -44,8 +44,7 @@ BusStationLine *sampleStop(long id, long stationId, long lineId) {
 /// stops at stations 2 and 1.
 class BusLinesTest : public StoreKindFixture {
 protected:
-    void SetUp() override {
-        StoreKindFixture::SetUp();
+    void prepare() override {
         for (long id = 7; id <= 9; ++id) {
             mLinks.push_back(sampleLink(id));
             ASSERT_TRUE(DBTools::insertLink(gDB, kNet, mLinks.back().get(), true));

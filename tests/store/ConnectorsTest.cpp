@@ -8,8 +8,7 @@ namespace {
 /// Two links in the store; the case writes connectors between them.
 class ConnectorsTest : public StoreKindFixture {
 protected:
-    void SetUp() override {
-        StoreKindFixture::SetUp();
+    void prepare() override {
         mFrom = sampleLink(7);
         mTo = sampleLink(8);
         QList<Link *> links = {mFrom.get(), mTo.get()};

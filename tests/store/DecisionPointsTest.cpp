@@ -40,8 +40,7 @@ void addRatio(RoutingFlowByInterval *interval, long id, long routeId) {
 /// Three links in the store and in gNet; the case writes points and routes over them.
 class DecisionPointsTest : public StoreKindFixture {
 protected:
-    void SetUp() override {
-        StoreKindFixture::SetUp();
+    void prepare() override {
         for (const long id : {7, 8, 9})
             ASSERT_TRUE(DBTools::insertLink(gDB, kNet, sampleLink(id).get(), true));
         readLinks();

@@ -7,8 +7,7 @@ namespace {
 
 class DeparturePointsTest : public StoreKindFixture {
 protected:
-    void SetUp() override {
-        StoreKindFixture::SetUp();
+    void prepare() override {
         letReferencesDangle();
     }
 

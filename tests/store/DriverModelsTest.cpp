@@ -6,8 +6,7 @@ namespace {
 
 class DriverModelsTest : public StoreKindFixture {
 protected:
-    void SetUp() override {
-        StoreKindFixture::SetUp();
+    void prepare() override {
         ASSERT_TRUE(DBTools::initDictionary(gDB, kNet, true));
     }
 

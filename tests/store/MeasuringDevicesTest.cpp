@@ -52,8 +52,7 @@ VehicleDrivInfoCollector sampleCollector(long id, long roadId) {
 /// Links 7 and 8 and connector 5 are the roads of the store.
 class MeasuringDevicesTest : public StoreKindFixture {
 protected:
-    void SetUp() override {
-        StoreKindFixture::SetUp();
+    void prepare() override {
         mFrom = sampleLink(7);
         mTo = sampleLink(8);
         ASSERT_TRUE(DBTools::insertLink(gDB, kNet, mFrom.get(), true));

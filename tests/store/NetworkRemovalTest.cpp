@@ -5,8 +5,7 @@ namespace {
 
 class NetworkRemovalTest : public StoreKindFixture {
 protected:
-    void SetUp() override {
-        StoreKindFixture::SetUp();
+    void prepare() override {
         mFrom = sampleLink(7);
         mTo = sampleLink(8);
         QList<Link *> links = {mFrom.get(), mTo.get()};

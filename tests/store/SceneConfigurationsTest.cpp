@@ -5,8 +5,7 @@ namespace {
 
 class SceneConfigurationsTest : public StoreKindFixture {
 protected:
-    void SetUp() override {
-        StoreKindFixture::SetUp();
+    void prepare() override {
         execute(QStringLiteral("delete from Configuration"));
         Configuration &scene = gNet.config();
         scene.sceneWidth = 1000.0 / 3;

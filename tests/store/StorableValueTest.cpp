@@ -1,3 +1,4 @@
+#include "model/GeometryJson.h"
 #include "model/Link.h"
 #include "tests/support/Builders.h"
 #include "tests/support/StoreFixture.h"
@@ -62,13 +63,32 @@ TEST_P(StorableValueTest, WhatNoStoreKeepsIsRefusedBeforeItsStatementRuns) {
         EXPECT_EQ(refusal->error, QStringLiteral("The value of ") + QLatin1String(spoilt.error));
         clearFailures();
     }
-    const auto link = sampleLink(7);
+    const auto line = sampleLink(7);
+    line->centerLinePointsJson = geometryjson::fromPoints({{1, 2, 3}, {4, infinity, 6}});
+    EXPECT_FALSE(DBTools::insertLink(gDB, kNet, line.get(), true));
+    ASSERT_EQ(failures().size(), 1);
+    EXPECT_EQ(
+        failures().first().error,
+        QStringLiteral("The value of centerLinePointsJson cannot be stored: it is not a finite number"));
+    clearFailures();
+    const auto link = sampleLink(8);
     link->otherAttrsJson = {{QStringLiteral("a"), QJsonArray({QJsonObject({{QStringLiteral("b"), nan}})})}};
     EXPECT_FALSE(DBTools::insertLink(gDB, kNet, link.get(), true));
     ASSERT_EQ(failures().size(), 1);
     EXPECT_EQ(failures().first().error,
               QStringLiteral("The value of otherAttrsJson cannot be stored: it is not a finite number"));
-    EXPECT_EQ(count(QStringLiteral("Link")), 1);
+    EXPECT_EQ(count(QStringLiteral("Link")), 2) << "only the statements with such a value are left out";
+}
+
+TEST_P(StorableValueTest, AttributesOfANetworkAreRefusedToo) {
+    const QJsonObject attributes = {{QStringLiteral("a"), std::numeric_limits<double>::infinity()}};
+    const int before = count(QStringLiteral("Net"));
+    EXPECT_FALSE(
+        DBTools::insertNet(gDB, 2, QStringLiteral("b"), {}, QStringLiteral("x"), {}, attributes, true));
+    ASSERT_EQ(DBTools::mlCallDbResult.size(), 1);
+    EXPECT_EQ(DBTools::mlCallDbResult.first().error,
+              QStringLiteral("The value of otherAttrsJson cannot be stored: it is not a finite number"));
+    EXPECT_EQ(count(QStringLiteral("Net")), before);
 }
 
 INSTANTIATE_TEST_SUITE_P(Stores, StorableValueTest, testing::ValuesIn(kStoreKinds), storeKindName);

@@ -5,8 +5,7 @@ namespace {
 
 class VehicleCompositionsTest : public StoreKindFixture {
 protected:
-    void SetUp() override {
-        StoreKindFixture::SetUp();
+    void prepare() override {
         letReferencesDangle();
     }
 

@@ -9,8 +9,7 @@ namespace {
 /// Zone 3 of either kind, with the lanes 2 and 1 of a link, written as other programs write them.
 class ZonesTest : public StoreKindFixture {
 protected:
-    void SetUp() override {
-        StoreKindFixture::SetUp();
+    void prepare() override {
         addRow("AccidentZone", "accidentZoneId, name, location, zoneLength, roadId, roadType",
                "3, '事故 1', 12.25, 0.1, 7, 'connector'");
         addRow("RoadWorkZone",

@@ -76,7 +76,13 @@ private:
 /// StoreFixture opened on the template of the parameter.
 class StoreKindFixture : public StoreFixture, public testing::WithParamInterface<StoreKind> {
 protected:
-    void SetUp() override { isPostgres() ? openPostgres() : openTemplate(GetParam().templateName); }
+    void SetUp() final {
+        isPostgres() ? openPostgres() : openTemplate(GetParam().templateName);
+        if (!IsSkipped() && !HasFatalFailure())
+            prepare();
+    }
+    /// What the cases of a suite start with, in the open store.
+    virtual void prepare() {}
     bool isPostgres() const { return GetParam().isPostgres(); }
     bool hasSeveralNets() const { return GetParam().hasSeveralNets; }
     /// Writes a row of network 1 by a statement of the test's own.
