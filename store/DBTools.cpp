@@ -35,6 +35,7 @@
 #include "store/protection/FileProtection.h"
 #include "store/schema/Dictionaries.h"
 #include "store/schema/Upgrade.h"
+#include "store/whole/WholeNet.h"
 
 #include <QSysInfo>
 
@@ -582,6 +583,15 @@ bool DBTools::saveChangeLaneParam(QSqlDatabase &db, long netId, QList<ChangeLane
 
 bool DBTools::selectChangeLaneParam(QSqlDatabase &db, long netId, QList<ChangeLaneModelParam> &params) {
     return drivermodels::readAll(storeOf(db, netId), params);
+}
+
+bool DBTools::loadNet(QSqlDatabase &db, long netId, NetContents &contents, const NetProgress &progress) {
+    return wholenet::load(storeOf(db, netId), contents, progress);
+}
+
+bool DBTools::saveNet(QSqlDatabase &db, long netId, NetContents &contents, bool useTransaction,
+                      const NetProgress &progress) {
+    return wholenet::save(storeOf(db, netId), contents, useTransaction, progress);
 }
 
 bool DBTools::logInfo(QSqlDatabase &db, long netId, Logger event) {

@@ -6,6 +6,7 @@
 #include "model/Logger.h"
 #include "model/MoraStoreExport.h"
 #include "model/Net.h"
+#include "model/NetProgress.h"
 #include "model/VehicleDrivInfoCollector.h"
 
 #include <QByteArray>
@@ -40,6 +41,7 @@ class VehicleType;
 struct DeparturePoint;
 struct DriveFollowedModelParam;
 struct LCStruct;
+struct NetContents;
 struct RoutingFlowByInterval;
 struct VehicleConsDetail;
 
@@ -525,6 +527,39 @@ public:
                                     bool useTransaction);
     /// Appends all stored lane-changing sets by id. @return false when the statement failed.
     static bool selectChangeLaneParam(QSqlDatabase &db, long netId, QList<ChangeLaneModelParam> &params);
+    /// @}
+
+    /// @name Whole networks
+    /// @{
+    /// Loads all of a network: record, catalogues, roads, traffic and settings, one ordered pass per table.
+    ///
+    /// The objects are those that the single reads would give, and besides what no single read does: the
+    /// restrictions that generation 6 and connectors have tables for. The network becomes the current one:
+    /// gNet's tables hold these objects, in place of any others, and the single reads answer from them; the
+    /// registries ghVehicleType, ghVehicleComposition and glLinkType hold its catalogues.
+    /// @param contents takes the objects and owns them; what it held before is destroyed.
+    /// NetContents::skipped
+    ///        reports rows of a damaged network that were left out, as the single reads would.
+    /// @param progress hears, now and then, how far the load has come; it must not use the store.
+    /// @return false when there is no such network, a statement failed or the load was cancelled. Then
+    ///         @p contents, gNet and the registries are empty.
+    static bool loadNet(QSqlDatabase &db, long netId, NetContents &contents,
+                        const NetProgress &progress = {});
+    /// Saves all of a network under @p netId, as a whole or not at all.
+    ///
+    /// Network @p netId must not have links yet. Its record is written unless there is one. Catalogues that
+    /// @p contents has replace those that initDictionary() gives a network. Rows hold what the single inserts
+    /// write and, in generation 6, what those leave out: attributes and restrictions of lanes, restrictions
+    /// of connectors, the geometry of lane connectors, detectors' vehicle types. So a network that was loaded
+    /// comes back equal. A link's break points are its own, or those of its outer lanes where it has none.
+    /// @param contents objects whose id is 0 get one from a block of new identifiers; on false it is 0 again.
+    /// @param useTransaction save in a transaction of the operation's own. Without it the caller rolls back
+    ///        on false.
+    /// @param progress as for loadNet().
+    /// @return false when the network is there already, a statement failed (the first one ends the save) or
+    ///         the save was cancelled.
+    static bool saveNet(QSqlDatabase &db, long netId, NetContents &contents, bool useTransaction,
+                        const NetProgress &progress = {});
     /// @}
 
     /// @name Usage log

@@ -29,6 +29,7 @@
 #include "store/families/VehicleTypes.h"
 #include "store/families/Zones.h"
 #include "store/schema/Dictionaries.h"
+#include "store/whole/WholeNet.h"
 
 #include <QSysInfo>
 
@@ -431,4 +432,13 @@ bool DBTools_V6::logInfoWithPlugin(QSqlDatabase &db, long netId, Logger event, Q
 
 bool DBTools_V6::selectLogger(QSqlDatabase &db, long netId, QList<Logger> &events, int limit) {
     return usagelog::read(storeOf(db, netId), events, limit);
+}
+
+bool DBTools_V6::loadNet(QSqlDatabase &db, long netId, NetContents &contents, const NetProgress &progress) {
+    return wholenet::load(storeOf(db, netId), contents, progress);
+}
+
+bool DBTools_V6::saveNet(QSqlDatabase &db, long netId, NetContents &contents, bool useTransaction,
+                         const NetProgress &progress) {
+    return wholenet::save(storeOf(db, netId), contents, useTransaction, progress);
 }

@@ -163,6 +163,11 @@ public:
                                   QString pluginVersion, QString pluginOperation);
     static bool selectLogger(QSqlDatabase &db, long netId, QList<Logger> &events, int limit);
 
+    static bool loadNet(QSqlDatabase &db, long netId, NetContents &contents,
+                        const NetProgress &progress = {});
+    static bool saveNet(QSqlDatabase &db, long netId, NetContents &contents, bool useTransaction,
+                        const NetProgress &progress = {});
+
 private:
     static int mDbVer;
     static bool mbInter;

@@ -1,6 +1,7 @@
 #include "host/import/NetworkImport.h"
 
 #include "host/Failure.h"
+#include "host/ShareOfSteps.h"
 #include "host/import/NetworkBuilder.h"
 #include "host/import/Refusal.h"
 #include "host/import/TrafficImport.h"
@@ -16,9 +17,6 @@
 #include <algorithm>
 
 namespace {
-
-// Objects written between two reports of progress.
-constexpr std::size_t kBatch = 500;
 
 bool storeHasSeveralNetworks() {
     return DBTools::dbVer() >= 6;
@@ -122,17 +120,6 @@ void insertRecord(const NetRecord &record) {
     requireWritten(DBTools::initDictionary(gDB, record.netId, false), "network's dictionaries");
 }
 
-/// Calls `write` with one batch of objects after the other and the share of them that went before.
-template <class T, class Write>
-void inBatches(const std::vector<std::unique_ptr<T>> &objects, const Write &write) {
-    for (std::size_t start = 0; start < objects.size(); start += kBatch) {
-        QList<T *> batch;
-        for (std::size_t i = start; i < std::min(start + kBatch, objects.size()); ++i)
-            batch.append(objects[i].get());
-        write(batch, double(start) / double(objects.size()));
-    }
-}
-
 } // namespace
 
 QString networkNameOf(const QString &path) {
@@ -156,18 +143,11 @@ NetworkObjects importNetwork(const SumoNet &net, const CompanionPlan &plan, cons
     IdSource ids(gDB);
     NetworkBuilder builder(net, ids, !storeHasSeveralNetworks());
     network.links = builder.buildLinks();
-    progress.at(0.1);
-    inBatches(network.links, [&](QList<Link *> &links, double share) {
-        requireWritten(DBTools::insertLinks(gDB, netId, links, false), "links");
-        progress.at(0.1 + 0.4 * share);
-    });
+    progress.at(0.2);
     network.connectors = builder.buildConnectors(network.links);
-    inBatches(network.connectors, [&](QList<Connector *> &connectors, double share) {
-        requireWritten(DBTools::insertConnectors(gDB, netId, connectors, false), "connectors");
-        progress.at(0.5 + 0.3 * share);
-    });
-    progress.at(0.8);
-    importTraffic(net, plan, ids, network);
+    progress.at(0.4);
+    buildTraffic(net, plan, ids, network);
+    requireWritten(DBTools::saveNet(gDB, netId, network, false, ShareOfSteps(progress, 0.5, 1)), "network");
     requireWritten(DBTools::updateIds(gDB, false), "identifiers");
     transaction.commit();
     current.keep();

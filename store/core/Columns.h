@@ -20,23 +20,23 @@ struct Column {
 };
 
 /// Binds every column of @p columns, an array or another range of Column<Entity>, from @p entity.
-template <class Columns, class Entity>
-Query &bindAll(Query &query, const Columns &columns, const Entity &entity) {
+template <class Row, class Columns, class Entity>
+Row &bindAll(Row &row, const Columns &columns, const Entity &entity) {
     for (const Column<Entity> &column : columns) {
         const auto bindMember = [&](auto member) {
             if constexpr (std::is_same_v<decltype(member), bool Entity::*>)
-                query.bindFlag(column.placeholder, entity.*member);
+                row.bindFlag(column.placeholder, entity.*member);
             else
-                query.bind(column.placeholder, entity.*member);
+                row.bind(column.placeholder, entity.*member);
         };
         std::visit(bindMember, column.member);
     }
-    return query;
+    return row;
 }
 
 /// Reads every column of @p columns of the current row into @p entity; NULL reads as 0 or as empty.
-template <class Entity, std::size_t N>
-void readAll(Query &row, const Column<Entity> (&columns)[N], Entity &entity) {
+template <class Row, class Entity, std::size_t N>
+void readAll(Row &row, const Column<Entity> (&columns)[N], Entity &entity) {
     for (const Column<Entity> &column : columns) {
         const auto readMember = [&](auto member) {
             using Member = decltype(member);

@@ -8,6 +8,10 @@
 #include "store/core/Query.h"
 #include "store/core/Transaction.h"
 #include "store/families/CurrentNet.h"
+#include "store/whole/NetSave.h"
+#include "store/whole/Owners.h"
+
+#include <QSet>
 
 #include <memory>
 
@@ -68,6 +72,49 @@ constexpr Column<BusStationLine> kStopColumns[] = {
     {":getOutTimePerson", &BusStationLine::getOutTimePerson},
 };
 
+template <class Row>
+Row &bindRow(Row &row, const BusStationLine &stop, const PassengerArriving &arrival) {
+    return row.bind(":passengerArrivingID", arrival.passengerArrivingID)
+        .bind(":stationLineID", stop.stationLineID)
+        .bind(":startTime", arrival.startTime)
+        .bind(":endTime", arrival.endTime)
+        .bind(":passengerCount", arrival.passengerCount);
+}
+
+template <class Row>
+Row &bindRow(Row &row, const BusLine &line, const Link &road, int serialNumber) {
+    return row.bind(":busLineID", line.busLineID)
+        .bind(":serialNumber", serialNumber)
+        .bind(":roadID", road.linkID);
+}
+
+template <class Row>
+std::unique_ptr<BusLine> readRow(Row &row) {
+    auto line = std::make_unique<BusLine>();
+    readAll(row, kColumns, *line);
+    // Fractions of a second are cut off, not rounded.
+    line->dischargeStartTime = static_cast<int>(row.number("dischargeStartTime"));
+    return line;
+}
+
+/// Appends the road of a row to the route when gNet knows it.
+template <class Row>
+bool readRoad(Row &row, BusLine &line) {
+    const long roadId = row.id("roadID");
+    Link *link = gNet.getLinkById(roadId);
+    if (!link)
+        return false;
+    line.mlLink.append(link);
+    line.mlRoadId.append(roadId);
+    return true;
+}
+
+template <class Row>
+PassengerArriving *readArrival(Row &row) {
+    return new PassengerArriving(row.id("passengerArrivingID"), row.id("startTime"), row.id("endTime"),
+                                 row.integer("passengerCount"));
+}
+
 bool insertRow(const Store &store, const BusLine &line) {
     Query insert(store, kInsert);
     return bindAll(insert.bindNet(), kColumns, line).exec();
@@ -75,13 +122,7 @@ bool insertRow(const Store &store, const BusLine &line) {
 
 bool insertArrivals(Query &insert, const BusStationLine &stop) {
     for (const PassengerArriving *arrival : stop.mlPassengerArriving) {
-        insert.bindNet()
-            .bind(":passengerArrivingID", arrival->passengerArrivingID)
-            .bind(":stationLineID", stop.stationLineID)
-            .bind(":startTime", arrival->startTime)
-            .bind(":endTime", arrival->endTime)
-            .bind(":passengerCount", arrival->passengerCount);
-        if (!insert.exec())
+        if (!bindRow(insert.bindNet(), stop, *arrival).exec())
             return false;
     }
     return true;
@@ -101,25 +142,10 @@ bool insertRoads(const Store &store, const BusLine &line) {
     int serialNumber = 0;
     Query insert(store, kInsertRoad);
     for (const Link *link : line.mlLink) {
-        insert.bindNet()
-            .bind(":busLineID", line.busLineID)
-            .bind(":serialNumber", ++serialNumber)
-            .bind(":roadID", link->linkID);
-        if (!insert.exec())
+        if (!bindRow(insert.bindNet(), line, *link, ++serialNumber).exec())
             return false;
     }
     return true;
-}
-
-std::unique_ptr<BusLine> readRow(const Store &store, long lineId) {
-    Query row(store, kSelect, {lineId});
-    if (!row.execAndNext())
-        return nullptr;
-    auto line = std::make_unique<BusLine>();
-    readAll(row, kColumns, *line);
-    // Fractions of a second are cut off, not rounded.
-    line->dischargeStartTime = static_cast<int>(row.number("dischargeStartTime"));
-    return line;
 }
 
 /// The roads that gNet knows, which holds the current network alone.
@@ -129,13 +155,8 @@ void readRoads(const Store &store, BusLine &line, long lineId) {
     Query rows(store, kSelectRoads, {lineId});
     if (!rows.exec())
         return;
-    while (rows.next()) {
-        const long roadId = rows.id("roadID");
-        if (Link *link = gNet.getLinkById(roadId)) {
-            line.mlLink.append(link);
-            line.mlRoadId.append(roadId);
-        }
-    }
+    while (rows.next())
+        readRoad(rows, line);
 }
 
 /// Appends the stops at the stations of one link of the route.
@@ -156,12 +177,51 @@ void readArrivals(const Store &store, BusStationLine &stop) {
     Query rows(store, kSelectArrivals, {stop.stationLineID});
     if (!rows.exec())
         return;
-    while (rows.next()) {
-        auto arrival =
-            std::make_unique<PassengerArriving>(rows.id("passengerArrivingID"), rows.id("startTime"),
-                                                rows.id("endTime"), rows.integer("passengerCount"));
-        stop.mlPassengerArriving.append(arrival.release());
+    while (rows.next())
+        stop.mlPassengerArriving.append(readArrival(rows));
+}
+
+/// Appends to the line, for each link of its route, the stops at stations of that link. A link that the route
+/// passes twice gives its stops twice.
+void addStops(BusLine &line, const std::vector<const BusStationLine *> &stops,
+              const QHash<long, long> &linkOfStation) {
+    for (const long linkId : qAsConst(line.mlRoadId)) {
+        for (const BusStationLine *stop : stops) {
+            if (linkOfStation.value(stop->busStationID, 0) != linkId ||
+                !linkOfStation.contains(stop->busStationID))
+                continue;
+            line.mlStationLine.append(new BusStationLine(*stop));
+            line.mlStationLine.last()->linkID = linkId;
+        }
     }
+}
+
+/// Each stop once, however often a read gave it.
+std::vector<BusStationLine *> distinctStops(const BusLine &line) {
+    std::vector<BusStationLine *> stops;
+    QSet<long> ids;
+    for (BusStationLine *stop : line.mlStationLine) {
+        if (stop->stationLineID == 0 || !ids.contains(stop->stationLineID))
+            stops.push_back(stop);
+        ids.insert(stop->stationLineID);
+    }
+    return stops;
+}
+
+/// The stops with their arrivals, in ascending order of ids.
+Objects<BusStationLine> loadStops(NetLoad &net) {
+    Objects<BusStationLine> stops;
+    net.forEachRow("BusStationLine", "stationLineID", [&stops](Rows &row) {
+        stops.push_back(std::make_unique<BusStationLine>());
+        readAll(row, kStopColumns, *stops.back());
+    });
+    Owners stopOf(net, stops, &BusStationLine::stationLineID, "BusStationPassengerArriving",
+                  "belongs to no stop");
+    net.forEachRow("BusStationPassengerArriving", "stationLineID", [&stopOf](Rows &row) {
+        if (BusStationLine *stop = stopOf.of(row, "stationLineID"))
+            stop->mlPassengerArriving.append(readArrival(row));
+    });
+    return stops;
 }
 
 } // namespace
@@ -175,9 +235,11 @@ bool insert(const Store &store, const BusLine *line, bool inTransaction) {
 }
 
 BusLine *read(const Store &store, long lineId) {
-    std::unique_ptr<BusLine> line = readRow(store, lineId);
-    if (!line)
+    Query row(store, kSelect, {lineId});
+    if (!row.execAndNext())
         return nullptr;
+    std::unique_ptr<BusLine> line = readRow(row);
+    row.finish();
     readRoads(store, *line, lineId);
     if (line->mlLink.isEmpty())
         return nullptr;
@@ -192,6 +254,65 @@ BusLine *read(const Store &store, long lineId) {
 bool listIds(const Store &store, QList<long> &ids) {
     appendIds(store, kSelectIds, ids);
     return true;
+}
+
+void load(NetLoad &net) {
+    Objects<BusLine> &lines = net.contents.traffic.busLines;
+    net.forEachRow("BusLine", "busLineID", [&lines](Rows &row) { lines.push_back(readRow(row)); });
+    Owners lineOf(net, lines, &BusLine::busLineID, "BusLineRoad", "belongs to no bus line");
+    net.forEachRow("BusLineRoad", "busLineID, serialNumber", [&](Rows &row) {
+        BusLine *line = lineOf.of(row, "busLineID");
+        if (line && !readRoad(row, *line))
+            net.skip("BusLineRoad", line->busLineID, "names a link that is missing");
+    });
+    QHash<long, long> linkOfStation;
+    net.forEachRow("BusStation", "busStationID", [&linkOfStation](Rows &row) {
+        linkOfStation.insert(row.id("busStationID"), row.id("linkID"));
+    });
+    const Objects<BusStationLine> stops = loadStops(net);
+    QHash<long, std::vector<const BusStationLine *>> stopsOfLine;
+    for (const auto &stop : stops)
+        stopsOfLine[stop->busLineID].push_back(stop.get());
+    Objects<BusLine> found;
+    for (auto &line : lines) {
+        addStops(*line, stopsOfLine.value(line->busLineID), linkOfStation);
+        if (line->mlLink.isEmpty())
+            net.skip("BusLine", line->busLineID, "has no road");
+        else
+            found.push_back(std::move(line));
+    }
+    lines = std::move(found);
+}
+
+void save(NetSave &net) {
+    const Objects<BusLine> &lines = net.contents.traffic.busLines;
+    net.giveIds("BusLine", lines, &BusLine::busLineID);
+    std::vector<BusStationLine *> stops;
+    for (const auto &line : lines) {
+        for (BusStationLine *stop : distinctStops(*line)) {
+            stop->busLineID = stop->busLineID == 0 ? line->busLineID : stop->busLineID;
+            stops.push_back(stop);
+        }
+    }
+    net.giveIds("BusStationLine", stops, &BusStationLine::stationLineID);
+    net.giveIds("BusStationPassengerArriving", stops, &BusStationLine::mlPassengerArriving,
+                &PassengerArriving::passengerArrivingID);
+    net.writeEach("BusLine", lines,
+                  [](RowWriter &row, const BusLine &line) { bindAll(row, kColumns, line); });
+    net.writeEach("BusStationLine", stops,
+                  [](RowWriter &row, const BusStationLine &stop) { bindAll(row, kStopColumns, stop); });
+    net.writeOwned("BusStationPassengerArriving", stops, &BusStationLine::mlPassengerArriving,
+                   [](RowWriter &row, const BusStationLine &stop, const PassengerArriving *arrival) {
+                       bindRow(row, stop, *arrival);
+                   });
+    const BusLine *of = nullptr;
+    int serialNumber = 0;
+    net.writeOwned("BusLineRoad", lines, &BusLine::mlLink,
+                   [&](RowWriter &row, const BusLine &line, const Link *link) {
+                       serialNumber = of == &line ? serialNumber + 1 : 1;
+                       of = &line;
+                       bindRow(row, line, *link, serialNumber);
+                   });
 }
 
 } // namespace buslines

@@ -4,6 +4,8 @@
 
 #include <QList>
 
+class NetLoad;
+class NetSave;
 class BusLine;
 
 /// Bus lines with their roads, their stops and the passengers who arrive there.
@@ -13,5 +15,8 @@ bool insert(const Store &store, const BusLine *line, bool inTransaction);
 BusLine *read(const Store &store, long lineId);
 /// True in every case.
 bool listIds(const Store &store, QList<long> &ids);
+
+void load(NetLoad &net);
+void save(NetSave &net);
 
 } // namespace buslines

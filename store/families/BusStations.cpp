@@ -6,6 +6,8 @@
 #include "store/core/Query.h"
 #include "store/core/Transaction.h"
 #include "store/families/CurrentNet.h"
+#include "store/whole/NetLoad.h"
+#include "store/whole/NetSave.h"
 
 #include <memory>
 
@@ -42,6 +44,11 @@ bool refuseWithoutLink(const Store &store, const BusStation &station) {
     return false;
 }
 
+template <class Row>
+Row &bindRow(Row &row, const BusStation &station) {
+    return bindAll(row.bind(":linkID", station.mpLink->linkID), kColumns, station);
+}
+
 } // namespace
 
 bool insert(const Store &store, const BusStation *station, bool inTransaction) {
@@ -51,8 +58,7 @@ bool insert(const Store &store, const BusStation *station, bool inTransaction) {
         return refuseWithoutLink(store, *station);
     Transaction transaction(store, inTransaction);
     Query insert(store, kInsert);
-    insert.bindNet().bind(":linkID", station->mpLink->linkID);
-    return transaction.discard(bindAll(insert, kColumns, *station).exec());
+    return transaction.discard(bindRow(insert.bindNet(), *station).exec());
 }
 
 BusStation *read(const Store &store, long stationId) {
@@ -69,6 +75,27 @@ BusStation *read(const Store &store, long stationId) {
 bool listIds(const Store &store, QList<long> &ids) {
     appendIds(store, kSelectIds, ids);
     return true;
+}
+
+void load(NetLoad &net) {
+    net.forEachRow("BusStation", "busStationID", [&net](Rows &row) {
+        auto station = std::make_unique<BusStation>();
+        readAll(row, kColumns, *station);
+        station->mpLink = gNet.getLinkById(row.id("linkID"));
+        if (station->mpLink)
+            net.contents.traffic.busStations.push_back(std::move(station));
+        else
+            net.skip("BusStation", station->busStationID, "stands on a link that is missing");
+    });
+}
+
+void save(NetSave &net) {
+    const Objects<BusStation> &stations = net.contents.traffic.busStations;
+    net.giveIds("BusStation", stations, &BusStation::busStationID);
+    for (const auto &station : stations)
+        net.check(station->mpLink || refuseWithoutLink(net.store, *station));
+    net.writeEach("BusStation", stations,
+                  [](RowWriter &row, const BusStation &station) { bindRow(row, station); });
 }
 
 } // namespace busstations

@@ -4,6 +4,8 @@
 
 #include <QList>
 
+class NetLoad;
+class NetSave;
 class BusStation;
 
 /// Bus stations.
@@ -13,5 +15,8 @@ bool insert(const Store &store, const BusStation *station, bool inTransaction);
 BusStation *read(const Store &store, long stationId);
 /// The stations whose link exists; true in every case.
 bool listIds(const Store &store, QList<long> &ids);
+
+void load(NetLoad &net);
+void save(NetSave &net);
 
 } // namespace busstations

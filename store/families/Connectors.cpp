@@ -6,8 +6,11 @@
 #include "model/Link.h"
 #include "store/DBTools.h"
 #include "store/core/Query.h"
+#include "store/core/SortedById.h"
 #include "store/core/Transaction.h"
 #include "store/families/CurrentNet.h"
+#include "store/whole/NetLoad.h"
+#include "store/whole/NetSave.h"
 
 #include <memory>
 
@@ -52,15 +55,15 @@ bool hasRoadIds(const Store &store) {
     return store.hasSeveralNets() || DBTools::mbLinkHasRouadId;
 }
 
-bool insertRow(const Store &store, Connector &connector) {
-    const bool withRoad = hasRoadIds(store);
+/// A connector without a road id takes its own.
+template <class Row>
+void bindRow(Row &row, bool withRoad, Connector &connector) {
     if (withRoad && connector.roadId == 0)
         connector.roadId = connector.connID;
-    Query insert(store, withRoad ? store.text(kInsert) : QString::fromLatin1(kInsertWithoutRoad));
-    insert.bindNet().bind(":ConnID", connector.connID);
+    row.bind(":ConnID", connector.connID);
     if (withRoad)
-        insert.bind(":roadId", connector.roadId);
-    insert.bind(":StartLinkID", connector.mpStartLink ? connector.mpStartLink->linkID : 0L)
+        row.bind(":roadId", connector.roadId);
+    row.bind(":StartLinkID", connector.mpStartLink ? connector.mpStartLink->linkID : 0L)
         .bind(":EndLinkID", connector.mpEndLink ? connector.mpEndLink->linkID : 0L)
         .bind(":ConnName", connector.connName)
         .bind(":Length", connector.length)
@@ -69,21 +72,36 @@ bool insertRow(const Store &store, Connector &connector) {
         .bind(":Color", connector.color)
         .bind(":DesiredSpeed", connector.desiredSpeed)
         .bind(":LimitSpeed", connector.limitSpeed);
+}
+
+bool insertRow(const Store &store, Connector &connector) {
+    const bool withRoad = hasRoadIds(store);
+    Query insert(store, withRoad ? store.text(kInsert) : QString::fromLatin1(kInsertWithoutRoad));
+    bindRow(insert.bindNet(), withRoad, connector);
     return insert.exec();
+}
+
+template <class Row>
+Row &bindGeometry(Row &row, const Connector &connector) {
+    return row.bind(":leftBreakPointsJson", connector.leftBreakPointsJson)
+        .bind(":rightBreakPointsJson", connector.rightBreakPointsJson);
 }
 
 bool updateGeometry(const Store &store, const Connector &connector) {
     if (!store.hasColumn("Connector", "leftBreakPointsJson"))
         return true;
     Query geometry(store, kUpdateGeometry, {connector.connID});
-    geometry.bind(":leftBreakPointsJson", connector.leftBreakPointsJson)
-        .bind(":rightBreakPointsJson", connector.rightBreakPointsJson);
-    bool written = geometry.exec();
+    bool written = bindGeometry(geometry, connector).exec();
     if (!connector.otherAttrsJson.holdsNothing()) {
         Query attributes(store, kUpdateAttributes, {connector.connID});
         written = attributes.bind(":otherAttrsJson", connector.otherAttrsJson).exec() && written;
     }
     return written;
+}
+
+template <class Row>
+Row &bindRestriction(Row &row, const Connector &connector, long vehicleType) {
+    return row.bind(":ConnID", connector.connID).bind(":VehicleTypeCode", vehicleType);
 }
 
 /// Generation 6 keeps no restrictions of connectors.
@@ -93,14 +111,23 @@ bool insertRestrictions(const Store &store, const Connector &connector) {
     bool written = true;
     Query insert(store, kInsertRestriction);
     for (const long vehicleType : connector.mlLimitVehicle) {
-        insert.bind(":ConnID", connector.connID).bind(":VehicleTypeCode", vehicleType);
-        written = insert.exec() && written;
+        written = bindRestriction(insert, connector, vehicleType).exec() && written;
     }
     return written;
 }
 
 long laneId(const Lane *lane) {
     return lane ? lane->laneID : 0;
+}
+
+template <class Row>
+void bindRow(Row &row, bool withId, const Connector &connector, const LaneConnector &lanes) {
+    if (withId)
+        row.bind(":laneConnId", lanes.laneConnId);
+    row.bind(":connID", connector.connID)
+        .bind(":StartLaneID", laneId(lanes.mpStartLane))
+        .bind(":EndLaneID", laneId(lanes.mpEndLane))
+        .bind(":weight", lanes.weight);
 }
 
 bool insertLaneConnectorAttributes(const Store &store, const Connector &connector,
@@ -121,13 +148,7 @@ bool insertLaneConnectors(const Store &store, const Connector &connector) {
                                          : store.text(kInsertLaneConnector));
     bool written = true;
     for (const LaneConnector *lanes : connector.mlLaneConnector) {
-        insert.bindNet();
-        if (severalNets)
-            insert.bind(":laneConnId", lanes->laneConnId);
-        insert.bind(":connID", connector.connID)
-            .bind(":StartLaneID", laneId(lanes->mpStartLane))
-            .bind(":EndLaneID", laneId(lanes->mpEndLane))
-            .bind(":weight", lanes->weight);
+        bindRow(insert.bindNet(), severalNets, connector, *lanes);
         if (withCenterLine)
             insert.bind(":centerLinePointsJson", lanes->centerLinePointsJson);
         if (withBreakPoints) {
@@ -142,17 +163,38 @@ bool insertLaneConnectors(const Store &store, const Connector &connector) {
     return written;
 }
 
-/// Reads the row of a connector; null without one or when gNet does not know its links.
-std::unique_ptr<Connector> readRow(const Store &store, long connectorId) {
-    Query row(store, kSelect, {connectorId});
-    if (!row.execAndNext())
-        return nullptr;
+/// Every column that the store has, also those that single inserts leave out.
+void saveLaneConnectors(NetSave &net) {
+    const Store &store = net.store;
+    const bool withId = store.hasSeveralNets();
+    const bool withCenterLine = store.hasColumn("LaneConnector", "centerLinePointsJson");
+    const bool withBreakPoints = withCenterLine && store.hasColumn("LaneConnector", "leftBreakPointsJson");
+    const bool withAttributes = store.hasColumn("LaneConnector", "otherAttrsJson");
+    if (withId)
+        net.giveIds("LaneConnector", net.contents.connectors, &Connector::mlLaneConnector,
+                    &LaneConnector::laneConnId);
+    net.writeOwned("LaneConnector", net.contents.connectors, &Connector::mlLaneConnector,
+                   [&](RowWriter &row, const Connector &connector, const LaneConnector *lanes) {
+                       bindRow(row, withId, connector, *lanes);
+                       if (withCenterLine)
+                           row.bindFilled(":centerLinePointsJson", lanes->centerLinePointsJson);
+                       if (withBreakPoints)
+                           row.bindFilled(":leftBreakPointsJson", lanes->leftBreakPointsJson)
+                               .bindFilled(":rightBreakPointsJson", lanes->rightBreakPointsJson);
+                       if (withAttributes)
+                           row.bindFilled(":otherAttrsJson", lanes->otherAttrsJson);
+                   });
+}
+
+/// Reads the row of a connector; null when gNet does not know its links.
+template <class Row>
+std::unique_ptr<Connector> readRow(Row &row, bool withRoad) {
     Link *from = gNet.getLinkById(row.id("StartLinkID"));
     Link *to = gNet.getLinkById(row.id("EndLinkID"));
     if (!from || !to)
         return nullptr;
     auto connector = std::make_unique<Connector>(row.id("ConnID"), from, to);
-    if (hasRoadIds(store))
+    if (withRoad)
         connector->roadId = row.id("roadId");
     connector->connName = row.text("ConnName");
     connector->length = row.number("Length");
@@ -167,23 +209,29 @@ std::unique_ptr<Connector> readRow(const Store &store, long connectorId) {
     return connector;
 }
 
+/// Appends the lane connector of a row; false when gNet does not know its lanes.
+template <class Row>
+bool readLaneConnector(Row &row, Connector &connector) {
+    Lane *from = gNet.getLaneById(row.id("StartLaneID"));
+    Lane *to = gNet.getLaneById(row.id("EndLaneID"));
+    if (!from || !to)
+        return false;
+    auto lanes = std::make_unique<LaneConnector>(&connector, from, to);
+    lanes->weight = row.integer("weight");
+    lanes->centerLinePointsJson = row.json("centerLinePointsJson");
+    lanes->leftBreakPointsJson = row.json("leftBreakPointsJson");
+    lanes->rightBreakPointsJson = row.json("rightBreakPointsJson");
+    lanes->otherAttrsJson = row.json("otherAttrsJson");
+    connector.mlLaneConnector.append(lanes.release());
+    return true;
+}
+
 void readLaneConnectors(const Store &store, Connector &connector) {
     Query rows(store, kSelectLaneConnectors, {connector.connID});
     if (!rows.exec())
         return;
-    while (rows.next()) {
-        Lane *from = gNet.getLaneById(rows.id("StartLaneID"));
-        Lane *to = gNet.getLaneById(rows.id("EndLaneID"));
-        if (!from || !to)
-            continue;
-        auto lanes = std::make_unique<LaneConnector>(&connector, from, to);
-        lanes->weight = rows.integer("weight");
-        lanes->centerLinePointsJson = rows.json("centerLinePointsJson");
-        lanes->leftBreakPointsJson = rows.json("leftBreakPointsJson");
-        lanes->rightBreakPointsJson = rows.json("rightBreakPointsJson");
-        lanes->otherAttrsJson = rows.json("otherAttrsJson");
-        connector.mlLaneConnector.append(lanes.release());
-    }
+    while (rows.next())
+        readLaneConnector(rows, connector);
 }
 
 } // namespace
@@ -211,12 +259,65 @@ Connector *read(const Store &store, long connectorId) {
     // The ends are resolved through gNet, which knows the current network alone.
     if (!isCurrentNet(store))
         return nullptr;
-    std::unique_ptr<Connector> connector = readRow(store, connectorId);
+    Query row(store, kSelect, {connectorId});
+    if (!row.execAndNext())
+        return nullptr;
+    std::unique_ptr<Connector> connector = readRow(row, hasRoadIds(store));
     if (!connector)
         return nullptr;
+    row.finish();
     readLaneConnectors(store, *connector);
     gNet.enter(connector.get());
     return connector.release();
+}
+
+void load(NetLoad &net) {
+    Objects<Connector> &connectors = net.contents.connectors;
+    const bool withRoad = hasRoadIds(net.store);
+    net.forEachRow("Connector", "connID", [&](Rows &row) {
+        if (auto connector = readRow(row, withRoad))
+            connectors.push_back(std::move(connector));
+        else
+            net.skip("Connector", row.id("connID"), "names a link that is missing");
+    });
+    const auto idOf = [](const auto &connector) { return connector->connID; };
+    sortById(connectors, idOf);
+    SortedById connectorOf(connectors, idOf);
+    net.forEachRow("LaneConnector", "connID", [&](Rows &row) {
+        const long id = row.id("connID");
+        const std::size_t owner = connectorOf.find(id);
+        if (owner == connectors.size())
+            net.skip("LaneConnector", id, "belongs to no connector");
+        else if (!readLaneConnector(row, *connectors[owner]))
+            net.skip("LaneConnector", id, "names a lane that is missing");
+    });
+    net.forEachRow("ConnectorLimitVehicle", "connID, vehicleTypeCode", [&](Rows &row) {
+        const long id = row.id("connID");
+        const std::size_t owner = connectorOf.find(id);
+        if (owner == connectors.size())
+            net.skip("ConnectorLimitVehicle", id, "belongs to no connector");
+        else
+            connectors[owner]->mlLimitVehicle.append(row.id("vehicleTypeCode"));
+    });
+    for (const auto &connector : connectors)
+        gNet.enter(connector.get());
+}
+
+void save(NetSave &net) {
+    const Objects<Connector> &connectors = net.contents.connectors;
+    net.giveIds("Connector", connectors, &Connector::connID);
+    const bool withRoad = hasRoadIds(net.store);
+    const bool withGeometry = net.store.hasColumn("Connector", "leftBreakPointsJson");
+    net.writeEach("Connector", connectors, [&](RowWriter &row, Connector &connector) {
+        bindRow(row, withRoad, connector);
+        if (withGeometry)
+            bindGeometry(row, connector).bindFilled(":otherAttrsJson", connector.otherAttrsJson);
+    });
+    net.writeOwned("ConnectorLimitVehicle", connectors, &Connector::mlLimitVehicle,
+                   [](RowWriter &row, const Connector &connector, long vehicleType) {
+                       bindRestriction(row, connector, vehicleType);
+                   });
+    saveLaneConnectors(net);
 }
 
 bool listIds(const Store &store, QList<long> &ids) {

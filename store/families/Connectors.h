@@ -5,6 +5,8 @@
 #include <QList>
 
 class Connector;
+class NetLoad;
+class NetSave;
 
 /// Connectors with their lane connectors.
 namespace connectors {
@@ -14,5 +16,8 @@ bool insert(const Store &store, Connector *connector, bool inTransaction);
 bool insertAll(Store &store, const QList<Connector *> &connectors);
 Connector *read(const Store &store, long connectorId);
 bool listIds(const Store &store, QList<long> &ids);
+
+void load(NetLoad &net);
+void save(NetSave &net);
 
 } // namespace connectors

@@ -6,6 +6,8 @@
 #include "store/core/Transaction.h"
 #include "store/families/CurrentNet.h"
 #include "store/families/Routings.h"
+#include "store/whole/NetLoad.h"
+#include "store/whole/NetSave.h"
 
 #include <QSet>
 
@@ -24,16 +26,19 @@ constexpr Sql kSelect = {"select * from DecisionPoint where deciPointID = %1",
 constexpr Sql kSelectIds = {"select deciPointID from DecisionPoint order by deciPointID",
                             "select deciPointID from DecisionPoint where NetId = %0 order by deciPointID"};
 
-bool insertRow(const Store &store, const DecisionPoint &point) {
-    Query insert(store, kInsert);
-    return insert.bindNet()
-        .bind(":deciPointID", point.deciPointID)
+template <class Row>
+Row &bindRow(Row &row, const DecisionPoint &point) {
+    return row.bind(":deciPointID", point.deciPointID)
         .bind(":deciPointName", point.deciPointName)
         .bind(":linkID", point.mpLink ? point.mpLink->linkID : 0L)
         .bind(":x", point.x)
         .bind(":y", point.y)
-        .bind(":z", point.z)
-        .exec();
+        .bind(":z", point.z);
+}
+
+bool insertRow(const Store &store, const DecisionPoint &point) {
+    Query insert(store, kInsert);
+    return bindRow(insert.bindNet(), point).exec();
 }
 
 bool insertRoutes(const Store &store, DecisionPoint &point) {
@@ -54,12 +59,17 @@ void dropForeignRatios(RoutingFlowByInterval &interval, const QSet<long> &routeI
     }
 }
 
+QSet<long> routeIdsOf(const DecisionPoint &point) {
+    QSet<long> ids;
+    for (const Routing *route : point.mlRouting)
+        ids.insert(route->routingID);
+    return ids;
+}
+
 bool insertFlows(const Store &store, const DecisionPoint &point) {
     if (!store.isUsable())
         return false;
-    QSet<long> routeIds;
-    for (const Routing *route : point.mlRouting)
-        routeIds.insert(route->routingID);
+    const QSet<long> routeIds = routeIdsOf(point);
     bool written = true;
     long start = 1;
     for (RoutingFlowByInterval *interval : point.mlFlowByInterval) {
@@ -70,14 +80,12 @@ bool insertFlows(const Store &store, const DecisionPoint &point) {
     return written;
 }
 
-std::unique_ptr<DecisionPoint> readRow(const Store &store, long id) {
-    Query row(store, kSelect, {id});
-    if (!row.execAndNext())
-        return nullptr;
+template <class Row>
+std::unique_ptr<DecisionPoint> readRow(Row &row, bool isCurrent) {
     auto point = std::make_unique<DecisionPoint>();
     point->deciPointID = row.id("deciPointID");
     point->deciPointName = row.text("deciPointName");
-    if (isCurrentNet(store))
+    if (isCurrent)
         point->mpLink = gNet.getLinkById(row.id("linkID"));
     point->x = row.number("x");
     point->y = row.number("y");
@@ -96,14 +104,11 @@ void readRoutes(const Store &store, DecisionPoint &point, long id) {
     }
 }
 
-/// Groups the ratio records of all routes by their ends; in each group the first record of a route counts.
-void readFlows(const Store &store, DecisionPoint &point) {
-    QList<RoutingFLowRatio *> ratios;
-    for (const Routing *route : qAsConst(point.mlRouting))
-        routings::readFlowRatios(store, ratios, route->routingID);
-
+/// Groups the ratio records of all routes of a point by their ends; in each group the first record of a route
+/// counts. Takes the records.
+void groupFlows(DecisionPoint &point, const QList<RoutingFLowRatio *> &ratios) {
     std::map<long, std::map<long, std::unique_ptr<RoutingFLowRatio>>> firstByEndAndRoute;
-    for (RoutingFLowRatio *ratio : qAsConst(ratios)) {
+    for (RoutingFLowRatio *ratio : ratios) {
         firstByEndAndRoute[ratio->endDateTime].emplace(ratio->routingID,
                                                        std::unique_ptr<RoutingFLowRatio>(ratio));
     }
@@ -114,6 +119,13 @@ void readFlows(const Store &store, DecisionPoint &point) {
             interval->mlFlowRatio.append(ratio.release());
         point.mlFlowByInterval.append(interval.release());
     }
+}
+
+void readFlows(const Store &store, DecisionPoint &point) {
+    QList<RoutingFLowRatio *> ratios;
+    for (const Routing *route : qAsConst(point.mlRouting))
+        routings::readFlowRatios(store, ratios, route->routingID);
+    groupFlows(point, ratios);
 }
 
 } // namespace
@@ -129,9 +141,11 @@ bool insert(const Store &store, DecisionPoint *point, bool useTransaction) {
 }
 
 DecisionPoint *read(const Store &store, long id) {
-    std::unique_ptr<DecisionPoint> point = readRow(store, id);
-    if (!point)
+    Query row(store, kSelect, {id});
+    if (!row.execAndNext())
         return nullptr;
+    std::unique_ptr<DecisionPoint> point = readRow(row, isCurrentNet(store));
+    row.finish();
     readRoutes(store, *point, id);
     readFlows(store, *point);
     return point.release();
@@ -140,6 +154,36 @@ DecisionPoint *read(const Store &store, long id) {
 bool listIds(const Store &store, QList<long> &ids) {
     appendIds(store, kSelectIds, ids);
     return true;
+}
+
+void load(NetLoad &net) {
+    Objects<DecisionPoint> &points = net.contents.traffic.decisionPoints;
+    net.forEachRow("DecisionPoint", "deciPointID",
+                   [&points](Rows &row) { points.push_back(readRow(row, true)); });
+    QHash<long, QList<RoutingFLowRatio *>> ratiosOf;
+    const QList<RoutingFLowRatio *> ratios = routings::load(net);
+    for (RoutingFLowRatio *ratio : ratios)
+        ratiosOf[ratio->routingID].append(ratio);
+    for (const auto &point : points) {
+        QList<RoutingFLowRatio *> ofPoint;
+        for (const Routing *route : qAsConst(point->mlRouting))
+            ofPoint.append(ratiosOf.take(route->routingID));
+        groupFlows(*point, ofPoint);
+    }
+}
+
+void save(NetSave &net) {
+    const Objects<DecisionPoint> &points = net.contents.traffic.decisionPoints;
+    net.giveIds("DecisionPoint", points, &DecisionPoint::deciPointID);
+    net.writeEach("DecisionPoint", points,
+                  [](RowWriter &row, const DecisionPoint &point) { bindRow(row, point); });
+    routings::save(net);
+    for (const auto &point : points) {
+        const QSet<long> routeIds = routeIdsOf(*point);
+        for (RoutingFlowByInterval *interval : qAsConst(point->mlFlowByInterval))
+            dropForeignRatios(*interval, routeIds);
+    }
+    routings::saveFlowRatios(net);
 }
 
 } // namespace decisionpoints

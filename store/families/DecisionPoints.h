@@ -4,6 +4,8 @@
 
 #include <QList>
 
+class NetLoad;
+class NetSave;
 class DecisionPoint;
 
 /// Decision points with their routes and flow intervals.
@@ -12,5 +14,8 @@ namespace decisionpoints {
 bool insert(const Store &store, DecisionPoint *point, bool useTransaction);
 DecisionPoint *read(const Store &store, long id);
 bool listIds(const Store &store, QList<long> &ids);
+
+void load(NetLoad &net);
+void save(NetSave &net);
 
 } // namespace decisionpoints

@@ -2,6 +2,8 @@
 
 #include "store/core/Query.h"
 #include "store/core/Transaction.h"
+#include "store/whole/NetSave.h"
+#include "store/whole/Owners.h"
 
 #include <memory>
 
@@ -26,26 +28,48 @@ constexpr Sql kSelectIntervals = {
     "select * from DepartureInterval where departurePointID = %1 order by departureIntervalD",
     "select * from DepartureInterval where NetId = %0 and departurePointID = %1 order by departureIntervalD"};
 
+template <class Row>
+Row &bindRow(Row &row, const DeparturePoint &point) {
+    return row.bind(":departurePointID", point.departurePointID)
+        .bind(":linkID", point.linkID)
+        .bind(":name", point.name);
+}
+
+template <class Row>
+Row &bindRow(Row &row, const DeparturePoint &point, const DepartureInterval &interval) {
+    return row.bind(":departureIntervalD", interval.departureIntervalD)
+        .bind(":departurePointID", point.departurePointID)
+        .bind(":interval", interval.interval)
+        .bind(":vehiCount", interval.vehiCount)
+        .bind(":vehiCons", interval.vehiCons.vehicleConsCode);
+}
+
+template <class Row>
+void readRow(Row &row, DeparturePoint &point) {
+    point.name = row.text("name");
+    point.linkID = row.id("linkID");
+}
+
+template <class Row>
+DepartureInterval readInterval(Row &row, const QHash<long, VehicleComposition> &compositions) {
+    DepartureInterval interval;
+    interval.departureIntervalD = row.id("departureIntervalD");
+    interval.interval = row.integer("interval");
+    interval.vehiCount = row.integer("vehiCount");
+    interval.vehiCons = VehicleComposition::findVcByCode(compositions, row.id("vehiCons"));
+    return interval;
+}
+
 bool insertRow(const Store &store, const DeparturePoint &point) {
     Query insert(store, kInsert);
-    return insert.bindNet()
-        .bind(":departurePointID", point.departurePointID)
-        .bind(":linkID", point.linkID)
-        .bind(":name", point.name)
-        .exec();
+    return bindRow(insert.bindNet(), point).exec();
 }
 
 bool insertIntervals(const Store &store, const DeparturePoint &point) {
     bool written = true;
     Query insert(store, kInsertInterval);
     for (const DepartureInterval &interval : point.mlInterval) {
-        insert.bindNet()
-            .bind(":departureIntervalD", interval.departureIntervalD)
-            .bind(":departurePointID", point.departurePointID)
-            .bind(":interval", interval.interval)
-            .bind(":vehiCount", interval.vehiCount)
-            .bind(":vehiCons", interval.vehiCons.vehicleConsCode);
-        written = insert.exec() && written;
+        written = bindRow(insert.bindNet(), point, interval).exec() && written;
     }
     return written;
 }
@@ -55,14 +79,8 @@ void readIntervals(const Store &store, const QHash<long, VehicleComposition> &co
     Query rows(store, kSelectIntervals, {point.departurePointID});
     if (!rows.exec())
         return;
-    while (rows.next()) {
-        DepartureInterval interval;
-        interval.departureIntervalD = rows.id("departureIntervalD");
-        interval.interval = rows.integer("interval");
-        interval.vehiCount = rows.integer("vehiCount");
-        interval.vehiCons = VehicleComposition::findVcByCode(compositions, rows.id("vehiCons"));
-        point.mlInterval.append(interval);
-    }
+    while (rows.next())
+        point.mlInterval.append(readInterval(rows, compositions));
 }
 
 } // namespace
@@ -80,8 +98,7 @@ DeparturePoint *read(const Store &store, const QHash<long, VehicleComposition> &
     if (!row.execAndNext())
         return nullptr;
     point->departurePointID = pointId;
-    point->name = row.text("name");
-    point->linkID = row.id("linkID");
+    readRow(row, *point);
     row.finish();
     readIntervals(store, compositions, *point);
     return point.release();
@@ -90,6 +107,38 @@ DeparturePoint *read(const Store &store, const QHash<long, VehicleComposition> &
 bool listIds(const Store &store, QList<long> &ids) {
     appendIds(store, kSelectIds, ids);
     return true;
+}
+
+void load(NetLoad &net) {
+    Objects<DeparturePoint> &points = net.contents.traffic.departurePoints;
+    net.forEachRow("DeparturePoint", "departurePointID", [&](Rows &row) {
+        points.push_back(std::make_unique<DeparturePoint>());
+        points.back()->departurePointID = row.id("departurePointID");
+        readRow(row, *points.back());
+    });
+    Owners owner(net, points, &DeparturePoint::departurePointID, "DepartureInterval",
+                 "belongs to no departure point");
+    net.forEachRow("DepartureInterval", "departurePointID, departureIntervalD", [&](Rows &row) {
+        if (DeparturePoint *point = owner.of(row, "departurePointID"))
+            point->mlInterval.append(readInterval(row, ghVehicleComposition));
+    });
+}
+
+void save(NetSave &net) {
+    const Objects<DeparturePoint> &points = net.contents.traffic.departurePoints;
+    net.giveIds("DeparturePoint", points, &DeparturePoint::departurePointID);
+    std::vector<long *> intervalIds;
+    for (const auto &point : points) {
+        for (DepartureInterval &interval : point->mlInterval)
+            intervalIds.push_back(&interval.departureIntervalD);
+    }
+    net.giveIds("DepartureInterval", intervalIds);
+    net.writeEach("DeparturePoint", points,
+                  [](RowWriter &row, const DeparturePoint &point) { bindRow(row, point); });
+    net.writeOwned("DepartureInterval", points, &DeparturePoint::mlInterval,
+                   [](RowWriter &row, const DeparturePoint &point, const DepartureInterval &interval) {
+                       bindRow(row, point, interval);
+                   });
 }
 
 } // namespace departurepoints

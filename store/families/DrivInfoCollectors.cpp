@@ -3,6 +3,9 @@
 #include "store/core/Columns.h"
 #include "store/core/Query.h"
 #include "store/core/Transaction.h"
+#include "store/whole/KnownRoads.h"
+#include "store/whole/NetLoad.h"
+#include "store/whole/NetSave.h"
 
 namespace drivinfocollectors {
 
@@ -52,6 +55,25 @@ VehicleDrivInfoCollector read(const Store &store, long collectorId) {
 bool listIds(const Store &store, QList<long> &ids) {
     appendIds(store, kSelectIds, ids);
     return true;
+}
+
+void load(NetLoad &net) {
+    net.forEachRow("VehicleDrivInfoCollecter", "collecterID", [&net](Rows &row) {
+        auto collector = std::make_unique<VehicleDrivInfoCollector>();
+        readAll(row, kColumns, *collector);
+        if (net.store.hasSeveralNets() || (roadIsKnown(net, collector->roadID)))
+            net.contents.traffic.collectors.push_back(std::move(collector));
+        else
+            net.skip("VehicleDrivInfoCollecter", collector->collecterID, "stands on a road that is missing");
+    });
+}
+
+void save(NetSave &net) {
+    const Objects<VehicleDrivInfoCollector> &collectors = net.contents.traffic.collectors;
+    net.giveIds("VehicleDrivInfoCollecter", collectors, &VehicleDrivInfoCollector::collecterID);
+    net.writeEach(
+        "VehicleDrivInfoCollecter", collectors,
+        [](RowWriter &row, const VehicleDrivInfoCollector &collector) { bindAll(row, kColumns, collector); });
 }
 
 } // namespace drivinfocollectors

@@ -5,6 +5,9 @@
 
 #include <QList>
 
+class NetLoad;
+class NetSave;
+
 /// Driving-data collectors.
 namespace drivinfocollectors {
 
@@ -13,5 +16,8 @@ bool insert(const Store &store, const VehicleDrivInfoCollector &collector, bool 
 VehicleDrivInfoCollector read(const Store &store, long collectorId);
 /// True in every case.
 bool listIds(const Store &store, QList<long> &ids);
+
+void load(NetLoad &net);
+void save(NetSave &net);
 
 } // namespace drivinfocollectors

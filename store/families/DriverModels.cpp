@@ -2,6 +2,8 @@
 
 #include "store/core/Columns.h"
 #include "store/core/Transaction.h"
+#include "store/whole/NetLoad.h"
+#include "store/whole/NetSave.h"
 
 namespace drivermodels {
 
@@ -108,6 +110,41 @@ bool readAll(const Store &store, QList<ChangeLaneModelParam> &params) {
         params.append(param);
     }
     return true;
+}
+
+namespace {
+
+template <class Param, std::size_t N>
+void loadSets(NetLoad &net, const char *table, const Column<Param> (&columns)[N], QList<Param> &sets) {
+    net.forEachRow(table, "modelParamID", [&](Rows &row) {
+        sets.append(Param());
+        ::readAll(row, columns, sets.last());
+    });
+}
+
+template <class Param, std::size_t N>
+void saveSets(NetSave &net, const char *table, const Column<Param> (&columns)[N], const QList<Param> &sets) {
+    if (sets.isEmpty())
+        return;
+    net.empty(table);
+    net.write(table, sets.size(), [&](RowWriter &row) {
+        for (const Param &param : sets)
+            bindAll(row.bindNet(), columns, param).exec();
+    });
+}
+
+} // namespace
+
+void load(NetLoad &net) {
+    NetSettings &settings = net.contents.settings;
+    loadSets(net, "DriveFollowedModelParam", kFollowingColumns, settings.carFollowing);
+    loadSets(net, "ChangeLaneModelParam", kLaneChangeColumns, settings.laneChanging);
+}
+
+void save(NetSave &net) {
+    const NetSettings &settings = net.contents.settings;
+    saveSets(net, "DriveFollowedModelParam", kFollowingColumns, settings.carFollowing);
+    saveSets(net, "ChangeLaneModelParam", kLaneChangeColumns, settings.laneChanging);
 }
 
 } // namespace drivermodels

@@ -4,6 +4,9 @@
 #include "model/DriveFollowedModelParam.h"
 #include "store/core/Store.h"
 
+class NetLoad;
+class NetSave;
+
 /// Coefficient sets of the driver models: car following and lane changing.
 namespace drivermodels {
 
@@ -15,5 +18,8 @@ bool insertAll(const Store &store, const QList<ChangeLaneModelParam> &params);
 /// Writes @p params in place of all stored sets.
 bool saveAll(const Store &store, const QList<ChangeLaneModelParam> &params, bool useTransaction);
 bool readAll(const Store &store, QList<ChangeLaneModelParam> &params);
+
+void load(NetLoad &net);
+void save(NetSave &net);
 
 } // namespace drivermodels

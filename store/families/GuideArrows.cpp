@@ -3,6 +3,9 @@
 #include "model/GuideArrow.h"
 #include "store/core/Query.h"
 #include "store/core/Transaction.h"
+#include "store/families/Lanes.h"
+#include "store/whole/NetLoad.h"
+#include "store/whole/NetSave.h"
 
 #include <memory>
 
@@ -19,6 +22,24 @@ constexpr Sql kSelectIds = {
     "select guideArrowID from GuideArrow as a join lane b on a.laneID = b.laneID order by guideArrowID",
     "select a.guideArrowID from GuideArrow a join lane b on a.NetId = b.NetId and a.laneID = b.laneID where a.NetId = %0 order by a.guideArrowID"};
 
+template <class Row>
+Row &bindRow(Row &row, const GuideArrow &arrow) {
+    return row.bind(":guideArrowID", arrow.guideArrowID)
+        .bind(":laneID", arrow.laneID)
+        .bind(":length", arrow.length)
+        .bind(":distToTerminal", arrow.distToTerminal)
+        .bind(":arrowType", arrow.arrowType);
+}
+
+template <class Row>
+void readRow(Row &row, GuideArrow &arrow) {
+    arrow.guideArrowID = row.id("guideArrowID");
+    arrow.laneID = row.id("laneID");
+    arrow.length = row.number("length");
+    arrow.distToTerminal = row.number("distToTerminal");
+    arrow.arrowType = row.integer("arrowType");
+}
+
 } // namespace
 
 bool insert(const Store &store, GuideArrow *arrow, bool inTransaction) {
@@ -26,13 +47,7 @@ bool insert(const Store &store, GuideArrow *arrow, bool inTransaction) {
         return true;
     Transaction transaction(store, inTransaction);
     Query insert(store, kInsert);
-    insert.bindNet()
-        .bind(":guideArrowID", arrow->guideArrowID)
-        .bind(":laneID", arrow->laneID)
-        .bind(":length", arrow->length)
-        .bind(":distToTerminal", arrow->distToTerminal)
-        .bind(":arrowType", arrow->arrowType);
-    return transaction.commit(insert.exec());
+    return transaction.commit(bindRow(insert.bindNet(), *arrow).exec());
 }
 
 GuideArrow *read(const Store &store, long id) {
@@ -40,12 +55,25 @@ GuideArrow *read(const Store &store, long id) {
     if (!row.execAndNext())
         return nullptr;
     auto arrow = std::make_unique<GuideArrow>();
-    arrow->guideArrowID = row.id("guideArrowID");
-    arrow->laneID = row.id("laneID");
-    arrow->length = row.number("length");
-    arrow->distToTerminal = row.number("distToTerminal");
-    arrow->arrowType = row.integer("arrowType");
+    readRow(row, *arrow);
     return arrow.release();
+}
+
+void load(NetLoad &net) {
+    net.forEachRow("GuideArrow", "guideArrowID", [&](Rows &row) {
+        auto arrow = std::make_unique<GuideArrow>();
+        readRow(row, *arrow);
+        if (gNet.getLaneById(arrow->laneID) || lanes::exists(net.store, arrow->laneID))
+            net.contents.guideArrows.push_back(std::move(arrow));
+        else
+            net.skip("GuideArrow", arrow->guideArrowID, "belongs to no lane");
+    });
+}
+
+void save(NetSave &net) {
+    net.giveIds("GuideArrow", net.contents.guideArrows, &GuideArrow::guideArrowID);
+    net.writeEach("GuideArrow", net.contents.guideArrows,
+                  [](RowWriter &row, const GuideArrow &arrow) { bindRow(row, arrow); });
 }
 
 bool listIds(const Store &store, QList<long> &ids) {

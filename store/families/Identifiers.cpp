@@ -105,16 +105,67 @@ bool hasSequence(const Store &store, const QString &name) {
     return known.execAndNext();
 }
 
-/// Sequences serve all networks of a database; tables without one of their own share seq_table_id.
-bool nextOfSequence(const Store &store, const QString &table, long &id) {
+/// The sequence that identifiers of @p table come from; empty without one, which is recorded.
+QString sequenceFor(const Store &store, const QString &table) {
     const QString own = QStringLiteral("seq_%1_id").arg(table.toLower());
     const QString shared = QStringLiteral("seq_table_id");
     for (const QString &name : {own, shared}) {
         if (hasSequence(store, name))
-            return firstValue(store, QStringLiteral("select nextval('\"%1\"')").arg(quoted(name)), id);
+            return name;
     }
-    return store.isUsable() &&
-           store.fail({}, QStringLiteral("There is neither a sequence %1 nor %2").arg(own, shared));
+    if (store.isUsable())
+        store.fail({}, QStringLiteral("There is neither a sequence %1 nor %2").arg(own, shared));
+    return {};
+}
+
+/// Sequences serve all networks of a database; tables without one of their own share seq_table_id.
+bool nextOfSequence(const Store &store, const QString &table, long &id) {
+    const QString name = sequenceFor(store, table);
+    return !name.isEmpty() &&
+           firstValue(store, QStringLiteral("select nextval('\"%1\"')").arg(quoted(name)), id);
+}
+
+/// Moves the counter of @p table past a block. @p base its stored value in, the value before the block out.
+bool moveCounter(const Store &store, const QString &table, int count, long &base) {
+    const QString condition = withTable(
+        store.hasSeveralNets() ? " where NetId = %0 and TableName = '%1'" : " where TableName = '%1'",
+        store.hasSeveralNets() ? std::initializer_list<long>{store.netId()} : std::initializer_list<long>{},
+        table);
+    Query counter(store, QLatin1String("select ID from IDGenerater") + condition);
+    if (!counter.exec())
+        return false;
+    if (counter.next()) {
+        base = std::max(base, counter.firstId());
+        counter.finish();
+        return Query(store, QStringLiteral("update IDGenerater set ID = %1").arg(base + count) + condition)
+            .exec();
+    }
+    return Query(store, store.hasSeveralNets()
+                            ? withTable("insert into IDGenerater(NetId, TableName, ID) values(%0, '%2', %1)",
+                                        {store.netId(), base + count}, table)
+                            : withTable("insert into IDGenerater(TableName, ID) values('%2', %1)",
+                                        {base + count}, table))
+        .exec();
+}
+
+/// Draws until the sequence is past @p floor.
+bool takeFromSequence(const Store &store, const QString &table, long floor, int count, QList<long> &ids) {
+    const QString name = quoted(sequenceFor(store, table));
+    const QString draw = QStringLiteral("select nextval('\"%1\"') from generate_series(1, %2)");
+    while (count > 0) {
+        if (name.isEmpty())
+            return false;
+        Query drawn(store, draw.arg(name).arg(count));
+        if (!drawn.exec())
+            return false;
+        while (drawn.next()) {
+            if (drawn.firstId() <= floor)
+                continue;
+            ids.append(drawn.firstId());
+            --count;
+        }
+    }
+    return true;
 }
 
 } // namespace
@@ -130,6 +181,19 @@ bool next(const Store &store, const QString &table, long &id) {
     if (!store.isSqlite())
         return store.hasSeveralNets();
     return store.hasSeveralNets() ? nextOfNet(store, table, id) : nextOfOneNet(store, table, id);
+}
+
+bool take(const Store &store, const QString &table, long floor, int count, QList<long> &ids) {
+    if (store.isPostgreSql())
+        return takeFromSequence(store, table, floor, count, ids);
+    long base = std::max(floor, largestInUse(store.db(), store.netId(), table));
+    if (store.hasSeveralNets())
+        base = std::max(base, DBTools::mhNetMaxId.value(store.netId()).value(table));
+    if (!moveCounter(store, table, count, base))
+        return false;
+    for (int i = 1; i <= count; ++i)
+        ids.append(base + i);
+    return true;
 }
 
 bool nextGeneral(QSqlDatabase &db, long &id) {

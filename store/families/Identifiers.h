@@ -8,6 +8,10 @@ namespace identifiers {
 /// The next identifier for @p table in the store's network.
 bool next(const Store &store, const QString &table, long &id);
 
+/// Appends @p count new identifiers for @p table in the store's network, all above @p floor and above what is
+/// in use. Reserved ones of the process stay reserved.
+bool take(const Store &store, const QString &table, long floor, int count, QList<long> &ids);
+
 /// A general-purpose identifier.
 bool nextGeneral(QSqlDatabase &db, long &id);
 

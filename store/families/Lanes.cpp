@@ -3,6 +3,9 @@
 #include "model/Lane.h"
 #include "model/Link.h"
 #include "store/core/Query.h"
+#include "store/core/SortedById.h"
+#include "store/whole/NetLoad.h"
+#include "store/whole/NetSave.h"
 
 #include <algorithm>
 #include <memory>
@@ -35,6 +38,8 @@ constexpr const char *kInsertRestriction =
 
 constexpr Sql kSelect = {"select * from Lane where LinkID = %0 order by SerialNumber",
                          "select * from Lane where NetId = %0 and LinkID = %1 order by SerialNumber"};
+constexpr Sql kExists = {"select LaneID from Lane where LaneID = %0",
+                         "select laneID from Lane where NetId = %0 and laneID = %1"};
 constexpr const char *kSelectMisspelt = "select * from Lane where LinkID = %0 order by SerialNnumber";
 constexpr const char *kSelectRestrictions =
     "select a.*, b.VehicleTypeName from LaneLimitVehicle as a join VehicleType as b on a.VehicleTypeCode = b.VehicleTypeCode where LaneID = %0";
@@ -45,9 +50,53 @@ QString insertText(const Store &store, bool withGeometry) {
     return withGeometry ? store.text(kInsert) : QString::fromLatin1(kInsertWithoutGeometry);
 }
 
+template <class Row>
+void bindRow(Row &row, const char *serialNumber, bool withGeometry, const Link &link, const Lane &lane) {
+    row.bind(":LaneID", lane.laneID)
+        .bind(":LinkID", link.linkID)
+        .bind(serialNumber, lane.serialNumber)
+        .bind(":Width", lane.width)
+        .bind(":ActionType", lane.actionType)
+        .bind(":ExpectTravelDirection", lane.expectTravelDirection);
+    if (withGeometry) {
+        row.bind(":centerLinePointsJson", lane.centerLinePointsJson)
+            .bind(":leftBreakPointsJson", lane.leftBreakPointsJson)
+            .bind(":rightBreakPointsJson", lane.rightBreakPointsJson);
+    }
+}
+
+template <class Row>
+Row &bindRestriction(Row &row, const Lane &lane, long vehicleType) {
+    return row.bind(":LaneID", lane.laneID).bind(":VehicleTypeCode", vehicleType);
+}
+
+bool hasGeometry(const Store &store) {
+    return store.hasSeveralNets() || store.hasColumn("Lane", "centerLinePointsJson");
+}
+
 bool insertAttributes(const Store &store, const Lane &lane, long linkId) {
     Query update(store, kUpdateAttributes, {linkId, lane.laneID});
     return update.bind(":otherAttrsJson", lane.otherAttrsJson).exec();
+}
+
+const char *serialNumberColumn(const Store &store) {
+    return store.hasMisspeltSerialNumber() ? "SerialNnumber" : "SerialNumber";
+}
+
+/// Reads a row of a lane, but for the link that it belongs to.
+template <class Row>
+void readRow(Row &row, const char *serialNumber, Lane &lane) {
+    lane.laneID = row.id("LaneID");
+    lane.serialNumber = row.integer(serialNumber);
+    lane.width = row.number("width");
+    lane.actionType = row.text("actionType");
+    lane.expectTravelDirection = row.text("expectTravelDirection");
+    if (lane.expectTravelDirection.isEmpty())
+        lane.expectTravelDirection = QStringLiteral("FreeRunning");
+    lane.centerLinePointsJson = row.json("centerLinePointsJson");
+    lane.leftBreakPointsJson = row.json("leftBreakPointsJson");
+    lane.rightBreakPointsJson = row.json("rightBreakPointsJson");
+    lane.otherAttrsJson = row.json("otherAttrsJson");
 }
 
 void readRestrictions(const Store &store, Lane &lane) {
@@ -56,6 +105,26 @@ void readRestrictions(const Store &store, Lane &lane) {
         return;
     while (rows.next())
         lane.mlLimitVehicle.append({rows.id("VehicleTypeCode"), rows.text("VehicleTypeName")});
+}
+
+/// The names come as they are stored, as with single links. Generation 6 has the table, too: whole networks
+/// are written with it.
+void loadRestrictions(NetLoad &net) {
+    QHash<long, QString> typeNames;
+    net.forEachRow("VehicleType", "vehicleTypeCode", [&](Rows &row) {
+        typeNames.insert(row.id("vehicleTypeCode"), row.text("vehicleTypeName"));
+    });
+    net.forEachRow("LaneLimitVehicle", "laneID, vehicleTypeCode", [&](Rows &row) {
+        const long laneId = row.id("laneID");
+        const auto type = typeNames.constFind(row.id("vehicleTypeCode"));
+        Lane *lane = gNet.getLaneById(laneId);
+        if (!lane)
+            net.skip("LaneLimitVehicle", laneId, "belongs to no lane");
+        else if (type == typeNames.constEnd())
+            net.skip("LaneLimitVehicle", laneId, "names a vehicle type that is missing");
+        else
+            lane->mlLimitVehicle.append({type.key(), type.value()});
+    });
 }
 
 } // namespace
@@ -74,21 +143,10 @@ const Lane *last(const Link &link) {
 }
 
 bool insertAll(const Store &store, const Link &link, bool soFar) {
-    const bool withGeometry = store.hasSeveralNets() || store.hasColumn("Lane", "centerLinePointsJson");
+    const bool withGeometry = hasGeometry(store);
     Query insert(store, insertText(store, withGeometry));
     for (const Lane *lane : link.mlLane) {
-        insert.bindNet()
-            .bind(":LaneID", lane->laneID)
-            .bind(":LinkID", link.linkID)
-            .bind(":SerialNumber", lane->serialNumber)
-            .bind(":Width", lane->width)
-            .bind(":ActionType", lane->actionType)
-            .bind(":ExpectTravelDirection", lane->expectTravelDirection);
-        if (withGeometry) {
-            insert.bind(":centerLinePointsJson", lane->centerLinePointsJson)
-                .bind(":leftBreakPointsJson", lane->leftBreakPointsJson)
-                .bind(":rightBreakPointsJson", lane->rightBreakPointsJson);
-        }
+        bindRow(insert.bindNet(), ":SerialNumber", withGeometry, link, *lane);
         soFar = insert.exec() && soFar;
         if (soFar && withGeometry && !lane->otherAttrsJson.holdsNothing())
             soFar = insertAttributes(store, *lane, link.linkID);
@@ -103,8 +161,7 @@ bool insertRestrictions(const Store &store, const Link &link) {
     Query insert(store, kInsertRestriction);
     for (const Lane *lane : link.mlLane) {
         for (const auto &vehicleType : lane->mlLimitVehicle) {
-            insert.bind(":LaneID", lane->laneID).bind(":VehicleTypeCode", vehicleType.first);
-            written = insert.exec() && written;
+            written = bindRestriction(insert, *lane, vehicleType.first).exec() && written;
         }
     }
     return written;
@@ -116,21 +173,10 @@ void readAll(const Store &store, Link &link) {
                           : store.text(kSelect, {link.linkID}));
     if (!rows.exec())
         return;
-    const char *serialNumber = store.hasMisspeltSerialNumber() ? "SerialNnumber" : "SerialNumber";
     while (rows.next()) {
         auto lane = std::make_unique<Lane>();
-        lane->laneID = rows.id("LaneID");
         lane->linkID = link.linkID;
-        lane->serialNumber = rows.integer(serialNumber);
-        lane->width = rows.number("width");
-        lane->actionType = rows.text("actionType");
-        lane->expectTravelDirection = rows.text("expectTravelDirection");
-        if (lane->expectTravelDirection.isEmpty())
-            lane->expectTravelDirection = QStringLiteral("FreeRunning");
-        lane->centerLinePointsJson = rows.json("centerLinePointsJson");
-        lane->leftBreakPointsJson = rows.json("leftBreakPointsJson");
-        lane->rightBreakPointsJson = rows.json("rightBreakPointsJson");
-        lane->otherAttrsJson = rows.json("otherAttrsJson");
+        readRow(rows, serialNumberColumn(store), *lane);
         link.mlLane.append(lane.release());
     }
     rows.finish();
@@ -138,6 +184,55 @@ void readAll(const Store &store, Link &link) {
         return;
     for (Lane *lane : qAsConst(link.mlLane))
         readRestrictions(store, *lane);
+}
+
+bool exists(const Store &store, long laneId) {
+    return Query(store, kExists, {laneId}).execAndNext();
+}
+
+bool existsAnywhere(const Store &store, long laneId) {
+    return Query(store, kExists.one, {laneId}).execAndNext();
+}
+
+void load(NetLoad &net) {
+    Objects<Link> &links = net.contents.links;
+    SortedById linkOf(links, [](const auto &link) { return link->linkID; });
+    const char *serialNumber = serialNumberColumn(net.store);
+    const QByteArray order = QByteArray("LinkID, ") + serialNumber;
+    net.forEachRow("Lane", order.constData(), [&](Rows &row) {
+        const std::size_t owner = linkOf.find(row.id("LinkID"));
+        if (owner == links.size())
+            return net.skip("Lane", row.id("LaneID"), "belongs to no link");
+        auto lane = std::make_unique<Lane>();
+        lane->linkID = links[owner]->linkID;
+        readRow(row, serialNumber, *lane);
+        gNet.enter(lane.get());
+        links[owner]->mlLane.append(lane.release());
+    });
+    loadRestrictions(net);
+}
+
+void save(NetSave &net) {
+    const Objects<Link> &links = net.contents.links;
+    net.giveIds("Lane", links, &Link::mlLane, &Lane::laneID);
+    const bool withGeometry = hasGeometry(net.store);
+    const char *serialNumber = net.store.hasMisspeltSerialNumber() ? ":SerialNnumber" : ":SerialNumber";
+    qint64 restrictions = 0;
+    net.writeOwned("Lane", links, &Link::mlLane, [&](RowWriter &row, const Link &link, Lane *lane) {
+        lane->linkID = link.linkID;
+        bindRow(row, serialNumber, withGeometry, link, *lane);
+        if (withGeometry)
+            row.bindFilled(":otherAttrsJson", lane->otherAttrsJson);
+        restrictions += lane->mlLimitVehicle.size();
+    });
+    net.write("LaneLimitVehicle", restrictions, [&](RowWriter &row) {
+        for (const auto &link : links) {
+            for (const Lane *lane : qAsConst(link->mlLane)) {
+                for (const auto &vehicleType : lane->mlLimitVehicle)
+                    bindRestriction(row.bindNet(), *lane, vehicleType.first).exec();
+            }
+        }
+    });
 }
 
 } // namespace lanes

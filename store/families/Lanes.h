@@ -4,6 +4,8 @@
 
 class Lane;
 class Link;
+class NetLoad;
+class NetSave;
 
 /// The lanes of a link: they are written and read with it.
 namespace lanes {
@@ -21,5 +23,14 @@ bool insertRestrictions(const Store &store, const Link &link);
 
 /// Appends the stored lanes to @p link, by serial number, with their restrictions.
 void readAll(const Store &store, Link &link);
+
+/// The lanes of the links loaded before.
+void load(NetLoad &net);
+void save(NetSave &net);
+
+/// @{ Whether there is a row of a lane, also one that belongs to no link: in the network, or in any network.
+bool exists(const Store &store, long laneId);
+bool existsAnywhere(const Store &store, long laneId);
+/// @}
 
 } // namespace lanes

@@ -2,13 +2,44 @@
 
 #include "model/SpecialWords.h"
 #include "store/core/Query.h"
+#include "store/whole/NetLoad.h"
+#include "store/whole/NetSave.h"
+
+#include <algorithm>
 
 namespace linktypes {
 
 namespace {
 
+// Whole networks alone write link types. Their rows are there from the start as a rule, with a column that
+// entities lack.
+constexpr Sql kUpdate = {
+    "update LinkType set typeName = :typeName, trafficCapacity = :trafficCapacity, trafficSpeed = :trafficSpeed, limitSpeed = :limitSpeed, minSpeed = :minSpeed where linkTypeID = :linkTypeID",
+    "update LinkType set typeName = :typeName, trafficCapacity = :trafficCapacity, trafficSpeed = :trafficSpeed, limitSpeed = :limitSpeed, minSpeed = :minSpeed where linkTypeID = :linkTypeID and NetId = :NetId"};
 constexpr Sql kSelect = {"select * from LinkType order by linkTypeID",
                          "select * from LinkType where NetId = %0 order by linkTypeID"};
+
+template <class Row>
+LinkType readRow(Row &row) {
+    LinkType type;
+    type.linkTypeID = row.id("linkTypeID");
+    type.typeName = gSpecialWords.trEnToZh(row.text("typeName"));
+    type.trafficCapacity = row.number("trafficCapacity");
+    type.trafficSpeed = row.number("trafficSpeed");
+    type.limitSpeed = row.number("limitSpeed");
+    type.minSpeed = row.number("minSpeed");
+    return type;
+}
+
+template <class Row>
+Row &bindRow(Row &row, const LinkType &type) {
+    return row.bind(":linkTypeID", type.linkTypeID)
+        .bind(":typeName", gSpecialWords.trZhToEn(type.typeName))
+        .bind(":trafficCapacity", type.trafficCapacity)
+        .bind(":trafficSpeed", type.trafficSpeed)
+        .bind(":limitSpeed", type.limitSpeed)
+        .bind(":minSpeed", type.minSpeed);
+}
 
 } // namespace
 
@@ -16,17 +47,32 @@ bool readAll(const Store &store, QList<LinkType> &types) {
     Query rows(store, kSelect);
     if (!rows.exec())
         return true;
-    while (rows.next()) {
-        LinkType type;
-        type.linkTypeID = rows.id("linkTypeID");
-        type.typeName = gSpecialWords.trEnToZh(rows.text("typeName"));
-        type.trafficCapacity = rows.number("trafficCapacity");
-        type.trafficSpeed = rows.number("trafficSpeed");
-        type.limitSpeed = rows.number("limitSpeed");
-        type.minSpeed = rows.number("minSpeed");
-        types.append(type);
-    }
+    while (rows.next())
+        types.append(readRow(rows));
     return true;
+}
+
+void load(NetLoad &net) {
+    net.forEachRow("LinkType", "linkTypeID",
+                   [&net](Rows &row) { net.contents.linkTypes.append(readRow(row)); });
+    glLinkType = net.contents.linkTypes;
+}
+
+void save(NetSave &net) {
+    QList<LinkType> present;
+    readAll(net.store, present);
+    QList<const LinkType *> added;
+    Query update(net.store, kUpdate);
+    for (const LinkType &type : qAsConst(net.contents.linkTypes)) {
+        const bool isPresent = std::any_of(present.cbegin(), present.cend(), [&](const LinkType &other) {
+            return other.linkTypeID == type.linkTypeID;
+        });
+        if (isPresent)
+            net.check(bindRow(update, type).bindNet().exec());
+        else
+            added.append(&type);
+    }
+    net.writeEach("LinkType", added, [](RowWriter &row, const LinkType &type) { bindRow(row, type); });
 }
 
 } // namespace linktypes

@@ -5,10 +5,16 @@
 
 #include <QList>
 
+class NetLoad;
+class NetSave;
+
 /// The catalogue of road classes.
 namespace linktypes {
 
 /// Appends all link types; true in every case.
 bool readAll(const Store &store, QList<LinkType> &types);
+
+void load(NetLoad &net);
+void save(NetSave &net);
 
 } // namespace linktypes

@@ -9,9 +9,12 @@
 #include "store/DBTools.h"
 #include "store/core/Probes.h"
 #include "store/core/Query.h"
+#include "store/core/SortedById.h"
 #include "store/core/Transaction.h"
 #include "store/families/CurrentNet.h"
 #include "store/families/Lanes.h"
+#include "store/whole/NetLoad.h"
+#include "store/whole/NetSave.h"
 
 #include <QJsonArray>
 
@@ -57,6 +60,24 @@ constexpr Sql kSelectNode = {"select * from Node where nodeID = %0",
 constexpr Sql kSelectIds = {"select LinkID from Link order by LinkID",
                             "select LinkID from Link where netId= %1 order by LinkID"};
 
+template <class Row>
+Row &bindRow(Row &row, const Vertex &vertex) {
+    return row.bind(":vertexID", vertex.vertexID)
+        .bind(":X", vertex.x)
+        .bind(":Y", vertex.y)
+        .bind(":Z", vertex.z);
+}
+
+/// A node without a name takes its id as name.
+template <class Row>
+Row &bindRow(Row &row, Node &node) {
+    if (node.nodeName.isEmpty())
+        node.nodeName = QString::number(node.nodeID);
+    return row.bind(":nodeID", node.nodeID)
+        .bind(":nodeName", node.nodeName)
+        .bind(":vertexID", node.mpVertex ? node.mpVertex->vertexID : 0L);
+}
+
 bool hasRoadIds(const Store &store) {
     return store.hasSeveralNets() || DBTools::mbLinkHasRouadId;
 }
@@ -65,9 +86,7 @@ bool insertVertices(const Store &store, const Link &link) {
     bool written = true;
     Query insert(store, kInsertVertex);
     for (const Vertex *vertex : link.mlVertex) {
-        insert.bindNet().bind(":vertexID", vertex->vertexID);
-        insert.bind(":X", vertex->x).bind(":Y", vertex->y).bind(":Z", vertex->z);
-        written = insert.exec() && written;
+        written = bindRow(insert.bindNet(), *vertex).exec() && written;
     }
     return written;
 }
@@ -75,25 +94,21 @@ bool insertVertices(const Store &store, const Link &link) {
 bool insertNode(const Store &store, Node *node) {
     if (!node)
         return true;
-    if (node->nodeName.isEmpty())
-        node->nodeName = QString::number(node->nodeID);
     Query insert(store, kInsertNode);
-    insert.bindNet().bind(":nodeID", node->nodeID).bind(":nodeName", node->nodeName);
-    insert.bind(":vertexID", node->mpVertex ? node->mpVertex->vertexID : 0L);
-    return insert.exec();
+    return bindRow(insert.bindNet(), *node).exec();
 }
 
-bool insertRow(const Store &store, Link &link) {
-    const bool withRoad = hasRoadIds(store);
+/// A link without a road id takes its own.
+template <class Row>
+void bindRow(Row &row, const Store &store, bool withRoad, Link &link) {
     if (withRoad && link.roadId == 0)
         link.roadId = link.linkID;
-    Query insert(store, withRoad ? store.text(kInsertLink) : QString::fromLatin1(kInsertLinkWithoutRoad));
-    insert.bind(":linkID", link.linkID);
+    row.bind(":linkID", link.linkID);
     if (withRoad)
-        insert.bind(":roadId", link.roadId);
+        row.bind(":roadId", link.roadId);
     // Both generations store the network; only the placeholder is spelled differently.
-    insert.bind(store.hasSeveralNets() ? ":NetId" : ":netId", store.netId());
-    insert.bind(":StartNodeID", link.mpStartNode ? link.mpStartNode->nodeID : 0L)
+    row.bind(store.hasSeveralNets() ? ":NetId" : ":netId", store.netId());
+    row.bind(":StartNodeID", link.mpStartNode ? link.mpStartNode->nodeID : 0L)
         .bind(":EndNodeID", link.mpEndNode ? link.mpEndNode->nodeID : 0L)
         .bind(":linkName", link.linkName)
         .bind(":laneNumber", link.laneNumber)
@@ -109,6 +124,12 @@ bool insertRow(const Store &store, Link &link) {
         .bind(":limitSpeed", link.limitSpeed)
         .bind(":minSpeed", link.minSpeed)
         .bind(":addValue", link.addValue);
+}
+
+bool insertRow(const Store &store, Link &link) {
+    const bool withRoad = hasRoadIds(store);
+    Query insert(store, withRoad ? store.text(kInsertLink) : QString::fromLatin1(kInsertLinkWithoutRoad));
+    bindRow(insert, store, withRoad, link);
     return insert.exec();
 }
 
@@ -127,16 +148,17 @@ bool updateGeometry(const Store &store, const Link &link) {
     return written;
 }
 
+template <class Row>
+Row &bindOrder(Row &row, const Link &link, const Vertex &vertex, int number) {
+    return row.bind(":linkID", link.linkID).bind(":vertexID", vertex.vertexID).bind(":Num", number);
+}
+
 bool insertVertexOrder(const Store &store, const Link &link) {
     bool written = true;
     int number = 0;
     Query insert(store, kInsertVertexOrder);
     for (const Vertex *vertex : link.mlVertex) {
-        insert.bindNet()
-            .bind(":linkID", link.linkID)
-            .bind(":vertexID", vertex->vertexID)
-            .bind(":Num", ++number);
-        written = insert.exec() && written;
+        written = bindOrder(insert.bindNet(), link, *vertex, ++number).exec() && written;
     }
     return written;
 }
@@ -146,15 +168,12 @@ struct NodeIds {
     long end = 0;
 };
 
-/// Reads the row of a link; false without one.
-bool readRow(const Store &store, Link &link, NodeIds &nodes, long linkId) {
-    Query row(store, kSelect, {linkId});
-    if (!row.execAndNext())
-        return false;
+template <class Row>
+NodeIds readRow(Row &row, bool withRoad, Link &link) {
     link.linkID = row.id("linkID");
-    if (hasRoadIds(store))
+    if (withRoad)
         link.roadId = row.id("roadId");
-    nodes = {row.id("StartNodeID"), row.id("EndNodeID")};
+    const NodeIds nodes = {row.id("StartNodeID"), row.id("EndNodeID")};
     link.linkName = row.text("LinkName");
     link.laneNumber = row.number("laneNumber");
     link.laneWidth = row.number("laneWidth");
@@ -174,7 +193,24 @@ bool readRow(const Store &store, Link &link, NodeIds &nodes, long linkId) {
     link.leftBreakPointsJson = row.json("leftBreakPointsJson");
     link.rightBreakPointsJson = row.json("rightBreakPointsJson");
     link.otherAttrsJson = row.json("otherAttrsJson");
-    return true;
+    return nodes;
+}
+
+template <class Row>
+void readRow(Row &row, Vertex &vertex) {
+    vertex.vertexID = row.id("VertexID");
+    vertex.x = row.number("X");
+    vertex.y = row.number("Y");
+    vertex.z = row.number("Z");
+}
+
+/// Where the centre line has a point for each vertex, it gives the heights.
+void takeHeights(Link &link) {
+    const QVector<GeometryPoint> centerLine = geometryjson::points(link.centerLinePointsJson);
+    if (centerLine.size() != link.mlVertex.size())
+        return;
+    for (int i = 0; i < centerLine.size(); ++i)
+        link.mlVertex.at(i)->z = centerLine.at(i).z;
 }
 
 void readVertices(const Store &store, Link &link) {
@@ -183,27 +219,163 @@ void readVertices(const Store &store, Link &link) {
         return;
     while (rows.next()) {
         auto vertex = std::make_unique<Vertex>();
-        vertex->vertexID = rows.id("VertexID");
-        vertex->x = rows.number("X");
-        vertex->y = rows.number("Y");
-        vertex->z = rows.number("Z");
+        readRow(rows, *vertex);
         link.mlVertex.append(vertex.release());
     }
-    const QVector<GeometryPoint> centerLine = geometryjson::points(link.centerLinePointsJson);
-    if (centerLine.size() != link.mlVertex.size())
-        return;
-    for (int i = 0; i < centerLine.size(); ++i)
-        link.mlVertex.at(i)->z = centerLine.at(i).z;
+    takeHeights(link);
 }
 
-Node *readNode(const Store &store, long nodeId, Vertex *vertex) {
-    auto node = std::make_unique<Node>();
-    node->nodeID = nodeId;
-    node->mpVertex = vertex;
+QString readNodeName(const Store &store, long nodeId) {
     Query row(store, kSelectNode, {nodeId});
-    if (row.execAndNext())
-        node->nodeName = row.text("nodeName");
-    return node.release();
+    return row.execAndNext() ? row.text("nodeName") : QString();
+}
+
+/// Gives a link the nodes that its row names, where it has vertices for them to stand on.
+template <class NameOf>
+void addNodes(Link &link, const NodeIds &ids, const NameOf &nameOf) {
+    if (link.mlVertex.size() < 2)
+        return;
+    link.mpStartNode = new Node{ids.start, nameOf(ids.start), link.mlVertex.first()};
+    link.mpEndNode = new Node{ids.end, nameOf(ids.end), link.mlVertex.last()};
+}
+
+/// Loads whole networks: nodes and vertices are looked up by what their tables gave.
+class Loader {
+public:
+    explicit Loader(NetLoad &net) : mNet(net) {}
+
+    void load() {
+        loadLinks();
+        loadVertices();
+        loadNodes();
+        mNet.contents.links.reserve(mLinks.size());
+        for (LoadedLink &loaded : mLinks) {
+            gNet.enter(loaded.link.get());
+            mNet.contents.links.push_back(std::move(loaded.link));
+        }
+    }
+
+private:
+    struct LoadedLink {
+        std::unique_ptr<Link> link;
+        NodeIds nodes;
+    };
+    struct NodeName {
+        long id;
+        QString name;
+    };
+
+    void loadLinks() {
+        const bool withRoad = hasRoadIds(mNet.store);
+        mNet.forEachRow("Link", "linkID", [&](Rows &row) {
+            auto link = std::make_unique<Link>();
+            const NodeIds nodes = readRow(row, withRoad, *link);
+            mLinks.push_back({std::move(link), nodes});
+        });
+        sortById(mLinks, [](const LoadedLink &loaded) { return loaded.link->linkID; });
+    }
+
+    void loadVertices() {
+        std::vector<Vertex> vertices;
+        mNet.forEachRow("Vertex", "vertexID", [&](Rows &row) {
+            vertices.emplace_back();
+            readRow(row, vertices.back());
+        });
+        sortById(vertices, [](const Vertex &vertex) { return vertex.vertexID; });
+        SortedById vertexOf(vertices, [](const Vertex &vertex) { return vertex.vertexID; });
+        SortedById linkOf(mLinks, [](const LoadedLink &loaded) { return loaded.link->linkID; });
+        mNet.forEachRow("LinkVertex", "linkID, num", [&](Rows &row) {
+            const long linkId = row.id("linkID");
+            const std::size_t owner = linkOf.find(linkId);
+            const std::size_t vertex = vertexOf.find(row.id("vertexID"));
+            if (owner == mLinks.size())
+                mNet.skip("LinkVertex", linkId, "belongs to no link");
+            else if (vertex == vertices.size())
+                mNet.skip("LinkVertex", linkId, "names a vertex that is missing");
+            else
+                mLinks[owner].link->mlVertex.append(new Vertex(vertices[vertex]));
+        });
+        for (const LoadedLink &loaded : mLinks)
+            takeHeights(*loaded.link);
+    }
+
+    void loadNodes() {
+        std::vector<NodeName> names;
+        mNet.forEachRow("Node", "nodeID", [&](Rows &row) {
+            names.push_back({row.id("nodeID"), row.text("nodeName")});
+        });
+        const auto idOf = [](const NodeName &node) { return node.id; };
+        sortById(names, idOf);
+        SortedById nodeOf(names, idOf);
+        for (const LoadedLink &loaded : mLinks) {
+            addNodes(*loaded.link, loaded.nodes, [&](long id) {
+                const std::size_t node = nodeOf.find(id);
+                if (node < names.size())
+                    return names[node].name;
+                mNet.skip("Link", loaded.link->linkID, "names a node that is missing");
+                return QString();
+            });
+        }
+    }
+
+    NetLoad &mNet;
+    std::vector<LoadedLink> mLinks;
+};
+
+/// The geometry of a link that has none of its own is that of its outer lanes, as in single inserts.
+template <class Row>
+void bindGeometry(Row &row, const Link &link) {
+    const Lane *leftmost = lanes::last(link);
+    const Lane *rightmost = lanes::first(link);
+    const auto own = [](const StoredJson &mine, const Lane *lane,
+                        StoredJson Lane::*side) -> const StoredJson & {
+        return mine.holdsNothing() && lane ? lane->*side : mine;
+    };
+    row.bind(":centerLinePointsJson", link.centerLinePointsJson)
+        .bind(":leftBreakPointsJson", own(link.leftBreakPointsJson, leftmost, &Lane::leftBreakPointsJson))
+        .bind(":rightBreakPointsJson", own(link.rightBreakPointsJson, rightmost, &Lane::rightBreakPointsJson))
+        .bindFilled(":otherAttrsJson", link.otherAttrsJson);
+}
+
+void giveIds(NetSave &net) {
+    const Objects<Link> &links = net.contents.links;
+    net.giveIds("Link", links, &Link::linkID);
+    net.giveIds("Vertex", links, &Link::mlVertex, &Vertex::vertexID);
+    std::vector<long *> nodeIds;
+    for (const auto &link : links) {
+        for (Node *node : {link->mpStartNode, link->mpEndNode}) {
+            if (node)
+                nodeIds.push_back(&node->nodeID);
+        }
+    }
+    net.giveIds("Node", nodeIds);
+}
+
+void saveNodes(NetSave &net) {
+    const Objects<Link> &links = net.contents.links;
+    net.write("Node", 2 * qint64(links.size()), [&](RowWriter &row) {
+        for (const auto &link : links) {
+            for (Node *node : {link->mpStartNode, link->mpEndNode}) {
+                if (node && !bindRow(row.bindNet(), *node).exec())
+                    return;
+            }
+        }
+    });
+}
+
+void saveRows(NetSave &net) {
+    const Objects<Link> &links = net.contents.links;
+    const bool withRoad = hasRoadIds(net.store);
+    const bool withGeometry = net.store.hasColumn("Link", "centerLinePointsJson");
+    net.write("Link", qint64(links.size()), [&](RowWriter &row) {
+        for (const auto &link : links) {
+            bindRow(row, net.store, withRoad, *link);
+            if (withGeometry)
+                bindGeometry(row, *link);
+            if (!row.exec())
+                return;
+        }
+    });
 }
 
 } // namespace
@@ -237,14 +409,13 @@ Link *read(const Store &store, long linkId) {
             return held;
     }
     auto link = std::make_unique<Link>();
-    NodeIds nodes;
-    if (!readRow(store, *link, nodes, linkId))
+    Query row(store, kSelect, {linkId});
+    if (!row.execAndNext())
         return nullptr;
+    const NodeIds nodes = readRow(row, hasRoadIds(store), *link);
+    row.finish();
     readVertices(store, *link);
-    if (link->mlVertex.size() >= 2) {
-        link->mpStartNode = readNode(store, nodes.start, link->mlVertex.first());
-        link->mpEndNode = readNode(store, nodes.end, link->mlVertex.last());
-    }
+    addNodes(*link, nodes, [&store](long nodeId) { return readNodeName(store, nodeId); });
     lanes::readAll(store, *link);
     if (isCurrent) {
         gNet.enter(link.get());
@@ -252,6 +423,29 @@ Link *read(const Store &store, long linkId) {
             gNet.enter(lane);
     }
     return link.release();
+}
+
+void load(NetLoad &net) {
+    Loader(net).load();
+    lanes::load(net);
+}
+
+void save(NetSave &net) {
+    giveIds(net);
+    const Objects<Link> &links = net.contents.links;
+    net.writeOwned("Vertex", links, &Link::mlVertex,
+                   [](RowWriter &row, const Link &, const Vertex *vertex) { bindRow(row, *vertex); });
+    saveNodes(net);
+    saveRows(net);
+    const Link *of = nullptr;
+    int number = 0;
+    net.writeOwned("LinkVertex", links, &Link::mlVertex,
+                   [&](RowWriter &row, const Link &link, const Vertex *vertex) {
+                       number = of == &link ? number + 1 : 1;
+                       of = &link;
+                       bindOrder(row, link, *vertex, number);
+                   });
+    lanes::save(net);
 }
 
 bool listIds(const Store &store, QList<long> &ids) {

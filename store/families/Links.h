@@ -7,6 +7,8 @@
 #include <QString>
 
 class Link;
+class NetLoad;
+class NetSave;
 
 /// Links with their nodes, vertices and lanes.
 namespace links {
@@ -23,5 +25,9 @@ bool nodeStandsOn(QSqlDatabase &db, long nodeId, long vertexId);
 /// @}
 
 QString breakPoints(const QJsonObject &geometry);
+
+/// The links of a network, with their lanes.
+void load(NetLoad &net);
+void save(NetSave &net);
 
 } // namespace links

@@ -73,7 +73,7 @@ void Record::setAttributes(const StoredJson &attributes) {
     attributesObjection = storablevalue::objection(attributes, text);
 }
 
-Record recordOf(const Net &net) {
+Record recordOf(const NetRecord &net) {
     Record record;
     record.id = net.netId;
     record.name = net.name;

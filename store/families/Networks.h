@@ -8,6 +8,7 @@
 #include <QString>
 
 class Net;
+struct NetRecord;
 
 /// Rows of table Net and the current network gNet.
 namespace networks {
@@ -29,7 +30,7 @@ struct Record {
     void setAttributes(const StoredJson &attributes);
 };
 
-Record recordOf(const Net &net);
+Record recordOf(const NetRecord &net);
 
 /// Writes @p record; false without a record of failure when its name (generation 6: its id) is taken.
 bool insert(const Store &store, const Record &record, bool useTransaction);

@@ -4,6 +4,9 @@
 #include "store/core/Columns.h"
 #include "store/core/Query.h"
 #include "store/core/Transaction.h"
+#include "store/whole/KnownRoads.h"
+#include "store/whole/NetLoad.h"
+#include "store/whole/NetSave.h"
 
 #include <memory>
 
@@ -62,6 +65,25 @@ VehicleQueueCounter *read(const Store &store, long counterId) {
 bool listIds(const Store &store, QList<long> &ids) {
     appendIds(store, kSelectIds, ids);
     return true;
+}
+
+void load(NetLoad &net) {
+    net.forEachRow("VehicleQueueCounter", "queueCounterID", [&net](Rows &row) {
+        auto counter = std::make_unique<VehicleQueueCounter>();
+        readAll(row, kColumns, *counter);
+        if (net.store.hasSeveralNets() || (roadIsKnown(net, counter->roadID)))
+            net.contents.traffic.queueCounters.push_back(std::move(counter));
+        else
+            net.skip("VehicleQueueCounter", counter->queueCounterID, "stands on a road that is missing");
+    });
+}
+
+void save(NetSave &net) {
+    const Objects<VehicleQueueCounter> &counters = net.contents.traffic.queueCounters;
+    net.giveIds("VehicleQueueCounter", counters, &VehicleQueueCounter::queueCounterID);
+    net.writeEach("VehicleQueueCounter", counters, [](RowWriter &row, const VehicleQueueCounter &counter) {
+        bindAll(row, kColumns, counter);
+    });
 }
 
 } // namespace queuecounters

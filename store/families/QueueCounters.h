@@ -4,6 +4,8 @@
 
 #include <QList>
 
+class NetLoad;
+class NetSave;
 class VehicleQueueCounter;
 
 /// Queue counters.
@@ -14,5 +16,8 @@ bool insert(const Store &store, const VehicleQueueCounter *counter, bool inTrans
 VehicleQueueCounter *read(const Store &store, long counterId);
 /// True in every case.
 bool listIds(const Store &store, QList<long> &ids);
+
+void load(NetLoad &net);
+void save(NetSave &net);
 
 } // namespace queuecounters

@@ -4,6 +4,8 @@
 #include "store/core/Columns.h"
 #include "store/core/Query.h"
 #include "store/core/Transaction.h"
+#include "store/whole/NetSave.h"
+#include "store/whole/Owners.h"
 
 #include <memory>
 
@@ -86,6 +88,32 @@ void readChildren(const Store &store, const Sql &sql, const Column<Child> (&colu
     }
 }
 
+template <class Child, std::size_t N>
+void loadChildren(NetLoad &net, const char *table, const Column<Child> (&columns)[N],
+                  OwningList<Child> ReduceSpeedArea::*children) {
+    Owners areaOf(net, net.contents.traffic.speedAreas, &ReduceSpeedArea::reduceSpeedAreaID, table,
+                  "belongs to no speed reduction area");
+    net.forEachRow(table, "reduceSpeedAreaID", [&](Rows &row) {
+        if (ReduceSpeedArea *area = areaOf.of(row, "reduceSpeedAreaID")) {
+            auto child = std::make_unique<Child>();
+            readAll(row, columns, *child);
+            (area->*children).append(child.release());
+        }
+    });
+}
+
+/// What belongs to an area that has got its id only now takes it over.
+template <class Child, std::size_t N>
+void saveChildren(NetSave &net, const char *table, const Column<Child> (&columns)[N],
+                  OwningList<Child> ReduceSpeedArea::*children) {
+    net.writeOwned(table, net.contents.traffic.speedAreas, children,
+                   [&columns](RowWriter &row, const ReduceSpeedArea &area, Child *child) {
+                       if (child->reduceSpeedAreaID == 0)
+                           child->reduceSpeedAreaID = area.reduceSpeedAreaID;
+                       bindAll(row, columns, *child);
+                   });
+}
+
 } // namespace
 
 bool insert(const Store &store, const ReduceSpeedArea *area, bool inTransaction) {
@@ -114,6 +142,27 @@ ReduceSpeedArea *read(const Store &store, long areaId) {
 bool listIds(const Store &store, QList<long> &ids) {
     appendIds(store, kSelectIds, ids);
     return true;
+}
+
+void load(NetLoad &net) {
+    Objects<ReduceSpeedArea> &areas = net.contents.traffic.speedAreas;
+    net.forEachRow("ReduceSpeedArea", "reduceSpeedAreaID", [&areas](Rows &row) {
+        areas.push_back(std::make_unique<ReduceSpeedArea>());
+        readAll(row, kColumns, *areas.back());
+    });
+    loadChildren(net, "ReduceSpeedInterval", kIntervalColumns, &ReduceSpeedArea::mlSpeedInterval);
+    loadChildren(net, "ReduceSpeedVehiType", kVehiTypeColumns, &ReduceSpeedArea::mlSpeedVehiType);
+}
+
+void save(NetSave &net) {
+    const Objects<ReduceSpeedArea> &areas = net.contents.traffic.speedAreas;
+    net.giveIds("ReduceSpeedArea", areas, &ReduceSpeedArea::reduceSpeedAreaID);
+    net.giveIds("ReduceSpeedInterval", areas, &ReduceSpeedArea::mlSpeedInterval,
+                &ReduceSpeedInterval::intervalID);
+    net.writeEach("ReduceSpeedArea", areas,
+                  [](RowWriter &row, const ReduceSpeedArea &area) { bindAll(row, kColumns, area); });
+    saveChildren(net, "ReduceSpeedInterval", kIntervalColumns, &ReduceSpeedArea::mlSpeedInterval);
+    saveChildren(net, "ReduceSpeedVehiType", kVehiTypeColumns, &ReduceSpeedArea::mlSpeedVehiType);
 }
 
 } // namespace reducespeedareas

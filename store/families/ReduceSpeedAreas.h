@@ -4,6 +4,8 @@
 
 #include <QList>
 
+class NetLoad;
+class NetSave;
 class ReduceSpeedArea;
 
 /// Speed reduction areas with their intervals and the speeds of vehicle types.
@@ -13,5 +15,8 @@ bool insert(const Store &store, const ReduceSpeedArea *area, bool inTransaction)
 ReduceSpeedArea *read(const Store &store, long areaId);
 /// True in every case.
 bool listIds(const Store &store, QList<long> &ids);
+
+void load(NetLoad &net);
+void save(NetSave &net);
 
 } // namespace reducespeedareas

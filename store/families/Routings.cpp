@@ -7,6 +7,8 @@
 #include "store/core/Query.h"
 #include "store/core/Transaction.h"
 #include "store/families/CurrentNet.h"
+#include "store/whole/NetSave.h"
+#include "store/whole/Owners.h"
 
 #include <memory>
 
@@ -42,14 +44,42 @@ constexpr Sql kSelectLanePairs = {
     "select laneID1, laneID2 from RoutingLaneConnector where routingID = %1 and connID = %2 order by laneID1, laneID2",
     "select laneID1, laneID2 from RoutingLaneConnector where NetId = %0 and routingID = %1 and connID = %2 order by laneID1, laneID2"};
 
-bool insertRow(const Store &store, const Routing &route) {
-    Query insert(store, kInsert);
-    return insert.bindNet()
-        .bind(":routingID", route.routingID)
+template <class Row>
+Row &bindRow(Row &row, const Routing &route) {
+    return row.bind(":routingID", route.routingID)
         .bind(":deciPointID", route.mpDecisionPoint ? route.mpDecisionPoint->deciPointID : 0L)
         .bind(":routingName", route.routingName)
-        .bind(":proportion", route.proportion)
-        .exec();
+        .bind(":proportion", route.proportion);
+}
+
+template <class Row>
+Row &bindChainLink(Row &row, const Routing &route, const Link *link, int chainNumber, int linkNumber) {
+    return row.bind(":routingID", route.routingID)
+        .bind(":linkID", link ? link->linkID : 0L)
+        .bind(":num1", chainNumber)
+        .bind(":num2", linkNumber);
+}
+
+template <class Row>
+Row &bindRatio(Row &row, const RoutingFLowRatio &ratio, long start, long end) {
+    return row.bind(":RoutingFLowRatioID", ratio.routingFLowRatioID)
+        .bind(":routingID", ratio.routingID)
+        .bind(":startDateTime", start)
+        .bind(":endDateTime", end)
+        .bind(":ratio", ratio.ratio);
+}
+
+template <class Row>
+Row &bindLanePair(Row &row, long routingId, long connId, const LCStruct &lanes) {
+    return row.bind(":routingID", routingId)
+        .bind(":connID", connId)
+        .bind(":laneID1", lanes.laneID1)
+        .bind(":laneID2", lanes.laneID2);
+}
+
+bool insertRow(const Store &store, const Routing &route) {
+    Query insert(store, kInsert);
+    return bindRow(insert.bindNet(), route).exec();
 }
 
 bool insertChains(const Store &store, const Routing &route) {
@@ -60,21 +90,15 @@ bool insertChains(const Store &store, const Routing &route) {
         ++chainNumber;
         int linkNumber = 0;
         for (const Link *link : chain) {
-            insert.bindNet()
-                .bind(":routingID", route.routingID)
-                .bind(":linkID", link ? link->linkID : 0L)
-                .bind(":num1", chainNumber)
-                .bind(":num2", ++linkNumber);
+            bindChainLink(insert.bindNet(), route, link, chainNumber, ++linkNumber);
             written = insert.exec() && written;
         }
     }
     return written;
 }
 
-std::unique_ptr<Routing> readRow(const Store &store, long routingId) {
-    Query row(store, kSelect, {routingId});
-    if (!row.execAndNext())
-        return nullptr;
+template <class Row>
+std::unique_ptr<Routing> readRow(Row &row) {
     auto route = std::make_unique<Routing>();
     route->routingID = row.id("routingID");
     route->routingName = row.text("routingName");
@@ -82,26 +106,57 @@ std::unique_ptr<Routing> readRow(const Store &store, long routingId) {
     return route;
 }
 
-/// Links that gNet does not know are left out, and so are chains of nothing but such links.
+template <class Row>
+std::unique_ptr<RoutingFLowRatio> readRatio(Row &row, long routingId) {
+    auto ratio = std::make_unique<RoutingFLowRatio>();
+    ratio->routingFLowRatioID = row.id("RoutingFLowRatioID");
+    ratio->routingID = routingId;
+    ratio->startDateTime = row.id("startDateTime");
+    ratio->endDateTime = row.id("endDateTime");
+    ratio->ratio = row.number("ratio");
+    return ratio;
+}
+
+template <class Row>
+LCStruct readLanePair(Row &row) {
+    return {row.id("laneID1"), row.id("laneID2")};
+}
+
+/// Puts the links of chains into their routes, row by row. Links that gNet does not know are left out, and so
+/// are chains of nothing but such links.
+class ChainReader {
+public:
+    /// False for a link that is left out.
+    template <class Row>
+    bool read(Row &row, Routing &route) {
+        const int number = row.integer("num1");
+        if (&route != mRoute || number != mNumber)
+            mOpen = false;
+        mRoute = &route;
+        mNumber = number;
+        Link *link = gNet.getLinkById(row.id("linkID"));
+        if (!link)
+            return false;
+        if (!mOpen)
+            route.mlLinkChain.append(QList<Link *>());
+        mOpen = true;
+        route.mlLinkChain.last().append(link);
+        return true;
+    }
+
+private:
+    const Routing *mRoute = nullptr;
+    int mNumber = 0;
+    bool mOpen = false; ///< the route's last chain goes on
+};
+
 void readChains(const Store &store, Routing &route, long routingId) {
     Query rows(store, kSelectChainLinks, {routingId});
     if (!rows.exec() || !isCurrentNet(store))
         return;
-    QList<Link *> chain;
-    int number = 0;
-    const auto closeChain = [&] {
-        if (!chain.isEmpty())
-            route.mlLinkChain.append(chain);
-        chain.clear();
-    };
-    while (rows.next()) {
-        if (rows.integer("num1") != number)
-            closeChain();
-        number = rows.integer("num1");
-        if (Link *link = gNet.getLinkById(rows.id("linkID")))
-            chain.append(link);
-    }
-    closeChain();
+    ChainReader reader;
+    while (rows.next())
+        reader.read(rows, route);
 }
 
 } // namespace
@@ -116,9 +171,12 @@ bool insert(const Store &store, Routing *route, bool useTransaction) {
 }
 
 Routing *read(const Store &store, long routingId) {
-    std::unique_ptr<Routing> route = readRow(store, routingId);
-    if (route)
-        readChains(store, *route, routingId);
+    Query row(store, kSelect, {routingId});
+    if (!row.execAndNext())
+        return nullptr;
+    std::unique_ptr<Routing> route = readRow(row);
+    row.finish();
+    readChains(store, *route, routingId);
     return route.release();
 }
 
@@ -137,12 +195,7 @@ bool insertFlowRatios(const Store &store, long start, RoutingFlowByInterval *int
     bool written = true;
     Query insert(store, kInsertFlowRatio);
     for (const RoutingFLowRatio *ratio : qAsConst(interval->mlFlowRatio)) {
-        insert.bindNet()
-            .bind(":RoutingFLowRatioID", ratio->routingFLowRatioID)
-            .bind(":routingID", ratio->routingID)
-            .bind(":startDateTime", start)
-            .bind(":endDateTime", interval->endDateTime)
-            .bind(":ratio", ratio->ratio);
+        bindRatio(insert.bindNet(), *ratio, start, interval->endDateTime);
         written = insert.exec() && written;
     }
     return transaction.commit(written);
@@ -152,15 +205,8 @@ bool readFlowRatios(const Store &store, QList<RoutingFLowRatio *> &ratios, long 
     Query rows(store, kSelectFlowRatios, {routingId});
     if (!rows.exec())
         return false;
-    while (rows.next()) {
-        auto ratio = std::make_unique<RoutingFLowRatio>();
-        ratio->routingFLowRatioID = rows.id("RoutingFLowRatioID");
-        ratio->routingID = routingId;
-        ratio->startDateTime = rows.id("startDateTime");
-        ratio->endDateTime = rows.id("endDateTime");
-        ratio->ratio = rows.number("ratio");
-        ratios.append(ratio.release());
-    }
+    while (rows.next())
+        ratios.append(readRatio(rows, routingId).release());
     return true;
 }
 
@@ -168,12 +214,7 @@ bool insertLanePair(const Store &store, long routingId, long connId, const LCStr
                     bool useTransaction) {
     Transaction transaction(store, useTransaction);
     Query insert(store, kInsertLanePair);
-    insert.bindNet()
-        .bind(":routingID", routingId)
-        .bind(":connID", connId)
-        .bind(":laneID1", lanes.laneID1)
-        .bind(":laneID2", lanes.laneID2);
-    return transaction.commit(insert.exec());
+    return transaction.commit(bindLanePair(insert.bindNet(), routingId, connId, lanes).exec());
 }
 
 QList<LCStruct *> readLanePairs(const Store &store, long routingId, long connId) {
@@ -181,13 +222,94 @@ QList<LCStruct *> readLanePairs(const Store &store, long routingId, long connId)
     Query rows(store, kSelectLanePairs, {routingId, connId});
     if (!rows.exec())
         return pairs;
-    while (rows.next()) {
-        auto pair = std::make_unique<LCStruct>();
-        pair->laneID1 = rows.id("laneID1");
-        pair->laneID2 = rows.id("laneID2");
-        pairs.append(pair.release());
-    }
+    while (rows.next())
+        pairs.append(new LCStruct(readLanePair(rows)));
     return pairs;
+}
+
+QList<RoutingFLowRatio *> load(NetLoad &net) {
+    Objects<DecisionPoint> &points = net.contents.traffic.decisionPoints;
+    std::vector<Routing *> routes;
+    Owners pointOf(net, points, &DecisionPoint::deciPointID, "Routing", "belongs to no decision point");
+    net.forEachRow("Routing", "deciPointID, routingID", [&](Rows &row) {
+        if (DecisionPoint *point = pointOf.of(row, "deciPointID")) {
+            routes.push_back(readRow(row).release());
+            routes.back()->mpDecisionPoint = point;
+            point->mlRouting.append(routes.back());
+        }
+    });
+    Owners routeOf(net, routes, &Routing::routingID, "RoutingLink", "belongs to no route");
+    ChainReader chains;
+    net.forEachRow("RoutingLink", "routingID, num1, num2", [&](Rows &row) {
+        Routing *route = routeOf.of(row, "routingID");
+        if (route && !chains.read(row, *route))
+            net.skip("RoutingLink", route->routingID, "names a link that is missing");
+    });
+    net.forEachRow("RoutingLaneConnector", "routingID, connID, laneID1, laneID2", [&](Rows &row) {
+        net.contents.traffic.routeLanes.append({row.id("routingID"), row.id("connID"), readLanePair(row)});
+    });
+    Owners routeOfRatio(net, routes, &Routing::routingID, "RoutingFLowRatio", "belongs to no route");
+    QList<RoutingFLowRatio *> ratios;
+    net.forEachRow("RoutingFLowRatio", "routingID, endDateTime", [&](Rows &row) {
+        if (const Routing *route = routeOfRatio.of(row, "routingID"))
+            ratios.append(readRatio(row, route->routingID).release());
+    });
+    return ratios;
+}
+
+void save(NetSave &net) {
+    const TrafficObjects &traffic = net.contents.traffic;
+    net.giveIds("Routing", traffic.decisionPoints, &DecisionPoint::mlRouting, &Routing::routingID);
+    std::vector<const Routing *> routes;
+    net.writeOwned("Routing", traffic.decisionPoints, &DecisionPoint::mlRouting,
+                   [&routes](RowWriter &row, DecisionPoint &point, Routing *route) {
+                       if (!route->mpDecisionPoint)
+                           route->mpDecisionPoint = &point;
+                       bindRow(row, *route);
+                       routes.push_back(route);
+                   });
+    qint64 links = 0;
+    for (const Routing *route : routes) {
+        for (const QList<Link *> &chain : route->mlLinkChain)
+            links += chain.size();
+    }
+    net.write("RoutingLink", links, [&routes](RowWriter &row) {
+        for (const Routing *route : routes) {
+            for (int chain = 0; chain < route->mlLinkChain.size(); ++chain) {
+                int number = 0;
+                for (const Link *link : route->mlLinkChain.at(chain))
+                    bindChainLink(row.bindNet(), *route, link, chain + 1, ++number).exec();
+            }
+        }
+    });
+    net.write("RoutingLaneConnector", traffic.routeLanes.size(), [&traffic](RowWriter &row) {
+        for (const RouteLanes &pair : traffic.routeLanes)
+            bindLanePair(row.bindNet(), pair.routingID, pair.connID, pair.lanes).exec();
+    });
+}
+
+void saveFlowRatios(NetSave &net) {
+    const Objects<DecisionPoint> &points = net.contents.traffic.decisionPoints;
+    std::vector<long *> ids;
+    for (const auto &point : points) {
+        for (const RoutingFlowByInterval *interval : qAsConst(point->mlFlowByInterval)) {
+            for (RoutingFLowRatio *ratio : interval->mlFlowRatio)
+                ids.push_back(&ratio->routingFLowRatioID);
+        }
+    }
+    net.giveIds("RoutingFLowRatio", ids);
+    net.write("RoutingFLowRatio", qint64(ids.size()), [&points](RowWriter &row) {
+        for (const auto &point : points) {
+            long start = 1;
+            for (const RoutingFlowByInterval *interval : qAsConst(point->mlFlowByInterval)) {
+                for (const RoutingFLowRatio *ratio : interval->mlFlowRatio) {
+                    const long from = ratio->startDateTime > 0 ? ratio->startDateTime : start;
+                    bindRatio(row.bindNet(), *ratio, from, interval->endDateTime).exec();
+                }
+                start = interval->endDateTime + 1;
+            }
+        }
+    });
 }
 
 } // namespace routings

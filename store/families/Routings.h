@@ -5,6 +5,8 @@
 
 #include <QList>
 
+class NetLoad;
+class NetSave;
 class Routing;
 class RoutingFLowRatio;
 struct RoutingFlowByInterval;
@@ -23,5 +25,13 @@ bool readFlowRatios(const Store &store, QList<RoutingFLowRatio *> &ratios, long 
 bool insertLanePair(const Store &store, long routingId, long connId, const LCStruct &lanes,
                     bool useTransaction);
 QList<LCStruct *> readLanePairs(const Store &store, long routingId, long connId);
+
+/// Loads the routes of the decision points. @return the ratios of all routes, each route's by their ends; the
+/// caller owns them.
+QList<RoutingFLowRatio *> load(NetLoad &net);
+/// The routes with their links and lanes.
+void save(NetSave &net);
+/// A ratio's interval starts where it says, or where the one before ends.
+void saveFlowRatios(NetSave &net);
 
 } // namespace routings

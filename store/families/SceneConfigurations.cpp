@@ -2,6 +2,8 @@
 
 #include "store/core/Columns.h"
 #include "store/core/Transaction.h"
+#include "store/whole/NetLoad.h"
+#include "store/whole/NetSave.h"
 
 namespace sceneconfigurations {
 
@@ -32,6 +34,13 @@ QVariant saveDateOf(const Store &store, const Configuration &configuration) {
     if (store.hasSeveralNets())
         return configuration.saveDate.date();
     return configuration.saveDate;
+}
+
+template <class Row>
+void readRow(Row &row, Configuration &configuration) {
+    readAll(row, kColumns, configuration);
+    configuration.backgroundMap = row.value("backgroundMap").toByteArray();
+    configuration.saveDate = row.value("saveDate").toDateTime();
 }
 
 bool updateSwitch(const Store &store, const char *sql, const char *placeholder, bool shown,
@@ -67,12 +76,22 @@ bool read(const Store &store, Configuration &configuration) {
     Query row(store, kSelect);
     if (!row.exec())
         return false;
-    if (!row.next())
-        return true;
-    readAll(row, kColumns, configuration);
-    configuration.backgroundMap = row.value("backgroundMap").toByteArray();
-    configuration.saveDate = row.value("saveDate").toDateTime();
+    if (row.next())
+        readRow(row, configuration);
     return true;
+}
+
+void load(NetLoad &net) {
+    std::optional<Configuration> &scene = net.contents.settings.scene;
+    net.forEachRow("Configuration", "1", [&scene](Rows &row) {
+        if (!scene)
+            readRow(row, scene.emplace());
+    });
+}
+
+void save(NetSave &net) {
+    if (net.isGood() && net.contents.settings.scene)
+        net.check(save(net.store, *net.contents.settings.scene, false));
 }
 
 } // namespace sceneconfigurations

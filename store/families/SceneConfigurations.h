@@ -3,6 +3,9 @@
 #include "model/Configuration.h"
 #include "store/core/Store.h"
 
+class NetLoad;
+class NetSave;
+
 /// How the scene of a network is shown: one row a network.
 namespace sceneconfigurations {
 
@@ -12,5 +15,8 @@ bool insert(const Store &store, const Configuration &configuration);
 bool updateShowGrid(const Store &store, bool shown, bool useTransaction);
 bool updateShowBackgroundMap(const Store &store, bool shown, bool useTransaction);
 bool read(const Store &store, Configuration &configuration);
+
+void load(NetLoad &net);
+void save(NetSave &net);
 
 } // namespace sceneconfigurations

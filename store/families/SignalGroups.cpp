@@ -5,6 +5,8 @@
 #include "store/core/Query.h"
 #include "store/core/Transaction.h"
 #include "store/families/CurrentNet.h"
+#include "store/whole/NetSave.h"
+#include "store/whole/Owners.h"
 
 #include <memory>
 
@@ -38,26 +40,42 @@ constexpr const char *kInsertColorMisspelt =
 constexpr const char *kSelectColorsMisspelt =
     "select * from SignalColor where signalPhaseID = %1 order by serialNnumber";
 
-bool insertRow(const Store &store, const SignalGroup &group) {
-    Query insert(store, kInsert);
-    return insert.bindNet()
-        .bind(":signalGroupID", group.signalGroupID)
+template <class Row>
+Row &bindRow(Row &row, const SignalGroup &group) {
+    return row.bind(":signalGroupID", group.signalGroupID)
         .bind(":name", group.name)
         .bind(":timeLength", group.timeLength)
         .bind(":startTime", group.startTime)
-        .bind(":endTime", group.endTime)
-        .exec();
+        .bind(":endTime", group.endTime);
+}
+
+template <class Row>
+Row &bindRow(Row &row, const SignalGroup &group, const SignalPhase &phase) {
+    return row.bind(":signalPhaseID", phase.signalPhaseID)
+        .bind(":signalGroupID", group.signalGroupID)
+        .bind(":serialNumber", phase.serialNumber)
+        .bind(":name", phase.name);
+}
+
+template <class Row>
+Row &bindColor(Row &row, const char *serialNumber, const SignalPhase &phase, int number,
+               const Online::ColorInterval &step) {
+    return row.bind(":signalPhaseID", phase.signalPhaseID)
+        .bind(serialNumber, number)
+        .bind(":color", gSpecialWords.trZhToEn(step.color))
+        .bind(":timeLength", step.interval);
+}
+
+bool insertRow(const Store &store, const SignalGroup &group) {
+    Query insert(store, kInsert);
+    return bindRow(insert.bindNet(), group).exec();
 }
 
 bool insertColors(Query &insert, const SignalPhase &phase) {
     bool written = true;
     int number = 0;
     for (const Online::ColorInterval &step : phase.mlColor) {
-        insert.bindNet()
-            .bind(":signalPhaseID", phase.signalPhaseID)
-            .bind(":serialNumber", ++number)
-            .bind(":color", gSpecialWords.trZhToEn(step.color))
-            .bind(":timeLength", step.interval);
+        bindColor(insert.bindNet(), ":serialNumber", phase, ++number, step);
         written = insert.exec() && written;
     }
     return written;
@@ -69,21 +87,14 @@ bool insertPhases(const Store &store, const SignalGroup &group) {
     Query insertColor(store, store.hasMisspeltSerialNumber() ? QString::fromLatin1(kInsertColorMisspelt)
                                                              : store.text(kInsertColor));
     for (const SignalPhase *phase : group.mlPhase) {
-        insert.bindNet()
-            .bind(":signalPhaseID", phase->signalPhaseID)
-            .bind(":signalGroupID", group.signalGroupID)
-            .bind(":serialNumber", phase->serialNumber)
-            .bind(":name", phase->name);
-        written = insert.exec() && written;
+        written = bindRow(insert.bindNet(), group, *phase).exec() && written;
         written = insertColors(insertColor, *phase) && written;
     }
     return written;
 }
 
-std::unique_ptr<SignalGroup> readRow(const Store &store, long id) {
-    Query row(store, kSelect, {id});
-    if (!row.execAndNext())
-        return nullptr;
+template <class Row>
+std::unique_ptr<SignalGroup> readRow(Row &row) {
     auto group = std::make_unique<SignalGroup>();
     group->signalGroupID = row.id("signalGroupID");
     group->name = row.text("name");
@@ -93,18 +104,27 @@ std::unique_ptr<SignalGroup> readRow(const Store &store, long id) {
     return group;
 }
 
+template <class Row>
+std::unique_ptr<SignalPhase> readPhase(Row &row) {
+    auto phase = std::make_unique<SignalPhase>();
+    phase->signalPhaseID = row.id("signalPhaseID");
+    phase->serialNumber = row.integer("serialNumber");
+    phase->name = row.text("name");
+    return phase;
+}
+
+template <class Row>
+Online::ColorInterval readColor(Row &row) {
+    return {gSpecialWords.trEnToZh(row.text("color")), row.integer("timeLength")};
+}
+
 /// Phases come in the store's row order.
 void readPhases(const Store &store, SignalGroup &group, long groupId) {
     Query rows(store, kSelectPhases, {groupId});
     if (!rows.exec())
         return;
-    while (rows.next()) {
-        auto phase = std::make_unique<SignalPhase>();
-        phase->signalPhaseID = rows.id("signalPhaseID");
-        phase->serialNumber = rows.integer("serialNumber");
-        phase->name = rows.text("name");
-        group.mlPhase.append(phase.release());
-    }
+    while (rows.next())
+        group.mlPhase.append(readPhase(rows).release());
 }
 
 void readColors(const Store &store, SignalPhase &phase) {
@@ -115,7 +135,7 @@ void readColors(const Store &store, SignalPhase &phase) {
     if (!rows.exec())
         return;
     while (rows.next())
-        phase.mlColor.append({gSpecialWords.trEnToZh(rows.text("color")), rows.integer("timeLength")});
+        phase.mlColor.append(readColor(rows));
 }
 
 } // namespace
@@ -130,9 +150,11 @@ bool insert(const Store &store, SignalGroup *group, bool inTransaction) {
 }
 
 SignalGroup *read(const Store &store, long id) {
-    std::unique_ptr<SignalGroup> group = readRow(store, id);
-    if (!group)
+    Query row(store, kSelect, {id});
+    if (!row.execAndNext())
         return nullptr;
+    std::unique_ptr<SignalGroup> group = readRow(row);
+    row.finish();
     readPhases(store, *group, id);
     for (SignalPhase *phase : qAsConst(group->mlPhase)) {
         readColors(store, *phase);
@@ -144,6 +166,52 @@ SignalGroup *read(const Store &store, long id) {
 
 bool listIds(const Store &store, QList<long> &ids) {
     return appendIds(store, kSelectIds, ids);
+}
+
+void load(NetLoad &net) {
+    Objects<SignalGroup> &groups = net.contents.traffic.signalGroups;
+    net.forEachRow("SignalGroup", "signalGroupID", [&](Rows &row) { groups.push_back(readRow(row)); });
+    Owners groupOf(net, groups, &SignalGroup::signalGroupID, "SignalPhase", "belongs to no signal group");
+    net.forEachRow("SignalPhase", "signalGroupID", [&](Rows &row) {
+        if (SignalGroup *group = groupOf.of(row, "signalGroupID"))
+            group->mlPhase.append(readPhase(row).release());
+    });
+    std::vector<SignalPhase *> phases;
+    for (const auto &group : groups) {
+        phases.insert(phases.end(), group->mlPhase.cbegin(), group->mlPhase.cend());
+        for (SignalPhase *phase : qAsConst(group->mlPhase))
+            gNet.enter(phase);
+    }
+    Owners phaseOf(net, phases, &SignalPhase::signalPhaseID, "SignalColor", "belongs to no phase");
+    const char *order =
+        net.store.hasMisspeltSerialNumber() ? "signalPhaseID, serialNnumber" : "signalPhaseID, serialNumber";
+    net.forEachRow("SignalColor", order, [&](Rows &row) {
+        if (SignalPhase *phase = phaseOf.of(row, "signalPhaseID"))
+            phase->mlColor.append(readColor(row));
+    });
+}
+
+void save(NetSave &net) {
+    const Objects<SignalGroup> &groups = net.contents.traffic.signalGroups;
+    net.giveIds("SignalGroup", groups, &SignalGroup::signalGroupID);
+    net.giveIds("SignalPhase", groups, &SignalGroup::mlPhase, &SignalPhase::signalPhaseID);
+    net.writeEach("SignalGroup", groups,
+                  [](RowWriter &row, const SignalGroup &group) { bindRow(row, group); });
+    std::vector<const SignalPhase *> phases;
+    net.writeOwned("SignalPhase", groups, &SignalGroup::mlPhase,
+                   [&phases](RowWriter &row, const SignalGroup &group, const SignalPhase *phase) {
+                       bindRow(row, group, *phase);
+                       phases.push_back(phase);
+                   });
+    const char *serialNumber = net.store.hasMisspeltSerialNumber() ? ":serialNnumber" : ":serialNumber";
+    const SignalPhase *of = nullptr;
+    int number = 0;
+    net.writeOwned("SignalColor", phases, &SignalPhase::mlColor,
+                   [&](RowWriter &row, const SignalPhase &phase, const Online::ColorInterval &step) {
+                       number = of == &phase ? number + 1 : 1;
+                       of = &phase;
+                       bindColor(row, serialNumber, phase, number, step);
+                   });
 }
 
 } // namespace signalgroups

@@ -4,6 +4,8 @@
 
 #include <QList>
 
+class NetLoad;
+class NetSave;
 class SignalGroup;
 
 /// Signal groups with their phases and colours.
@@ -12,5 +14,8 @@ namespace signalgroups {
 bool insert(const Store &store, SignalGroup *group, bool inTransaction);
 SignalGroup *read(const Store &store, long id);
 bool listIds(const Store &store, QList<long> &ids);
+
+void load(NetLoad &net);
+void save(NetSave &net);
 
 } // namespace signalgroups

@@ -4,6 +4,9 @@
 #include "store/core/Query.h"
 #include "store/core/Transaction.h"
 #include "store/families/CurrentNet.h"
+#include "store/families/Lanes.h"
+#include "store/whole/NetLoad.h"
+#include "store/whole/NetSave.h"
 
 #include <algorithm>
 #include <memory>
@@ -23,6 +26,18 @@ constexpr Sql kSelect = {
 constexpr Sql kSelectIds = {"select signalLampID from SignalLamp order by signalLampID",
                             "select signalLampID from SignalLamp where NetId = %0 order by signalLampID"};
 
+template <class Row>
+Row &bindRow(Row &row, const SignalLamp &lamp) {
+    return row.bind(":signalLampID", lamp.signalLampID)
+        .bind(":signalPhaseID", lamp.mpPhase ? lamp.mpPhase->signalPhaseID : 0L)
+        .bind(":laneID", lamp.laneID)
+        .bind(":toLaneID", lamp.toLaneID)
+        .bind(":name", lamp.name)
+        .bind(":x", lamp.x)
+        .bind(":y", lamp.y)
+        .bind(":z", lamp.z);
+}
+
 /// Enters the lamp into its phase's lamps, in place of one that an earlier read of the same lamp gave.
 void enterInto(SignalPhase *phase, SignalLamp *lamp) {
     QList<SignalLamp *> &lamps = phase->mlLamp;
@@ -33,32 +48,9 @@ void enterInto(SignalPhase *phase, SignalLamp *lamp) {
     lamp->setPhase(phase);
 }
 
-} // namespace
-
-bool insert(const Store &store, SignalLamp *lamp, bool inTransaction) {
-    if (!lamp)
-        return true;
-    Transaction transaction(store, inTransaction);
-    Query insert(store, kInsert);
-    insert.bindNet()
-        .bind(":signalLampID", lamp->signalLampID)
-        .bind(":signalPhaseID", lamp->mpPhase ? lamp->mpPhase->signalPhaseID : 0L)
-        .bind(":laneID", lamp->laneID)
-        .bind(":toLaneID", lamp->toLaneID)
-        .bind(":name", lamp->name)
-        .bind(":x", lamp->x)
-        .bind(":y", lamp->y)
-        .bind(":z", lamp->z);
-    return transaction.commit(insert.exec());
-}
-
-SignalLamp *read(const Store &store, long id) {
-    // The phase is resolved through gNet, which knows the current network alone.
-    if (!isCurrentNet(store))
-        return nullptr;
-    Query row(store, kSelect, {id});
-    if (!row.execAndNext())
-        return nullptr;
+/// A lamp of the phase that gNet knows; null without that phase.
+template <class Row>
+std::unique_ptr<SignalLamp> readRow(Row &row) {
     SignalPhase *phase = gNet.getSignalPhaseById(row.id("signalPhaseID"));
     if (!phase)
         return nullptr;
@@ -71,7 +63,46 @@ SignalLamp *read(const Store &store, long id) {
     lamp->y = row.number("y");
     lamp->z = row.number("z");
     enterInto(phase, lamp.get());
-    return lamp.release();
+    return lamp;
+}
+
+} // namespace
+
+bool insert(const Store &store, SignalLamp *lamp, bool inTransaction) {
+    if (!lamp)
+        return true;
+    Transaction transaction(store, inTransaction);
+    Query insert(store, kInsert);
+    return transaction.commit(bindRow(insert.bindNet(), *lamp).exec());
+}
+
+SignalLamp *read(const Store &store, long id) {
+    // The phase is resolved through gNet, which knows the current network alone.
+    if (!isCurrentNet(store))
+        return nullptr;
+    Query row(store, kSelect, {id});
+    if (!row.execAndNext())
+        return nullptr;
+    return readRow(row).release();
+}
+
+void load(NetLoad &net) {
+    net.forEachRow("SignalLamp", "signalLampID", [&net](Rows &row) {
+        const long laneId = row.id("laneID");
+        const long id = row.id("signalLampID");
+        if (!gNet.getLaneById(laneId) && !lanes::existsAnywhere(net.store, laneId))
+            net.skip("SignalLamp", id, "stands on a lane that is missing");
+        else if (auto lamp = readRow(row))
+            net.contents.traffic.signalLamps.push_back(std::move(lamp));
+        else
+            net.skip("SignalLamp", id, "names a phase that is missing");
+    });
+}
+
+void save(NetSave &net) {
+    const Objects<SignalLamp> &lamps = net.contents.traffic.signalLamps;
+    net.giveIds("SignalLamp", lamps, &SignalLamp::signalLampID);
+    net.writeEach("SignalLamp", lamps, [](RowWriter &row, const SignalLamp &lamp) { bindRow(row, lamp); });
 }
 
 bool listIds(const Store &store, QList<long> &ids) {

@@ -2,6 +2,8 @@
 
 #include "store/core/Columns.h"
 #include "store/core/Transaction.h"
+#include "store/whole/NetLoad.h"
+#include "store/whole/NetSave.h"
 
 namespace simulateconfigurations {
 
@@ -31,6 +33,17 @@ constexpr Column<SimulateConfiguration> kColumns[] = {
     {":randSeed", &SimulateConfiguration::randSeed},
 };
 
+template <class Row>
+Row &bindRow(Row &row, const SimulateConfiguration &configuration) {
+    return bindAll(row, kColumns, configuration).bind(":acceMultiples", configuration.acceMultiples());
+}
+
+template <class Row>
+void readRow(Row &row, SimulateConfiguration &configuration) {
+    readAll(row, kColumns, configuration);
+    configuration.mAcceMultiples = row.integer("acceMultiples");
+}
+
 /// The number of rows; negative when they could not be counted.
 long countRows(const Store &store) {
     Query count(store, kCount);
@@ -40,8 +53,7 @@ long countRows(const Store &store) {
 
 bool update(const Store &store, const SimulateConfiguration &configuration) {
     Query update(store, kUpdate);
-    bindAll(update, kColumns, configuration);
-    return update.bind(":acceMultiples", configuration.acceMultiples()).bindNet().exec();
+    return bindRow(update, configuration).bindNet().exec();
 }
 
 bool insertStandard(const Store &store) {
@@ -76,11 +88,26 @@ bool read(const Store &store, SimulateConfiguration &configuration) {
     Query row(store, kSelect);
     if (!row.exec())
         return false;
-    if (row.next()) {
-        readAll(row, kColumns, configuration);
-        configuration.mAcceMultiples = row.integer("acceMultiples");
-    }
+    if (row.next())
+        readRow(row, configuration);
     return true;
+}
+
+void load(NetLoad &net) {
+    std::optional<SimulateConfiguration> &simulation = net.contents.settings.simulation;
+    net.forEachRow("SimulateConfiguration", "1", [&simulation](Rows &row) {
+        if (!simulation)
+            readRow(row, simulation.emplace());
+    });
+}
+
+void save(NetSave &net) {
+    const std::optional<SimulateConfiguration> &simulation = net.contents.settings.simulation;
+    if (!simulation)
+        return;
+    net.empty("SimulateConfiguration");
+    net.write("SimulateConfiguration", 1,
+              [&simulation](RowWriter &row) { bindRow(row.bindNet(), *simulation).exec(); });
 }
 
 } // namespace simulateconfigurations

@@ -4,6 +4,9 @@
 #include "store/core/Columns.h"
 #include "store/core/Query.h"
 #include "store/core/Transaction.h"
+#include "store/whole/KnownRoads.h"
+#include "store/whole/NetLoad.h"
+#include "store/whole/NetSave.h"
 
 #include <memory>
 
@@ -64,6 +67,26 @@ VehicleTravelDetector *read(const Store &store, long detectorId) {
 bool listIds(const Store &store, QList<long> &ids) {
     appendIds(store, kSelectIds, ids);
     return true;
+}
+
+void load(NetLoad &net) {
+    net.forEachRow("VehicleTravelDetector", "detectorId", [&net](Rows &row) {
+        auto detector = std::make_unique<VehicleTravelDetector>();
+        readAll(row, kColumns, *detector);
+        if (net.store.hasSeveralNets() ||
+            (roadIsKnown(net, detector->startRoadId) && roadIsKnown(net, detector->teminalRoadId)))
+            net.contents.traffic.travelDetectors.push_back(std::move(detector));
+        else
+            net.skip("VehicleTravelDetector", detector->detectorId, "stands on a road that is missing");
+    });
+}
+
+void save(NetSave &net) {
+    const Objects<VehicleTravelDetector> &detectors = net.contents.traffic.travelDetectors;
+    net.giveIds("VehicleTravelDetector", detectors, &VehicleTravelDetector::detectorId);
+    net.writeEach(
+        "VehicleTravelDetector", detectors,
+        [](RowWriter &row, const VehicleTravelDetector &detector) { bindAll(row, kColumns, detector); });
 }
 
 } // namespace traveldetectors

@@ -4,6 +4,8 @@
 
 #include <QList>
 
+class NetLoad;
+class NetSave;
 class VehicleTravelDetector;
 
 /// Travel-time detectors.
@@ -13,5 +15,8 @@ bool insert(const Store &store, const VehicleTravelDetector *detector, bool inTr
 VehicleTravelDetector *read(const Store &store, long detectorId);
 /// True in every case.
 bool listIds(const Store &store, QList<long> &ids);
+
+void load(NetLoad &net);
+void save(NetSave &net);
 
 } // namespace traveldetectors

@@ -2,6 +2,8 @@
 
 #include "store/core/Columns.h"
 #include "store/core/Transaction.h"
+#include "store/whole/NetSave.h"
+#include "store/whole/Owners.h"
 
 #include <algorithm>
 
@@ -35,15 +37,26 @@ bool isYes(const QString &flag) {
     return flag.startsWith(QLatin1Char('T')) || flag.startsWith(QLatin1Char('Y'));
 }
 
+template <class Row>
+Row &bindRow(Row &row, const VehicleComposition &composition) {
+    return row.bind(":VehicleConsCode", composition.vehicleConsCode)
+        .bind(":name", composition.name)
+        .bindFlag(":IsDefault", composition.isDefault);
+}
+
+template <class Row>
+void readRow(Row &row, VehicleComposition &composition) {
+    composition.vehicleConsCode = row.id("vehicleConsCode");
+    composition.name = row.text("name");
+    composition.isDefault = isYes(row.text("IsDefault"));
+}
+
 } // namespace
 
 bool insert(const Store &store, const VehicleComposition &composition, bool useTransaction) {
     Transaction transaction(store, useTransaction);
     Query insert(store, kInsert);
-    insert.bindNet()
-        .bind(":VehicleConsCode", composition.vehicleConsCode)
-        .bind(":name", composition.name)
-        .bindFlag(":IsDefault", composition.isDefault);
+    bindRow(insert.bindNet(), composition);
     // The first detail that fails ends the operation: a mix that lacks one of its types is of no use.
     const bool complete =
         insert.run() && std::all_of(composition.mlDetail.cbegin(), composition.mlDetail.cend(),
@@ -71,8 +84,8 @@ bool readAll(const Store &store, QHash<long, VehicleComposition> &compositions) 
         // The default flag is not read here: hosts expect every composition of a whole catalogue without it
         // and ask for a single composition where it matters.
         VehicleComposition composition;
-        composition.vehicleConsCode = rows.id("vehicleConsCode");
-        composition.name = rows.text("name");
+        readRow(rows, composition);
+        composition.isDefault = false;
         read.append(composition);
     }
     rows.finish();
@@ -88,9 +101,7 @@ VehicleComposition read(const Store &store, long consCode) {
     Query row(store, kSelect, {consCode});
     if (!row.execAndNext())
         return composition;
-    composition.vehicleConsCode = row.id("vehicleConsCode");
-    composition.name = row.text("name");
-    composition.isDefault = isYes(row.text("IsDefault"));
+    readRow(row, composition);
     row.finish();
     composition.mlDetail = readDetails(store, consCode);
     return composition;
@@ -107,6 +118,38 @@ QList<VehicleConsDetail> readDetails(const Store &store, long consCode) {
         details.append(detail);
     }
     return details;
+}
+
+void load(NetLoad &net) {
+    Objects<VehicleComposition> &compositions = net.contents.traffic.compositions;
+    net.forEachRow("VehicleConstitutent", "vehicleConsCode", [&](Rows &row) {
+        compositions.push_back(std::make_unique<VehicleComposition>());
+        readRow(row, *compositions.back());
+    });
+    Owners owner(net, compositions, &VehicleComposition::vehicleConsCode, "VehicleConsDetail",
+                 "belongs to no composition");
+    net.forEachRow("VehicleConsDetail", "vehicleConsCode, vehicleTypeCode", [&](Rows &row) {
+        if (VehicleComposition *composition = owner.of(row, "vehicleConsCode")) {
+            composition->mlDetail.append(VehicleConsDetail());
+            ::readAll(row, kDetailColumns, composition->mlDetail.last());
+        }
+    });
+    ghVehicleComposition.clear();
+    for (const auto &composition : compositions) {
+        VehicleComposition &registered =
+            ghVehicleComposition.insert(composition->vehicleConsCode, *composition).value();
+        registered.isDefault = false;
+    }
+}
+
+void save(NetSave &net) {
+    const Objects<VehicleComposition> &compositions = net.contents.traffic.compositions;
+    net.writeEach("VehicleConstitutent", compositions,
+                  [](RowWriter &row, const VehicleComposition &composition) { bindRow(row, composition); });
+    net.writeOwned("VehicleConsDetail", compositions, &VehicleComposition::mlDetail,
+                   [](RowWriter &row, const VehicleComposition &, const VehicleConsDetail &detail) {
+                       bindAll(row, kDetailColumns, detail);
+                   });
 }
 
 } // namespace vehiclecompositions

@@ -3,6 +3,9 @@
 #include "model/VehicleComposition.h"
 #include "store/core/Store.h"
 
+class NetLoad;
+class NetSave;
+
 /// Compositions of vehicle types and their details.
 namespace vehiclecompositions {
 
@@ -11,5 +14,8 @@ bool insertDetail(const Store &store, const VehicleConsDetail &detail, bool useT
 bool readAll(const Store &store, QHash<long, VehicleComposition> &compositions);
 VehicleComposition read(const Store &store, long consCode);
 QList<VehicleConsDetail> readDetails(const Store &store, long consCode);
+
+void load(NetLoad &net);
+void save(NetSave &net);
 
 } // namespace vehiclecompositions

@@ -5,6 +5,8 @@
 #include "store/core/Columns.h"
 #include "store/core/Query.h"
 #include "store/core/Transaction.h"
+#include "store/whole/NetSave.h"
+#include "store/whole/Owners.h"
 
 #include <memory>
 
@@ -43,6 +45,24 @@ constexpr Column<VehicleDetector> kColumns[] = {
     {":maxGreen", &VehicleDetector::maxGreen},
 };
 
+template <class Row>
+void readRow(Row &row, VehicleDetector &detector) {
+    readAll(row, kColumns, detector);
+    if (row.isNull("toLaneNumber"))
+        detector.toLaneNumber = -1;
+}
+
+template <class Row>
+Row &bindType(Row &row, const VehicleDetector &detector, long code) {
+    return row.bind(":vehicleDetectorId", detector.vehicleDetectorId).bind(":vehicleTypeCode", code);
+}
+
+/// A code that is not in the catalogue becomes that of the default type.
+template <class Row>
+long readType(Row &row) {
+    return VehicleType::findVeicleType(ghVehicleType, row.id("vehicleTypeCode")).vehicleTypeCode;
+}
+
 bool insertRow(const Store &store, const VehicleDetector &detector) {
     Query insert(store, kInsert);
     return bindAll(insert.bindNet(), kColumns, detector).exec();
@@ -52,21 +72,17 @@ bool insertTypes(const Store &store, const VehicleDetector &detector) {
     bool written = true;
     Query insert(store, kInsertType);
     for (const long code : detector.mlVehiTypeCode) {
-        insert.bind(":vehicleDetectorId", detector.vehicleDetectorId).bind(":vehicleTypeCode", code);
-        written = insert.exec() && written;
+        written = bindType(insert, detector, code).exec() && written;
     }
     return written;
 }
 
-/// A code that is not in the catalogue becomes that of the default type.
 void readTypes(const Store &store, VehicleDetector &detector, long detectorId) {
     Query rows(store, kSelectTypes, {detectorId});
     if (!rows.exec())
         return;
-    while (rows.next()) {
-        const long code = rows.id("vehicleTypeCode");
-        detector.mlVehiTypeCode.append(VehicleType::findVeicleType(ghVehicleType, code).vehicleTypeCode);
-    }
+    while (rows.next())
+        detector.mlVehiTypeCode.append(readType(rows));
 }
 
 } // namespace
@@ -85,9 +101,7 @@ VehicleDetector *read(const Store &store, long detectorId) {
     if (!row.execAndNext())
         return nullptr;
     auto detector = std::make_unique<VehicleDetector>();
-    readAll(row, kColumns, *detector);
-    if (row.isNull("toLaneNumber"))
-        detector->toLaneNumber = -1;
+    readRow(row, *detector);
     row.finish();
     readTypes(store, *detector, detectorId);
     return detector.release();
@@ -96,6 +110,31 @@ VehicleDetector *read(const Store &store, long detectorId) {
 bool listIds(const Store &store, QList<long> &ids) {
     appendIds(store, kSelectIds, ids);
     return true;
+}
+
+void load(NetLoad &net) {
+    Objects<VehicleDetector> &detectors = net.contents.traffic.vehicleDetectors;
+    net.forEachRow("VehicleDetector", "vehicleDetectorId", [&](Rows &row) {
+        detectors.push_back(std::make_unique<VehicleDetector>());
+        readRow(row, *detectors.back());
+    });
+    Owners owner(net, detectors, &VehicleDetector::vehicleDetectorId, "DetectorVehiType",
+                 "belongs to no detector");
+    net.forEachRow("DetectorVehiType", "vehicleDetectorId, vehicleTypeCode", [&](Rows &row) {
+        if (VehicleDetector *detector = owner.of(row, "vehicleDetectorId"))
+            detector->mlVehiTypeCode.append(readType(row));
+    });
+}
+
+void save(NetSave &net) {
+    const Objects<VehicleDetector> &detectors = net.contents.traffic.vehicleDetectors;
+    net.giveIds("VehicleDetector", detectors, &VehicleDetector::vehicleDetectorId);
+    net.writeEach("VehicleDetector", detectors,
+                  [](RowWriter &row, const VehicleDetector &detector) { bindAll(row, kColumns, detector); });
+    // With the network, unlike those of single inserts.
+    net.writeOwned(
+        "DetectorVehiType", detectors, &VehicleDetector::mlVehiTypeCode,
+        [](RowWriter &row, const VehicleDetector &detector, long code) { bindType(row, detector, code); });
 }
 
 } // namespace vehicledetectors

@@ -4,6 +4,8 @@
 
 #include <QList>
 
+class NetLoad;
+class NetSave;
 class VehicleDetector;
 
 /// Vehicle detectors with the vehicle types that they register.
@@ -13,5 +15,8 @@ bool insert(const Store &store, const VehicleDetector *detector, bool inTransact
 VehicleDetector *read(const Store &store, long detectorId);
 /// True in every case.
 bool listIds(const Store &store, QList<long> &ids);
+
+void load(NetLoad &net);
+void save(NetSave &net);
 
 } // namespace vehicledetectors

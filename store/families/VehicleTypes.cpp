@@ -3,6 +3,8 @@
 #include "model/SpecialWords.h"
 #include "store/core/Columns.h"
 #include "store/core/Transaction.h"
+#include "store/whole/NetLoad.h"
+#include "store/whole/NetSave.h"
 
 namespace vehicletypes {
 
@@ -32,15 +34,24 @@ constexpr Column<VehicleType> kColumns[] = {
     {":maxDece", &VehicleType::maxDece},
 };
 
+template <class Row>
+Row &bindRow(Row &row, const VehicleType &type) {
+    return bindAll(row, kColumns, type)
+        .bind(":vehicleTypeName", gSpecialWords.trZhToEn(type.vehicleTypeName));
+}
+
+template <class Row>
+void readRow(Row &row, VehicleType &type) {
+    ::readAll(row, kColumns, type);
+    type.vehicleTypeName = gSpecialWords.trEnToZh(row.text("vehicleTypeName"));
+}
+
 } // namespace
 
 bool insert(const Store &store, const VehicleType &type, bool useTransaction) {
     Transaction transaction(store, useTransaction);
     Query insert(store, kInsert);
-    insert.bindNet();
-    bindAll(insert, kColumns, type);
-    insert.bind(":vehicleTypeName", gSpecialWords.trZhToEn(type.vehicleTypeName));
-    return transaction.commit(insert.exec());
+    return transaction.commit(bindRow(insert.bindNet(), type).exec());
 }
 
 bool readAll(const Store &store, QHash<long, VehicleType> &types) {
@@ -49,11 +60,25 @@ bool readAll(const Store &store, QHash<long, VehicleType> &types) {
         return true;
     while (rows.next()) {
         VehicleType type;
-        ::readAll(rows, kColumns, type);
-        type.vehicleTypeName = gSpecialWords.trEnToZh(rows.text("vehicleTypeName"));
+        readRow(rows, type);
         types.insert(type.vehicleTypeCode, type);
     }
     return true;
+}
+
+void load(NetLoad &net) {
+    ghVehicleType.clear();
+    net.forEachRow("VehicleType", "vehicleTypeCode", [&net](Rows &row) {
+        auto type = std::make_unique<VehicleType>();
+        readRow(row, *type);
+        ghVehicleType.insert(type->vehicleTypeCode, *type);
+        net.contents.traffic.vehicleTypes.push_back(std::move(type));
+    });
+}
+
+void save(NetSave &net) {
+    const Objects<VehicleType> &types = net.contents.traffic.vehicleTypes;
+    net.writeEach("VehicleType", types, [](RowWriter &row, const VehicleType &type) { bindRow(row, type); });
 }
 
 } // namespace vehicletypes

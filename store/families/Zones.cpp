@@ -5,6 +5,8 @@
 #include "store/core/Probes.h"
 #include "store/core/Query.h"
 #include "store/core/Savepoint.h"
+#include "store/whole/NetSave.h"
+#include "store/whole/Owners.h"
 
 #include <memory>
 
@@ -33,22 +35,106 @@ constexpr Sql kSelectRoadWorkIds = {
     "select roadWorkZoneId from RoadWorkZone order by roadWorkZoneId",
     "select roadWorkZoneId from RoadWorkZone where NetId = %1 order by roadWorkZoneId"};
 
+template <class Row>
+void readRow(Row &row, AccidentZone &zone) {
+    zone.accidentZoneId = row.id("accidentZoneId");
+    zone.name = row.text("name");
+    zone.location = static_cast<float>(row.number("location"));
+    zone.zoneLength = static_cast<float>(row.number("zoneLength"));
+    zone.roadId = row.id("roadId");
+    zone.roadType = row.text("roadType");
+}
+
+template <class Row>
+Row &bindRow(Row &row, const AccidentZone &zone) {
+    return row.bind(":accidentZoneId", zone.accidentZoneId)
+        .bind(":name", zone.name)
+        .bind(":location", double(zone.location))
+        .bind(":zoneLength", double(zone.zoneLength))
+        .bind(":roadId", zone.roadId)
+        .bind(":roadType", zone.roadType);
+}
+
+template <class Row>
+void readRow(Row &row, RoadWorkZone &zone) {
+    zone.roadWorkZoneId = row.id("roadWorkZoneID");
+    zone.name = row.text("name");
+    zone.location = row.number("location");
+    zone.zoneLength = row.number("zoneLength");
+    zone.limitSpeed = row.number("limitSpeed");
+    // Some writers store the road as a real number: its fraction is cut off, not rounded.
+    zone.roadID = Query::narrowedId(static_cast<qlonglong>(row.number("roadID")));
+    zone.roadName = row.text("roadName");
+    zone.roadType = row.text("roadType");
+}
+
+template <class Row>
+Row &bindRow(Row &row, const RoadWorkZone &zone) {
+    return row.bind(":roadWorkZoneId", zone.roadWorkZoneId)
+        .bind(":name", zone.name)
+        .bind(":location", zone.location)
+        .bind(":zoneLength", zone.zoneLength)
+        .bind(":limitSpeed", zone.limitSpeed)
+        .bind(":roadID", zone.roadID)
+        .bind(":roadName", zone.roadName)
+        .bind(":roadType", zone.roadType);
+}
+
+template <class Row>
+ZoneLane *readLane(Row &row, long zoneId) {
+    return new ZoneLane{zoneId, row.integer("laneNumber"), row.integer("toLaneNumber")};
+}
+
 void readLanes(const Store &store, const Sql &select, long zoneId, QList<ZoneLane *> &lanes) {
     Query rows(store, select, {zoneId});
     if (!rows.exec())
         return;
-    while (rows.next()) {
-        auto lane = std::make_unique<ZoneLane>();
-        lane->zoneId = zoneId;
-        lane->laneNumber = rows.integer("laneNumber");
-        lane->toLaneNumber = rows.integer("toLaneNumber");
-        lanes.append(lane.release());
-    }
+    while (rows.next())
+        lanes.append(readLane(rows, zoneId));
 }
 
 /// Older stores get the tables when they are upgraded; those of generation 6 have always had them.
 bool lacksTable(const Store &store, const char *table) {
     return !store.hasSeveralNets() && store.isUsable() && !probes::hasTable(store.db(), QLatin1String(table));
+}
+
+/// The names of a kind of zone.
+struct ZoneTables {
+    const char *zones;
+    const char *lanes;
+    const char *id;            ///< column of both tables
+    const char *idPlaceholder; ///< in the rows of lanes
+    const char *order;         ///< of the lanes
+};
+
+constexpr ZoneTables kAccident = {"AccidentZone", "AccidentZoneWithLane", "accidentZoneId", ":accidentZoneId",
+                                  "accidentZoneId, laneNumber"};
+constexpr ZoneTables kRoadWork = {"RoadWorkZone", "RoadWorkZoneWithLane", "roadWorkZoneId", ":roadWorkZoneId",
+                                  "roadWorkZoneId, laneNumber"};
+
+template <class Zone>
+void loadZones(NetLoad &net, const ZoneTables &tables, Objects<Zone> &zones, long Zone::*id) {
+    net.forEachRow(tables.zones, tables.id, [&zones](Rows &row) {
+        zones.push_back(std::make_unique<Zone>());
+        readRow(row, *zones.back());
+    });
+    Owners zoneOf(net, zones, id, tables.lanes, "belongs to no zone");
+    net.forEachRow(tables.lanes, tables.order, [&](Rows &row) {
+        if (Zone *zone = zoneOf.of(row, tables.id))
+            zone->mlLane.append(readLane(row, (*zone).*id));
+    });
+}
+
+template <class Zone>
+void saveZones(NetSave &net, const ZoneTables &tables, const Objects<Zone> &zones, long Zone::*id) {
+    net.giveIds(tables.zones, zones, id);
+    net.writeEach(tables.zones, zones, [](RowWriter &row, const Zone &zone) { bindRow(row, zone); });
+    net.writeOwned(tables.lanes, zones, &Zone::mlLane,
+                   [&](RowWriter &row, const Zone &zone, const ZoneLane *lane) {
+                       row.bind(tables.idPlaceholder, zone.*id)
+                           .bind(":laneNumber", lane->laneNumber)
+                           .bind(":toLaneNumber", lane->toLaneNumber);
+                   });
 }
 
 } // namespace
@@ -60,12 +146,7 @@ AccidentZone *readAccident(const Store &store, long zoneId) {
     if (!savepoint.end(row.execAndNext()))
         return nullptr;
     auto zone = std::make_unique<AccidentZone>();
-    zone->accidentZoneId = row.id("accidentZoneId");
-    zone->name = row.text("name");
-    zone->location = static_cast<float>(row.number("location"));
-    zone->zoneLength = static_cast<float>(row.number("zoneLength"));
-    zone->roadId = row.id("roadId");
-    zone->roadType = row.text("roadType");
+    readRow(row, *zone);
     row.finish();
     readLanes(store, kSelectAccidentLanes, zoneId, zone->mlLane);
     return zone.release();
@@ -76,15 +157,7 @@ RoadWorkZone *readRoadWork(const Store &store, long zoneId) {
     if (!row.execAndNext())
         return nullptr;
     auto zone = std::make_unique<RoadWorkZone>();
-    zone->roadWorkZoneId = row.id("roadWorkZoneID");
-    zone->name = row.text("name");
-    zone->location = row.number("location");
-    zone->zoneLength = row.number("zoneLength");
-    zone->limitSpeed = row.number("limitSpeed");
-    // Some writers store the road as a real number: its fraction is cut off, not rounded.
-    zone->roadID = Query::narrowedId(static_cast<qlonglong>(row.number("roadID")));
-    zone->roadName = row.text("roadName");
-    zone->roadType = row.text("roadType");
+    readRow(row, *zone);
     row.finish();
     readLanes(store, kSelectRoadWorkLanes, zoneId, zone->mlLane);
     return zone.release();
@@ -96,6 +169,18 @@ bool listAccidentIds(const Store &store, QList<long> &ids) {
 
 bool listRoadWorkIds(const Store &store, QList<long> &ids) {
     return lacksTable(store, "RoadWorkZone") || appendIds(store, kSelectRoadWorkIds, ids);
+}
+
+void load(NetLoad &net) {
+    TrafficObjects &traffic = net.contents.traffic;
+    loadZones(net, kAccident, traffic.accidentZones, &AccidentZone::accidentZoneId);
+    loadZones(net, kRoadWork, traffic.roadWorkZones, &RoadWorkZone::roadWorkZoneId);
+}
+
+void save(NetSave &net) {
+    const TrafficObjects &traffic = net.contents.traffic;
+    saveZones(net, kAccident, traffic.accidentZones, &AccidentZone::accidentZoneId);
+    saveZones(net, kRoadWork, traffic.roadWorkZones, &RoadWorkZone::roadWorkZoneId);
 }
 
 } // namespace zones

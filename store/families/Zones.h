@@ -4,6 +4,8 @@
 
 #include <QList>
 
+class NetLoad;
+class NetSave;
 class AccidentZone;
 class RoadWorkZone;
 
@@ -17,5 +19,8 @@ RoadWorkZone *readRoadWork(const Store &store, long zoneId);
 bool listAccidentIds(const Store &store, QList<long> &ids);
 bool listRoadWorkIds(const Store &store, QList<long> &ids);
 /// @}
+
+void load(NetLoad &net);
+void save(NetSave &net);
 
 } // namespace zones

@@ -77,10 +77,12 @@ private:
 class StoreKindFixture : public StoreFixture, public testing::WithParamInterface<StoreKind> {
 protected:
     void SetUp() final {
-        isPostgres() ? openPostgres() : openTemplate(GetParam().templateName);
+        openNewStore();
         if (!IsSkipped() && !HasFatalFailure())
             prepare();
     }
+    /// A new store of the parameter's kind, in place of the one that is open.
+    void openNewStore() { isPostgres() ? openPostgres() : openTemplate(GetParam().templateName); }
     /// What the cases of a suite start with, in the open store.
     virtual void prepare() {}
     bool isPostgres() const { return GetParam().isPostgres(); }

@@ -1,0 +1,91 @@
+#pragma once
+
+#include "AccidentZone.h"
+#include "BusLine.h"
+#include "BusStation.h"
+#include "ChangeLaneModelParam.h"
+#include "Configuration.h"
+#include "Connector.h"
+#include "DecisionPoint.h"
+#include "DeparturePoint.h"
+#include "DriveFollowedModelParam.h"
+#include "GuideArrow.h"
+#include "LCStruct.h"
+#include "Link.h"
+#include "LinkType.h"
+#include "Net.h"
+#include "ReduceSpeedArea.h"
+#include "RoadWorkZone.h"
+#include "SignalGroup.h"
+#include "SignalLamp.h"
+#include "SimulateConfiguration.h"
+#include "VehicleComposition.h"
+#include "VehicleDetector.h"
+#include "VehicleDrivInfoCollector.h"
+#include "VehicleQueueCounter.h"
+#include "VehicleTravelDetector.h"
+#include "VehicleType.h"
+
+#include <memory>
+#include <optional>
+#include <vector>
+
+/// Objects of one kind, owned.
+template <class T>
+using Objects = std::vector<std::unique_ptr<T>>;
+
+/// Lanes that a route uses on a connector.
+struct RouteLanes {
+    long routingID = 0;
+    long connID = 0;
+    LCStruct lanes;
+};
+
+/// The objects of a network besides its roads.
+struct TrafficObjects {
+    Objects<VehicleType> vehicleTypes;
+    Objects<VehicleComposition> compositions;
+    Objects<DeparturePoint> departurePoints;
+    Objects<DecisionPoint> decisionPoints;
+    QList<RouteLanes> routeLanes; ///< by route and connector
+    Objects<SignalGroup> signalGroups;
+    Objects<SignalLamp> signalLamps;
+    Objects<VehicleDetector> vehicleDetectors;
+    Objects<VehicleQueueCounter> queueCounters;
+    Objects<VehicleTravelDetector> travelDetectors;
+    Objects<VehicleDrivInfoCollector> collectors;
+    Objects<BusStation> busStations;
+    Objects<BusLine> busLines;
+    Objects<ReduceSpeedArea> speedAreas;
+    Objects<AccidentZone> accidentZones;
+    Objects<RoadWorkZone> roadWorkZones;
+};
+
+/// The settings that a network is simulated and shown with.
+struct NetSettings {
+    QList<DriveFollowedModelParam> carFollowing; ///< by id
+    QList<ChangeLaneModelParam> laneChanging;    ///< by id
+    std::optional<SimulateConfiguration> simulation;
+    std::optional<Configuration> scene;
+};
+
+/// Rows that a whole load left out, or took only in part, for one reason.
+struct SkippedRows {
+    QString table;
+    QString reason; ///< a clause that follows the id, "belongs to no link"
+    qint64 count = 0;
+    QList<long> ids; ///< of the first of them
+};
+
+/// All objects of a network, owned; each list in ascending order of ids. What is made later refers to what is
+/// made earlier, and is destroyed before it.
+struct NetContents {
+    NetRecord record;
+    NetSettings settings;
+    QList<LinkType> linkTypes;
+    Objects<Link> links;
+    Objects<GuideArrow> guideArrows;
+    Objects<Connector> connectors;
+    TrafficObjects traffic;
+    QList<SkippedRows> skipped; ///< what a load found damaged; empty for a sound network
+};

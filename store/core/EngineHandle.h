@@ -1,0 +1,21 @@
+#pragma once
+
+class QSqlDatabase;
+struct pg_conn;
+struct sqlite3;
+
+/// The way past Qt's driver to the engine itself, for passes over whole tables: the driver makes a QVariant
+/// of every value, which costs more than the engine's own work. Whoever asks must do without where the answer
+/// is null.
+namespace enginehandle {
+
+/// The SQLite connection that the driver holds; null for other drivers, when the library was built without
+/// SQLite's headers, and when the driver carries an engine of its own (as on platforms where Qt bundles it):
+/// two copies of the engine must not share a connection.
+sqlite3 *sqlite(const QSqlDatabase &db);
+
+/// The libpq connection (PGconn) that the driver holds; null for other drivers and when the library was built
+/// without libpq's headers. libpq is a shared library everywhere: the driver's is ours.
+pg_conn *postgresql(const QSqlDatabase &db);
+
+} // namespace enginehandle

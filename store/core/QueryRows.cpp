@@ -1,0 +1,34 @@
+#include "store/core/Query.h"
+#include "store/core/RowSource.h"
+
+#include <QSqlRecord>
+
+namespace {
+
+/// Rows through Qt's driver.
+class QueryRows : public RowSource {
+public:
+    QueryRows(const Store &store, const QString &sql) : mQuery(store.db()) {
+        mQuery.setForwardOnly(!store.isPostgreSql());
+        mQuery.exec(sql);
+        store.check(mQuery);
+    }
+
+    bool next() override { return mQuery.next(); }
+    int indexOf(const char *column) override { return mQuery.record().indexOf(QLatin1String(column)); }
+    bool isNull(int column) override { return mQuery.isNull(column); }
+    QVariant value(int column) override { return mQuery.value(column); }
+    double number(int column) override { return mQuery.value(column).toDouble(); }
+    qint64 whole(int column) override { return mQuery.value(column).toLongLong(); }
+    QString text(int column) override { return mQuery.value(column).toString(); }
+    QByteArray bytes(int column) override { return mQuery.value(column).toByteArray(); }
+
+private:
+    QSqlQuery mQuery;
+};
+
+} // namespace
+
+std::unique_ptr<RowSource> queryRows(const Store &store, const QString &sql) {
+    return std::make_unique<QueryRows>(store, sql);
+}

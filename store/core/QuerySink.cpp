@@ -1,0 +1,49 @@
+#include "store/core/RowSink.h"
+#include "store/core/Store.h"
+
+#include <QSqlQuery>
+#include <QVariant>
+
+namespace {
+
+/// One prepared insert through Qt's driver, run for each row.
+class QuerySink : public RowSink {
+public:
+    QuerySink(const Store &store, const QString &sql)
+        : mStore(store), mQuery(store.db()), mPrepared(mQuery.prepare(sql)) {}
+
+    void setNull(int column) override { mQuery.bindValue(column, QVariant(QVariant::String)); }
+    void set(int column, qint64 value) override { mQuery.bindValue(column, value); }
+    void set(int column, double value) override { mQuery.bindValue(column, value); }
+    void set(int column, const QString &value) override {
+        mQuery.bindValue(column, value.isNull() ? QString(QLatin1String("")) : value);
+    }
+    void set(int column, const QByteArray &json) override {
+        mQuery.bindValue(column, mStore.isSqlite() ? QVariant(json) : QVariant(QString::fromUtf8(json)));
+    }
+    bool write() override {
+        if (mPrepared)
+            mQuery.exec();
+        return mStore.check(mQuery);
+    }
+    bool finish() override { return true; }
+
+private:
+    const Store &mStore;
+    QSqlQuery mQuery;
+    bool mPrepared;
+};
+
+} // namespace
+
+std::unique_ptr<RowSink> querySink(const Store &store, const QString &table, const QStringList &columns) {
+    return std::make_unique<QuerySink>(store, insertStatement(table, columns));
+}
+
+QString insertStatement(const QString &table, const QStringList &columns) {
+    QStringList places;
+    for (int i = 0; i < columns.size(); ++i)
+        places.append(QStringLiteral("?"));
+    return QStringLiteral("insert into %1(%2) values(%3)")
+        .arg(table, columns.join(QLatin1String(", ")), places.join(QLatin1String(", ")));
+}

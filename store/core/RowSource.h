@@ -1,0 +1,31 @@
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+#include <QVariant>
+
+#include <memory>
+
+class Store;
+
+/// Where the rows of a cursor come from. Values are by number of column and convert as QVariant does.
+class RowSource {
+public:
+    virtual ~RowSource() = default;
+
+    /// Goes to the next row; false after the last one and after a failure, which is recorded.
+    virtual bool next() = 0;
+    /// The number of a column, whatever the case of its name; negative when there is none of that name.
+    virtual int indexOf(const char *column) = 0;
+    virtual bool isNull(int column) = 0;
+    virtual QVariant value(int column) = 0;
+    virtual double number(int column) = 0;
+    virtual qint64 whole(int column) = 0;
+    virtual QString text(int column) = 0;
+    virtual QByteArray bytes(int column) = 0;
+};
+
+/// The rows of @p sql on the engine itself; null where its handle is not to be had.
+std::unique_ptr<RowSource> sqliteRows(const Store &store, const QString &sql);
+/// The rows of @p sql through Qt's driver.
+std::unique_ptr<RowSource> queryRows(const Store &store, const QString &sql);

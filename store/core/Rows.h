@@ -1,0 +1,86 @@
+#pragma once
+
+#include "model/StoredJson.h"
+#include "store/core/JsonCheck.h"
+#include "store/core/ProgressMeter.h"
+#include "store/core/RowSource.h"
+#include "store/core/Store.h"
+
+#include <vector>
+
+/// One ordered pass over the rows that a table has of a network: for reading networks as a whole. Offers the
+/// readers of Query, so that one function reads a row of either.
+///
+/// No other statement of the operation should run while the rows are read; see Query on PostgreSQL.
+class Rows {
+public:
+    /// The rows of @p table, all columns, in ascending order of @p order (columns, with commas between them).
+    /// @param meter hears of each row and may end the pass.
+    Rows(const Store &store, const char *table, const char *order, ProgressMeter &meter);
+
+    Rows(const Rows &) = delete;
+    Rows &operator=(const Rows &) = delete;
+
+    /// False after the last row, after a failure, which is recorded, and once the work is cancelled.
+    bool next();
+    /// Whether the pass ended because a statement failed.
+    bool hasFailed() const { return mFailed; }
+
+    /// The identifier in a column whose name is no literal.
+    long idIn(const QByteArray &column) {
+        const int index = mSource->indexOf(column.constData());
+        return index >= 0 ? static_cast<long>(static_cast<qint32>(mSource->whole(index))) : 0;
+    }
+    /// Whether every JSON text that was read of the current row is an object.
+    bool jsonParses() const { return mJsonParses; }
+
+    /// @{ As those of Query.
+    QVariant value(const char *column) {
+        const int index = columnIndex(column);
+        return index >= 0 ? mSource->value(index) : QVariant();
+    }
+    bool isNull(const char *column) {
+        const int index = columnIndex(column);
+        return index < 0 || mSource->isNull(index);
+    }
+    bool hasColumn(const char *column) { return columnIndex(column) >= 0; }
+    QString text(const char *column) {
+        const int index = columnIndex(column);
+        return index >= 0 ? mSource->text(index) : QString();
+    }
+    double number(const char *column) {
+        const int index = columnIndex(column);
+        return index >= 0 ? mSource->number(index) : 0;
+    }
+    int integer(const char *column) {
+        const int index = columnIndex(column);
+        return index >= 0 ? static_cast<int>(mSource->whole(index)) : 0;
+    }
+    long id(const char *column) {
+        const int index = columnIndex(column);
+        return index >= 0 ? static_cast<long>(static_cast<qint32>(mSource->whole(index))) : 0;
+    }
+    StoredJson json(const char *column) {
+        const int index = columnIndex(column);
+        if (index < 0)
+            return {};
+        const QByteArray text = mSource->bytes(index);
+        mJsonParses = mJsonParses && (text.isEmpty() || isJsonObject(text));
+        return StoredJson::fromText(text);
+    }
+    /// @}
+
+private:
+    int columnIndex(const char *column);
+
+    std::unique_ptr<RowSource> mSource;
+    ProgressMeter &mMeter;
+    const FailureList &mFailures;
+    int mFailuresBefore;
+    bool mFailed = false;
+    bool mJsonParses = true;
+    /// Columns by the address of their name, in the order in which the first row asked for them. The later
+    /// rows ask in the same order, so the next one is the one that is asked for.
+    std::vector<std::pair<const char *, int>> mColumns;
+    std::size_t mNext = 0;
+};

@@ -1,0 +1,149 @@
+#include "store/core/EngineHandle.h"
+#include "store/core/RowSource.h"
+#include "store/core/Store.h"
+
+#ifdef MORASTORE_WITH_SQLITE
+
+#include <sqlite3.h>
+
+#include <cstring>
+#include <vector>
+
+namespace {
+
+/// Rows straight from the engine. What it stores in the expected class is read without a detour; the rest is
+/// made into what Qt's driver would give and converted by QVariant.
+class SqliteRows : public RowSource {
+public:
+    SqliteRows(const Store &store, sqlite3 *engine, const QString &sql)
+        : mStore(store), mEngine(engine), mSql(sql) {
+        const QByteArray text = sql.toUtf8();
+        mReady = sqlite3_prepare_v2(engine, text.constData(), text.size(), &mStatement, nullptr) == SQLITE_OK;
+        if (!mReady)
+            recordFailure();
+        mLastTexts.resize(std::size_t(sqlite3_column_count(mStatement)));
+    }
+    ~SqliteRows() override { sqlite3_finalize(mStatement); }
+    SqliteRows(const SqliteRows &) = delete;
+    SqliteRows &operator=(const SqliteRows &) = delete;
+
+    bool next() override {
+        if (!mReady)
+            return false;
+        const int result = sqlite3_step(mStatement);
+        if (result == SQLITE_ROW)
+            return true;
+        mReady = false;
+        if (result != SQLITE_DONE)
+            recordFailure();
+        return false;
+    }
+
+    int indexOf(const char *column) override {
+        for (int i = 0; i < sqlite3_column_count(mStatement); ++i) {
+            if (sqlite3_stricmp(sqlite3_column_name(mStatement, i), column) == 0)
+                return i;
+        }
+        return -1;
+    }
+
+    bool isNull(int column) override { return sqlite3_column_type(mStatement, column) == SQLITE_NULL; }
+
+    QVariant value(int column) override {
+        switch (sqlite3_column_type(mStatement, column)) {
+        case SQLITE_INTEGER:
+            return qint64(sqlite3_column_int64(mStatement, column));
+        case SQLITE_FLOAT:
+            return sqlite3_column_double(mStatement, column);
+        case SQLITE_BLOB:
+            return bytes(column);
+        case SQLITE_TEXT:
+            return QString::fromUtf8(bytes(column));
+        default:
+            return {};
+        }
+    }
+
+    double number(int column) override {
+        switch (sqlite3_column_type(mStatement, column)) {
+        case SQLITE_INTEGER:
+        case SQLITE_FLOAT:
+            return sqlite3_column_double(mStatement, column);
+        case SQLITE_NULL:
+            return 0;
+        default:
+            return value(column).toDouble();
+        }
+    }
+
+    qint64 whole(int column) override {
+        switch (sqlite3_column_type(mStatement, column)) {
+        case SQLITE_INTEGER:
+            return sqlite3_column_int64(mStatement, column);
+        case SQLITE_NULL:
+            return 0;
+        default:
+            return value(column).toLongLong();
+        }
+    }
+
+    QString text(int column) override {
+        if (sqlite3_column_type(mStatement, column) != SQLITE_TEXT)
+            return value(column).toString();
+        const char *text = data(column);
+        const int size = sqlite3_column_bytes(mStatement, column);
+        // Many columns hold the same word in row after row: their objects share one copy of it.
+        LastText &last = mLastTexts[std::size_t(column)];
+        if (size != last.bytes.size() || std::memcmp(text, last.bytes.constData(), std::size_t(size)) != 0) {
+            last.bytes.resize(0);
+            last.bytes.append(text, size);
+            last.text = QString::fromUtf8(text, size);
+        }
+        return last.text;
+    }
+
+    QByteArray bytes(int column) override {
+        const char *start = data(column);
+        return {start, sqlite3_column_bytes(mStatement, column)};
+    }
+
+private:
+    struct LastText {
+        QByteArray bytes;
+        QString text = QLatin1String("");
+    };
+
+    /// Asked before the number of bytes, as the engine wants it.
+    const char *data(int column) {
+        return static_cast<const char *>(sqlite3_column_blob(mStatement, column));
+    }
+
+    void recordFailure() {
+        CallDbResult failure;
+        failure.sql = mSql;
+        failure.error = QString::fromUtf8(sqlite3_errmsg(mEngine));
+        mStore.failures().append(failure);
+    }
+
+    const Store &mStore;
+    sqlite3 *mEngine;
+    QString mSql;
+    sqlite3_stmt *mStatement = nullptr;
+    bool mReady = false;
+    std::vector<LastText> mLastTexts;
+};
+
+} // namespace
+
+std::unique_ptr<RowSource> sqliteRows(const Store &store, const QString &sql) {
+    sqlite3 *engine = enginehandle::sqlite(store.db());
+    return engine ? std::make_unique<SqliteRows>(store, engine, sql) : nullptr;
+}
+
+#else
+
+std::unique_ptr<RowSource> sqliteRows(const Store &, const QString &) {
+    return nullptr;
+}
+
+#endif

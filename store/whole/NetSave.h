@@ -1,0 +1,95 @@
+#pragma once
+
+#include "model/NetContents.h"
+#include "store/core/RowWriter.h"
+
+#include <vector>
+
+/// What the families share while a network is saved as a whole.
+class NetSave {
+public:
+    NetSave(const Store &into, NetContents &from, const NetProgress &progress)
+        : store(into), contents(from), mMeter(progress) {}
+    /// Takes identifiers back unless the save was kept.
+    ~NetSave();
+    NetSave(const NetSave &) = delete;
+    NetSave &operator=(const NetSave &) = delete;
+
+    /// Gives identifiers of @p table to those of @p ids that are 0.
+    void giveIds(const char *table, const std::vector<long *> &ids);
+    /// The same for a member of every object of a list.
+    template <class List, class Entity>
+    void giveIds(const char *table, const List &objects, long Entity::*id) {
+        std::vector<long *> ids;
+        for (const auto &object : objects)
+            ids.push_back(&((*object).*id));
+        giveIds(table, ids);
+    }
+    /// The same for the objects of a list @p owned that every object of a list has.
+    template <class List, class Owner, class Owned, class Entity>
+    void giveIds(const char *table, const List &owners, Owned Owner::*owned, long Entity::*id) {
+        std::vector<long *> ids;
+        for (const auto &owner : owners) {
+            for (auto &object : (*owner).*owned)
+                ids.push_back(&(object->*id));
+        }
+        giveIds(table, ids);
+    }
+
+    /// Deletes the rows that the network has of @p table.
+    void empty(const char *table);
+
+    /// Writes the rows that @p rows makes with a writer for @p table.
+    /// @param total how many.
+    template <class Rows>
+    void write(const char *table, qint64 total, const Rows &rows) {
+        if (!isGood() || total == 0)
+            return;
+        RowWriter writer(store, table, total, mMeter);
+        rows(writer);
+        mFailed = !writer.finish();
+    }
+    /// Writes a row for each object of a list; @p bind binds its columns but for the network's.
+    template <class List, class Bind>
+    void writeEach(const char *table, const List &objects, const Bind &bind) {
+        write(table, qint64(objects.size()), [&](RowWriter &row) {
+            for (const auto &object : objects) {
+                bind(row.bindNet(), *object);
+                if (!row.exec())
+                    return;
+            }
+        });
+    }
+    /// Writes a row for each object of a list @p owned that every object of a list has; @p bind binds its
+    /// columns but for the network's.
+    template <class List, class Owner, class Owned, class Bind>
+    void writeOwned(const char *table, const List &owners, Owned Owner::*owned, const Bind &bind) {
+        qint64 total = 0;
+        for (const auto &owner : owners)
+            total += ((*owner).*owned).size();
+        write(table, total, [&](RowWriter &row) {
+            for (const auto &owner : owners) {
+                for (const auto &object : (*owner).*owned) {
+                    bind(row.bindNet(), *owner, object);
+                    if (!row.exec())
+                        return;
+                }
+            }
+        });
+    }
+
+    /// A statement that is no row of a writer has failed.
+    void check(bool good) { mFailed = mFailed || !good; }
+    /// Neither cancelled nor failed so far.
+    bool isGood() const { return !mFailed && !mMeter.isCancelled(); }
+    /// The save stands: its identifiers stay given.
+    void keep() { mGiven.clear(); }
+
+    const Store &store;
+    NetContents &contents;
+
+private:
+    ProgressMeter mMeter;
+    bool mFailed = false;
+    std::vector<long *> mGiven;
+};

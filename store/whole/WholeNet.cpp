@@ -1,0 +1,163 @@
+#include "store/whole/WholeNet.h"
+
+#include "store/core/Query.h"
+#include "store/core/Transaction.h"
+#include "store/families/BusLines.h"
+#include "store/families/BusStations.h"
+#include "store/families/Connectors.h"
+#include "store/families/DecisionPoints.h"
+#include "store/families/DeparturePoints.h"
+#include "store/families/DrivInfoCollectors.h"
+#include "store/families/DriverModels.h"
+#include "store/families/GuideArrows.h"
+#include "store/families/LinkTypes.h"
+#include "store/families/Links.h"
+#include "store/families/Networks.h"
+#include "store/families/QueueCounters.h"
+#include "store/families/ReduceSpeedAreas.h"
+#include "store/families/SceneConfigurations.h"
+#include "store/families/SignalGroups.h"
+#include "store/families/SignalLamps.h"
+#include "store/families/SimulateConfigurations.h"
+#include "store/families/TravelDetectors.h"
+#include "store/families/VehicleCompositions.h"
+#include "store/families/VehicleDetectors.h"
+#include "store/families/VehicleTypes.h"
+#include "store/families/Zones.h"
+#include "store/whole/NetLoad.h"
+#include "store/whole/NetSave.h"
+
+namespace wholenet {
+
+namespace {
+
+constexpr Sql kAnyLink = {"select LinkID from Link limit 1",
+                          "select linkID from Link where NetId = %0 limit 1"};
+
+/// What a network starts with gives way to types and compositions of its own.
+void emptyVehicleCatalogue(NetSave &net) {
+    const TrafficObjects &traffic = net.contents.traffic;
+    if (traffic.vehicleTypes.empty() && traffic.compositions.empty())
+        return;
+    for (const char *table : {"VehicleConsDetail", "VehicleConstitutent", "VehicleType"})
+        net.empty(table);
+}
+
+/// Later kinds refer to what earlier ones entered into gNet's tables and the registries.
+void loadKinds(NetLoad &net) {
+    vehicletypes::load(net);
+    vehiclecompositions::load(net);
+    linktypes::load(net);
+    links::load(net);
+    guidearrows::load(net);
+    connectors::load(net);
+    signalgroups::load(net);
+    signallamps::load(net);
+    departurepoints::load(net);
+    decisionpoints::load(net);
+    vehicledetectors::load(net);
+    queuecounters::load(net);
+    traveldetectors::load(net);
+    drivinfocollectors::load(net);
+    busstations::load(net);
+    buslines::load(net);
+    zones::load(net);
+    reducespeedareas::load(net);
+    drivermodels::load(net);
+    simulateconfigurations::load(net);
+    sceneconfigurations::load(net);
+}
+
+/// Later rows refer to earlier ones.
+void saveKinds(NetSave &net) {
+    emptyVehicleCatalogue(net);
+    vehicletypes::save(net);
+    vehiclecompositions::save(net);
+    linktypes::save(net);
+    links::save(net);
+    guidearrows::save(net);
+    connectors::save(net);
+    signalgroups::save(net);
+    signallamps::save(net);
+    departurepoints::save(net);
+    decisionpoints::save(net);
+    vehicledetectors::save(net);
+    queuecounters::save(net);
+    traveldetectors::save(net);
+    drivinfocollectors::save(net);
+    busstations::save(net);
+    buslines::save(net);
+    zones::save(net);
+    reducespeedareas::save(net);
+    drivermodels::save(net);
+    simulateconfigurations::save(net);
+    sceneconfigurations::save(net);
+}
+
+bool refuse(const Store &store, const QString &reason) {
+    CallDbResult failure;
+    failure.id = store.netId();
+    failure.error = reason;
+    store.failures().append(failure);
+    return false;
+}
+
+/// A network that is in the store already would be mixed with the new one.
+bool isFree(const Store &store) {
+    Query link(store, kAnyLink);
+    if (!link.exec())
+        return false;
+    if (!link.next())
+        return true;
+    return refuse(store, store.hasSeveralNets()
+                             ? QStringLiteral("The store holds links of network %1 already: remove it, or "
+                                              "save under another id.")
+                                   .arg(store.netId())
+                             : QStringLiteral("The store holds one network and has one: save into a new "
+                                              "store."));
+}
+
+/// The record under the network's id, unless there is one. A store of one network keeps the one that it has.
+bool saveRecord(const Store &store, const NetContents &contents) {
+    if (store.hasSeveralNets() ? networks::exists(store) : !networks::all(store).isEmpty())
+        return true;
+    networks::Record record = networks::recordOf(contents.record);
+    record.id = store.netId();
+    return networks::insert(store, record, false) &&
+           (!store.hasSeveralNets() || networks::update(store, record, false));
+}
+
+void forget(NetContents &contents) {
+    contents = NetContents();
+    gNet.loadRecord(NetRecord());
+    ghVehicleType.clear();
+    ghVehicleComposition.clear();
+    glLinkType.clear();
+}
+
+} // namespace
+
+bool load(const Store &store, NetContents &contents, const NetProgress &progress) {
+    forget(contents);
+    if (!networks::load(store))
+        return false;
+    contents.record = gNet;
+    NetLoad net(store, contents, progress);
+    loadKinds(net);
+    if (!net.isGood())
+        forget(contents);
+    return net.isGood();
+}
+
+bool save(const Store &store, NetContents &contents, bool useTransaction, const NetProgress &progress) {
+    Transaction transaction(store, useTransaction);
+    NetSave net(store, contents, progress);
+    net.check(isFree(store) && saveRecord(store, contents));
+    saveKinds(net);
+    if (!transaction.commitIfGood(net.isGood()))
+        return false;
+    net.keep();
+    return true;
+}
+
+} // namespace wholenet

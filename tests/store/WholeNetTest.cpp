@@ -1,0 +1,226 @@
+#include "host/store/Kinds.h"
+#include "model/NetContents.h"
+#include "tests/support/Builders.h"
+#include "tests/support/StoreFixture.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+
+#include <map>
+
+namespace {
+
+/// The objects of each kind in their fields, as text that shows what differs.
+using Texts = std::map<std::string, std::vector<std::string>>;
+
+void append(Texts &texts, const char *kind, const Description &description) {
+    texts[kind].push_back(QJsonDocument(description.fields).toJson().toStdString());
+}
+
+template <class List>
+void appendAll(Texts &texts, const char *kind, const List &objects) {
+    for (const auto &object : objects)
+        append(texts, kind, describe(*object));
+}
+
+Texts textsOf(const NetContents &contents) {
+    Texts texts;
+    for (const LinkType &type : contents.linkTypes)
+        append(texts, "linkTypes", describe(type));
+    appendAll(texts, "links", contents.links);
+    appendAll(texts, "guideArrows", contents.guideArrows);
+    appendAll(texts, "connectors", contents.connectors);
+    return texts;
+}
+
+/// The same network, read object by object.
+Texts textsOfSingleReads(long netId) {
+    NetContents contents;
+    DBTools::selectLinkType(gDB, netId, contents.linkTypes);
+    QList<long> ids;
+    DBTools::selectLinkIDs(gDB, netId, ids);
+    for (const long id : qAsConst(ids))
+        contents.links.emplace_back(DBTools::selectLinkByID(gDB, netId, id));
+    ids.clear();
+    DBTools::selectGuideArrowIDs(gDB, netId, ids);
+    for (const long id : qAsConst(ids))
+        contents.guideArrows.emplace_back(DBTools::selectGuideArrowByID(gDB, netId, id));
+    ids.clear();
+    DBTools::selectConnectorIDs(gDB, netId, ids);
+    for (const long id : qAsConst(ids)) {
+        if (Connector *connector = DBTools::selectConnectorByID(gDB, netId, id))
+            contents.connectors.emplace_back(connector);
+    }
+    return textsOf(contents);
+}
+
+using Report = std::vector<std::string>;
+
+Report reportOf(const NetContents &contents) {
+    Report report;
+    for (const SkippedRows &rows : contents.skipped) {
+        QStringList ids;
+        for (const long id : rows.ids)
+            ids.append(QString::number(id));
+        report.push_back(QStringLiteral("%1 %2 %3")
+                             .arg(rows.table, ids.join(QLatin1Char(',')), rows.reason)
+                             .toStdString());
+    }
+    return report;
+}
+
+class WholeNetTest : public StoreKindFixture {
+protected:
+    void prepare() override {
+        DBTools::initDictionary(gDB, kNet, true);
+        mLinks = {12, 3, 7};
+        std::vector<std::unique_ptr<Link>> links;
+        for (const long id : mLinks) {
+            links.push_back(sampleLink(id));
+            ASSERT_TRUE(DBTools::insertLink(gDB, kNet, links.back().get(), true));
+        }
+        for (const long id : {5L, 4L}) {
+            const auto connector = sampleConnector(id, links[0].get(), links[std::size_t(id - 3)].get());
+            ASSERT_TRUE(DBTools::insertConnector(gDB, kNet, connector.get(), true));
+        }
+        GuideArrow arrow{1, 71, 3.5, 20.25, 4};
+        ASSERT_TRUE(DBTools::insertGuideArrow(gDB, kNet, &arrow, true));
+        reopen();
+    }
+
+    /// Loads the network whole and compares it with the single reads of the same store.
+    void expectWhatSingleReadsGive(NetContents &contents) {
+        const Texts single = textsOfSingleReads(kNet);
+        clearFailures();
+        ASSERT_TRUE(DBTools::loadNet(gDB, kNet, contents));
+        EXPECT_EQ(textsOf(contents), single);
+        EXPECT_EQ(failureCount(), 0);
+    }
+
+    QList<long> mLinks;
+};
+
+TEST_P(WholeNetTest, LoadsWhatSingleReadsGive) {
+    NetContents contents;
+    expectWhatSingleReadsGive(contents);
+    EXPECT_EQ(reportOf(contents), Report());
+    EXPECT_EQ(contents.links.size(), 3U);
+    EXPECT_EQ(contents.connectors.size(), 2U);
+    EXPECT_EQ(glLinkType.size(), 10);
+    // Single reads answer from what the load entered.
+    EXPECT_EQ(DBTools::selectLinkByID(gDB, kNet, 7), contents.links.at(1).get());
+    EXPECT_EQ(gNet.getLaneById(72), contents.links.at(1)->mlLane.last());
+    const std::unique_ptr<Connector> again(DBTools::selectConnectorByID(gDB, kNet, 4));
+    EXPECT_EQ(again->mpStartLink, contents.links.at(2).get());
+}
+
+/// Stores whose engine does not keep the damage out.
+class DamagedNetTest : public WholeNetTest {};
+
+TEST_P(DamagedNetTest, LoadsADamagedNetworkAsFarAsSingleReadsDo) {
+    execute(QStringLiteral("delete from Node where nodeID = 31"));
+    execute(QStringLiteral("delete from Vertex where vertexID = 72"));
+    execute(QStringLiteral("delete from Lane where laneID = 122"));
+    execute(QStringLiteral("delete from Link where linkID = 3"));
+    execute(QStringLiteral("update Lane set width = 'wide', linkID = 99 where laneID = 71"));
+    addRow("LinkVertex", "linkID, vertexID, num", "7, 71, 9");
+    execute(QStringLiteral(
+        "update Link set centerLinePointsJson = '{\"data\":[', length = 'far' where linkID = 7"));
+    NetContents contents;
+    expectWhatSingleReadsGive(contents);
+    EXPECT_EQ(reportOf(contents),
+              Report({"Link 7 holds JSON that does not parse and reads as empty",
+                      "LinkVertex 3,3,3 belongs to no link", "LinkVertex 7 names a vertex that is missing",
+                      "Lane 31,32,71 belongs to no link", "Connector 4 names a link that is missing",
+                      "LaneConnector 4,4 belongs to no connector",
+                      "LaneConnector 5,5 names a lane that is missing"}));
+}
+
+TEST_P(WholeNetTest, ACancelledLoadLeavesNothing) {
+    NetContents contents;
+    QStringList tables;
+    EXPECT_FALSE(DBTools::loadNet(gDB, kNet, contents, [&tables](const NetStep &step) {
+        tables.append(QLatin1String(step.table));
+        return tables.last() != QLatin1String("Lane");
+    }));
+    EXPECT_EQ(tables.last(), QStringLiteral("Lane"));
+    EXPECT_TRUE(contents.links.empty());
+    EXPECT_TRUE(gNet.lLink().isEmpty());
+    EXPECT_EQ(failureCount(), 0);
+    EXPECT_TRUE(DBTools::loadNet(gDB, kNet, contents));
+}
+
+TEST_P(WholeNetTest, SavesALoadedNetworkEqual) {
+    NetContents contents;
+    ASSERT_TRUE(DBTools::loadNet(gDB, kNet, contents));
+    Lane *lane = contents.links.front()->mlLane.first();
+    lane->mlLimitVehicle = {{2, QStringLiteral("Coach")}};
+    lane->otherAttrsJson = {{QStringLiteral("k"), 1}};
+    Connector &connector = *contents.connectors.front();
+    connector.mlLimitVehicle = {3};
+    connector.mlLaneConnector.first()->otherAttrsJson = {{QStringLiteral("l"), 2}};
+    connector.mlLaneConnector.first()->leftBreakPointsJson = sampleGeometry(41, 3);
+    const Texts written = textsOf(contents);
+
+    openNewStore();
+    DBTools::initDictionary(gDB, kNet, true);
+    ASSERT_TRUE(DBTools::saveNet(gDB, kNet, contents, true));
+    EXPECT_EQ(failureCount(), 0);
+    contents = NetContents();
+    reopen();
+    ASSERT_TRUE(DBTools::loadNet(gDB, kNet, contents));
+    EXPECT_EQ(textsOf(contents), written);
+    const auto &restrictions = contents.links.front()->mlLane.first()->mlLimitVehicle;
+    ASSERT_EQ(restrictions.size(), 1);
+    EXPECT_EQ(restrictions.first().first, 2);
+    EXPECT_EQ(
+        restrictions.first().second,
+        rows(QStringLiteral("select vehicleTypeName from VehicleType where vehicleTypeCode = 2")).value(0));
+    EXPECT_EQ(contents.connectors.front()->mlLimitVehicle, QList<long>{3});
+    // A network that is there is not mixed with another.
+    EXPECT_FALSE(DBTools::saveNet(gDB, kNet, contents, true));
+    EXPECT_EQ(failureCount(), 1);
+}
+
+TEST_P(WholeNetTest, ASaveGivesMissingIdsAndTakesThemBackWhenItFails) {
+    openNewStore();
+    NetContents contents;
+    contents.links.push_back(sampleLink(5));
+    contents.links.push_back(sampleLink(6));
+    contents.connectors.push_back(sampleConnector(8, contents.links[0].get(), contents.links[1].get()));
+    Link &link = *contents.links[1];
+    link.linkID = 0;
+    link.mlLane.first()->laneID = 0;
+    link.mpEndNode->nodeID = 0;
+    link.mlVertex.last()->vertexID = 0;
+    contents.connectors.front()->connID = 0;
+    EXPECT_FALSE(DBTools::saveNet(gDB, kNet, contents, true, [](const NetStep &step) {
+        return qstrcmp(step.table, "LaneConnector") != 0;
+    }));
+    for (const char *table : {"Vertex", "Node", "Link", "Lane", "LinkVertex", "Connector", "LaneConnector"})
+        EXPECT_EQ(count(QLatin1String(table)), 0) << table;
+    EXPECT_EQ(link.linkID, 0);
+    EXPECT_EQ(failureCount(), 0);
+
+    ASSERT_TRUE(DBTools::saveNet(gDB, kNet, contents, true));
+    EXPECT_GT(link.linkID, 5);
+    EXPECT_GT(link.mlLane.first()->laneID, 62);
+    EXPECT_EQ(link.mlLane.first()->linkID, link.linkID);
+    EXPECT_GT(contents.connectors.front()->connID, 0);
+    // Identifiers drawn later are others.
+    long id = 0;
+    ASSERT_TRUE(DBTools::getIDByTableName(gDB, QStringLiteral("Link"), id));
+    EXPECT_GT(id, link.linkID);
+    const long saved = link.linkID;
+    contents = NetContents();
+    QList<long> ids;
+    EXPECT_TRUE(DBTools::selectLinkIDs(gDB, kNet, ids));
+    EXPECT_EQ(ids, QList<long>({5, saved}));
+    ASSERT_TRUE(DBTools::loadNet(gDB, kNet, contents));
+    EXPECT_EQ(contents.connectors.front()->mpEndLink, contents.links[1].get());
+}
+
+INSTANTIATE_TEST_SUITE_P(Stores, DamagedNetTest, testing::ValuesIn(kFileKinds), storeKindName);
+INSTANTIATE_TEST_SUITE_P(Stores, WholeNetTest, testing::ValuesIn(kStoreKinds), storeKindName);
+
+} // namespace
