@@ -122,6 +122,7 @@ bool compare(const char *name, int count, int runs, double limit, sqlite3 *engin
     if (limit > 0)
         std::printf(", limit %.1f", limit);
     std::printf("\n");
+    std::fflush(stdout);
     return fetched.rows > 0 && (limit <= 0 || ratio <= limit);
 }
 

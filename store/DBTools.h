@@ -537,8 +537,7 @@ public:
     /// restrictions that generation 6 and connectors have tables for. The network becomes the current one:
     /// gNet's tables hold these objects, in place of any others, and the single reads answer from them; the
     /// registries ghVehicleType, ghVehicleComposition and glLinkType hold its catalogues.
-    /// @param contents takes the objects and owns them; what it held before is destroyed.
-    /// NetContents::skipped
+    /// @param contents takes the objects and owns them; what it held before is destroyed. Its `skipped`
     ///        reports rows of a damaged network that were left out, as the single reads would.
     /// @param progress hears, now and then, how far the load has come; it must not use the store.
     /// @return false when there is no such network, a statement failed or the load was cancelled. Then
@@ -553,6 +552,7 @@ public:
     /// of connectors, the geometry of lane connectors, detectors' vehicle types. So a network that was loaded
     /// comes back equal. A link's break points are its own, or those of its outer lanes where it has none.
     /// @param contents objects whose id is 0 get one from a block of new identifiers; on false it is 0 again.
+    ///        Ids that they bring along are not given out again.
     /// @param useTransaction save in a transaction of the operation's own. Without it the caller rolls back
     ///        on false.
     /// @param progress as for loadNet().

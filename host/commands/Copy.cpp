@@ -27,7 +27,7 @@ QString accountOf(const CopiedNetwork &copy) {
 
 /// Asked before the library opens the target, which brings an older store forward.
 void requireSeveralNetworks(const StoreAddress &target) {
-    if (!RowSource(target).hasSeveralNetworks())
+    if (!StoreReader(target).hasSeveralNetworks())
         throw Failure(
             QStringLiteral("%1: the target is of a generation that holds one network; make a new store "
                            "with \"morastore new\" and copy into that")
@@ -37,8 +37,8 @@ void requireSeveralNetworks(const StoreAddress &target) {
 void copy(const Options &options) {
     const StoreAddress to(QString::fromStdString(options.target));
     requireSeveralNetworks(to);
-    RowSource source(QString::fromStdString(options.source));
-    const QList<RowSource::Network> networks = source.networksOf(options.nets);
+    StoreReader source(QString::fromStdString(options.source));
+    const QList<StoreReader::Network> networks = source.networksOf(options.nets);
     const QString name = QString::fromStdString(options.name);
     if (!name.isEmpty() && networks.size() != 1)
         throw Failure(

@@ -12,9 +12,9 @@ struct Options {
 };
 
 void digest(const Options &options) {
-    const RowSource store(QString::fromStdString(options.store));
-    const QList<RowSource::Network> networks = store.networksOf(options.nets);
-    for (const RowSource::Network &network : networks) {
+    const StoreReader store(QString::fromStdString(options.store));
+    const QList<StoreReader::Network> networks = store.networksOf(options.nets);
+    for (const StoreReader::Network &network : networks) {
         Progress reading(QStringLiteral("reading"));
         print(QStringLiteral("%1  %2 %3\n")
                   .arg(digestOf(store, network, reading))

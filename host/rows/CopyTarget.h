@@ -1,7 +1,7 @@
 #pragma once
 
 #include "host/rows/NetworkTables.h"
-#include "host/rows/RowSource.h"
+#include "host/rows/StoreReader.h"
 
 #include <QSet>
 #include <QSqlDatabase>

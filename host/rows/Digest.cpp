@@ -34,7 +34,7 @@ public:
         }
     }
 
-    void add(const RowSource::Row &row) {
+    void add(const StoreReader::Row &row) {
         QByteArray place;
         for (const int index : qAsConst(mOrder))
             rowvalue::appendCanonical(place, row[index]);
@@ -76,7 +76,7 @@ private:
 
 } // namespace
 
-QString digestOf(const RowSource &store, const RowSource::Network &network, Progress &progress) {
+QString digestOf(const StoreReader &store, const StoreReader::Network &network, Progress &progress) {
     QCryptographicHash hash(QCryptographicHash::Sha256);
     const std::vector<NetworkTable> &tables = networkTables();
     for (std::size_t i = 0; i < tables.size(); ++i) {
@@ -85,8 +85,8 @@ QString digestOf(const RowSource &store, const RowSource::Network &network, Prog
         if (!table)
             continue;
         TableDigest digest(hash, *table, tables[i]);
-        store.read(*table, tables[i], network, RowSource::Order::Canonical,
-                   [&digest](const RowSource::Row &row) { digest.add(row); });
+        store.read(*table, tables[i], network, StoreReader::Order::Canonical,
+                   [&digest](const StoreReader::Row &row) { digest.add(row); });
         digest.flush();
     }
     return QString::fromLatin1(hash.result().toHex());

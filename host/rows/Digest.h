@@ -1,10 +1,10 @@
 #pragma once
 
 #include "host/Progress.h"
-#include "host/rows/RowSource.h"
+#include "host/rows/StoreReader.h"
 
 /// A digest (SHA-256, hexadecimal) of all rows of a network in the tables of networkTables(): equal for equal
 /// content on either engine and under whatever number the network has in its store. A column that is NULL
 /// counts like one that the store does not have; the number of the network and whether the store opens it by
 /// default do not count, for these are the store's.
-QString digestOf(const RowSource &store, const RowSource::Network &network, Progress &progress);
+QString digestOf(const StoreReader &store, const StoreReader::Network &network, Progress &progress);

@@ -12,11 +12,11 @@ namespace {
 /// The number of rows that are to be copied, and of those that are.
 class Progression {
 public:
-    Progression(const RowSource &source, const QList<RowSource::Network> &networks, Progress &progress)
+    Progression(const StoreReader &source, const QList<StoreReader::Network> &networks, Progress &progress)
         : mProgress(progress) {
         for (const NetworkTable &entry : networkTables()) {
             const StoreTable *table = source.table(QLatin1String(entry.name));
-            for (const RowSource::Network &network : networks)
+            for (const StoreReader::Network &network : networks)
                 mAll += table ? source.count(*table, network) : 0;
         }
     }
@@ -30,7 +30,7 @@ private:
 
 class NetworkCopy {
 public:
-    NetworkCopy(const RowSource &source, const RowSource::Network &network, const CopyTarget &target)
+    NetworkCopy(const StoreReader &source, const StoreReader::Network &network, const CopyTarget &target)
         : mSource(source),
           mNetwork(network),
           mTarget(target),
@@ -46,8 +46,8 @@ private:
     void copyTable(const NetworkTable &entry, Progression &progression);
     void settleRecord(TableCopy &copy, const StoreTable &source) const;
 
-    const RowSource &mSource;
-    const RowSource::Network &mNetwork;
+    const StoreReader &mSource;
+    const StoreReader::Network &mNetwork;
     const CopyTarget &mTarget;
     Renumbering mIds;
     Translation mWords;
@@ -129,13 +129,13 @@ void NetworkCopy::copyTable(const NetworkTable &entry, Progression &progression)
     if (isRecord)
         settleRecord(copy, source ? *source : none);
     if (source)
-        mSource.read(*source, entry, mNetwork, RowSource::Order::Written, [&](const RowSource::Row &row) {
+        mSource.read(*source, entry, mNetwork, StoreReader::Order::Written, [&](const StoreReader::Row &row) {
             copy.add(row);
             progression.step();
         });
     // A store of one network may be without a record of it.
     if (isRecord && copy.rows() == 0)
-        copy.add(RowSource::Row(source ? source->columns.size() : 0));
+        copy.add(StoreReader::Row(source ? source->columns.size() : 0));
     copy.finish();
     if (copy.largestNumber() > 0)
         mTarget.raiseCounters(mChanges.netId, entry, copy.largestNumber());
@@ -155,13 +155,13 @@ void NetworkCopy::settleRecord(TableCopy &copy, const StoreTable &source) const 
 
 } // namespace
 
-QList<CopiedNetwork> copyNetworks(RowSource &source, const QList<RowSource::Network> &networks,
+QList<CopiedNetwork> copyNetworks(StoreReader &source, const QList<StoreReader::Network> &networks,
                                   const QString &name, Progress &progress) {
     GuardedTransaction transaction(gDB);
     const CopyTarget target(gDB);
     Progression progression(source, networks, progress);
     QList<CopiedNetwork> copies;
-    for (const RowSource::Network &network : networks)
+    for (const StoreReader::Network &network : networks)
         copies.append(NetworkCopy(source, network, target).run(name, progression));
     source.finish();
     transaction.commit();

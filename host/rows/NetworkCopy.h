@@ -1,7 +1,7 @@
 #pragma once
 
 #include "host/Progress.h"
-#include "host/rows/RowSource.h"
+#include "host/rows/StoreReader.h"
 
 /// What a copy made of a network.
 struct CopiedNetwork {
@@ -17,5 +17,5 @@ struct CopiedNetwork {
 /// Copies networks, row by row and all or nothing, into the open store gDB, which must be of generation 6.
 /// Rows get new identifiers only where a network of the target has theirs already. `name`, when it is not
 /// empty, is that of the copy. Throws `Failure`, and then the target is as it was.
-QList<CopiedNetwork> copyNetworks(RowSource &source, const QList<RowSource::Network> &networks,
+QList<CopiedNetwork> copyNetworks(StoreReader &source, const QList<StoreReader::Network> &networks,
                                   const QString &name, Progress &progress);

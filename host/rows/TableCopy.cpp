@@ -24,7 +24,7 @@ TableCopy::TableCopy(const NetworkTable &entry, const StoreTable &source, const 
                      const CopyTarget &store, RowChanges &changes)
     : mEntry(entry), mSource(source), mChanges(changes) {
     plan(target);
-    mWriter = std::make_unique<RowWriter>(store.db(), target, mColumns);
+    mWriter = std::make_unique<TableWriter>(store.db(), target, mColumns);
 }
 
 namespace {
@@ -88,7 +88,7 @@ void TableCopy::replace(const QString &column, const QVariant &value) {
     }
 }
 
-void TableCopy::add(const RowSource::Row &row) {
+void TableCopy::add(const StoreReader::Row &row) {
     for (int i = 0; i < mCells.size(); ++i)
         mRow[i] = copied(mCells[i], row);
     for (int i = 0; i < mLeftOutColumns.size(); ++i)
@@ -97,7 +97,7 @@ void TableCopy::add(const RowSource::Row &row) {
     ++mRows;
 }
 
-QVariant TableCopy::copied(const Cell &cell, const RowSource::Row &row) {
+QVariant TableCopy::copied(const Cell &cell, const StoreReader::Row &row) {
     QVariant value = cell.source >= 0 && !cell.isFixed ? row[cell.source] : QVariant();
     if (!value.isValid())
         value = cell.filling;
@@ -121,7 +121,7 @@ QVariant TableCopy::copied(const Cell &cell, const RowSource::Row &row) {
     return value;
 }
 
-QString TableCopy::roadTable(const Reference &reference, const RowSource::Row &row, qint64 road) const {
+QString TableCopy::roadTable(const Reference &reference, const StoreReader::Row &row, qint64 road) const {
     const QString link = QStringLiteral("Link");
     const QString connector = QStringLiteral("Connector");
     if (!mChanges.ids.has(connector, road))
@@ -131,7 +131,7 @@ QString TableCopy::roadTable(const Reference &reference, const RowSource::Row &r
     return saysConnector(reference, row) ? connector : link;
 }
 
-bool TableCopy::saysConnector(const Reference &reference, const RowSource::Row &row) const {
+bool TableCopy::saysConnector(const Reference &reference, const StoreReader::Row &row) const {
     if (reference.roadType) {
         const QString type = valueOf(row, reference.roadType).toString();
         return !type.startsWith(QLatin1Char('l'), Qt::CaseInsensitive);
@@ -142,7 +142,7 @@ bool TableCopy::saysConnector(const Reference &reference, const RowSource::Row &
     });
 }
 
-QVariant TableCopy::valueOf(const RowSource::Row &row, const char *column) const {
+QVariant TableCopy::valueOf(const StoreReader::Row &row, const char *column) const {
     const int index = indexOf(mSource, QString::fromLatin1(column).toLower());
     return index < 0 ? QVariant() : row[index];
 }

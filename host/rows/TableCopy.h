@@ -2,7 +2,7 @@
 
 #include "host/rows/CopyTarget.h"
 #include "host/rows/Renumbering.h"
-#include "host/rows/RowWriter.h"
+#include "host/rows/TableWriter.h"
 #include "model/SpecialWords.h"
 
 #include <memory>
@@ -38,7 +38,7 @@ public:
               const CopyTarget &store, RowChanges &changes);
 
     /// Writes the copy of a row.
-    void add(const RowSource::Row &row);
+    void add(const StoreReader::Row &row);
     /// After the last row.
     void finish() { mWriter->finish(); }
 
@@ -63,10 +63,10 @@ private:
     };
 
     void plan(const StoreTable &target);
-    QVariant copied(const Cell &cell, const RowSource::Row &row);
-    QString roadTable(const Reference &reference, const RowSource::Row &row, qint64 road) const;
-    bool saysConnector(const Reference &reference, const RowSource::Row &row) const;
-    QVariant valueOf(const RowSource::Row &row, const char *column) const;
+    QVariant copied(const Cell &cell, const StoreReader::Row &row);
+    QString roadTable(const Reference &reference, const StoreReader::Row &row, qint64 road) const;
+    bool saysConnector(const Reference &reference, const StoreReader::Row &row) const;
+    QVariant valueOf(const StoreReader::Row &row, const char *column) const;
 
     const NetworkTable &mEntry;
     StoreTable mSource;
@@ -76,7 +76,7 @@ private:
     QVector<int> mLeftOutColumns;
     QVector<qint64> mLeftOutValues;
     QVector<QVariant> mRow;
-    std::unique_ptr<RowWriter> mWriter;
+    std::unique_ptr<TableWriter> mWriter;
     qint64 mRows = 0;
     qint64 mWords = 0;
     qint64 mLargestNumber = 0;

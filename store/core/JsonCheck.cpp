@@ -7,7 +7,7 @@
 namespace {
 
 /// Recognises plain JSON in one pass. It takes nothing that the library parser refuses; what it does not take
-/// (deep nesting, escapes beyond one character, stray bytes) is for that parser to judge.
+/// (deep nesting, escapes beyond one character, stray bytes, huge numbers) is for that parser to judge.
 class Scanner {
 public:
     explicit Scanner(const QByteArray &text) : mAt(text.constData()), mEnd(mAt + text.size()) {}
@@ -22,6 +22,7 @@ public:
 
 private:
     static constexpr int kDepth = 64;
+    static constexpr int kLongestNumber = 40;
 
     // The text is a QByteArray: a zero byte ends it, so that looking at *mAt is safe at the end, too.
     void skipSpace() {
@@ -128,7 +129,9 @@ private:
             ++mAt;
         return mAt != first;
     }
+    /// Numbers that a double may not hold are for the parser to judge.
     bool number() {
+        const char *first = mAt;
         if (*mAt == '-')
             ++mAt;
         if (*mAt == '0')
@@ -137,11 +140,14 @@ private:
             return false;
         if (*mAt == '.' && (++mAt, !digits()))
             return false;
+        if (mAt - first > kLongestNumber)
+            return false;
         if (*mAt == 'e' || *mAt == 'E') {
             ++mAt;
             if (*mAt == '+' || *mAt == '-')
                 ++mAt;
-            return digits();
+            const char *exponent = mAt;
+            return digits() && mAt - exponent <= 2;
         }
         return true;
     }

@@ -6,6 +6,7 @@
 #include "store/core/Transaction.h"
 
 #include <algorithm>
+#include <functional>
 
 namespace identifiers {
 
@@ -125,8 +126,8 @@ bool nextOfSequence(const Store &store, const QString &table, long &id) {
            firstValue(store, QStringLiteral("select nextval('\"%1\"')").arg(quoted(name)), id);
 }
 
-/// Moves the counter of @p table past a block. @p base its stored value in, the value before the block out.
-bool moveCounter(const Store &store, const QString &table, int count, long &base) {
+/// Moves the counter of @p table to where @p target puts it, given its stored value (0 without a row).
+bool moveCounter(const Store &store, const QString &table, const std::function<long(long)> &target) {
     const QString condition = withTable(
         store.hasSeveralNets() ? " where NetId = %0 and TableName = '%1'" : " where TableName = '%1'",
         store.hasSeveralNets() ? std::initializer_list<long>{store.netId()} : std::initializer_list<long>{},
@@ -134,37 +135,40 @@ bool moveCounter(const Store &store, const QString &table, int count, long &base
     Query counter(store, QLatin1String("select ID from IDGenerater") + condition);
     if (!counter.exec())
         return false;
-    if (counter.next()) {
-        base = std::max(base, counter.firstId());
-        counter.finish();
-        return Query(store, QStringLiteral("update IDGenerater set ID = %1").arg(base + count) + condition)
-            .exec();
-    }
-    return Query(store, store.hasSeveralNets()
-                            ? withTable("insert into IDGenerater(NetId, TableName, ID) values(%0, '%2', %1)",
-                                        {store.netId(), base + count}, table)
-                            : withTable("insert into IDGenerater(TableName, ID) values('%2', %1)",
-                                        {base + count}, table))
+    const bool isThere = counter.next();
+    const long stored = isThere ? counter.firstId() : 0;
+    counter.finish();
+    const long moved = target(stored);
+    if (isThere)
+        return moved == stored ||
+               Query(store, QStringLiteral("update IDGenerater set ID = %1").arg(moved) + condition).exec();
+    return Query(store,
+                 store.hasSeveralNets()
+                     ? withTable("insert into IDGenerater(NetId, TableName, ID) values(%0, '%2', %1)",
+                                 {store.netId(), moved}, table)
+                     : withTable("insert into IDGenerater(TableName, ID) values('%2', %1)", {moved}, table))
         .exec();
 }
 
-/// Draws until the sequence is past @p floor.
+/// Moves the sequence of @p table to @p floor at least.
+bool raiseSequence(const Store &store, const QString &name, long floor) {
+    return Query(store, QStringLiteral("select setval('\"%1\"', %2) from \"%1\" where last_value < %2")
+                            .arg(quoted(name))
+                            .arg(floor))
+        .exec();
+}
+
 bool takeFromSequence(const Store &store, const QString &table, long floor, int count, QList<long> &ids) {
-    const QString name = quoted(sequenceFor(store, table));
-    const QString draw = QStringLiteral("select nextval('\"%1\"') from generate_series(1, %2)");
-    while (count > 0) {
-        if (name.isEmpty())
-            return false;
-        Query drawn(store, draw.arg(name).arg(count));
-        if (!drawn.exec())
-            return false;
-        while (drawn.next()) {
-            if (drawn.firstId() <= floor)
-                continue;
-            ids.append(drawn.firstId());
-            --count;
-        }
-    }
+    const QString name = sequenceFor(store, table);
+    if (name.isEmpty() || !raiseSequence(store, name, floor))
+        return false;
+    Query drawn(
+        store,
+        QStringLiteral("select nextval('\"%1\"') from generate_series(1, %2)").arg(quoted(name)).arg(count));
+    if (!drawn.exec())
+        return false;
+    while (drawn.next())
+        ids.append(drawn.firstId());
     return true;
 }
 
@@ -189,11 +193,30 @@ bool take(const Store &store, const QString &table, long floor, int count, QList
     long base = std::max(floor, largestInUse(store.db(), store.netId(), table));
     if (store.hasSeveralNets())
         base = std::max(base, DBTools::mhNetMaxId.value(store.netId()).value(table));
-    if (!moveCounter(store, table, count, base))
+    const auto pastBlock = [&base, count](long stored) {
+        base = std::max(base, stored);
+        return base + count;
+    };
+    if (!moveCounter(store, table, pastBlock))
         return false;
     for (int i = 1; i <= count; ++i)
         ids.append(base + i);
     return true;
+}
+
+bool keepFrom(const Store &store, const QString &table, std::vector<long> ids) {
+    if (ids.empty())
+        return true;
+    std::sort(ids.begin(), ids.end());
+    const long largest = ids.back();
+    if (store.isPostgreSql()) {
+        const QString name = sequenceFor(store, table);
+        return !name.isEmpty() && raiseSequence(store, name, largest);
+    }
+    QList<long> &reserved = DBTools::mhId[store.netId()][table];
+    const auto isUsed = [&ids](long id) { return std::binary_search(ids.begin(), ids.end(), id); };
+    reserved.erase(std::remove_if(reserved.begin(), reserved.end(), isUsed), reserved.end());
+    return moveCounter(store, table, [largest](long stored) { return std::max(stored, largest); });
 }
 
 bool nextGeneral(QSqlDatabase &db, long &id) {

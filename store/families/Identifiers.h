@@ -2,6 +2,8 @@
 
 #include "store/core/Store.h"
 
+#include <vector>
+
 /// Row identifiers. SQLite stores count in table IDGenerater, PostgreSQL stores in sequences.
 namespace identifiers {
 
@@ -11,6 +13,10 @@ bool next(const Store &store, const QString &table, long &id);
 /// Appends @p count new identifiers for @p table in the store's network, all above @p floor and above what is
 /// in use. Reserved ones of the process stay reserved.
 bool take(const Store &store, const QString &table, long floor, int count, QList<long> &ids);
+
+/// Makes sure that no identifier is given out later that is among @p ids, which rows of @p table are written
+/// with. Without a counter the first draw would begin at 1, whatever rows there are.
+bool keepFrom(const Store &store, const QString &table, std::vector<long> ids);
 
 /// A general-purpose identifier.
 bool nextGeneral(QSqlDatabase &db, long &id);

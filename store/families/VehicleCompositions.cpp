@@ -144,6 +144,10 @@ void load(NetLoad &net) {
 
 void save(NetSave &net) {
     const Objects<VehicleComposition> &compositions = net.contents.traffic.compositions;
+    std::vector<long> codes;
+    for (const auto &composition : compositions)
+        codes.push_back(composition->vehicleConsCode);
+    net.keepIds("VehicleConstitutent", codes);
     net.writeEach("VehicleConstitutent", compositions,
                   [](RowWriter &row, const VehicleComposition &composition) { bindRow(row, composition); });
     net.writeOwned("VehicleConsDetail", compositions, &VehicleComposition::mlDetail,

@@ -11,12 +11,18 @@ NetSave::~NetSave() {
 }
 
 void NetSave::giveIds(const char *table, const std::vector<long *> &ids) {
-    const auto missing = std::count_if(ids.begin(), ids.end(), [](const long *id) { return *id == 0; });
+    if (!isGood())
+        return;
+    std::vector<long> own;
+    for (const long *id : ids) {
+        if (*id != 0)
+            own.push_back(*id);
+    }
+    keepIds(table, own);
+    const std::size_t missing = ids.size() - own.size();
     if (missing == 0 || !isGood())
         return;
-    long largest = 0;
-    for (const long *id : ids)
-        largest = std::max(largest, *id);
+    const long largest = own.empty() ? 0 : *std::max_element(own.begin(), own.end());
     QList<long> given;
     check(identifiers::take(store, QLatin1String(table), largest, int(missing), given));
     for (long *id : ids) {
@@ -25,6 +31,11 @@ void NetSave::giveIds(const char *table, const std::vector<long *> &ids) {
         *id = given.takeFirst();
         mGiven.push_back(id);
     }
+}
+
+void NetSave::keepIds(const char *table, const std::vector<long> &ids) {
+    if (isGood())
+        check(identifiers::keepFrom(store, QLatin1String(table), ids));
 }
 
 void NetSave::empty(const char *table) {

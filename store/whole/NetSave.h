@@ -15,7 +15,7 @@ public:
     NetSave(const NetSave &) = delete;
     NetSave &operator=(const NetSave &) = delete;
 
-    /// Gives identifiers of @p table to those of @p ids that are 0.
+    /// Gives identifiers of @p table to those of @p ids that are 0, and keeps the others.
     void giveIds(const char *table, const std::vector<long *> &ids);
     /// The same for a member of every object of a list.
     template <class List, class Entity>
@@ -35,6 +35,9 @@ public:
         }
         giveIds(table, ids);
     }
+
+    /// Keeps identifiers that the network brings along from being given out later.
+    void keepIds(const char *table, const std::vector<long> &ids);
 
     /// Deletes the rows that the network has of @p table.
     void empty(const char *table);

@@ -182,6 +182,39 @@ TEST_P(WholeNetTest, SavesALoadedNetworkEqual) {
     EXPECT_EQ(failureCount(), 1);
 }
 
+TEST_P(WholeNetTest, MixesWithSingleOperations) {
+    NetContents contents;
+    ASSERT_TRUE(DBTools::loadNet(gDB, kNet, contents));
+    openNewStore();
+    DBTools::initDictionary(gDB, kNet, true);
+    ASSERT_TRUE(DBTools::saveNet(gDB, kNet, contents, true));
+    // What is drawn next is free of what the save wrote, and refers to it.
+    std::unique_ptr<Link> link = sampleLink(20);
+    ASSERT_TRUE(DBTools::getIDByTableName(gDB, QStringLiteral("Link"), link->linkID));
+    ASSERT_TRUE(DBTools::insertLink(gDB, kNet, link.get(), true));
+    const auto connector = sampleConnector(6, contents.links.back().get(), link.get());
+    ASSERT_TRUE(DBTools::getIDByTableName(gDB, QStringLiteral("Connector"), connector->connID));
+    ASSERT_TRUE(DBTools::insertConnector(gDB, kNet, connector.get(), true));
+    EXPECT_EQ(failureCount(), 0);
+    contents = NetContents();
+    reopen();
+    expectWhatSingleReadsGive(contents);
+    EXPECT_EQ(contents.links.size(), 4U);
+    EXPECT_EQ(contents.connectors.size(), 3U);
+    EXPECT_EQ(contents.connectors.back()->mpEndLink, gNet.getLinkById(link->linkID));
+
+    // A whole load makes all objects anew, and they take over gNet's tables from those that single reads
+    // gave.
+    reopen();
+    std::unique_ptr<Link> held(DBTools::selectLinkByID(gDB, kNet, 7));
+    ASSERT_NE(held, nullptr);
+    NetContents again;
+    ASSERT_TRUE(DBTools::loadNet(gDB, kNet, again));
+    held.reset();
+    contents = NetContents();
+    EXPECT_EQ(gNet.getLinkById(7), again.links.at(1).get());
+}
+
 TEST_P(WholeNetTest, ASaveGivesMissingIdsAndTakesThemBackWhenItFails) {
     openNewStore();
     NetContents contents;

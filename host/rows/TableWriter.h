@@ -1,7 +1,7 @@
 #pragma once
 
-#include "host/rows/CopyStream.h"
 #include "host/rows/StoreTables.h"
+#include "store/core/CopyStream.h"
 
 #include <QSqlQuery>
 #include <QVector>
@@ -10,10 +10,10 @@
 
 /// Writes rows into one table of the open store: by one statement that is prepared once, or on a server as a
 /// stream.
-class RowWriter {
+class TableWriter {
 public:
     /// `db` must outlive this object.
-    RowWriter(QSqlDatabase &db, const StoreTable &table, const QVector<StoreColumn> &columns);
+    TableWriter(QSqlDatabase &db, const StoreTable &table, const QVector<StoreColumn> &columns);
 
     /// One row, its values in the order of the columns. Throws `Failure` for a value that the column cannot
     /// keep as it is, and for a row that the engine refuses.

@@ -1,4 +1,4 @@
-#include "host/rows/RowSource.h"
+#include "host/rows/StoreReader.h"
 
 #include "host/Failure.h"
 #include "host/store/ConnectionSettings.h"
@@ -21,7 +21,7 @@ QSqlDatabase connection() {
 
 } // namespace
 
-RowSource::RowSource(const StoreAddress &address) : mName(address.name()) {
+StoreReader::StoreReader(const StoreAddress &address) : mName(address.name()) {
     if (address.isServer())
         requireServerStore(address, Access::Read);
     else
@@ -38,12 +38,12 @@ RowSource::RowSource(const StoreAddress &address) : mName(address.name()) {
     }
 }
 
-RowSource::~RowSource() {
+StoreReader::~StoreReader() {
     connection().close();
     QSqlDatabase::removeDatabase(kConnection);
 }
 
-void RowSource::open(const StoreAddress &address) {
+void StoreReader::open(const StoreAddress &address) {
     const ConnectionSettings settings(address);
     QSqlDatabase db = QSqlDatabase::addDatabase(settings.driver(), kConnection);
     settings.applyTo(db);
@@ -56,7 +56,7 @@ void RowSource::open(const StoreAddress &address) {
                            : QStringLiteral("begin"));
 }
 
-int RowSource::readGeneration() const {
+int StoreReader::readGeneration() const {
     // Stores of the first generation need not say what they are.
     if (!table(QStringLiteral("dbversion")))
         return 0;
@@ -64,7 +64,7 @@ int RowSource::readGeneration() const {
     return version.next() ? version.value(0).toInt() : 0;
 }
 
-void RowSource::readNetworks(const StoreAddress &address) {
+void StoreReader::readNetworks(const StoreAddress &address) {
     const QString fallback =
         address.isServer() ? address.value("dbname") : QFileInfo(address.path()).completeBaseName();
     if (table(QStringLiteral("net"))) {
@@ -82,7 +82,7 @@ void RowSource::readNetworks(const StoreAddress &address) {
 
 /// Arrivals of older releases stand in a table of their own, with the same columns but for the name of the
 /// first. It counts where the one that replaced it is empty.
-void RowSource::takeOlderArrivals() {
+void StoreReader::takeOlderArrivals() {
     const QString current = QStringLiteral("busstationpassengerarriving");
     const StoreTable *older = table(QStringLiteral("passengerarriving"));
     const StoreTable *newer = table(current);
@@ -97,7 +97,7 @@ void RowSource::takeOlderArrivals() {
     mTables.insert(current, arrivals);
 }
 
-QList<RowSource::Network> RowSource::networksOf(const std::vector<long> &ids) const {
+QList<StoreReader::Network> StoreReader::networksOf(const std::vector<long> &ids) const {
     if (ids.empty()) {
         if (mNetworks.isEmpty())
             throw Failure(QStringLiteral("%1: the store has no network; import one first").arg(mName));
@@ -117,16 +117,16 @@ QList<RowSource::Network> RowSource::networksOf(const std::vector<long> &ids) co
     return chosen;
 }
 
-bool RowSource::isSqlite() const {
+bool StoreReader::isSqlite() const {
     return connection().driverName() == QLatin1String("QSQLITE");
 }
 
-const StoreTable *RowSource::table(const QString &named) const {
+const StoreTable *StoreReader::table(const QString &named) const {
     const auto found = mTables.constFind(named.toLower());
     return found == mTables.constEnd() ? nullptr : &*found;
 }
 
-QString RowSource::condition(const StoreTable &table, const Network &network) const {
+QString StoreReader::condition(const StoreTable &table, const Network &network) const {
     // In a store of one network every row is its own, whatever number stands in it.
     if (!hasSeveralNetworks())
         return {};
@@ -135,8 +135,8 @@ QString RowSource::condition(const StoreTable &table, const Network &network) co
                   : QStringLiteral(" where 1 = 0");
 }
 
-void RowSource::read(const StoreTable &table, const NetworkTable &entry, const Network &network, Order order,
-                     const std::function<void(const Row &)> &use) const {
+void StoreReader::read(const StoreTable &table, const NetworkTable &entry, const Network &network,
+                       Order order, const std::function<void(const Row &)> &use) const {
     QStringList columns;
     for (const StoreColumn &column : table.columns)
         columns.append(quotedName(column.name));
@@ -164,14 +164,14 @@ void RowSource::read(const StoreTable &table, const NetworkTable &entry, const N
     check(rows);
 }
 
-qint64 RowSource::count(const StoreTable &table, const Network &network) const {
+qint64 StoreReader::count(const StoreTable &table, const Network &network) const {
     QSqlQuery rows = run(
         QStringLiteral("select count(*) from %1%2").arg(quotedName(table.name), condition(table, network)));
     return rows.next() ? rows.value(0).toLongLong() : 0;
 }
 
-std::vector<qint64> RowSource::integers(const StoreTable &table, const StoreColumn &column,
-                                        const Network &network) const {
+std::vector<qint64> StoreReader::integers(const StoreTable &table, const StoreColumn &column,
+                                          const Network &network) const {
     QSqlQuery rows =
         run(QStringLiteral("select distinct %1 from %2%3 order by 1")
                 .arg(quotedName(column.name), quotedName(table.name), condition(table, network)));
@@ -184,14 +184,15 @@ std::vector<qint64> RowSource::integers(const StoreTable &table, const StoreColu
     return values;
 }
 
-qint64 RowSource::largest(const StoreTable &table, const StoreColumn &column, const Network &network) const {
+qint64 StoreReader::largest(const StoreTable &table, const StoreColumn &column,
+                            const Network &network) const {
     QSqlQuery rows =
         run(QStringLiteral("select max(%1) from %2%3")
                 .arg(quotedName(column.name), quotedName(table.name), condition(table, network)));
     return rows.next() ? rows.value(0).toLongLong() : 0;
 }
 
-QList<QPair<QString, qint64>> RowSource::tablesBesides(const QList<Network> &networks) const {
+QList<QPair<QString, qint64>> StoreReader::tablesBesides(const QList<Network> &networks) const {
     // The store's own bookkeeping.
     static const QStringList bookkeeping{QStringLiteral("idgenerater"), QStringLiteral("dbversion")};
     QList<QPair<QString, qint64>> others;
@@ -213,7 +214,7 @@ QList<QPair<QString, qint64>> RowSource::tablesBesides(const QList<Network> &net
     return others;
 }
 
-Language RowSource::language(const Network &network) const {
+Language StoreReader::language(const Network &network) const {
     const StoreTable *types = table(QStringLiteral("linktype"));
     const StoreColumn *name = types ? types->column(QStringLiteral("typename")) : nullptr;
     if (!name || count(*types, network) == 0)
@@ -227,11 +228,11 @@ Language RowSource::language(const Network &network) const {
     return rows.next() ? Language::Chinese : Language::English;
 }
 
-void RowSource::finish() {
+void StoreReader::finish() {
     run(QStringLiteral("rollback"));
 }
 
-QSqlQuery RowSource::run(const QString &sql) const {
+QSqlQuery StoreReader::run(const QString &sql) const {
     QSqlQuery query(connection());
     query.setForwardOnly(true);
     if (!query.exec(sql))
@@ -239,7 +240,7 @@ QSqlQuery RowSource::run(const QString &sql) const {
     return query;
 }
 
-void RowSource::check(const QSqlQuery &query) const {
+void StoreReader::check(const QSqlQuery &query) const {
     if (query.lastError().isValid())
         throw Failure(QStringLiteral("%1: the store cannot be read (%2); check it, or the server")
                           .arg(mName, query.lastError().databaseText().simplified()));

@@ -1,4 +1,4 @@
-#include "host/rows/RowWriter.h"
+#include "host/rows/TableWriter.h"
 
 #include "host/Failure.h"
 #include "host/store/OpenStore.h"
@@ -17,9 +17,24 @@ QString shown(const QVariant &value) {
     return text;
 }
 
+void put(CopyStream &stream, int column, const QVariant &value) {
+    switch (value.userType()) {
+    case QMetaType::UnknownType:
+        return stream.setNull(column);
+    case QMetaType::LongLong:
+        return stream.set(column, value.toLongLong());
+    case QMetaType::Double:
+        return stream.set(column, value.toDouble());
+    case QMetaType::QByteArray:
+        return stream.setBytes(column, value.toByteArray());
+    default:
+        return stream.set(column, value.toString());
+    }
+}
+
 } // namespace
 
-RowWriter::RowWriter(QSqlDatabase &db, const StoreTable &table, const QVector<StoreColumn> &columns)
+TableWriter::TableWriter(QSqlDatabase &db, const StoreTable &table, const QVector<StoreColumn> &columns)
     : mDb(db),
       mIsServer(db.driverName() == QLatin1String("QPSQL")),
       mTable(table.name),
@@ -27,7 +42,7 @@ RowWriter::RowWriter(QSqlDatabase &db, const StoreTable &table, const QVector<St
       mInsert(db) {}
 
 /// With the first row: a stream keeps the connection from everything else.
-void RowWriter::open() {
+void TableWriter::open() {
     mIsOpen = true;
     QStringList names;
     QStringList places;
@@ -36,14 +51,14 @@ void RowWriter::open() {
         places.append(QStringLiteral("?"));
     }
     if (mIsServer)
-        mStream = std::make_unique<CopyStream>(mDb, mTable, names);
+        mStream = std::make_unique<CopyStream>(mDb, quotedName(mTable), names);
     else
         mInsert.prepare(
             QStringLiteral("insert into %1(%2) values(%3)")
                 .arg(quotedName(mTable), names.join(QLatin1Char(',')), places.join(QLatin1Char(','))));
 }
 
-void RowWriter::write(QVector<QVariant> &row) {
+void TableWriter::write(QVector<QVariant> &row) {
     if (!mIsOpen)
         open();
     for (int i = 0; i < row.size(); ++i) {
@@ -51,19 +66,21 @@ void RowWriter::write(QVector<QVariant> &row) {
             throw Failure(QStringLiteral("column %1 of table %2 cannot keep the value \"%3\"; correct it in "
                                          "the source. Nothing was copied")
                               .arg(mColumns[i].name, mTable, shown(row[i])));
-        if (!mIsServer)
+        if (mIsServer)
+            put(*mStream, i, row[i]);
+        else
             mInsert.bindValue(i, row[i]);
     }
-    if (mIsServer ? !mStream->write(row) : !mInsert.exec())
+    if (mIsServer ? !mStream->write() : !mInsert.exec())
         refuse(mIsServer ? mStream->error() : mInsert.lastError().databaseText().simplified());
 }
 
-void RowWriter::finish() {
+void TableWriter::finish() {
     if (mStream && !mStream->finish())
         refuse(mStream->error());
 }
 
-void RowWriter::refuse(const QString &reason) const {
+void TableWriter::refuse(const QString &reason) const {
     requireServerAlive();
     throw Failure(
         QStringLiteral("a row of table %1 is refused (%2); correct it in the source. Nothing was copied")

@@ -17,7 +17,7 @@ enum class Language { Unknown, Chinese, English };
 
 /// A store of any generation as rows, on a connection of its own: it is neither upgraded nor changed in any
 /// other way, and what is read is its state at one moment. One at a time.
-class RowSource {
+class StoreReader {
 public:
     struct Network {
         long id = 0;
@@ -26,8 +26,8 @@ public:
     using Row = QVector<QVariant>;
 
     /// Throws `Failure` when the store cannot be had.
-    explicit RowSource(const StoreAddress &address);
-    ~RowSource();
+    explicit StoreReader(const StoreAddress &address);
+    ~StoreReader();
 
     const QString &name() const { return mName; }
     bool isSqlite() const;
@@ -62,7 +62,7 @@ public:
     void finish();
 
 private:
-    Q_DISABLE_COPY(RowSource)
+    Q_DISABLE_COPY(StoreReader)
 
     void open(const StoreAddress &address);
     int readGeneration() const;
