@@ -5,6 +5,8 @@
 
 #include <QGuiApplication>
 
+#include <cstdio>
+
 namespace {
 
 enum ExitCode { Done = 0, Failed = 1, WrongUsage = 2, LeftOut = 3 };
@@ -57,7 +59,7 @@ int execute(const commands::Run &run) {
 
 } // namespace
 
-int main(int argc, char **argv) {
+int main(int argc, char **argv) try {
     host::prepareProcess();
     const QGuiApplication application(argc, argv);
     QCoreApplication::setApplicationName(QStringLiteral("morastore"));
@@ -93,4 +95,7 @@ int main(int argc, char **argv) {
         return exitCode;
     const host::Session session(QString::fromStdString(language), verbose);
     return execute(run);
+} catch (const std::exception &error) {
+    std::fprintf(stderr, "morastore: %s\n", error.what());
+    return Failed;
 }

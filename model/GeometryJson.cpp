@@ -91,8 +91,7 @@ constexpr int kLongestNumber = 24;
 
 char *write(char *to, const char *text) {
     const std::size_t length = std::strlen(text);
-    std::memcpy(to, text, length);
-    return to + length;
+    return std::copy_n(text, length, to);
 }
 
 char *write(char *to, double value) {

@@ -44,6 +44,9 @@ public:
     Net &operator=(const Net &other);
     ~Net() override;
 
+    /// The record alone.
+    const NetRecord &record() const { return *this; }
+
     long id() const override { return netId; }
     QString netName() const override { return name; }
     QString url() const override { return sourceUrl; }

@@ -121,6 +121,7 @@ void DemandPlanner::addVehicle(const SumoVehicle &vehicle) {
         return;
     }
     std::vector<double> parts;
+    parts.reserve(routes.size());
     for (const Share &route : routes)
         parts.push_back(route.part);
     for (const auto &slice : counts) {

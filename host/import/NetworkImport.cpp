@@ -25,7 +25,7 @@ bool storeHasSeveralNetworks() {
 /// A network of a store keeps its place while one is imported; on a failure it is the current one again.
 class NewCurrentNetwork {
 public:
-    explicit NewCurrentNetwork(const NetRecord &record) : mBefore(gNet) { gNet.loadRecord(record); }
+    explicit NewCurrentNetwork(const NetRecord &record) : mBefore(gNet.record()) { gNet.loadRecord(record); }
     ~NewCurrentNetwork() {
         if (mKept)
             return;
@@ -77,7 +77,7 @@ NetRecord recordOfOneNetwork(const QList<Net> &present, NetRecord record) {
                            "into a new store")
                 .arg(DBTools::dbVer()));
     if (!present.isEmpty() && DBTools::selectNetById(gDB, present.first().id()))
-        return gNet;
+        return gNet.record();
     record.sourceUrl.clear();
     record.isDefault = false;
     return record;

@@ -67,7 +67,7 @@ QString laneKind(const VehicleClasses &permissions) {
 }
 
 QString linkKind(const SumoEdge &edge) {
-    const QString byType = highwayKind(edge.type);
+    QString byType = highwayKind(edge.type);
     if (!byType.isEmpty())
         return byType;
     const QString kind = laneKind(edge.lanes.front().permissions);

@@ -24,8 +24,10 @@ QString shown(const QString &value) {
     return QLatin1Char('"') + value + QLatin1Char('"');
 }
 
-bool sameBits(double a, double b) {
-    return std::memcmp(&a, &b, sizeof a) == 0;
+quint64 bitsOf(double value) {
+    quint64 bits = 0;
+    std::memcpy(&bits, &value, sizeof bits);
+    return bits;
 }
 template <class T>
 bool same(const T &a, const T &b) {
@@ -211,6 +213,10 @@ void compareRecord(Comparer &compare, const NetRecord &written, const NetRecord 
 }
 
 } // namespace
+
+bool sameBits(double a, double b) {
+    return bitsOf(a) == bitsOf(b);
+}
 
 void Comparison::differ(const QString &field, const QString &written, const QString &read) {
     ++differences;

@@ -4,6 +4,9 @@
 
 #include <QStringList>
 
+/// Whether two numbers are the same bit for bit.
+bool sameBits(double a, double b);
+
 /// The outcome of comparing two networks.
 struct Comparison {
     qint64 fields = 0;      ///< values compared

@@ -59,7 +59,7 @@ void GuardedTransaction::beginServer() {
         return;
     const bool isTaken = lock.lastError().nativeErrorCode() == QLatin1String("55P03");
     const QSqlError error = lock.lastError();
-    QSqlQuery(QStringLiteral("rollback"), mDb);
+    const QSqlQuery rollback(QStringLiteral("rollback"), mDb);
     mOpen = false;
     if (isTaken)
         throw Failure(
@@ -69,7 +69,7 @@ void GuardedTransaction::beginServer() {
 
 GuardedTransaction::~GuardedTransaction() {
     if (mOpen)
-        QSqlQuery(QStringLiteral("rollback"), mDb);
+        const QSqlQuery rollback(QStringLiteral("rollback"), mDb);
     if (mReader)
         QSqlQuery(QStringLiteral("pragma cache_spill = on"), mDb);
 }

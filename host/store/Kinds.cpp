@@ -16,9 +16,9 @@ using Read = T *(*)(QSqlDatabase &, long, long);
 /// How a kind is listed and read.
 template <class T>
 struct Access {
-    const char *kind; ///< as `morastore info` calls it
-    const char *word;
-    Before before;
+    const char *kind = nullptr; ///< as `morastore info` calls it
+    const char *word = nullptr;
+    Before before = Before::Nothing;
     std::function<QList<long>(long)> ids;
     std::function<std::unique_ptr<T>(long, long)> read;
 };
@@ -60,7 +60,10 @@ Access<T> makeOfList(const char *kind, const char *word, const ReadList &readLis
 /// Takes a value that the library returns with another id where there is no such object.
 template <class T>
 std::unique_ptr<T> ifOfId(T object, long id) {
-    return describe(object).id == id ? std::make_unique<T>(std::move(object)) : nullptr;
+    std::unique_ptr<T> found;
+    if (describe(object).id == id)
+        found = std::make_unique<T>(std::move(object));
+    return found;
 }
 
 QHash<long, VehicleComposition> compositionsOf(long netId) {

@@ -34,7 +34,7 @@ NetworkObjects openNetwork(long netId) {
                 ? QStringLiteral("the store holds no network; import one first")
                 : QStringLiteral("the store holds no network %1; \"morastore info\" lists them").arg(netId));
     NetworkObjects network;
-    network.record = gNet;
+    network.record = gNet.record();
     return network;
 }
 

@@ -77,7 +77,7 @@ void requireEmpty(Server &server, const StoreAddress &address) {
 /// read.
 QProcessEnvironment environmentOf(const StoreAddress &address) {
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    const QList<StoreAddress::Option> options = address.options();
+    const QList<StoreAddress::Option> &options = address.options();
     for (const StoreAddress::Option &option : options) {
         if (option.isSecret && !option.variable.isEmpty())
             environment.insert(QString::fromUtf8(option.variable), QString::fromUtf8(option.value));

@@ -67,7 +67,7 @@ Server::Server(const StoreAddress &address) : Server(address, false) {}
 Server::Server(const StoreAddress &address, bool mayLackDatabase) : mName(address.name()) {
     std::vector<const char *> keywords;
     std::vector<const char *> values;
-    const QList<StoreAddress::Option> options = address.options();
+    const QList<StoreAddress::Option> &options = address.options();
     for (const StoreAddress::Option &option : options) {
         keywords.push_back(option.keyword.constData());
         values.push_back(option.value.constData());
@@ -111,7 +111,10 @@ bool Server::connect(int seconds) {
         QSocketNotifier ready(PQsocket(connection), event);
         QEventLoop loop;
         QObject::connect(&ready, SIGNAL(activated(int)), &loop, SLOT(quit()));
-        QTimer::singleShot(int(left), &loop, &QEventLoop::quit);
+        QTimer timeout;
+        timeout.setSingleShot(true);
+        QObject::connect(&timeout, SIGNAL(timeout()), &loop, SLOT(quit()));
+        timeout.start(int(left));
         loop.exec();
         ready.setEnabled(false);
         wanted = PQconnectPoll(connection);

@@ -82,7 +82,7 @@ StoreInfo takeStock(const QString &path) {
     info.path = path;
     info.generation = DBTools::dbVer();
     info.isEnglish = gSpecialWords.dbIsEnglish;
-    const NetRecord before = gNet;
+    const NetRecord before = gNet.record();
     const QList<Net> nets = DBTools::selectNets(gDB);
     for (const Net &listed : nets) {
         // The list gives id and name alone.

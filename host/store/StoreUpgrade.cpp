@@ -59,7 +59,7 @@ void compare(const Columns &before, const Columns &after, StoreUpgrade &upgrade)
 
 QString nameOfCopy(const QString &path) {
     const QString now = QDateTime::currentDateTime().toString(QStringLiteral("yyyyMMdd-HHmmss"));
-    const QString name = QStringLiteral("%1.before-upgrade-%2").arg(QFileInfo(path).absoluteFilePath(), now);
+    QString name = QStringLiteral("%1.before-upgrade-%2").arg(QFileInfo(path).absoluteFilePath(), now);
     if (QFileInfo::exists(name))
         throw Failure(QStringLiteral("%1: exists already; nothing was changed, try again").arg(name));
     return name;

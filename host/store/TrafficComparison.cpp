@@ -6,8 +6,6 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 
-#include <cstring>
-
 namespace {
 
 QString shown(const QJsonValue &value) {
@@ -16,11 +14,7 @@ QString shown(const QJsonValue &value) {
 }
 
 bool isSame(const QJsonValue &a, const QJsonValue &b) {
-    if (!a.isDouble() || !b.isDouble())
-        return a == b;
-    const double x = a.toDouble();
-    const double y = b.toDouble();
-    return std::memcmp(&x, &y, sizeof x) == 0;
+    return a.isDouble() && b.isDouble() ? sameBits(a.toDouble(), b.toDouble()) : a == b;
 }
 
 /// Compares two objects down to their single values.

@@ -8,8 +8,8 @@ namespace {
 // The driver does not tell whether the caller has begun a transaction. The server does: it refuses a
 // savepoint outside one (SQLSTATE no_active_sql_transaction) and in one that failed
 // (in_failed_sql_transaction). https://www.postgresql.org/docs/15/errcodes-appendix.html
-constexpr QLatin1String kOutside("25P01");
-constexpr QLatin1String kFailed("25P02");
+constexpr const char *kOutside = "25P01";
+constexpr const char *kFailed = "25P02";
 
 QString set() {
     return QStringLiteral("savepoint row");
@@ -20,7 +20,7 @@ QString set() {
 bool Savepoint::isInsideTransaction(const Store &store) {
     QSqlQuery query(store.db());
     if (!query.exec(set()))
-        return query.lastError().nativeErrorCode() == kFailed;
+        return query.lastError().nativeErrorCode() == QLatin1String(kFailed);
     return query.exec(QStringLiteral("release savepoint row"));
 }
 
@@ -30,7 +30,7 @@ Savepoint::Savepoint(const Store &store, bool wanted) : mStore(store) {
     // That the server refuses it is no failure of the operation.
     QSqlQuery query(store.db());
     mSet = query.exec(set());
-    if (!mSet && query.lastError().nativeErrorCode() == kOutside)
+    if (!mSet && query.lastError().nativeErrorCode() == QLatin1String(kOutside))
         store.setOutsideTransaction(true);
 }
 

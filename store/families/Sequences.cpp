@@ -38,7 +38,7 @@ QString keyColumn(const Store &store, const QString &schema, const QString &tabl
     if (!columns.exec())
         return {};
     while (columns.next()) {
-        const QString column = columns.text("column_name");
+        QString column = columns.text("column_name");
         if (column.compare(QLatin1String("netid"), Qt::CaseInsensitive) != 0 || table == QLatin1String("net"))
             return column;
     }

@@ -145,6 +145,7 @@ void load(NetLoad &net) {
 void save(NetSave &net) {
     const Objects<VehicleComposition> &compositions = net.contents.traffic.compositions;
     std::vector<long> codes;
+    codes.reserve(compositions.size());
     for (const auto &composition : compositions)
         codes.push_back(composition->vehicleConsCode);
     net.keepIds("VehicleConstitutent", codes);

@@ -21,6 +21,7 @@ public:
     template <class List, class Entity>
     void giveIds(const char *table, const List &objects, long Entity::*id) {
         std::vector<long *> ids;
+        ids.reserve(std::size_t(objects.size()));
         for (const auto &object : objects)
             ids.push_back(&((*object).*id));
         giveIds(table, ids);

@@ -141,7 +141,7 @@ bool load(const Store &store, NetContents &contents, const NetProgress &progress
     forget(contents);
     if (!networks::load(store))
         return false;
-    contents.record = gNet;
+    contents.record = gNet.record();
     NetLoad net(store, contents, progress);
     loadKinds(net);
     if (!net.isGood())

@@ -38,7 +38,7 @@ protected:
 TEST_P(WholeExample, LoadsWhatSingleReadsGive) {
     DBTools::selectVehicleType(gDB, mNet, ghVehicleType);
     NetworkObjects single;
-    single.record = gNet;
+    single.record = gNet.record();
     single.links = readAll<Link>(mNet);
     single.connectors = readAll<Connector>(mNet);
     readTraffic(mNet, single.traffic);

@@ -7,9 +7,7 @@ namespace {
 
 class DeparturePointsTest : public StoreKindFixture {
 protected:
-    void prepare() override {
-        letReferencesDangle();
-    }
+    void prepare() override { letReferencesDangle(); }
 
     static DepartureInterval interval(long id, long consCode) {
         DepartureInterval result;

@@ -6,9 +6,7 @@ namespace {
 
 class DriverModelsTest : public StoreKindFixture {
 protected:
-    void prepare() override {
-        ASSERT_TRUE(DBTools::initDictionary(gDB, kNet, true));
-    }
+    void prepare() override { ASSERT_TRUE(DBTools::initDictionary(gDB, kNet, true)); }
 
     static QList<ChangeLaneModelParam> readLaneChange() {
         QList<ChangeLaneModelParam> params;

@@ -5,9 +5,7 @@ namespace {
 
 class VehicleCompositionsTest : public StoreKindFixture {
 protected:
-    void prepare() override {
-        letReferencesDangle();
-    }
+    void prepare() override { letReferencesDangle(); }
 
     static VehicleComposition sample(long code, QList<VehicleConsDetail> details) {
         VehicleComposition composition;
