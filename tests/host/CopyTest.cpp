@@ -18,7 +18,7 @@ protected:
     /// The crossing with all its companions.
     QString crossing(const QString &name, const QStringList &options = {}) const {
         const QString folder = QFileInfo(kExample).path();
-        const QString store = newStore(name);
+        QString store = newStore(name);
         importInto(store, options);
         return store;
     }

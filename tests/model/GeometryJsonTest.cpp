@@ -26,10 +26,16 @@ QByteArray textByLibrary(const QVector<GeometryPoint> &points) {
     return QJsonDocument(QJsonObject{{"data", data}}).toJson(QJsonDocument::Compact);
 }
 
+/// Equal to the sign of a zero.
+bool isSame(double a, double b) {
+    return a == b && std::signbit(a) == std::signbit(b);
+}
+
 bool isSame(const QVector<GeometryPoint> &a, const QVector<GeometryPoint> &b) {
-    return std::equal(
-        a.cbegin(), a.cend(), b.cbegin(), b.cend(),
-        [](const GeometryPoint &p, const GeometryPoint &q) { return std::memcmp(&p, &q, sizeof p) == 0; });
+    return std::equal(a.cbegin(), a.cend(), b.cbegin(), b.cend(),
+                      [](const GeometryPoint &p, const GeometryPoint &q) {
+                          return isSame(p.x, q.x) && isSame(p.y, q.y) && isSame(p.z, q.z);
+                      });
 }
 
 /// Doubles of every kind: any bit pattern, coordinates, whole numbers, powers and the limits of spelling.

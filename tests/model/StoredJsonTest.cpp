@@ -12,7 +12,7 @@ const QJsonObject kObject = QJsonDocument::fromJson(kText).object();
 // What a host writes with a QJsonObject compiles and means the same.
 TEST(StoredJson, StandsInForAnObject) {
     const StoredJson stored = StoredJson::fromText(kText);
-    const QJsonObject object = stored;
+    const QJsonObject &object = stored;
     EXPECT_EQ(object, kObject);
     EXPECT_EQ(stored, kObject);
     EXPECT_EQ(kObject, stored);

@@ -27,8 +27,8 @@ auto fields(BusStationLine &stop) {
 
 BusStation sampleStation(long id, Link *link) {
     BusStation station(link);
-    fields(station) = std::make_tuple(id, QStringLiteral("O'Brien 站 %1").arg(id), 2, id + 1.0 / 3,
-                                      id - 2.0 / 3, 100.0 / 7, QStringLiteral("港湾式"));
+    fields(station) = std::make_tuple(id, QStringLiteral("O'Brien 站 %1").arg(id), 2, double(id) + 1.0 / 3,
+                                      double(id) - 2.0 / 3, 100.0 / 7, QStringLiteral("港湾式"));
     return station;
 }
 

@@ -16,7 +16,7 @@ ReduceSpeedArea sampleArea(long id) {
     fields(area) = std::make_tuple(id, QStringLiteral("限速 'a' %1").arg(id), 100.0 / 3, 200.0 / 3, 7L, 2, 1);
     area.mlSpeedInterval.append(new ReduceSpeedInterval{10 * id, id, 1, 300});
     area.mlSpeedInterval.append(new ReduceSpeedInterval{10 * id + 1, id, 301, 600});
-    for (long code = 1; code <= 3; ++code)
+    for (int code = 1; code <= 3; ++code)
         area.mlSpeedVehiType.append(new ReduceSpeedVehiType{id, code, code * 10.0 / 3, code / 7.0});
     return area;
 }

@@ -63,7 +63,7 @@ std::unique_ptr<Link> sampleLink(long id) {
     for (int i = 1; i <= 3; ++i) {
         auto *vertex = new Vertex;
         vertex->vertexID = 10 * id + i;
-        vertex->x = id * 100 + i / 3.0;
+        vertex->x = double(id) * 100 + i / 3.0;
         vertex->y = -i / 7.0;
         vertex->z = i * 2.5;
         link->mlVertex.append(vertex);

@@ -57,8 +57,8 @@ QByteArray schemaText() {
 /// Made by whichever process comes first; the text is a part of its name.
 QString preparedDatabase(const Session &session) {
     const QByteArray text = schemaText();
-    const QString name = QStringLiteral("mora_schema_") +
-                         QString::fromLatin1(QCryptographicHash::hash(text, QCryptographicHash::Md5).toHex());
+    QString name = QStringLiteral("mora_schema_") +
+                   QString::fromLatin1(QCryptographicHash::hash(text, QCryptographicHash::Md5).toHex());
     session.run(QStringLiteral("select pg_advisory_lock(1)"));
     if (!session.run(QStringLiteral("select 1 from pg_database where datname = '%1'").arg(name)).next()) {
         const QString making = name + QStringLiteral("_new");
