@@ -1,6 +1,7 @@
 #include "host/import/IdSource.h"
 
 #include "host/Failure.h"
+#include "host/store/OpenStore.h"
 #include "model/Net.h"
 #include "store/DBTools.h"
 #include "store/DBTools_V6.h"
@@ -27,11 +28,13 @@ long IdSource::next(const char *table) {
         const bool drawn = DBTools::dbVer() >= kSeveralNetworks
                                ? DBTools_V6::getIDByTableName(mDb, gNet.id(), name, id)
                                : DBTools::getIDByTableName(mDb, name, id);
-        if (!drawn)
+        if (!drawn) {
+            requireServerAlive();
             throw Failure(
                 QStringLiteral("the store gives no identifier for table %1; it may be damaged or full, "
                                "so check it and import into a copy")
                     .arg(name));
+        }
     } while (id <= *highest);
     return id;
 }

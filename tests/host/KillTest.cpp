@@ -75,7 +75,7 @@ protected:
 private:
     static QString startOn(QProcess &process, const QString &program, const QStringList &command,
                            const QString &pristine, const QTemporaryDir &folder) {
-        const QString store = folder.filePath(QStringLiteral("store"));
+        QString store = folder.filePath(QStringLiteral("store"));
         EXPECT_TRUE(QFile::copy(pristine, store));
         process.start(program, QStringList{command.first(), store} + command.mid(1));
         return store;

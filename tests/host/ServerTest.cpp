@@ -120,6 +120,7 @@ TEST_F(ServerStore, AConnectionThatIsLostLeavesNothing) {
     } table[] = {
         // The program waits in the middle of its work until its connection is ended.
         {"lock table Connector in share mode", "the connection to the server is lost"},
+        {"alter sequence seq_lane_id increment by 1", "the connection to the server is lost"},
         {"lock table Net in share mode", "another program is writing"},
     };
     for (const auto &entry : table) {
