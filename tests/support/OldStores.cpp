@@ -23,8 +23,8 @@ void makeFirstGenerationStore(const QString &path) {
             {"drop table RoutingFLowRatio", "drop table SimulateConfiguration", "drop table GuideArrow",
              "drop table Logger", "drop table DetectorVehiType", "drop table VehicleDetector",
              "drop table DriveFollowedModelParam",
-             "create table DriveFollowedModelParam"
-             "(modelParamID, maxAcce, safeTimeInterval, desireDece, spaceBetween, alfa, beit)",
+             ("create table DriveFollowedModelParam"
+              "(modelParamID, maxAcce, safeTimeInterval, desireDece, spaceBetween, alfa, beit)"),
              "drop table IDGenerater", "create table IDGenerater(ID Bigint not null)",
              "insert into IDGenerater values (77)",
              "alter table Lane rename column SerialNumber to SerialNnumber",
