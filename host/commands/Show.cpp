@@ -59,6 +59,7 @@ void appendField(QString &text, const QString &name, const QJsonValue &value, in
 
 void showOne(const NamedKind &kind, long netId, const Options &options) {
     const std::optional<Description> object = kind.read(netId, options.id);
+    requireServerAlive();
     if (!object)
         throw Failure(QStringLiteral("network %1 has no %2 of kind %3; without a number \"show\" lists those "
                                      "that it has")
@@ -85,6 +86,7 @@ void showList(const NamedKind &kind, long netId, bool json) {
         list.append(QJsonObject{{QStringLiteral("id"), qint64(id)}, {QStringLiteral("name"), name}});
         text += QStringLiteral("%1  %2\n").arg(id, 8).arg(name);
     }
+    requireServerAlive();
     print(json ? QString::fromUtf8(QJsonDocument(list).toJson()) : text);
 }
 

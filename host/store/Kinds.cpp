@@ -1,6 +1,6 @@
 #include "host/store/Kinds.h"
 
-#include "host/Failure.h"
+#include "host/store/OpenStore.h"
 #include "model/Net.h"
 #include "store/DBTools.h"
 
@@ -15,7 +15,7 @@ using Read = T *(*)(QSqlDatabase &, long, long);
 
 /// How a kind is listed and read.
 template <class T>
-struct Access {
+struct KindReader {
     const char *kind = nullptr; ///< as `morastore info` calls it
     const char *word = nullptr;
     Before before = Before::Nothing;
@@ -24,13 +24,12 @@ struct Access {
 };
 
 template <class T>
-Access<T> make(const char *kind, const char *word, Before before, Ids<T> ids, Read<T> read) {
+KindReader<T> make(const char *kind, const char *word, Before before, Ids<T> ids, Read<T> read) {
     return {kind, word, before,
             [ids, word](long netId) {
                 QList<long> list;
                 if (!ids(gDB, netId, list))
-                    throw Failure(QStringLiteral("the %1s of network \"%2\" cannot be listed; the store is "
-                                                 "damaged, restore it from a copy")
+                    refuseReading(QStringLiteral("the list of the %1s of network \"%2\"")
                                       .arg(QLatin1String(word), gNet.netName()));
                 return list;
             },
@@ -39,7 +38,7 @@ Access<T> make(const char *kind, const char *word, Before before, Ids<T> ids, Re
 
 /// A kind that the library reads as a whole.
 template <class T, class ReadList>
-Access<T> makeOfList(const char *kind, const char *word, const ReadList &readList) {
+KindReader<T> makeOfList(const char *kind, const char *word, const ReadList &readList) {
     return {kind, word, Before::Nothing,
             [readList](long netId) {
                 QList<long> ids;
@@ -73,10 +72,10 @@ QHash<long, VehicleComposition> compositionsOf(long netId) {
 }
 
 template <class T>
-Access<T> access();
+KindReader<T> access();
 
 template <>
-Access<VehicleType> access() {
+KindReader<VehicleType> access() {
     return makeOfList<VehicleType>("vehicleTypes", "vehicle type", [](long netId) {
         QHash<long, VehicleType> types;
         DBTools::selectVehicleType(gDB, netId, types);
@@ -85,7 +84,7 @@ Access<VehicleType> access() {
 }
 
 template <>
-Access<VehicleComposition> access() {
+KindReader<VehicleComposition> access() {
     // Only the single read tells which composition is the default.
     return {"vehicleCompositions", "vehicle composition", Before::Nothing,
             [](long netId) {
@@ -99,8 +98,8 @@ Access<VehicleComposition> access() {
 }
 
 template <>
-Access<DeparturePoint> access() {
-    Access<DeparturePoint> departurePoints = make<DeparturePoint>(
+KindReader<DeparturePoint> access() {
+    KindReader<DeparturePoint> departurePoints = make<DeparturePoint>(
         "departurePoints", "departure point", Before::Nothing, DBTools::selectDeparturePointIds, nullptr);
     departurePoints.read = [](long netId, long id) {
         QHash<long, VehicleComposition> compositions = compositionsOf(netId);
@@ -110,14 +109,14 @@ Access<DeparturePoint> access() {
 }
 
 template <>
-Access<DecisionPoint> access() {
+KindReader<DecisionPoint> access() {
     return make<DecisionPoint>("decisionPoints", "decision point", Before::Links,
                                DBTools::selectDecisionPointIDs, DBTools::selectDecisionPointByID);
 }
 
 template <>
-Access<Routing> access() {
-    Access<Routing> routes =
+KindReader<Routing> access() {
+    KindReader<Routing> routes =
         make<Routing>("routes", "route", Before::Links, nullptr, DBTools::selectRoutingByID);
     routes.ids = [](long netId) {
         QList<long> points;
@@ -132,26 +131,26 @@ Access<Routing> access() {
 }
 
 template <>
-Access<SignalGroup> access() {
+KindReader<SignalGroup> access() {
     return make<SignalGroup>("signalGroups", "signal group", Before::Nothing, DBTools::selectSignalGroupIDs,
                              DBTools::selectSignalGroupByID);
 }
 
 template <>
-Access<SignalLamp> access() {
+KindReader<SignalLamp> access() {
     return make<SignalLamp>("signalLamps", "signal lamp", Before::SignalGroups, DBTools::selectSignalLampIDs,
                             DBTools::selectSignalLampByID);
 }
 
 template <>
-Access<VehicleDetector> access() {
+KindReader<VehicleDetector> access() {
     return make<VehicleDetector>("vehicleDetectors", "vehicle detector", Before::Nothing,
                                  DBTools::selectVehicleDetectorIds, DBTools::selectVehicleDetector);
 }
 
 template <>
-Access<VehicleQueueCounter> access() {
-    Access<VehicleQueueCounter> counters =
+KindReader<VehicleQueueCounter> access() {
+    KindReader<VehicleQueueCounter> counters =
         make<VehicleQueueCounter>("queueCounters", "queue counter", Before::Nothing,
                                   DBTools::selectVehicleQueueCounterIds, DBTools::selectVehicleQueueCounter);
     const auto read = counters.read;
@@ -163,15 +162,15 @@ Access<VehicleQueueCounter> access() {
 }
 
 template <>
-Access<VehicleTravelDetector> access() {
+KindReader<VehicleTravelDetector> access() {
     return make<VehicleTravelDetector>("travelTimeDetectors", "travel-time detector", Before::Nothing,
                                        DBTools::selectVehicleTravelDetectorIds,
                                        DBTools::selectVehicleTravelDetector);
 }
 
 template <>
-Access<VehicleDrivInfoCollector> access() {
-    Access<VehicleDrivInfoCollector> collectors =
+KindReader<VehicleDrivInfoCollector> access() {
+    KindReader<VehicleDrivInfoCollector> collectors =
         make<VehicleDrivInfoCollector>("drivingDataCollectors", "driving-data collector", Before::Nothing,
                                        DBTools::selectVehicleDrivInfoCollectorIds, nullptr);
     collectors.read = [](long netId, long id) {
@@ -181,54 +180,54 @@ Access<VehicleDrivInfoCollector> access() {
 }
 
 template <>
-Access<BusStation> access() {
+KindReader<BusStation> access() {
     return make<BusStation>("busStations", "bus station", Before::Links, DBTools::selectBusStationIds,
                             DBTools::selectBusStation);
 }
 
 template <>
-Access<BusLine> access() {
+KindReader<BusLine> access() {
     return make<BusLine>("busLines", "bus line", Before::Links, DBTools::selectBusLineIds,
                          DBTools::selectBusLine);
 }
 
 template <>
-Access<ReduceSpeedArea> access() {
+KindReader<ReduceSpeedArea> access() {
     return make<ReduceSpeedArea>("speedReductionAreas", "speed reduction area", Before::Nothing,
                                  DBTools::selectReduceSpeedAreaIds, DBTools::selectReduceSpeedArea);
 }
 
 template <>
-Access<AccidentZone> access() {
+KindReader<AccidentZone> access() {
     return make<AccidentZone>("accidentZones", "accident zone", Before::Nothing,
                               DBTools::selectAccidentZoneIds, DBTools::selectAccidentZone);
 }
 
 template <>
-Access<RoadWorkZone> access() {
+KindReader<RoadWorkZone> access() {
     return make<RoadWorkZone>("roadWorkZones", "road-work zone", Before::Nothing,
                               DBTools::selectRoadWorkZoneIds, DBTools::selectRoadWorkZone);
 }
 
 template <>
-Access<Link> access() {
+KindReader<Link> access() {
     return make<Link>("links", "link", Before::Nothing, DBTools::selectLinkIDs, DBTools::selectLinkByID);
 }
 
 template <>
-Access<Connector> access() {
+KindReader<Connector> access() {
     return make<Connector>("connectors", "connector", Before::Links, DBTools::selectConnectorIDs,
                            DBTools::selectConnectorByID);
 }
 
 template <>
-Access<GuideArrow> access() {
+KindReader<GuideArrow> access() {
     return make<GuideArrow>("guideArrows", "guide arrow", Before::Nothing, DBTools::selectGuideArrowIDs,
                             DBTools::selectGuideArrowByID);
 }
 
 template <>
-Access<LinkType> access() {
+KindReader<LinkType> access() {
     return makeOfList<LinkType>("linkTypes", "link type", [](long netId) {
         QList<LinkType> types;
         DBTools::selectLinkType(gDB, netId, types);
@@ -237,7 +236,7 @@ Access<LinkType> access() {
 }
 
 template <>
-Access<DriveFollowedModelParam> access() {
+KindReader<DriveFollowedModelParam> access() {
     return makeOfList<DriveFollowedModelParam>("carFollowingSets", "car-following set", [](long netId) {
         DriveFollowedModelParam first;
         DriveFollowedModelParam second;
@@ -248,7 +247,7 @@ Access<DriveFollowedModelParam> access() {
 }
 
 template <>
-Access<ChangeLaneModelParam> access() {
+KindReader<ChangeLaneModelParam> access() {
     return makeOfList<ChangeLaneModelParam>("laneChangingSets", "lane-changing set", [](long netId) {
         QList<ChangeLaneModelParam> sets;
         DBTools::selectChangeLaneParam(gDB, netId, sets);
@@ -257,7 +256,7 @@ Access<ChangeLaneModelParam> access() {
 }
 
 template <>
-Access<SimulateConfiguration> access() {
+KindReader<SimulateConfiguration> access() {
     return makeOfList<SimulateConfiguration>("simulationConfiguration", "configuration", [](long netId) {
         SimulateConfiguration configuration;
         DBTools::selectSimuConfiguration(gDB, netId, configuration);
@@ -266,7 +265,7 @@ Access<SimulateConfiguration> access() {
 }
 
 template <>
-Access<Configuration> access() {
+KindReader<Configuration> access() {
     return makeOfList<Configuration>("sceneConfiguration", "configuration", [](long netId) {
         Configuration configuration;
         DBTools::selectConfiguration(gDB, netId, configuration);
@@ -276,7 +275,7 @@ Access<Configuration> access() {
 
 template <class T>
 NamedKind named() {
-    const Access<T> kind = access<T>();
+    const KindReader<T> kind = access<T>();
     return {QLatin1String(kind.kind), kind.before, kind.ids,
             [read = kind.read](long netId, long id) -> std::optional<Description> {
                 const std::unique_ptr<T> object = read(netId, id);
@@ -288,14 +287,13 @@ NamedKind named() {
 
 template <class T>
 Objects<T> readAll(long netId, const std::function<void(double)> &progress) {
-    const Access<T> kind = access<T>();
+    const KindReader<T> kind = access<T>();
     Objects<T> objects;
     const QList<long> ids = kind.ids(netId);
     for (const long id : ids) {
         objects.push_back(kind.read(netId, id));
         if (!objects.back())
-            throw Failure(QStringLiteral("%1 %2 of network \"%3\" cannot be read; the store is damaged, "
-                                         "restore it from a copy")
+            refuseReading(QStringLiteral("%1 %2 of network \"%3\"")
                               .arg(QLatin1String(kind.word))
                               .arg(id)
                               .arg(gNet.netName()));

@@ -2,11 +2,29 @@
 
 #include "host/Failure.h"
 #include "host/ShareOfSteps.h"
+#include "host/store/OpenStore.h"
 #include "store/DBTools.h"
 
 #include <QHash>
+#include <QSqlQuery>
 
 namespace {
+
+/// While it lives all tables are read as they are at one moment, whatever other programs write meanwhile.
+class Snapshot {
+public:
+    Snapshot() {
+        const bool isServer = gDB.driverName() == QLatin1String("QPSQL");
+        const QSqlQuery begin(
+            isServer ? QStringLiteral("begin transaction isolation level repeatable read read only")
+                     : QStringLiteral("begin"),
+            gDB);
+    }
+    ~Snapshot() { const QSqlQuery end(QStringLiteral("rollback"), gDB); }
+
+private:
+    Q_DISABLE_COPY(Snapshot)
+};
 
 /// Objects that the store lists and that refer to nothing. What belongs to nothing is not listed.
 void requireComplete(const NetworkObjects &network) {
@@ -26,8 +44,11 @@ void requireComplete(const NetworkObjects &network) {
 } // namespace
 
 NetworkObjects openNetwork(long netId) {
+    const int failuresBefore = unexpectedFailures();
     const Net *net =
         netId == 0 ? DBTools::selectNetIdByName(gDB, QString()) : DBTools::selectNetById(gDB, netId);
+    if (!net && unexpectedFailures() > failuresBefore)
+        refuseReading(QStringLiteral("the list of networks"));
     if (!net)
         throw Failure(
             netId == 0
@@ -41,10 +62,9 @@ NetworkObjects openNetwork(long netId) {
 NetworkObjects readNetwork(long netId, Progress &progress) {
     NetworkObjects network = openNetwork(netId);
     const ShareOfSteps share(progress, 0, 1);
+    const Snapshot snapshot;
     if (!DBTools::loadNet(gDB, gNet.id(), network, share))
-        throw Failure(
-            QStringLiteral("network \"%1\" cannot be read; the store is damaged, restore it from a copy")
-                .arg(network.record.name));
+        refuseReading(QStringLiteral("network \"%1\"").arg(network.record.name));
     requireComplete(network);
     return network;
 }

@@ -125,3 +125,13 @@ void requireServerAlive() {
                                      "again when the server runs")
                           .arg(openName));
 }
+
+void refuseReading(const QString &what, const QString &reason) {
+    requireServerAlive();
+    throw Failure(
+        reason.isEmpty()
+            ? QStringLiteral("%1 cannot be read; the store is damaged, restore it from a copy").arg(what)
+            : QStringLiteral("%1 cannot be read (%2); try again when no other program writes to the "
+                             "store, or else restore it from a copy")
+                  .arg(what, reason.simplified()));
+}

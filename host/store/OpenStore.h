@@ -44,3 +44,6 @@ void logFailures();
 
 /// Throws `Failure` when the server of the open store is gone; what was not committed is gone with it.
 void requireServerAlive();
+/// Throws `Failure`: @p what cannot be read, since the server is gone, a statement failed for @p reason, or
+/// the rows are not what they must be.
+[[noreturn]] void refuseReading(const QString &what, const QString &reason = firstFailureText());

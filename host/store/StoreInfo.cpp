@@ -1,10 +1,12 @@
 #include "host/store/StoreInfo.h"
 
+#include "host/store/OpenStore.h"
 #include "model/Net.h"
 #include "model/SpecialWords.h"
 #include "store/DBTools.h"
 
 #include <QJsonArray>
+#include <QSqlError>
 #include <QSqlQuery>
 #include <QVariant>
 
@@ -42,13 +44,21 @@ constexpr struct {
     {"speedReductionAreas", "ReduceSpeedArea"},
 };
 
-/// Runs a query on the rows of one network.
+/// An older store may lack the table.
+bool isTableMissing(const QSqlError &error) {
+    constexpr const char *undefinedTable = "42P01";
+    return error.nativeErrorCode() == QLatin1String(undefinedTable) ||
+           error.databaseText().startsWith(QLatin1String("no such table"));
+}
+
+/// Runs a query on the rows of one network; invalid when there is no such table.
 QSqlQuery selectOf(const char *columns, const char *table, long netId) {
     QString sql = QStringLiteral("select %1 from %2").arg(QLatin1String(columns), QLatin1String(table));
     if (DBTools::dbVer() >= 6)
         sql += QStringLiteral(" where NetId = %1").arg(netId);
     QSqlQuery query(gDB);
-    query.exec(sql);
+    if (!query.exec(sql) && !isTableMissing(query.lastError()))
+        refuseReading(QLatin1String(table), query.lastError().databaseText());
     query.next();
     return query;
 }
@@ -83,6 +93,7 @@ StoreInfo takeStock(const QString &path) {
     info.generation = DBTools::dbVer();
     info.isEnglish = gSpecialWords.dbIsEnglish;
     const NetRecord before = gNet.record();
+    const int failuresBefore = unexpectedFailures();
     const QList<Net> nets = DBTools::selectNets(gDB);
     for (const Net &listed : nets) {
         // The list gives id and name alone.
@@ -90,6 +101,8 @@ StoreInfo takeStock(const QString &path) {
         info.networks.append(takeStockOf(net ? *net : listed));
     }
     gNet.loadRecord(before);
+    if (unexpectedFailures() > failuresBefore)
+        refuseReading(QStringLiteral("the list of networks"));
     return info;
 }
 

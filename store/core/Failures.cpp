@@ -8,6 +8,9 @@
 
 namespace {
 
+/// A statement on a closed connection, which a lost one soon is, does not run and yet leaves no error behind.
+const QString kNotOpen = QStringLiteral("The store is not open");
+
 long lastInsertId(const QSqlQuery &query) {
     // The PostgreSQL driver would ask the server for the last value of any sequence, which says nothing of
     // this statement and, where none was drawn yet, ends the caller's transaction.
@@ -21,22 +24,22 @@ long lastInsertId(const QSqlQuery &query) {
 
 bool checkStatement(const QSqlQuery &query, FailureList &failures) {
     const QSqlError error = query.lastError();
-    if (!error.isValid())
+    const bool isOpen = !query.driver() || query.driver()->isOpen();
+    if (!error.isValid() && isOpen)
         return true;
     CallDbResult failure;
     failure.sql = query.lastQuery();
     failure.id = lastInsertId(query);
-    failure.error = error.text();
+    failure.error = error.isValid() ? error.text() : kNotOpen;
     failures.append(failure);
     return false;
 }
 
 bool checkConnection(const QSqlDatabase &db, FailureList &failures) {
     const QSqlError error = db.lastError();
-    // A statement on a closed connection does not run and yet leaves no error behind.
     if (error.isValid() || !db.isOpen()) {
         CallDbResult failure;
-        failure.error = error.isValid() ? error.text() : QStringLiteral("The store is not open");
+        failure.error = error.isValid() ? error.text() : kNotOpen;
         failures.append(failure);
         return false;
     }

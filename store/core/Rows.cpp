@@ -22,6 +22,7 @@ bool lacksTable(const Store &store, const char *table) {
 
 qint64 count(const Store &store, const char *table) {
     QSqlQuery rows(selection(store, "count(*)", table), store.db());
+    store.check(rows);
     return rows.next() ? rows.value(0).toLongLong() : 0;
 }
 

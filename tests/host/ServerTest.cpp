@@ -47,6 +47,34 @@ protected:
             .arg(PostgresDatabase::port())
             .arg(PostgresDatabase::user(), more);
     }
+
+    /// Runs the program into a lock that @p held takes, and once it waits either does @p meanwhile and
+    /// commits or, without that, ends the program's connection and rolls back.
+    static Outcome runHeld(const Beside &beside, const QStringList &command, const char *held,
+                           const char *meanwhile = nullptr) {
+        const QString waiting = QStringLiteral("from pg_stat_activity where datname = current_database() "
+                                               "and wait_event_type = 'Lock'");
+        beside.value(QStringLiteral("begin"));
+        beside.value(QLatin1String(held));
+        QProcess process;
+        process.start(morastoreProgram(), command);
+        QElapsedTimer since;
+        since.start();
+        while (!process.waitForFinished(20) && since.elapsed() < 60000) {
+            // A transaction sees the list as it was when it first asked.
+            beside.value(QStringLiteral("select pg_stat_clear_snapshot()"));
+            if (!meanwhile)
+                beside.value(QStringLiteral("select pg_terminate_backend(pid) ") + waiting);
+            else if (beside.value(QStringLiteral("select count(*) ") + waiting) != QLatin1String("0"))
+                break;
+        }
+        if (meanwhile)
+            beside.value(QLatin1String(meanwhile));
+        beside.value(meanwhile ? QStringLiteral("commit") : QStringLiteral("rollback"));
+        EXPECT_TRUE(process.state() == QProcess::NotRunning || process.waitForFinished());
+        return {process.exitCode(), QString::fromUtf8(process.readAllStandardOutput()),
+                QString::fromUtf8(process.readAllStandardError())};
+    }
 };
 
 } // namespace
@@ -114,39 +142,61 @@ TEST_F(ServerStore, NoConnectionLeft) {
 TEST_F(ServerStore, AConnectionThatIsLostLeavesNothing) {
     const PostgresDatabase store;
     const Beside beside(store.name());
+    const QStringList import{QStringLiteral("import"), connection(store.name()), kExample};
+    const char *const lost = "the connection to the server is lost";
     const struct {
         const char *held;
         const char *expected;
     } table[] = {
-        // The program waits in the middle of its work until its connection is ended.
-        {"lock table Connector in share mode", "the connection to the server is lost"},
-        {"alter sequence seq_lane_id increment by 1", "the connection to the server is lost"},
+        {"lock table Connector in share mode", lost},
+        {"alter sequence seq_lane_id increment by 1", lost},
         {"lock table Net in share mode", "another program is writing"},
     };
     for (const auto &entry : table) {
-        beside.value(QStringLiteral("begin"));
-        beside.value(QLatin1String(entry.held));
-        QProcess import;
-        import.start(morastoreProgram(), {QStringLiteral("import"), connection(store.name()), kExample});
-        QElapsedTimer since;
-        since.start();
-        while (!import.waitForFinished(20) && since.elapsed() < 60000) {
-            // A transaction sees the list as it was when it first asked.
-            beside.value(QStringLiteral("select pg_stat_clear_snapshot()"));
-            beside.value(
-                QStringLiteral("select pg_terminate_backend(pid) from pg_stat_activity where datname "
-                               "= current_database() and wait_event_type = 'Lock'"));
-        }
-        beside.value(QStringLiteral("rollback"));
-        ASSERT_EQ(import.state(), QProcess::NotRunning);
-        expectSentence({import.exitCode(), QString::fromUtf8(import.readAllStandardOutput()),
-                        QString::fromUtf8(import.readAllStandardError())},
-                       QLatin1String(entry.expected));
+        expectSentence(runHeld(beside, import, entry.held), QLatin1String(entry.expected));
         EXPECT_EQ(beside.value(QStringLiteral("select (select count(*) from Net) + (select count(*) from "
                                               "Link) + (select count(*) from LinkType)")),
                   QStringLiteral("0"));
     }
-    EXPECT_EQ(run({QStringLiteral("import"), connection(store.name()), kExample}).exitCode, 0);
+    EXPECT_EQ(run(import).exitCode, 0);
+
+    const QString picture = file(QStringLiteral("lost.svg"));
+    const QString link = beside.value(QStringLiteral("select min(linkID) from Link"));
+    const struct {
+        QStringList command;
+        const char *held;
+    } readers[] = {
+        {{QStringLiteral("draw"), connection(store.name()), picture}, "lock table Lane"},
+        {{QStringLiteral("info"), connection(store.name())}, "lock table Lane"},
+        {{QStringLiteral("show"), connection(store.name()), QStringLiteral("links")}, "lock table Link"},
+        {{QStringLiteral("show"), connection(store.name()), QStringLiteral("links"), link},
+         "lock table Lane"},
+    };
+    for (const auto &reader : readers)
+        expectSentence(runHeld(beside, reader.command, reader.held), QLatin1String(lost));
+    EXPECT_FALSE(QFile::exists(picture));
+}
+
+TEST_F(ServerStore, ANetworkIsReadAsItWasAtOneMoment) {
+    const PostgresDatabase store;
+    ASSERT_EQ(run({QStringLiteral("import"), connection(store.name()), kExample}).exitCode, 0);
+    const auto draw = [&](const char *name) {
+        return QStringList{QStringLiteral("draw"), connection(store.name()), file(QLatin1String(name))};
+    };
+    ASSERT_EQ(run(draw("before.svg")).exitCode, 0);
+    const Beside beside(store.name());
+    // The reader has read the links when it waits for their lanes.
+    const Outcome outcome =
+        runHeld(beside, draw("meanwhile.svg"), "lock table Lane", "update Lane set width = 2 * width");
+    EXPECT_EQ(outcome.exitCode, 0) << outcome.err.toStdString();
+    ASSERT_EQ(run(draw("after.svg")).exitCode, 0);
+    const auto picture = [&](const char *name) {
+        QFile svg(file(QLatin1String(name)));
+        EXPECT_TRUE(svg.open(QIODevice::ReadOnly));
+        return svg.readAll();
+    };
+    EXPECT_EQ(picture("meanwhile.svg"), picture("before.svg"));
+    EXPECT_NE(picture("after.svg"), picture("before.svg"));
 }
 
 TEST_F(ServerStore, IsMadeAsAWholeOrNotAtAll) {
