@@ -124,6 +124,13 @@ bool Query::check() const {
                                   .arg(QLatin1String(mRefusedName.mid(1)), mRefusal));
 }
 
+bool Query::breaksOff() {
+    // What failed to execute is not active: that was recorded when it did.
+    if (mQuery.isActive() && mQuery.lastError().isValid())
+        mBrokeOff = !mStore.check(mQuery);
+    return false;
+}
+
 QVariant Query::value(const char *column) {
     const int index = columnIndex(column);
     return index >= 0 ? mQuery.value(index) : QVariant();
@@ -155,5 +162,5 @@ bool appendIds(const Store &store, const Sql &sql, QList<long> &ids) {
         return false;
     while (query.next())
         ids.append(query.firstId());
-    return true;
+    return query.isComplete();
 }

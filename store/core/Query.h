@@ -59,7 +59,11 @@ public:
     /// Runs the statement, then goes to the first row of its result; false without one.
     bool execAndNext() { return exec() && next(); }
 
-    bool next() { return mQuery.next(); }
+    /// Goes to the next row; false after the last one, and where the engine cannot read on, which is
+    /// recorded.
+    bool next() { return mQuery.next() || breaksOff(); }
+    /// False once reading broke off before the last row.
+    bool isComplete() const { return !mBrokeOff; }
     /// Ends reading, so that another statement may change what was read.
     void finish() { mQuery.finish(); }
 
@@ -88,6 +92,8 @@ private:
     /// Binds a value; while there is an objection to it the statement does not run.
     Query &put(const char *name, const QVariant &value, const QString &objection);
     void prepare();
+    /// Records why there is no next row, unless that was the last one; false.
+    bool breaksOff();
     int columnIndex(const char *column);
 
     const Store &mStore;
@@ -97,6 +103,7 @@ private:
     bool mPrepared = false;
     bool mPrepareFailed = false;
     bool mRan = false;
+    bool mBrokeOff = false;
     bool mWrites;
     /// The placeholder with a value that cannot be stored, and why; empty when there is none.
     QByteArray mRefusedName;

@@ -8,13 +8,19 @@ namespace {
 /// Rows through Qt's driver.
 class QueryRows : public RowSource {
 public:
-    QueryRows(const Store &store, const QString &sql) : mQuery(store.db()) {
+    QueryRows(const Store &store, const QString &sql) : mStore(store), mQuery(store.db()) {
         mQuery.setForwardOnly(!store.isPostgreSql());
-        mQuery.exec(sql);
+        mReady = mQuery.exec(sql);
         store.check(mQuery);
     }
 
-    bool next() override { return mQuery.next(); }
+    bool next() override {
+        if (!mReady || mQuery.next())
+            return mReady;
+        mReady = false;
+        mStore.check(mQuery);
+        return false;
+    }
     int indexOf(const char *column) override { return mQuery.record().indexOf(QLatin1String(column)); }
     bool isNull(int column) override { return mQuery.isNull(column); }
     QVariant value(int column) override { return mQuery.value(column); }
@@ -24,7 +30,9 @@ public:
     QByteArray bytes(int column) override { return mQuery.value(column).toByteArray(); }
 
 private:
+    const Store &mStore;
     QSqlQuery mQuery;
+    bool mReady;
 };
 
 } // namespace

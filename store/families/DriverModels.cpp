@@ -109,7 +109,7 @@ bool readAll(const Store &store, QList<ChangeLaneModelParam> &params) {
         ::readAll(rows, kLaneChangeColumns, param);
         params.append(param);
     }
-    return true;
+    return rows.isComplete();
 }
 
 namespace {

@@ -207,7 +207,7 @@ bool readFlowRatios(const Store &store, QList<RoutingFLowRatio *> &ratios, long 
         return false;
     while (rows.next())
         ratios.append(readRatio(rows, routingId).release());
-    return true;
+    return rows.isComplete();
 }
 
 bool insertLanePair(const Store &store, long routingId, long connId, const LCStruct &lanes,

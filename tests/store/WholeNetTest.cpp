@@ -3,6 +3,7 @@
 #include "tests/support/Builders.h"
 #include "tests/support/StoreFixture.h"
 
+#include <QFile>
 #include <QJsonArray>
 #include <QJsonDocument>
 
@@ -134,6 +135,37 @@ TEST_P(DamagedNetTest, LoadsADamagedNetworkAsFarAsSingleReadsDo) {
                       "Lane 31,32,71 belongs to no link", "Connector 4 names a link that is missing",
                       "LaneConnector 4,4 belongs to no connector",
                       "LaneConnector 5,5 names a lane that is missing"}));
+}
+
+TEST_P(DamagedNetTest, RowsThatCannotBeReadAreNotTakenForTheEnd) {
+    execute(
+        QStringLiteral("with recursive n(i) as (select 1000 union all select i + 1 from n where i < 3000) "
+                       "insert into GuideArrow(%1guideArrowID, laneID, distToTerminal, length, arrowType) "
+                       "select %2i, 71, 3.5, 20.25, 4 from n")
+            .arg(hasSeveralNets() ? QStringLiteral("NetId, ") : QString(),
+                 hasSeveralNets() ? QStringLiteral("1, ") : QString()));
+    const int pageSize = rows(QStringLiteral("pragma page_size")).first().toInt();
+    const QStringList pages =
+        rows(QStringLiteral("select max(pageno) from dbstat where pagetype = 'leaf' and name in "
+                            "(select name from sqlite_master where tbl_name = 'GuideArrow') group by name"));
+    gDB.close();
+    QFile file(path());
+    ASSERT_TRUE(file.open(QIODevice::ReadWrite));
+    for (const QString &page : pages) {
+        ASSERT_TRUE(file.seek(qint64(page.toInt() - 1) * pageSize));
+        file.write(QByteArray(pageSize, '\0'));
+    }
+    file.close();
+    reopen();
+    QList<long> ids;
+    EXPECT_FALSE(DBTools::selectGuideArrowIDs(gDB, kNet, ids));
+    EXPECT_GT(ids.size(), 0);
+    EXPECT_EQ(failureCount(), 1);
+    clearFailures();
+    NetContents contents;
+    EXPECT_FALSE(DBTools::loadNet(gDB, kNet, contents));
+    EXPECT_TRUE(contents.links.empty());
+    EXPECT_EQ(failureCount(), 1);
 }
 
 TEST_P(WholeNetTest, ACancelledLoadLeavesNothing) {
