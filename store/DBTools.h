@@ -536,11 +536,10 @@ public:
     /// The objects are those that the single reads would give, and besides what no single read does: the
     /// restrictions that generation 6 and connectors have tables for. The network becomes the current one:
     /// gNet's tables hold these objects, in place of any others, and the single reads answer from them; the
-    /// registries ghVehicleType, ghVehicleComposition and glLinkType hold its catalogues.
+    /// registries ghVehicleType, ghVehicleComposition and glLinkType hold its catalogues. The tables are read
+    /// one after the other: inside a transaction of the caller's, as they are at one moment.
     /// @param contents takes the objects and owns them; what it held before is destroyed. Its `skipped`
     ///        reports rows of a damaged network that were left out, as the single reads would.
-    /// The tables are read one after the other: inside a transaction of the caller's, as they are at one
-    /// moment.
     /// @param progress hears, now and then, how far the load has come; it must not use the store.
     /// @return false when there is no such network, a statement failed or the load was cancelled. Then
     ///         @p contents, gNet and the registries are empty.
