@@ -162,18 +162,15 @@ TEST_F(ServerStore, AConnectionThatIsLostLeavesNothing) {
 
     const QString picture = file(QStringLiteral("lost.svg"));
     const QString link = beside.value(QStringLiteral("select min(linkID) from Link"));
-    const struct {
-        QStringList command;
-        const char *held;
-    } readers[] = {
+    const std::pair<QStringList, const char *> readers[] = {
         {{QStringLiteral("draw"), connection(store.name()), picture}, "lock table Lane"},
         {{QStringLiteral("info"), connection(store.name())}, "lock table Lane"},
         {{QStringLiteral("show"), connection(store.name()), QStringLiteral("links")}, "lock table Link"},
         {{QStringLiteral("show"), connection(store.name()), QStringLiteral("links"), link},
          "lock table Lane"},
     };
-    for (const auto &reader : readers)
-        expectSentence(runHeld(beside, reader.command, reader.held), QLatin1String(lost));
+    for (const auto &[command, held] : readers)
+        expectSentence(runHeld(beside, command, held), QLatin1String(lost));
     EXPECT_FALSE(QFile::exists(picture));
 }
 
