@@ -122,8 +122,8 @@ QVariant TableCopy::copied(const Cell &cell, const StoreReader::Row &row) {
 }
 
 QString TableCopy::roadTable(const Reference &reference, const StoreReader::Row &row, qint64 road) const {
-    const QString link = QStringLiteral("Link");
-    const QString connector = QStringLiteral("Connector");
+    QString link = QStringLiteral("Link");
+    QString connector = QStringLiteral("Connector");
     if (!mChanges.ids.has(connector, road))
         return link;
     if (!mChanges.ids.has(link, road))
