@@ -30,8 +30,9 @@ void Progress::at(double share) {
     mShown = true;
     const int done = int(kWidth * std::clamp(share, 0.0, 1.0));
     const QString bar = QString(done, QLatin1Char('#')) + QString(kWidth - done, QLatin1Char('.'));
-    const QByteArray line =
-        QStringLiteral("\r%1 [%2] %3 %").arg(mStep, bar).arg(int(share * 100), 3).toUtf8();
+    const QByteArray line = QStringLiteral("\r%1 [%2] %3 %")
+                                .arg(mStep, bar, QString::number(int(share * 100)).rightJustified(3))
+                                .toUtf8();
     std::fwrite(line.constData(), 1, std::size_t(line.size()), stderr);
     std::fflush(stderr);
 }

@@ -116,13 +116,13 @@ std::optional<AppVersionManager> AppVersionManager::fromMarkdown(const QString &
             line.chop(1);
         const QString reason = reader.take(line);
         if (!reason.isEmpty()) {
-            error = QStringLiteral("line %1: %2").arg(number).arg(reason);
+            error = QStringLiteral("line %1: %2").arg(QString::number(number), reason);
             return {};
         }
     }
     const QString reason = reader.end();
     if (!reason.isEmpty()) {
-        error = QStringLiteral("line %1: %2").arg(number).arg(reason);
+        error = QStringLiteral("line %1: %2").arg(QString::number(number), reason);
         return {};
     }
     AppVersionManager manager;

@@ -66,8 +66,7 @@ bool Link::appendLane(int serialNumber, double width, const QString &actionType)
     if (!DBTools::getIDByTableName(gDB, QStringLiteral("Lane"), id)) {
         showFailure(QStringLiteral("Lane %1 of link %2 and those after it were not made: the store gives no "
                                    "identifier; check that it is open and writable.")
-                        .arg(serialNumber)
-                        .arg(linkID));
+                        .arg(QString::number(serialNumber), QString::number(linkID)));
         return false;
     }
     auto *lane = new Lane;

@@ -53,7 +53,8 @@ QString countsOf(const TrafficObjects &traffic) {
         const auto &objects = traffic.*list;
         using T = typename std::decay_t<decltype(objects)>::value_type::element_type;
         if (!objects.empty())
-            counts.append(QStringLiteral("%1 %2s").arg(objects.size()).arg(QLatin1String(kindWord<T>())));
+            counts.append(
+                QStringLiteral("%1 %2s").arg(QString::number(objects.size()), QLatin1String(kindWord<T>())));
     });
     return counts.join(QStringLiteral(", "));
 }
@@ -69,11 +70,8 @@ QString vehicleAccountOf(const CompanionPlan &plan) {
         return {};
     return QStringLiteral(
                "vehicles: %1 in the files, %2 depart, %3 run on lines, %4 stand as obstacles, %5 left out")
-        .arg(all)
-        .arg(plan.demand.vehicles)
-        .arg(onLines)
-        .arg(standing)
-        .arg(leftOut);
+        .arg(QString::number(all), QString::number(plan.demand.vehicles), QString::number(onLines),
+             QString::number(standing), QString::number(leftOut));
 }
 
 } // namespace commands

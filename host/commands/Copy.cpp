@@ -15,7 +15,8 @@ struct Options {
 };
 
 QString accountOf(const CopiedNetwork &copy) {
-    QString text = QStringLiteral("network %1 \"%2\": %3 rows").arg(copy.id).arg(copy.name).arg(copy.rows);
+    QString text = QStringLiteral("network %1 \"%2\": %3 rows")
+                       .arg(QString::number(copy.id), copy.name, QString::number(copy.rows));
     if (copy.id != copy.from)
         text += QStringLiteral(", from network %1").arg(copy.from);
     if (copy.renumbered > 0)
@@ -46,7 +47,7 @@ void copy(const Options &options) {
                 .arg(networks.size()));
     QStringList leftOut;
     for (const auto &table : source.tablesBesides(networks))
-        leftOut.append(QStringLiteral("table %1: %2 rows").arg(table.first).arg(table.second));
+        leftOut.append(QStringLiteral("table %1: %2 rows").arg(table.first, QString::number(table.second)));
     {
         const OpenStore target(to, Access::Write);
         Progress copying(QStringLiteral("copying"));

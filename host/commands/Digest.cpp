@@ -17,12 +17,11 @@ void digest(const Options &options) {
     for (const StoreReader::Network &network : networks) {
         Progress reading(QStringLiteral("reading"));
         print(QStringLiteral("%1  %2 %3\n")
-                  .arg(digestOf(store, network, reading))
-                  .arg(network.id)
-                  .arg(network.name));
+                  .arg(digestOf(store, network, reading), QString::number(network.id), network.name));
     }
     for (const auto &table : store.tablesBesides(networks))
-        tell(QStringLiteral("not covered: table %1, %2 rows").arg(table.first).arg(table.second));
+        tell(
+            QStringLiteral("not covered: table %1, %2 rows").arg(table.first, QString::number(table.second)));
 }
 
 } // namespace

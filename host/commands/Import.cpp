@@ -32,11 +32,9 @@ void import(const Options &options) {
         network = importNetwork(net, plan, name, writing);
     }
     print(QStringLiteral("network %1 \"%2\": %3 links, %4 connectors\n%5\n")
-              .arg(network.record.netId)
-              .arg(network.record.name)
-              .arg(network.links.size())
-              .arg(network.connectors.size())
-              .arg(countsOf(network.traffic)));
+              .arg(QString::number(network.record.netId), network.record.name,
+                   QString::number(network.links.size()), QString::number(network.connectors.size()),
+                   countsOf(network.traffic)));
     const QString vehicles = vehicleAccountOf(plan);
     if (!vehicles.isEmpty())
         print(vehicles + QLatin1Char('\n'));

@@ -14,7 +14,7 @@ QString rowsOf(const NetworkInfo &network) {
     QString text;
     for (const auto &[kind, count] : network.rows) {
         if (count > 0)
-            text += QStringLiteral("  %1 %2\n").arg(kind, -22).arg(count);
+            text += QStringLiteral("  %1 %2\n").arg(kind.leftJustified(22), QString::number(count));
     }
     return text;
 }
@@ -32,7 +32,7 @@ bool isConfirmed() {
 void remove(const QString &address, const QString &wanted, bool isSure) {
     const OpenStore store(address, Access::Write);
     const NetworkInfo network = networkCalled(wanted);
-    const QString title = QStringLiteral("network %1 \"%2\"").arg(network.id).arg(network.name);
+    const QString title = QStringLiteral("network %1 \"%2\"").arg(QString::number(network.id), network.name);
     if (!isSure) {
         tell(QStringLiteral("%1 and all that it holds will go:\n%2").arg(title, rowsOf(network)).trimmed());
         if (!isConfirmed())

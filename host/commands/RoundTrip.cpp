@@ -10,6 +10,7 @@
 #include "host/sumo/NetReader.h"
 
 #include <QElapsedTimer>
+#include <QLocale>
 
 #include <QTemporaryDir>
 
@@ -33,8 +34,8 @@ public:
     Stopwatch() { mTimer.start(); }
     void lap(const char *step) {
         mLaps += QStringLiteral("%1%2 %3 s")
-                     .arg(mLaps.isEmpty() ? QString() : QStringLiteral(", "), QLatin1String(step))
-                     .arg(double(mTimer.restart()) / 1000, 0, 'f', 2);
+                     .arg(mLaps.isEmpty() ? QString() : QStringLiteral(", "), QLatin1String(step),
+                          QString::number(double(mTimer.restart()) / 1000, 'f', 2));
     }
     QString laps() const { return mLaps; }
 
@@ -45,11 +46,11 @@ private:
 
 void report(const Comparison &comparison, const Stopwatch &stopwatch, const StoreInfo &info) {
     print(info.toText());
-    print(QStringLiteral("\nread back   %L1 values compared, %L2 of them coordinates bit for bit: %3\n")
-              .arg(comparison.fields)
-              .arg(comparison.coordinates)
-              .arg(comparison.isEqual() ? QStringLiteral("all equal")
-                                        : QStringLiteral("%L1 different").arg(comparison.differences)));
+    print(QStringLiteral("\nread back   %1 values compared, %2 of them coordinates bit for bit: %3\n")
+              .arg(QLocale().toString(comparison.fields), QLocale().toString(comparison.coordinates),
+                   comparison.isEqual()
+                       ? QStringLiteral("all equal")
+                       : QStringLiteral("%1 different").arg(QLocale().toString(comparison.differences))));
     print(QStringLiteral("seconds     %1\n").arg(stopwatch.laps()));
     for (const QString &difference : comparison.first)
         tell(difference);

@@ -47,7 +47,7 @@ void appendField(QString &text, const QString &name, const QJsonValue &value, in
             appendField(text, field.key(), field.value(), depth + 1);
     } else if (value.isArray()) {
         const QJsonArray list = value.toArray();
-        text += QStringLiteral("%1%2 (%3)\n").arg(indent, name).arg(list.size());
+        text += QStringLiteral("%1%2 (%3)\n").arg(indent, name, QString::number(list.size()));
         for (int i = 0; i < list.size(); ++i)
             appendField(text, QString::number(i + 1), list.at(i), depth + 1);
     } else {
@@ -63,9 +63,7 @@ void showOne(const NamedKind &kind, long netId, const Options &options) {
     if (!object)
         throw Failure(QStringLiteral("network %1 has no %2 of kind %3; without a number \"show\" lists those "
                                      "that it has")
-                          .arg(netId)
-                          .arg(options.id)
-                          .arg(kind.name));
+                          .arg(QString::number(netId), QString::number(options.id), kind.name));
     if (options.json) {
         print(QString::fromUtf8(QJsonDocument(object->fields).toJson()));
         return;
@@ -84,7 +82,7 @@ void showList(const NamedKind &kind, long netId, bool json) {
         const std::optional<Description> object = kind.read(netId, id);
         const QString name = object ? object->name : QStringLiteral("(cannot be read)");
         list.append(QJsonObject{{QStringLiteral("id"), qint64(id)}, {QStringLiteral("name"), name}});
-        text += QStringLiteral("%1  %2\n").arg(id, 8).arg(name);
+        text += QStringLiteral("%1  %2\n").arg(QString::number(id).rightJustified(8), name);
     }
     requireServerAlive();
     print(json ? QString::fromUtf8(QJsonDocument(list).toJson()) : text);

@@ -6,6 +6,7 @@
 #include "model/SpecialWords.h"
 
 #include <QFontMetricsF>
+#include <QLocale>
 #include <QPainter>
 
 #include <algorithm>
@@ -109,11 +110,10 @@ NetworkDrawing::NetworkDrawing(const NetworkObjects &network)
     }
     for (const auto &connector : network.connectors)
         addConnector(*connector);
-    mSummary = QStringLiteral("%L1 links, %L2 lanes, %L3 connectors, %4 km")
-                   .arg(network.links.size())
-                   .arg(lanes)
-                   .arg(network.connectors.size())
-                   .arg(length / 1000, 0, 'f', 1);
+    mSummary =
+        QStringLiteral("%1 links, %2 lanes, %3 connectors, %4 km")
+            .arg(QLocale().toString(network.links.size()), QLocale().toString(lanes),
+                 QLocale().toString(network.connectors.size()), QString::number(length / 1000, 'f', 1));
     if (mExtent.width() < 1 || mExtent.height() < 1)
         mExtent.adjust(-1, -1, 1, 1);
 }
@@ -246,7 +246,7 @@ void NetworkDrawing::paintLegend(QPainter &painter, const QSizeF &size, double p
     const double baseline = size.height() - kMargin;
     double x = kMargin;
     for (const LaneKind &kind : mKinds) {
-        const QString label = QStringLiteral("%1 (%L2)").arg(kind.name).arg(kind.count);
+        const QString label = QStringLiteral("%1 (%2)").arg(kind.name, QLocale().toString(kind.count));
         painter.fillRect(QRectF(x, baseline - 11, 22, 12), kind.colour);
         painter.setPen(kInk);
         painter.drawText(QPointF(x + 28, baseline), label);

@@ -30,8 +30,7 @@ QByteArray toPng(const NetworkDrawing &drawing, const QSize &size) {
     if (image.isNull())
         throw Failure(
             QStringLiteral("a picture of %1 x %2 pixels does not fit into memory; give a smaller --size")
-                .arg(size.width())
-                .arg(size.height()));
+                .arg(QString::number(size.width()), QString::number(size.height())));
     QPainter painter(&image);
     drawing.paint(painter, size, false);
     painter.end();

@@ -5,6 +5,7 @@
 #include "model/SpecialWords.h"
 
 #include <QFontMetricsF>
+#include <QLocale>
 #include <QPainter>
 #include <QtMath>
 
@@ -236,7 +237,7 @@ void TrafficLayer::paint(QPainter &painter, double pixelsPerMetre) const {
 
 QStringList TrafficLayer::legendLabels() const {
     const auto label = [](const QString &name, std::size_t count) {
-        return QStringLiteral("%1 (%L2)").arg(name).arg(count);
+        return QStringLiteral("%1 (%2)").arg(name, QLocale().toString(count));
     };
     QStringList labels;
     for (const Band &band : mBands)

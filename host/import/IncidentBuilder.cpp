@@ -108,7 +108,8 @@ void buildSpeedAreas(const SumoCompanions &companions, const DemandBuilder &dema
                 auto area = buildArea(network.lane(lane), shown.first, shown.second, types, ids);
                 area->name = sign.id;
                 if (sign.lanes.size() * int(periods.size()) > 1)
-                    area->name += QStringLiteral(" %1 %2 km/h").arg(lane).arg(shown.first * kKmhPerMs);
+                    area->name +=
+                        QStringLiteral(" %1 %2 km/h").arg(lane, QString::number(shown.first * kKmhPerMs));
                 into.speedAreas.push_back(std::move(area));
             }
         }

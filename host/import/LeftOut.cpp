@@ -36,14 +36,14 @@ qint64 LeftOut::count(const QString &kind) const {
 QString LeftOut::summary() const {
     QStringList parts;
     for (const Kind &kind : mKinds)
-        parts.append(QStringLiteral("%1 %2").arg(kind.count).arg(kind.name));
+        parts.append(QStringLiteral("%1 %2").arg(QString::number(kind.count), kind.name));
     return parts.join(QStringLiteral(", "));
 }
 
 QStringList LeftOut::lines() const {
     QStringList lines;
     for (const Kind &kind : mKinds) {
-        lines.append(QStringLiteral("left out: %1 %2").arg(kind.count).arg(kind.name));
+        lines.append(QStringLiteral("left out: %1 %2").arg(QString::number(kind.count), kind.name));
         for (const QString &what : kind.named)
             lines.append(QStringLiteral("  ") + what);
         if (kind.count > kind.named.size() && kind.named.size() == kNamed)

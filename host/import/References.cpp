@@ -233,9 +233,10 @@ void Resolver::resolveVehicles() {
         }
         mLeftOut.vehicles += departuresOf(vehicle);
         if (vehicle.isFlow)
-            mLeftOut.add(QStringLiteral("flows"),
-                         named(mCompanions, vehicle.id, vehicle.source,
-                               QStringLiteral("%1; %2 vehicles").arg(fault).arg(departuresOf(vehicle))));
+            mLeftOut.add(
+                QStringLiteral("flows"),
+                named(mCompanions, vehicle.id, vehicle.source,
+                      QStringLiteral("%1; %2 vehicles").arg(fault, QString::number(departuresOf(vehicle)))));
         else
             mLeftOut.add(QStringLiteral("vehicles"), named(mCompanions, vehicle.id, vehicle.source, fault));
         return true;
@@ -292,7 +293,7 @@ void Resolver::resolveDevices() {
 void Resolver::countUnread() {
     for (auto kind = mCompanions.unread.cbegin(); kind != mCompanions.unread.cend(); ++kind)
         mLeftOut.add(QStringLiteral("elements of a kind that stores do not hold"), kind.value(),
-                     QStringLiteral("%1 <%2>").arg(kind.value()).arg(kind.key()));
+                     QStringLiteral("%1 <%2>").arg(QString::number(kind.value()), kind.key()));
 }
 
 } // namespace
@@ -311,7 +312,6 @@ void removeUnresolved(SumoCompanions &companions, const SumoNet &net, LeftOut &l
 QString named(const SumoCompanions &companions, const QString &name, const SumoSource &source,
               const QString &reason) {
     return QStringLiteral("\"%1\" (%2, line %3: %4)")
-        .arg(name, QFileInfo(companions.files.value(source.file)).fileName())
-        .arg(source.line)
-        .arg(reason);
+        .arg(name, QFileInfo(companions.files.value(source.file)).fileName(), QString::number(source.line),
+             reason);
 }

@@ -71,7 +71,7 @@ std::unique_ptr<SignalLamp> buildLamp(const SumoConnection &connection, const Si
     const Point3 stopLine = from.source->shape.back();
     auto lamp = std::make_unique<SignalLamp>();
     lamp->signalLampID = ids.next("SignalLamp");
-    lamp->name = QStringLiteral("%1:%2").arg(connection.tl).arg(connection.linkIndex);
+    lamp->name = QStringLiteral("%1:%2").arg(connection.tl, QString::number(connection.linkIndex));
     lamp->laneID = int(from.lane->laneID);
     lamp->toLaneID = int(network.lane(connection.to, connection.toLane).lane->laneID);
     lamp->x = stopLine.x;

@@ -63,14 +63,10 @@ SignalPlan planSignals(const SumoNet &net, const SumoCompanions &companions, Lef
         else
             leftOut.add(QStringLiteral("signal lamps"),
                         QStringLiteral("\"%1_%2->%3_%4\" (%5, line %6: programme \"%7\" has no signal %8)")
-                            .arg(connection.from)
-                            .arg(connection.fromLane)
-                            .arg(connection.to)
-                            .arg(connection.toLane)
-                            .arg(QFileInfo(net.path).fileName())
-                            .arg(connection.line)
-                            .arg(connection.tl)
-                            .arg(connection.linkIndex));
+                            .arg(connection.from, QString::number(connection.fromLane), connection.to,
+                                 QString::number(connection.toLane), QFileInfo(net.path).fileName(),
+                                 QString::number(connection.line), connection.tl,
+                                 QString::number(connection.linkIndex)));
     }
     return plan;
 }

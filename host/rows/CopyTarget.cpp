@@ -77,9 +77,8 @@ std::vector<qint64> CopyTarget::taken(const NetworkTable &entry, const std::vect
         return found;
     const QString column = QLatin1String(entry.id);
     QSqlQuery rows = run(QStringLiteral("select %1 from %2 where %1 between %3 and %4 order by %1")
-                             .arg(column, QLatin1String(entry.name))
-                             .arg(ids.front())
-                             .arg(ids.back()));
+                             .arg(column, QLatin1String(entry.name), QString::number(ids.front()),
+                                  QString::number(ids.back())));
     auto own = ids.begin();
     while (own != ids.end() && rows.next()) {
         const qint64 other = rows.value(0).toLongLong();
@@ -112,8 +111,7 @@ void CopyTarget::raiseSequence(const QString &name, qint64 largest) const {
     // Never lowered, and set outside the transaction: what another program draws meanwhile stays its own.
     if (mSequences.contains(name))
         run(QStringLiteral("select setval('%1', greatest(%2, (select last_value from %1)))")
-                .arg(name)
-                .arg(largest));
+                .arg(name, QString::number(largest)));
 }
 
 void CopyTarget::raiseCounters(long netId, const NetworkTable &entry, qint64 largest) const {
@@ -123,13 +121,9 @@ void CopyTarget::raiseCounters(long netId, const NetworkTable &entry, qint64 lar
     }
     run(QStringLiteral("insert into IDGenerater(NetId, TableName, ID) select %1, '%2', %3 where not exists "
                        "(select 1 from IDGenerater where NetId = %1 and TableName = '%2')")
-            .arg(netId)
-            .arg(QLatin1String(entry.name))
-            .arg(largest));
+            .arg(QString::number(netId), QLatin1String(entry.name), QString::number(largest)));
     run(QStringLiteral("update IDGenerater set ID = %3 where NetId = %1 and TableName = '%2' and ID < %3")
-            .arg(netId)
-            .arg(QLatin1String(entry.name))
-            .arg(largest));
+            .arg(QString::number(netId), QLatin1String(entry.name), QString::number(largest)));
 }
 
 void CopyTarget::raiseNetworkCounter(long netId) const {

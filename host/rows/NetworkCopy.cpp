@@ -121,7 +121,8 @@ void NetworkCopy::copyTable(const NetworkTable &entry, Progression &progression)
     if (!target) {
         const qint64 rows = source ? mSource.count(*source, mNetwork) : 0;
         if (rows > 0)
-            mResult.leftOut.append(QStringLiteral("table %1: %2 rows").arg(source->name).arg(rows));
+            mResult.leftOut.append(
+                QStringLiteral("table %1: %2 rows").arg(source->name, QString::number(rows)));
         return;
     }
     const StoreTable none;

@@ -110,8 +110,7 @@ QList<StoreReader::Network> StoreReader::networksOf(const std::vector<long> &ids
         if (known == mNetworks.end())
             throw Failure(QStringLiteral("%1: the store has no network %2; \"morastore info\" lists those "
                                          "that it has")
-                              .arg(mName)
-                              .arg(id));
+                              .arg(mName, QString::number(id)));
         chosen.append(*known);
     }
     return chosen;
@@ -131,8 +130,9 @@ QString StoreReader::condition(const StoreTable &table, const Network &network) 
     if (!hasSeveralNetworks())
         return {};
     const StoreColumn *column = table.column(QStringLiteral("netid"));
-    return column ? QStringLiteral(" where %1 = %2").arg(quotedName(column->name)).arg(network.id)
-                  : QStringLiteral(" where 1 = 0");
+    return column
+               ? QStringLiteral(" where %1 = %2").arg(quotedName(column->name), QString::number(network.id))
+               : QStringLiteral(" where 1 = 0");
 }
 
 void StoreReader::read(const StoreTable &table, const NetworkTable &entry, const Network &network,

@@ -152,8 +152,8 @@ QStringList TableCopy::leftOut() const {
     for (int i = 0; i < mLeftOutColumns.size(); ++i) {
         if (mLeftOutValues[i] > 0)
             lines.append(QStringLiteral("column %1 of table %2: %3 values")
-                             .arg(mSource.columns[mLeftOutColumns[i]].name, mSource.name)
-                             .arg(mLeftOutValues[i]));
+                             .arg(mSource.columns[mLeftOutColumns[i]].name, mSource.name,
+                                  QString::number(mLeftOutValues[i])));
     }
     return lines;
 }

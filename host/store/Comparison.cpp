@@ -161,9 +161,11 @@ void compareLaneConnectors(Comparer &compare, const Connector &written, const Co
     for (const LaneConnector *a : written.mlLaneConnector) {
         const LaneConnector *b = readByLanes.value({a->mpStartLane->laneID, a->mpEndLane->laneID});
         if (!b) {
-            compare.differ("lane connector",
-                           QStringLiteral("%1 to %2").arg(a->mpStartLane->laneID).arg(a->mpEndLane->laneID),
-                           QStringLiteral("none"));
+            compare.differ(
+                "lane connector",
+                QStringLiteral("%1 to %2")
+                    .arg(QString::number(a->mpStartLane->laneID), QString::number(a->mpEndLane->laneID)),
+                QStringLiteral("none"));
             continue;
         }
         compare.value("lane connector's weight", a->weight, b->weight);

@@ -294,9 +294,7 @@ Objects<T> readAll(long netId, const std::function<void(double)> &progress) {
         objects.push_back(kind.read(netId, id));
         if (!objects.back())
             refuseReading(QStringLiteral("%1 %2 of network \"%3\"")
-                              .arg(QLatin1String(kind.word))
-                              .arg(id)
-                              .arg(gNet.netName()));
+                              .arg(QLatin1String(kind.word), QString::number(id), gNet.netName()));
         if (progress)
             progress(double(objects.size()) / ids.size());
     }

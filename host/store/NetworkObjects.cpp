@@ -35,9 +35,8 @@ void requireComplete(const NetworkObjects &network) {
         if (listed.contains(rows.table))
             throw Failure(
                 QStringLiteral("%1 %2 of network \"%3\" %4; the store is damaged, restore it from a copy")
-                    .arg(listed.value(rows.table))
-                    .arg(rows.ids.first())
-                    .arg(network.record.name, rows.reason));
+                    .arg(listed.value(rows.table), QString::number(rows.ids.first()), network.record.name,
+                         rows.reason));
     }
 }
 

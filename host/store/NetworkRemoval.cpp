@@ -73,8 +73,7 @@ NetworkInfo networkCalled(const QString &wanted) {
             QStringLiteral("the store holds no network \"%1\"; \"morastore info\" lists them").arg(wanted));
     if (found.size() > 1)
         throw Failure(QStringLiteral("the store holds %1 networks \"%2\"; give the number of one")
-                          .arg(found.size())
-                          .arg(wanted));
+                          .arg(QString::number(found.size()), wanted));
     NetworkInfo info = takeStockOf(found.first());
     if (!hasSeveralNetworks())
         info.rows.erase(std::remove_if(info.rows.begin(), info.rows.end(), belongsToStore), info.rows.end());

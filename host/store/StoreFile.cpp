@@ -59,9 +59,8 @@ void requireWholeFile(const QString &path) {
     const bool countIsValid = bigEndian32(header, 24) == bigEndian32(header, 92);
     if (countIsValid && file.size() < pageSize * bigEndian32(header, 28))
         throw Failure(QStringLiteral("%1: the store is cut off after %2 of %3 bytes; restore it from a copy")
-                          .arg(path)
-                          .arg(file.size())
-                          .arg(pageSize * bigEndian32(header, 28)));
+                          .arg(path, QString::number(file.size()),
+                               QString::number(pageSize * bigEndian32(header, 28))));
 }
 
 void run(QSqlDatabase &db, const QString &path, const char *sql) {
@@ -139,7 +138,5 @@ void requireKnownVersion(int version, const QString &name) {
         throw Failure(
             QStringLiteral("%1: the store is of version %2, and this release knows none above %3; use "
                            "a newer release")
-                .arg(name)
-                .arg(version)
-                .arg(newest));
+                .arg(name, QString::number(version), QString::number(newest)));
 }

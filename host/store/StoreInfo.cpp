@@ -135,32 +135,31 @@ QJsonObject StoreInfo::toJson() const {
 
 QString StoreInfo::toText() const {
     QString text = QStringLiteral("store       %1\ngeneration  %2\nlanguage    %3\nnetworks    %4\n")
-                       .arg(path)
-                       .arg(generation)
-                       .arg(isEnglish ? QStringLiteral("English") : QStringLiteral("Chinese"))
-                       .arg(networks.size());
+                       .arg(path, QString::number(generation),
+                            isEnglish ? QStringLiteral("English") : QStringLiteral("Chinese"),
+                            QString::number(networks.size()));
     for (const NetworkInfo &network : networks) {
         text += QStringLiteral("\nnetwork %1: %2%3\n")
-                    .arg(network.id)
-                    .arg(network.name, network.isDefault ? QStringLiteral(" (default)") : QString());
+                    .arg(QString::number(network.id), network.name,
+                         network.isDefault ? QStringLiteral(" (default)") : QString());
         if (!network.sourceUrl.isEmpty())
-            text += QStringLiteral("  %1 %2\n").arg(QStringLiteral("source"), -22).arg(network.sourceUrl);
+            text += QStringLiteral("  %1 %2\n")
+                        .arg(QStringLiteral("source").leftJustified(22), network.sourceUrl);
         for (const auto &kind : network.rows) {
             if (kind.second > 0)
-                text += QStringLiteral("  %1 %2\n").arg(kind.first, -22).arg(kind.second);
+                text += QStringLiteral("  %1 %2\n")
+                            .arg(kind.first.leftJustified(22), QString::number(kind.second));
         }
         text += QStringLiteral("  %1 %2 km\n")
-                    .arg(QStringLiteral("length of links"), -22)
-                    .arg(network.linkLength / 1000, 0, 'f', 3);
+                    .arg(QStringLiteral("length of links").leftJustified(22),
+                         QString::number(network.linkLength / 1000, 'f', 3));
         if (network.hasExtent)
-            text += QStringLiteral("  %1 x %2 to %3, y %4 to %5, z %6 to %7 m\n")
-                        .arg(QStringLiteral("extent"), -22)
-                        .arg(network.low[0], 0, 'f', 2)
-                        .arg(network.high[0], 0, 'f', 2)
-                        .arg(network.low[1], 0, 'f', 2)
-                        .arg(network.high[1], 0, 'f', 2)
-                        .arg(network.low[2], 0, 'f', 2)
-                        .arg(network.high[2], 0, 'f', 2);
+            text +=
+                QStringLiteral("  %1 x %2 to %3, y %4 to %5, z %6 to %7 m\n")
+                    .arg(QStringLiteral("extent").leftJustified(22), QString::number(network.low[0], 'f', 2),
+                         QString::number(network.high[0], 'f', 2), QString::number(network.low[1], 'f', 2),
+                         QString::number(network.high[1], 'f', 2), QString::number(network.low[2], 'f', 2),
+                         QString::number(network.high[2], 'f', 2));
     }
     return text;
 }

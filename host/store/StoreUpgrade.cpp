@@ -106,7 +106,7 @@ QString StoreUpgrade::toText(const QString &path) const {
     QString text = QStringLiteral("%1: the store is current now\n").arg(path);
     const auto line = [&text](const char *what, const QString &value) {
         if (!value.isEmpty())
-            text += QStringLiteral("  %1 %2\n").arg(QLatin1String(what), -22).arg(value);
+            text += QStringLiteral("  %1 %2\n").arg(QString(QLatin1String(what)).leftJustified(22), value);
     };
     const QString comma = QStringLiteral(", ");
     line("as it was before", copy);

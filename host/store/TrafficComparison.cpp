@@ -44,10 +44,9 @@ void compareKind(const Objects<T> &written, const Objects<T> &read, Comparison &
         readById.insert(describe(*object).id, object.get());
     for (const auto &object : written) {
         const Description description = describe(*object);
-        const QString path = QStringLiteral("%1 %2 \"%3\"")
-                                 .arg(QLatin1String(kindWord<T>()))
-                                 .arg(description.id)
-                                 .arg(description.name);
+        const QString path =
+            QStringLiteral("%1 %2 \"%3\"")
+                .arg(QLatin1String(kindWord<T>()), QString::number(description.id), description.name);
         if (const T *other = readById.value(description.id))
             compareValues(path, description.fields, describe(*other).fields, result);
         else

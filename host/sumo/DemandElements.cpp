@@ -11,7 +11,7 @@ constexpr double kLargest = 2147480000;
 
 /// The id of a distribution's member that has none of its own.
 QString nestedId(const QString &outer, std::size_t place) {
-    return QStringLiteral("%1#%2").arg(outer).arg(place);
+    return QStringLiteral("%1#%2").arg(outer, QString::number(place));
 }
 
 QStringList edgesOf(const Attributes &attributes) {

@@ -8,9 +8,7 @@ namespace {
     throw Failure(
         QStringLiteral("%1, line %2: the connection from \"%3\" to \"%4\" names %5, which the file does "
                        "not have; correct the file or write it again")
-            .arg(net.path)
-            .arg(connection.line)
-            .arg(connection.from, connection.to, missing));
+            .arg(net.path, QString::number(connection.line), connection.from, connection.to, missing));
 }
 
 void checkEnd(const SumoNet &net, const SumoConnection &connection, const QString &edgeId, int lane) {
@@ -18,7 +16,7 @@ void checkEnd(const SumoNet &net, const SumoConnection &connection, const QStrin
     if (!edge)
         fail(net, connection, QStringLiteral("the edge \"%1\"").arg(edgeId));
     if (lane < 0 || std::size_t(lane) >= edge->lanes.size())
-        fail(net, connection, QStringLiteral("lane %1 of edge \"%2\"").arg(lane).arg(edgeId));
+        fail(net, connection, QStringLiteral("lane %1 of edge \"%2\"").arg(QString::number(lane), edgeId));
 }
 
 } // namespace

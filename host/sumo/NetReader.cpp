@@ -122,8 +122,7 @@ void NetReader::addEdge(SumoEdge edge) {
             mInput.fail(
                 QStringLiteral("the lanes of edge \"%1\" are not numbered 0 to %2; correct the file or "
                                "write it again")
-                    .arg(edge.id)
-                    .arg(edge.lanes.size() - 1));
+                    .arg(edge.id, QString::number(edge.lanes.size() - 1)));
     }
     if (mNet.edgeIndex.contains(edge.id))
         mInput.fail(QStringLiteral("edge \"%1\" occurs a second time; remove one of them").arg(edge.id));
@@ -189,7 +188,8 @@ void NetReader::readConnection() {
     if (connection.from.startsWith(QLatin1Char(':'))) {
         if (!connection.via.isEmpty())
             mSteps.push_back(
-                {QStringLiteral("%1_%2").arg(connection.from).arg(connection.fromLane), connection.via});
+                {QStringLiteral("%1_%2").arg(connection.from, QString::number(connection.fromLane)),
+                 connection.via});
     } else if (!connection.to.startsWith(QLatin1Char(':'))) {
         connection.tl = attributes.text("tl", QString());
         connection.linkIndex = attributes.integer("linkIndex", -1);

@@ -76,7 +76,7 @@ double XmlInput::progress() const {
 }
 
 void XmlInput::fail(const QString &what) const {
-    throw Failure(QStringLiteral("%1, line %2: %3").arg(path()).arg(line()).arg(what));
+    throw Failure(QStringLiteral("%1, line %2: %3").arg(path(), QString::number(line()), what));
 }
 
 void XmlInput::check(const QString &expected) const {

@@ -42,7 +42,6 @@ QList<Statement> readStatements(const QString &path) {
     if (!current.text.isEmpty())
         throw std::runtime_error(
             qPrintable(QStringLiteral("%1:%2: the statement has no semicolon at the end of a line")
-                           .arg(path)
-                           .arg(current.line)));
+                           .arg(path, QString::number(current.line))));
     return statements;
 }

@@ -37,7 +37,7 @@ void makeStore(const QString &store, const QStringList &files) {
     run(query, QStringLiteral("begin"), store);
     for (const QString &file : files) {
         for (const Statement &statement : readStatements(file))
-            run(query, statement.text, QStringLiteral("%1:%2").arg(file).arg(statement.line));
+            run(query, statement.text, QStringLiteral("%1:%2").arg(file, QString::number(statement.line)));
     }
     run(query, QStringLiteral("commit"), store);
     // Never "vacuum" here: it drops sqlite_sequence when no table numbers itself.

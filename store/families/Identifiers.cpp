@@ -153,8 +153,7 @@ bool moveCounter(const Store &store, const QString &table, const std::function<l
 /// Moves the sequence of @p table to @p floor at least.
 bool raiseSequence(const Store &store, const QString &name, long floor) {
     return Query(store, QStringLiteral("select setval('\"%1\"', %2) from \"%1\" where last_value < %2")
-                            .arg(quoted(name))
-                            .arg(floor))
+                            .arg(quoted(name), QString::number(floor)))
         .exec();
 }
 
@@ -162,9 +161,8 @@ bool takeFromSequence(const Store &store, const QString &table, long floor, int 
     const QString name = sequenceFor(store, table);
     if (name.isEmpty() || !raiseSequence(store, name, floor))
         return false;
-    Query drawn(
-        store,
-        QStringLiteral("select nextval('\"%1\"') from generate_series(1, %2)").arg(quoted(name)).arg(count));
+    Query drawn(store, QStringLiteral("select nextval('\"%1\"') from generate_series(1, %2)")
+                           .arg(quoted(name), QString::number(count)));
     if (!drawn.exec())
         return false;
     while (drawn.next())

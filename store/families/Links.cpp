@@ -469,9 +469,9 @@ QString breakPoints(const QJsonObject &geometry) {
     const QJsonArray data = geometry.value(QLatin1String("data")).toArray();
     for (const QJsonValue &value : data) {
         const QJsonObject point = value.toObject();
-        points.append(QStringLiteral("%1,%2")
-                          .arg(point.value(QLatin1String("x")).toDouble())
-                          .arg(point.value(QLatin1String("y")).toDouble()));
+        points.append(
+            QStringLiteral("%1,%2").arg(QString::number(point.value(QLatin1String("x")).toDouble()),
+                                        QString::number(point.value(QLatin1String("y")).toDouble())));
     }
     return points.join(QLatin1Char(';'));
 }

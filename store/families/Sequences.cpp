@@ -98,7 +98,8 @@ bool restartOwn(const Store &store, const QMap<QString, long> &largest) {
     bool moved = true;
     for (auto table = largest.cbegin(); table != largest.cend(); ++table) {
         const QString own = QStringLiteral("seq_%1_id").arg(table.key());
-        const QString sql = QStringLiteral("alter sequence %1 RESTART %2").arg(own).arg(table.value() + 1);
+        const QString sql =
+            QStringLiteral("alter sequence %1 RESTART %2").arg(own, QString::number(table.value() + 1));
         if (known.contains(own))
             moved = moved && Query(store, sql).exec();
     }

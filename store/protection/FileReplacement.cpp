@@ -109,8 +109,9 @@ FileReplacement::FileReplacement(const QString &path) : mPath(QFileInfo(path).ca
         throw Refusal(QStringLiteral("it cannot be read (%1)").arg(mSource.errorString()));
     mSize = mSource.size();
     mChanged = mSource.fileTime(QFileDevice::FileModificationTime);
-    mTarget.setFileName(QStringLiteral("%1.%2").arg(mPath).arg(QRandomGenerator::system()->generate64(), 16,
-                                                               16, QLatin1Char('0')));
+    mTarget.setFileName(QStringLiteral("%1.%2").arg(
+        mPath,
+        QString::number(QRandomGenerator::system()->generate64(), 16).rightJustified(16, QLatin1Char('0'))));
     if (!mTarget.open(QIODevice::ReadWrite | QIODevice::NewOnly | QIODevice::Unbuffered))
         throw Refusal(QStringLiteral("no file can be made beside it (%1)").arg(mTarget.errorString()));
     mHasTarget = true;

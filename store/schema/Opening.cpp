@@ -54,9 +54,9 @@ bool isNoStoreFile(const QString &path, QList<CallDbResult> &failures) {
     if (exists && !fileprotection::isProtected(path))
         return false;
     CallDbResult failure;
-    failure.error = exists ? QStringLiteral("%1: the store is protected; unprotect it first")
-                           : QStringLiteral("%1: no such file");
-    failure.error = failure.error.arg(QDir::toNativeSeparators(path));
+    failure.error = QDir::toNativeSeparators(path) +
+                    (exists ? QLatin1String(": the store is protected; unprotect it first")
+                            : QLatin1String(": no such file"));
     failures.append(failure);
     return true;
 }

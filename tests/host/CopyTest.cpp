@@ -89,9 +89,8 @@ QString rankOf(const Reference &reference, int net) {
     const auto rankIn = [net, &reference](const char *table) {
         return QStringLiteral("(select count(*) from %1 b where b.NetId = %3 and b.%2 <= a.%4 and exists "
                               "(select 1 from %1 c where c.NetId = %3 and c.%2 = a.%4))")
-            .arg(QLatin1String(table), QLatin1String(networkTable(QLatin1String(table))->id))
-            .arg(net)
-            .arg(QLatin1String(reference.column));
+            .arg(QLatin1String(table), QLatin1String(networkTable(QLatin1String(table))->id),
+                 QString::number(net), QLatin1String(reference.column));
     };
     if (reference.table)
         return rankIn(reference.table);
@@ -100,8 +99,7 @@ QString rankOf(const Reference &reference, int net) {
         isLink = QStringLiteral("%1 like 'l%'").arg(QLatin1String(reference.roadType));
     for (const char *lane : reference.lanes)
         isLink += QStringLiteral(" and coalesce(%1, -1) < %2")
-                      .arg(QLatin1String(lane))
-                      .arg(reference.firstOfConnector);
+                      .arg(QLatin1String(lane), QString::number(reference.firstOfConnector));
     return QStringLiteral("case when %1 then %2 else 1000 + %3 end")
         .arg(isLink, rankIn("Link"), rankIn("Connector"));
 }
@@ -168,14 +166,14 @@ TEST_F(Copy, IdentifiersThatCollideAreNewAndReferencesFollow) {
         }
         QList<QString> ranks[2];
         for (int net = 1; net <= 2; ++net) {
-            ranks[net - 1].append(
-                value(store, QStringLiteral("select count(*) from %1 where NetId = %2").arg(name).arg(net)));
+            ranks[net - 1].append(value(
+                store,
+                QStringLiteral("select count(*) from %1 where NetId = %2").arg(name, QString::number(net))));
             for (const Reference &reference : table.references) {
                 ranks[net - 1].append(value(
                     store, QStringLiteral("select group_concat(%1) from (select * from %2 where NetId = "
                                           "%3 order by rowid) a")
-                               .arg(rankOf(reference, net), name)
-                               .arg(net)));
+                               .arg(rankOf(reference, net), name, QString::number(net))));
             }
         }
         EXPECT_EQ(ranks[0], ranks[1]) << table.name;

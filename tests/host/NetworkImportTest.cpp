@@ -71,8 +71,8 @@ protected:
         QStringList all;
         for (const char *table :
              {"Link", "Lane", "Node", "Vertex", "LinkVertex", "Connector", "LaneConnector"})
-            all += rows(
-                QStringLiteral("select * from %1 where NetId = %2").arg(QLatin1String(table)).arg(netId));
+            all += rows(QStringLiteral("select * from %1 where NetId = %2")
+                            .arg(QLatin1String(table), QString::number(netId)));
         return all;
     }
 };
@@ -202,8 +202,7 @@ TEST_F(NetworkImport, ASecondNetworkLeavesTheFirstAlone) {
                                    ? QStringLiteral("laneConnId")
                                    : DBTools::getIDName(QLatin1String(table));
         EXPECT_EQ(rows(QStringLiteral("select count(*) from %1 where %2 >= %3")
-                           .arg(QLatin1String(table), column)
-                           .arg(id)),
+                           .arg(QLatin1String(table), column, QString::number(id))),
                   QStringList(QStringLiteral("0")))
             << table;
     }

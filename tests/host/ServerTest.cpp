@@ -43,9 +43,8 @@ protected:
 
     static QString connection(const QString &database, const QString &more = {}) {
         return QStringLiteral("dbname=%1 host=%2 port=%3 user=%4 %5")
-            .arg(database, PostgresDatabase::host())
-            .arg(PostgresDatabase::port())
-            .arg(PostgresDatabase::user(), more);
+            .arg(database, PostgresDatabase::host(), QString::number(PostgresDatabase::port()),
+                 PostgresDatabase::user(), more);
     }
 
     /// Runs the program into a lock that @p held takes, and once it waits either does @p meanwhile and
@@ -119,9 +118,8 @@ TEST_F(ServerStore, EveryRefusalIsASentenceThatNamesTheServer) {
     // So does one in a service file, with all the rest.
     write(QStringLiteral("services"),
           QStringLiteral("[mora]\nhost=%1\nport=%2\nuser=%3\ndbname=%4\npassword=%5\n")
-              .arg(PostgresDatabase::host())
-              .arg(PostgresDatabase::port())
-              .arg(PostgresDatabase::user(), store.name(), PostgresDatabase::password())
+              .arg(PostgresDatabase::host(), QString::number(PostgresDatabase::port()),
+                   PostgresDatabase::user(), store.name(), PostgresDatabase::password())
               .toUtf8());
     qputenv("PGSERVICEFILE", file(QStringLiteral("services")).toUtf8());
     const Outcome served = run({QStringLiteral("info"), QStringLiteral("service=mora")});

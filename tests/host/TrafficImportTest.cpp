@@ -121,7 +121,7 @@ TEST_P(TrafficImport, SignalsShowMergedColoursAtTheStopLines) {
     const Point3 end = mNet.edge(QStringLiteral("north_in"))->lanes[2].shape.back();
     EXPECT_EQ(value("select count(*) from SignalLamp where @"), "16");
     EXPECT_EQ(value("select x, y from SignalLamp where @ and name = 'market:3'"),
-              QStringLiteral("%1|%2").arg(end.x).arg(end.y).toStdString());
+              QStringLiteral("%1|%2").arg(QString::number(end.x), QString::number(end.y)).toStdString());
 }
 
 TEST_P(TrafficImport, DevicesStandWhereTheirPositionsSay) {

@@ -94,10 +94,9 @@ QStringList ratiosOf(const DecisionPoint &point) {
             EXPECT_EQ(ratio->endDateTime, interval->endDateTime);
             EXPECT_EQ(ratio->ratio, static_cast<double>(ratio->routingFLowRatioID) / 7);
             result.append(QStringLiteral("%1 of %2: %3-%4")
-                              .arg(ratio->routingFLowRatioID)
-                              .arg(ratio->routingID)
-                              .arg(ratio->startDateTime)
-                              .arg(interval->endDateTime));
+                              .arg(QString::number(ratio->routingFLowRatioID),
+                                   QString::number(ratio->routingID), QString::number(ratio->startDateTime),
+                                   QString::number(interval->endDateTime)));
         }
     }
     return result;

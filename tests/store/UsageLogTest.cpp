@@ -69,13 +69,11 @@ TEST_P(UsageLogTest, FillsInWhatTheCallerLeavesOut) {
 
 TEST_P(UsageLogTest, PassesIdsThatRowsUse) {
     execute(QStringLiteral("insert into Logger(%1logID,appVersionName,appVersionDate,operation,operDate) "
-                           "values(%2 %3,'1','1','old','20200101000000')")
-                .arg(netColumn(), netValue())
-                .arg(1));
+                           "values(%2 1,'1','1','old','20200101000000')")
+                .arg(netColumn(), netValue()));
     execute(QStringLiteral("insert into Logger(%1logID,appVersionName,appVersionDate,operation,operDate) "
-                           "values(%2 %3,'1','1','old','20200101000000')")
-                .arg(netColumn(), netValue())
-                .arg(5000));
+                           "values(%2 5000,'1','1','old','20200101000000')")
+                .arg(netColumn(), netValue()));
     EXPECT_TRUE(DBTools::logInfo(gDB, kNet, Logger()));
     EXPECT_TRUE(DBTools::logInfo(gDB, kNet, Logger()));
     EXPECT_EQ(count(QStringLiteral("Logger")), 4);

@@ -95,7 +95,8 @@ QString PostgresDatabase::password() {
 
 PostgresDatabase::PostgresDatabase(Content content) {
     static int made = 0;
-    mName = QStringLiteral("mora_case_%1_%2").arg(QCoreApplication::applicationPid()).arg(++made);
+    mName = QStringLiteral("mora_case_%1_%2")
+                .arg(QString::number(QCoreApplication::applicationPid()), QString::number(++made));
     const Session session(maintenanceDatabase());
     const QString source =
         content == Content::Schema ? preparedDatabase(session) : QStringLiteral("template1");
@@ -109,7 +110,8 @@ PostgresDatabase::~PostgresDatabase() {
 }
 
 QString PostgresDatabase::connectionString() const {
-    return QStringLiteral("dbname=%1 host=%2 port=%3 user=%4").arg(mName, host()).arg(port()).arg(user());
+    return QStringLiteral("dbname=%1 host=%2 port=%3 user=%4")
+        .arg(mName, host(), QString::number(port()), user());
 }
 
 void PostgresDatabase::use() const {
