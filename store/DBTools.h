@@ -591,7 +591,9 @@ public:
     /// space grow with the file, memory does not.
     ///
     /// The host's own key is the text "__storekey" of gpMoraInterface's JSON settings. While it is there, it
-    /// is the preferred key; otherwise that is the library's first.
+    /// is the preferred key; otherwise that is the library's first. While it is there, a file that was
+    /// protected with a key of the library's is unprotected only by the call that names that key: everybody
+    /// can make such a file, and it would pass as the host's.
     /// @{
     /// Protects @p path with the preferred key; a file that is protected already is refused.
     static bool encryptFile(QString path);

@@ -26,6 +26,21 @@ bool run(const QString &path, FailureList &failures, const std::function<void()>
     }
 }
 
+/// A file that is sealed with a key of the library may come from anybody. Where the host has a key of its own
+/// it would pass as the host's, so such a file is opened only for a caller who asks for that key.
+void requireKey(storekeys::Key used, std::optional<storekeys::Key> named) {
+    if (named && used != *named)
+        throw Refusal(QStringLiteral("it was protected with another key"));
+    const bool isLibrarys = used == storekeys::Key::Library1 || used == storekeys::Key::Library2;
+    if (!named && isLibrarys && storekeys::preferred() == storekeys::Key::Host)
+        throw Refusal(
+            QStringLiteral(
+                "it was protected with key %1 of the library, which everybody has, and not with the "
+                "host's own (\"__storekey\"): where that is meant, name that key (encryptDecryptFileByKey%1, \"morastore unprotect "
+                "--library-key %1\")")
+                .arg(static_cast<int>(used)));
+}
+
 } // namespace
 
 bool isProtected(const QString &path) {
@@ -49,8 +64,7 @@ bool protect(const QString &path, storekeys::Key key, FailureList &failures) {
 bool unprotect(const QString &path, std::optional<storekeys::Key> key, FailureList &failures) {
     return run(path, failures, [&] {
         FileReplacement replacement(path);
-        if (key && sealedformat::keyOf(replacement.source()) != *key)
-            throw Refusal(QStringLiteral("it was protected with another key"));
+        requireKey(sealedformat::keyOf(replacement.source()), key);
         sealedformat::open(replacement.source(), replacement.sink());
         replacement.finishWriting();
         sealedformat::compare(replacement.source(), replacement.target());

@@ -19,10 +19,13 @@ bool isProtected(const QString &path);
 
 bool protect(const QString &path, storekeys::Key key, FailureList &failures);
 
-/// @p key: the key that the file must have been protected with; any when there is none.
+/// @p key: the key that the file must have been protected with. Without one it is the key that the file
+/// names, but for the library's keys where the host has one of its own: a file that anybody can make is not
+/// taken for the host's.
 bool unprotect(const QString &path, std::optional<storekeys::Key> key, FailureList &failures);
 
-/// Protects a file that is not protected, by @p key or storekeys::preferred(), and unprotects one that is.
+/// Protects a file that is not protected, by @p key or storekeys::preferred(), and unprotects one that is, as
+/// unprotect() does.
 bool toggle(const QString &path, std::optional<storekeys::Key> key, FailureList &failures);
 
 } // namespace fileprotection

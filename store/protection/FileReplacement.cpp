@@ -3,7 +3,6 @@
 #include "store/protection/Refusal.h"
 
 #include <QFileInfo>
-#include <QRandomGenerator>
 #include <QSqlDatabase>
 #include <QSqlError>
 #include <QSqlQuery>
@@ -13,6 +12,7 @@
 #ifdef Q_OS_WIN
 #include <io.h>
 #else
+#include <fcntl.h>
 #include <unistd.h>
 #endif
 
@@ -24,6 +24,18 @@ bool bringToDisk(int file) {
     return _commit(file) == 0;
 #else
     return fsync(file) == 0;
+#endif
+}
+
+/// After a rename: the folder's entry is a change of its own. Where the system cannot bring a folder to the
+/// disk (Windows, some file systems) there is nothing to be done; the file has been replaced either way.
+void bringFolderToDisk([[maybe_unused]] const QString &folder) {
+#ifndef Q_OS_WIN
+    const int handle = ::open(QFile::encodeName(folder).constData(), O_RDONLY | O_CLOEXEC);
+    if (handle < 0)
+        return;
+    bringToDisk(handle);
+    ::close(handle);
 #endif
 }
 
@@ -109,24 +121,10 @@ FileReplacement::FileReplacement(const QString &path) : mPath(QFileInfo(path).ca
         throw Refusal(QStringLiteral("it cannot be read (%1)").arg(mSource.errorString()));
     mSize = mSource.size();
     mChanged = mSource.fileTime(QFileDevice::FileModificationTime);
-    mTarget.setFileName(QStringLiteral("%1.%2").arg(
-        mPath,
-        QString::number(QRandomGenerator::system()->generate64(), 16).rightJustified(16, QLatin1Char('0'))));
-    if (!mTarget.open(QIODevice::ReadWrite | QIODevice::NewOnly | QIODevice::Unbuffered))
-        throw Refusal(QStringLiteral("no file can be made beside it (%1)").arg(mTarget.errorString()));
-    mHasTarget = true;
-    // Before there is anything in it to be read by others.
-    if (!mTarget.setPermissions(QFile::ReadOwner | QFile::WriteOwner)) {
-        mTarget.remove();
-        throw Refusal(QStringLiteral("the new file beside it cannot be kept from others"));
-    }
-}
-
-FileReplacement::~FileReplacement() {
-    if (mOnDisk.valid())
-        mOnDisk.wait();
-    if (mHasTarget)
-        mTarget.remove();
+    // Unbuffered, so that no content stays behind in memory.
+    mTarget = std::make_unique<QTemporaryFile>(mPath + QLatin1String(".XXXXXX"));
+    if (!static_cast<QIODevice &>(*mTarget).open(QIODevice::ReadWrite | QIODevice::Unbuffered))
+        throw Refusal(QStringLiteral("no file can be made beside it (%1)").arg(mTarget->errorString()));
 }
 
 sealedformat::Sink FileReplacement::sink() {
@@ -134,11 +132,11 @@ sealedformat::Sink FileReplacement::sink() {
         // A disk that is filling up takes a part; only the next try says why it takes no more.
         while (size > 0) {
             const qint64 step =
-                mTarget.write(reinterpret_cast<const char *>(bytes), static_cast<qint64>(size));
+                mTarget->write(reinterpret_cast<const char *>(bytes), static_cast<qint64>(size));
             if (step <= 0)
                 throw Refusal(
                     QStringLiteral("the new file beside it cannot be written (%1): make room on the disk")
-                        .arg(mTarget.errorString()));
+                        .arg(mTarget->errorString()));
             bytes += step;
             size -= static_cast<std::size_t>(step);
         }
@@ -146,27 +144,36 @@ sealedformat::Sink FileReplacement::sink() {
 }
 
 void FileReplacement::finishWriting() {
-    mOnDisk = std::async(std::launch::async, bringToDisk, mTarget.handle());
-    if (!mSource.seek(0) || !mTarget.seek(0))
+    if (!mSource.seek(0) || !mTarget->seek(0))
         throw Refusal(QStringLiteral("it cannot be read again"));
 }
 
-void FileReplacement::commit() {
-    const auto permissions = mSource.permissions();
-    if (!mOnDisk.get() || !mTarget.setPermissions(permissions))
-        throw Refusal(
-            QStringLiteral("the new file beside it cannot be completed (%1)").arg(mTarget.errorString()));
+void FileReplacement::requireUnchanged() const {
     requireNoJournal(mPath);
     const QFileInfo now(mPath);
     if (now.size() != mSize || now.fileTime(QFileDevice::FileModificationTime) != mChanged)
         throw Refusal(
             QStringLiteral("another program has changed it meanwhile: close it there and try again"));
+}
+
+void FileReplacement::commit() {
+    // Not what this user may do with the old file, only what it says itself.
+    const auto ofUser = QFile::ReadUser | QFile::WriteUser | QFile::ExeUser;
+    if (!mTarget->setPermissions(mSource.permissions() & ~ofUser) || !bringToDisk(mTarget->handle()))
+        throw Refusal(
+            QStringLiteral("the new file beside it cannot be completed (%1)").arg(mTarget->errorString()));
+    requireUnchanged();
     mSource.close();
-    mTarget.close();
+    // It gets its name here where it had none. Windows renames closed files alone.
+    const QString name = mTarget->fileName();
+    mTarget->setAutoRemove(false);
+    mTarget.reset();
     std::error_code error;
-    std::filesystem::rename(native(mTarget.fileName()), native(mPath), error);
-    if (error)
+    std::filesystem::rename(native(name), native(mPath), error);
+    if (error) {
+        QFile::remove(name);
         throw Refusal(QStringLiteral("it cannot be replaced (%1): close it in other programs and try again")
                           .arg(QString::fromLocal8Bit(error.message().c_str())));
-    mHasTarget = false;
+    }
+    bringFolderToDisk(QFileInfo(mPath).path());
 }

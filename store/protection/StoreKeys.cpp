@@ -32,16 +32,30 @@ void deriveOfLibrary(const unsigned char (&key)[crypto_generichash_KEYBYTES], co
     crypto_generichash(fileKey.data(), fileKey.size(), salt.data(), salt.size(), key, sizeof key);
 }
 
+/// What the host still holds is shared, and the host's to wipe.
+void wipe(QString &text) {
+    if (text.isDetached())
+        sodium_memzero(text.data(), static_cast<std::size_t>(text.size()) * sizeof(QChar));
+}
+
+QByteArray utf8OfFormC(const QString &text) {
+    QString composed = text.normalized(QString::NormalizationForm_C);
+    QByteArray bytes = composed.toUtf8();
+    wipe(composed);
+    return bytes;
+}
+
 void deriveOfHost(const Salt &salt, Secret<kFileKeyBytes> &fileKey) {
-    const QString text = hostText().toString();
+    QString text = hostText().toString();
     if (text.isEmpty())
         throw Refusal(
             QStringLiteral("its key is the host's: set \"__storekey\" in the host's settings to a text"));
-    QByteArray bytes = text.normalized(QString::NormalizationForm_C).toUtf8();
+    QByteArray bytes = utf8OfFormC(text);
     const int result = crypto_pwhash(fileKey.data(), fileKey.size(), bytes.constData(),
                                      static_cast<unsigned long long>(bytes.size()), salt.data(), kPasses,
                                      kMemory, crypto_pwhash_ALG_ARGON2ID13);
     sodium_memzero(bytes.data(), static_cast<std::size_t>(bytes.size()));
+    wipe(text);
     if (result != 0)
         throw Refusal(QStringLiteral("there is no memory to derive its key; close other programs"));
 }

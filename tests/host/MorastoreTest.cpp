@@ -397,6 +397,18 @@ TEST_F(Morastore, ProtectsAStoreAndSaysSo) {
     const Outcome again = run({QStringLiteral("unprotect"), store});
     EXPECT_EQ(again.exitCode, 1);
     EXPECT_EQ(again.err, QStringLiteral("morastore: %1: it is not protected\n").arg(store));
+
+    ASSERT_EQ(run({QStringLiteral("protect"), store}).exitCode, 0);
+    qputenv("MORA_CONFIG",
+            QFile::encodeName(write(QStringLiteral("c.json"), "{\"__storekey\": \"geheim\"}")));
+    const QStringList unprotect = {QStringLiteral("unprotect"), store};
+    expectSentence(run(unprotect), QStringLiteral("\"morastore unprotect --library-key 1\""));
+    const QStringList byKey = unprotect + QStringList{QStringLiteral("--library-key")};
+    expectSentence(run(byKey + QStringList(QStringLiteral("2"))), QStringLiteral("with another key"));
+    EXPECT_EQ(run(byKey + QStringList(QStringLiteral("1"))).exitCode, 0);
+    expectSentence(run(byKey + QStringList(QStringLiteral("1"))), QStringLiteral("it is not protected"));
+    EXPECT_EQ(read(store), before);
+    qunsetenv("MORA_CONFIG");
 }
 
 TEST_F(Morastore, SaysWhichVersionItIsAndWhatChanged) {

@@ -1,5 +1,6 @@
 #include "store/DBTools.h"
 #include "tests/support/StoreFixture.h"
+#include "tests/support/SystemCalls.h"
 
 #include <MoraInterfaces/MoraInterfaces.h>
 
@@ -111,6 +112,85 @@ TEST_F(ProtectionTest, UsesTheHostsOwnKey) {
     EXPECT_EQ(content(), sample(100));
     mSettings.values.insert(key, QString());
     expectRefused(DBTools::encryptFile, "__storekey");
+}
+
+TEST_F(ProtectionTest, AFileThatEverybodyCanMakeIsNotTakenForTheHosts) {
+    put(sample(100));
+    ASSERT_TRUE(DBTools::encryptDecryptFileByKey1(path()));
+    const QByteArray byKey1 = content();
+    put(sample(100));
+    ASSERT_TRUE(DBTools::encryptDecryptFileByKey2(path()));
+    const QByteArray byKey2 = content();
+
+    for (const QJsonValue &setting : {QJsonValue(QStringLiteral("geheim")), QJsonValue(QString())}) {
+        mSettings.values.insert(QStringLiteral("__storekey"), setting);
+        put(byKey1);
+        expectRefused(DBTools::decryptFile, "with key 1 of the library");
+        expectRefused(DBTools::encryptDecryptFile, "with key 1 of the library");
+        expectRefused(DBTools::encryptDecryptFileByKey2, "another key");
+        EXPECT_TRUE(DBTools::encryptDecryptFileByKey1(path())) << "the caller names that key";
+        EXPECT_EQ(content(), sample(100));
+        put(byKey2);
+        expectRefused(DBTools::decryptFile, "with key 2 of the library");
+        EXPECT_TRUE(DBTools::encryptDecryptFileByKey2(path()));
+        EXPECT_EQ(content(), sample(100));
+    }
+    mSettings.values.insert(QStringLiteral("__storekey"), QJsonValue());
+    put(byKey2);
+    EXPECT_TRUE(DBTools::decryptFile(path())) << "the host has no key of its own";
+}
+
+TEST_F(ProtectionTest, TheFileIsOnTheDiskBeforeItReplacesTheOldOneAndIsNeverOpenToMore) {
+    if (!systemcalls::canWatch)
+        GTEST_SKIP() << "the system does not let a program watch its own calls";
+    for (const auto permissions : {QFile::ReadOwner | QFile::WriteOwner | QFile::ReadOther,
+                                   QFile::ReadOwner | QFile::WriteOwner | QFile::WriteGroup}) {
+        put(sample(100));
+        ASSERT_TRUE(QFile::setPermissions(path(), permissions));
+        const bool forOthers = (permissions & QFile::ReadOther) != 0;
+        const std::string expected =
+            std::string(forOthers ? "sync file 604" : "sync file 620") + ", rename, sync folder";
+        systemcalls::watch();
+        EXPECT_TRUE(DBTools::encryptFile(path()));
+        EXPECT_EQ(systemcalls::noted(), expected);
+        systemcalls::watch();
+        EXPECT_TRUE(DBTools::decryptFile(path()));
+        EXPECT_EQ(systemcalls::noted(), expected);
+    }
+}
+
+TEST_F(ProtectionTest, NeedsNoThread) {
+    put(sample(100));
+    const systemcalls::NoThreads none;
+    EXPECT_NO_THROW(EXPECT_TRUE(DBTools::encryptFile(path())));
+    EXPECT_NO_THROW(EXPECT_TRUE(DBTools::decryptFile(path())));
+    EXPECT_EQ(content(), sample(100));
+}
+
+TEST_F(ProtectionTest, ATextThatLooksLikeAPlaceholderStaysInThePath) {
+    const QString odd = folder() + QStringLiteral("/%1 %2 100%3.net");
+    ASSERT_TRUE(QFile::copy(QStringLiteral(":/Resources/EmptyNet/EmptyNet_V6.0.0"), odd));
+    ASSERT_TRUE(QFile::setPermissions(odd, QFile::ReadOwner | QFile::WriteOwner));
+    EXPECT_TRUE(DBTools::encryptFile(odd));
+    EXPECT_TRUE(DBTools::isFileEncrypted(odd));
+    EXPECT_FALSE(DBTools::encryptFile(odd));
+    EXPECT_FALSE(DBTools::openDatabase(gDB, odd, true));
+    ASSERT_EQ(failureCount(), 1);
+    EXPECT_EQ(DBTools::mlCallDbResult.first().error,
+              QDir::toNativeSeparators(odd) + QStringLiteral(": the store is protected; unprotect it first"));
+    EXPECT_TRUE(DBTools::decryptFile(odd));
+    QFile log(odd + QStringLiteral("-wal"));
+    ASSERT_TRUE(log.open(QIODevice::WriteOnly) && log.write("x") == 1);
+    QFile store(odd);
+    ASSERT_TRUE(store.open(QIODevice::WriteOnly) && store.write("no SQLite file") == 14);
+    store.close();
+    clearFailures();
+    EXPECT_FALSE(DBTools::encryptFile(odd));
+    ASSERT_EQ(failureCount(), 1);
+    EXPECT_EQ(DBTools::mlCallDbResult.first().error,
+              QDir::toNativeSeparators(odd) +
+                  QStringLiteral(": %1 %2 100%3.net-wal beside it belongs to a program that uses the store: "
+                                 "close it there"));
 }
 
 TEST_F(ProtectionTest, AcceptsNoMutilation) {
