@@ -1,6 +1,7 @@
 #include "store/core/Rows.h"
 
 #include <QSqlQuery>
+#include <QStringList>
 
 #include <algorithm>
 
@@ -26,14 +27,24 @@ qint64 count(const Store &store, const char *table) {
     return rows.next() ? rows.value(0).toLongLong() : 0;
 }
 
+/// Each engine's own number of a row's place. Rows of the format are seldom changed and never moved.
+QString orderBy(const Store &store, const char *columns, Rows::Ties ties) {
+    QStringList order;
+    if (*columns)
+        order.append(QLatin1String(columns));
+    if (ties == Rows::Ties::AsWritten)
+        order.append(store.isPostgreSql() ? QStringLiteral("ctid") : QStringLiteral("rowid"));
+    return QLatin1String(" order by ") + order.join(QLatin1String(", "));
+}
+
 } // namespace
 
-Rows::Rows(const Store &store, const char *table, const char *order, ProgressMeter &meter)
+Rows::Rows(const Store &store, const char *table, const char *order, Ties ties, ProgressMeter &meter)
     : mMeter(meter), mFailures(store.failures()), mFailuresBefore(mFailures.size()) {
     if (meter.isCancelled() || !store.isUsable() || lacksTable(store, table))
         return;
     meter.begin(table, meter.isWanted() ? count(store, table) : 0);
-    const QString sql = selection(store, "*", table) + QLatin1String(" order by ") + QLatin1String(order);
+    const QString sql = selection(store, "*", table) + orderBy(store, order, ties);
     mSource = sqliteRows(store, sql);
     if (!mSource)
         mSource = queryRows(store, sql);

@@ -1,6 +1,7 @@
 #include "store/families/BusLines.h"
 
 #include "model/BusLine.h"
+#include "model/BusStation.h"
 #include "model/BusStationLine.h"
 #include "model/Link.h"
 #include "model/PassengerArriving.h"
@@ -11,6 +12,8 @@
 #include "store/whole/NetSave.h"
 #include "store/whole/Owners.h"
 
+#include <QHash>
+#include <QMap>
 #include <QSet>
 
 #include <memory>
@@ -181,17 +184,23 @@ void readArrivals(const Store &store, BusStationLine &stop) {
         stop.mlPassengerArriving.append(readArrival(rows));
 }
 
+/// Stops as a load reads them, before they are at their lines.
+struct LoadedStop {
+    BusStationLine stop;
+    const Link *link = nullptr; ///< where its station stands; null when that is not known
+    bool isTaken = false;
+};
+
 /// Appends to the line, for each link of its route, the stops at stations of that link. A link that the route
 /// passes twice gives its stops twice.
-void addStops(BusLine &line, const std::vector<const BusStationLine *> &stops,
-              const QHash<long, long> &linkOfStation) {
-    for (const long linkId : qAsConst(line.mlRoadId)) {
-        for (const BusStationLine *stop : stops) {
-            if (linkOfStation.value(stop->busStationID, 0) != linkId ||
-                !linkOfStation.contains(stop->busStationID))
+void addStops(BusLine &line, const std::vector<LoadedStop *> &stops) {
+    for (const Link *link : qAsConst(line.mlLink)) {
+        for (LoadedStop *loaded : stops) {
+            if (loaded->link != link)
                 continue;
-            line.mlStationLine.append(new BusStationLine(*stop));
-            line.mlStationLine.last()->linkID = linkId;
+            line.mlStationLine.append(new BusStationLine(loaded->stop));
+            line.mlStationLine.last()->linkID = link->linkID;
+            loaded->isTaken = true;
         }
     }
 }
@@ -208,20 +217,37 @@ std::vector<BusStationLine *> distinctStops(const BusLine &line) {
     return stops;
 }
 
-/// The stops with their arrivals, in ascending order of ids.
-Objects<BusStationLine> loadStops(NetLoad &net) {
-    Objects<BusStationLine> stops;
-    net.forEachRow("BusStationLine", "stationLineID", [&stops](Rows &row) {
-        stops.push_back(std::make_unique<BusStationLine>());
-        readAll(row, kStopColumns, *stops.back());
+/// The stops of all lines, each line's as they were written, with their arrivals.
+std::vector<std::unique_ptr<LoadedStop>> loadStops(NetLoad &net) {
+    QHash<long, const Link *> linkOfStation;
+    for (const auto &station : net.contents.traffic.busStations)
+        linkOfStation.insert(station->busStationID, station->mpLink);
+    std::vector<std::unique_ptr<LoadedStop>> stops;
+    std::vector<BusStationLine *> byId;
+    net.forEachRowAsWritten("BusStationLine", "busLineID", [&](Rows &row) {
+        stops.push_back(std::make_unique<LoadedStop>());
+        BusStationLine &stop = stops.back()->stop;
+        readAll(row, kStopColumns, stop);
+        stops.back()->link = linkOfStation.value(stop.busStationID, nullptr);
+        byId.push_back(&stop);
     });
-    Owners stopOf(net, stops, &BusStationLine::stationLineID, "BusStationPassengerArriving",
+    Owners stopOf(net, byId, &BusStationLine::stationLineID, "BusStationPassengerArriving",
                   "belongs to no stop");
-    net.forEachRow("BusStationPassengerArriving", "stationLineID", [&stopOf](Rows &row) {
+    net.forEachRowAsWritten("BusStationPassengerArriving", "stationLineID", [&stopOf](Rows &row) {
         if (BusStationLine *stop = stopOf.of(row, "stationLineID"))
             stop->mlPassengerArriving.append(readArrival(row));
     });
     return stops;
+}
+
+/// Reports a stop that no line took, and its arrivals.
+void skipStop(NetLoad &net, const LoadedStop &loaded, bool hasLine) {
+    net.skip("BusStationLine", loaded.stop.stationLineID,
+             !hasLine       ? "belongs to no bus line"
+             : !loaded.link ? "names a station that is missing"
+                            : "stands off the route of its line");
+    for (int i = loaded.stop.mlPassengerArriving.size(); i > 0; --i)
+        net.skip("BusStationPassengerArriving", loaded.stop.stationLineID, "belongs to no stop");
 }
 
 } // namespace
@@ -260,26 +286,31 @@ void load(NetLoad &net) {
     Objects<BusLine> &lines = net.contents.traffic.busLines;
     net.forEachRow("BusLine", "busLineID", [&lines](Rows &row) { lines.push_back(readRow(row)); });
     Owners lineOf(net, lines, &BusLine::busLineID, "BusLineRoad", "belongs to no bus line");
-    net.forEachRow("BusLineRoad", "busLineID, serialNumber", [&](Rows &row) {
+    net.forEachRow("BusLineRoad", "busLineID, serialNumber, roadID", [&](Rows &row) {
         BusLine *line = lineOf.of(row, "busLineID");
         if (line && !readRoad(row, *line))
             net.skip("BusLineRoad", line->busLineID, "names a link that is missing");
     });
-    QHash<long, long> linkOfStation;
-    net.forEachRow("BusStation", "busStationID", [&linkOfStation](Rows &row) {
-        linkOfStation.insert(row.id("busStationID"), row.id("linkID"));
-    });
-    const Objects<BusStationLine> stops = loadStops(net);
-    QHash<long, std::vector<const BusStationLine *>> stopsOfLine;
+    const auto stops = loadStops(net);
+    QMap<long, std::vector<LoadedStop *>> stopsOfLine;
     for (const auto &stop : stops)
-        stopsOfLine[stop->busLineID].push_back(stop.get());
+        stopsOfLine[stop->stop.busLineID].push_back(stop.get());
     Objects<BusLine> found;
     for (auto &line : lines) {
-        addStops(*line, stopsOfLine.value(line->busLineID), linkOfStation);
+        const std::vector<LoadedStop *> own = stopsOfLine.take(line->busLineID);
+        addStops(*line, own);
+        for (const LoadedStop *stop : own) {
+            if (!stop->isTaken)
+                skipStop(net, *stop, true);
+        }
         if (line->mlLink.isEmpty())
             net.skip("BusLine", line->busLineID, "has no road");
         else
             found.push_back(std::move(line));
+    }
+    for (const auto &stopsOfNone : qAsConst(stopsOfLine)) {
+        for (const LoadedStop *stop : stopsOfNone)
+            skipStop(net, *stop, false);
     }
     lines = std::move(found);
 }

@@ -283,7 +283,7 @@ void load(NetLoad &net) {
     const auto idOf = [](const auto &connector) { return connector->connID; };
     sortById(connectors, idOf);
     SortedById connectorOf(connectors, idOf);
-    net.forEachRow("LaneConnector", "connID", [&](Rows &row) {
+    net.forEachRowAsWritten("LaneConnector", "connID", [&](Rows &row) {
         const long id = row.id("connID");
         const std::size_t owner = connectorOf.find(id);
         if (owner == connectors.size())

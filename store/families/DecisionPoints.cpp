@@ -106,11 +106,17 @@ void readRoutes(const Store &store, DecisionPoint &point, long id) {
 
 /// Groups the ratio records of all routes of a point by their ends; in each group the first record of a route
 /// counts. Takes the records.
-void groupFlows(DecisionPoint &point, const QList<RoutingFLowRatio *> &ratios) {
+/// @param leaveOut hears of each record that does not count.
+template <class LeaveOut>
+void groupFlows(DecisionPoint &point, const QList<RoutingFLowRatio *> &ratios, const LeaveOut &leaveOut) {
     std::map<long, std::map<long, std::unique_ptr<RoutingFLowRatio>>> firstByEndAndRoute;
     for (RoutingFLowRatio *ratio : ratios) {
-        firstByEndAndRoute[ratio->endDateTime].emplace(ratio->routingID,
-                                                       std::unique_ptr<RoutingFLowRatio>(ratio));
+        std::unique_ptr<RoutingFLowRatio> record(ratio);
+        std::unique_ptr<RoutingFLowRatio> &first = firstByEndAndRoute[ratio->endDateTime][ratio->routingID];
+        if (first)
+            leaveOut(*record);
+        else
+            first = std::move(record);
     }
     for (auto &[end, firstByRoute] : firstByEndAndRoute) {
         auto interval = std::make_unique<RoutingFlowByInterval>();
@@ -125,7 +131,7 @@ void readFlows(const Store &store, DecisionPoint &point) {
     QList<RoutingFLowRatio *> ratios;
     for (const Routing *route : qAsConst(point.mlRouting))
         routings::readFlowRatios(store, ratios, route->routingID);
-    groupFlows(point, ratios);
+    groupFlows(point, ratios, [](const RoutingFLowRatio &) {});
 }
 
 } // namespace
@@ -158,8 +164,13 @@ bool listIds(const Store &store, QList<long> &ids) {
 
 void load(NetLoad &net) {
     Objects<DecisionPoint> &points = net.contents.traffic.decisionPoints;
-    net.forEachRow("DecisionPoint", "deciPointID",
-                   [&points](Rows &row) { points.push_back(readRow(row, true)); });
+    net.forEachRow("DecisionPoint", "deciPointID", [&](Rows &row) {
+        // A point without its link reads on its own, and could not be saved again.
+        if (auto point = readRow(row, true); point->mpLink)
+            points.push_back(std::move(point));
+        else
+            net.skip("DecisionPoint", point->deciPointID, "stands on a link that is missing");
+    });
     QHash<long, QList<RoutingFLowRatio *>> ratiosOf;
     const QList<RoutingFLowRatio *> ratios = routings::load(net);
     for (RoutingFLowRatio *ratio : ratios)
@@ -168,7 +179,10 @@ void load(NetLoad &net) {
         QList<RoutingFLowRatio *> ofPoint;
         for (const Routing *route : qAsConst(point->mlRouting))
             ofPoint.append(ratiosOf.take(route->routingID));
-        groupFlows(*point, ofPoint);
+        groupFlows(*point, ofPoint, [&net](const RoutingFLowRatio &ratio) {
+            net.skip("RoutingFLowRatio", ratio.routingFLowRatioID,
+                     "ends with an earlier ratio of the same route");
+        });
     }
 }
 

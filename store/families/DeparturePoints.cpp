@@ -119,8 +119,13 @@ void load(NetLoad &net) {
     Owners owner(net, points, &DeparturePoint::departurePointID, "DepartureInterval",
                  "belongs to no departure point");
     net.forEachRow("DepartureInterval", "departurePointID, departureIntervalD", [&](Rows &row) {
-        if (DeparturePoint *point = owner.of(row, "departurePointID"))
-            point->mlInterval.append(readInterval(row, ghVehicleComposition));
+        DeparturePoint *point = owner.of(row, "departurePointID");
+        if (!point)
+            return;
+        point->mlInterval.append(readInterval(row, ghVehicleComposition));
+        if (point->mlInterval.last().vehiCons.vehicleConsCode != row.id("vehiCons"))
+            net.skip("DepartureInterval", point->mlInterval.last().departureIntervalD,
+                     "names a composition that is missing and reads as none");
     });
 }
 

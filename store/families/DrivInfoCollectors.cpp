@@ -3,7 +3,6 @@
 #include "store/core/Columns.h"
 #include "store/core/Query.h"
 #include "store/core/Transaction.h"
-#include "store/whole/KnownRoads.h"
 #include "store/whole/NetLoad.h"
 #include "store/whole/NetSave.h"
 
@@ -61,7 +60,7 @@ void load(NetLoad &net) {
     net.forEachRow("VehicleDrivInfoCollecter", "collecterID", [&net](Rows &row) {
         auto collector = std::make_unique<VehicleDrivInfoCollector>();
         readAll(row, kColumns, *collector);
-        if (net.store.hasSeveralNets() || (roadIsKnown(net, collector->roadID)))
+        if (net.store.hasSeveralNets() || net.isLoaded(collector->roadID))
             net.contents.traffic.collectors.push_back(std::move(collector));
         else
             net.skip("VehicleDrivInfoCollecter", collector->collecterID, "stands on a road that is missing");

@@ -3,7 +3,6 @@
 #include "model/GuideArrow.h"
 #include "store/core/Query.h"
 #include "store/core/Transaction.h"
-#include "store/families/Lanes.h"
 #include "store/whole/NetLoad.h"
 #include "store/whole/NetSave.h"
 
@@ -59,11 +58,13 @@ GuideArrow *read(const Store &store, long id) {
     return arrow.release();
 }
 
+/// The single reads give an arrow also where its lane belongs to no link. Such a lane is not loaded, so that
+/// the arrow could not be saved again.
 void load(NetLoad &net) {
     net.forEachRow("GuideArrow", "guideArrowID", [&](Rows &row) {
         auto arrow = std::make_unique<GuideArrow>();
         readRow(row, *arrow);
-        if (gNet.getLaneById(arrow->laneID) || lanes::exists(net.store, arrow->laneID))
+        if (gNet.getLaneById(arrow->laneID))
             net.contents.guideArrows.push_back(std::move(arrow));
         else
             net.skip("GuideArrow", arrow->guideArrowID, "belongs to no lane");

@@ -38,8 +38,6 @@ constexpr const char *kInsertRestriction =
 
 constexpr Sql kSelect = {"select * from Lane where LinkID = %0 order by SerialNumber",
                          "select * from Lane where NetId = %0 and LinkID = %1 order by SerialNumber"};
-constexpr Sql kExists = {"select LaneID from Lane where LaneID = %0",
-                         "select laneID from Lane where NetId = %0 and laneID = %1"};
 constexpr const char *kSelectMisspelt = "select * from Lane where LinkID = %0 order by SerialNnumber";
 constexpr const char *kSelectRestrictions =
     "select a.*, b.VehicleTypeName from LaneLimitVehicle as a join VehicleType as b on a.VehicleTypeCode = b.VehicleTypeCode where LaneID = %0";
@@ -186,20 +184,12 @@ void readAll(const Store &store, Link &link) {
         readRestrictions(store, *lane);
 }
 
-bool exists(const Store &store, long laneId) {
-    return Query(store, kExists, {laneId}).execAndNext();
-}
-
-bool existsAnywhere(const Store &store, long laneId) {
-    return Query(store, kExists.one, {laneId}).execAndNext();
-}
-
 void load(NetLoad &net) {
     Objects<Link> &links = net.contents.links;
     SortedById linkOf(links, [](const auto &link) { return link->linkID; });
     const char *serialNumber = serialNumberColumn(net.store);
     const QByteArray order = QByteArray("LinkID, ") + serialNumber;
-    net.forEachRow("Lane", order.constData(), [&](Rows &row) {
+    net.forEachRowAsWritten("Lane", order.constData(), [&](Rows &row) {
         const std::size_t owner = linkOf.find(row.id("LinkID"));
         if (owner == links.size())
             return net.skip("Lane", row.id("LaneID"), "belongs to no link");

@@ -28,9 +28,4 @@ void readAll(const Store &store, Link &link);
 void load(NetLoad &net);
 void save(NetSave &net);
 
-/// @{ Whether there is a row of a lane, also one that belongs to no link: in the network, or in any network.
-bool exists(const Store &store, long laneId);
-bool existsAnywhere(const Store &store, long laneId);
-/// @}
-
 } // namespace lanes

@@ -284,6 +284,7 @@ private:
         sortById(vertices, [](const Vertex &vertex) { return vertex.vertexID; });
         SortedById vertexOf(vertices, [](const Vertex &vertex) { return vertex.vertexID; });
         SortedById linkOf(mLinks, [](const LoadedLink &loaded) { return loaded.link->linkID; });
+        std::vector<bool> isUsed(vertices.size());
         mNet.forEachRow("LinkVertex", "linkID, num", [&](Rows &row) {
             const long linkId = row.id("linkID");
             const std::size_t owner = linkOf.find(linkId);
@@ -292,9 +293,12 @@ private:
                 mNet.skip("LinkVertex", linkId, "belongs to no link");
             else if (vertex == vertices.size())
                 mNet.skip("LinkVertex", linkId, "names a vertex that is missing");
-            else
+            else {
                 mLinks[owner].link->mlVertex.append(new Vertex(vertices[vertex]));
+                isUsed[vertex] = true;
+            }
         });
+        skipUnused(vertices, isUsed, &Vertex::vertexID, "Vertex");
         for (const LoadedLink &loaded : mLinks)
             takeHeights(*loaded.link);
     }
@@ -307,14 +311,28 @@ private:
         const auto idOf = [](const NodeName &node) { return node.id; };
         sortById(names, idOf);
         SortedById nodeOf(names, idOf);
+        std::vector<bool> isUsed(names.size());
         for (const LoadedLink &loaded : mLinks) {
             addNodes(*loaded.link, loaded.nodes, [&](long id) {
                 const std::size_t node = nodeOf.find(id);
-                if (node < names.size())
+                if (node < names.size()) {
+                    isUsed[node] = true;
                     return names[node].name;
+                }
                 mNet.skip("Link", loaded.link->linkID, "names a node that is missing");
                 return QString();
             });
+        }
+        skipUnused(names, isUsed, &NodeName::id, "Node");
+    }
+
+    /// Reports what no link has: links own their vertices and nodes.
+    template <class Entity>
+    void skipUnused(const std::vector<Entity> &all, const std::vector<bool> &isUsed, long Entity::*id,
+                    const char *table) {
+        for (std::size_t i = 0; i < all.size(); ++i) {
+            if (!isUsed[i])
+                mNet.skip(table, all[i].*id, "belongs to no link");
         }
     }
 

@@ -4,7 +4,6 @@
 #include "store/core/Columns.h"
 #include "store/core/Query.h"
 #include "store/core/Transaction.h"
-#include "store/whole/KnownRoads.h"
 #include "store/whole/NetLoad.h"
 #include "store/whole/NetSave.h"
 
@@ -71,7 +70,7 @@ void load(NetLoad &net) {
     net.forEachRow("VehicleQueueCounter", "queueCounterID", [&net](Rows &row) {
         auto counter = std::make_unique<VehicleQueueCounter>();
         readAll(row, kColumns, *counter);
-        if (net.store.hasSeveralNets() || (roadIsKnown(net, counter->roadID)))
+        if (net.store.hasSeveralNets() || net.isLoaded(counter->roadID))
             net.contents.traffic.queueCounters.push_back(std::move(counter));
         else
             net.skip("VehicleQueueCounter", counter->queueCounterID, "stands on a road that is missing");

@@ -7,6 +7,7 @@
 #include "store/whole/NetSave.h"
 #include "store/whole/Owners.h"
 
+#include <algorithm>
 #include <memory>
 
 namespace reducespeedareas {
@@ -89,11 +90,11 @@ void readChildren(const Store &store, const Sql &sql, const Column<Child> (&colu
 }
 
 template <class Child, std::size_t N>
-void loadChildren(NetLoad &net, const char *table, const Column<Child> (&columns)[N],
+void loadChildren(NetLoad &net, const char *table, const char *order, const Column<Child> (&columns)[N],
                   OwningList<Child> ReduceSpeedArea::*children) {
     Owners areaOf(net, net.contents.traffic.speedAreas, &ReduceSpeedArea::reduceSpeedAreaID, table,
                   "belongs to no speed reduction area");
-    net.forEachRow(table, "reduceSpeedAreaID", [&](Rows &row) {
+    net.forEachRowAsWritten(table, order, [&](Rows &row) {
         if (ReduceSpeedArea *area = areaOf.of(row, "reduceSpeedAreaID")) {
             auto child = std::make_unique<Child>();
             readAll(row, columns, *child);
@@ -112,6 +113,14 @@ void saveChildren(NetSave &net, const char *table, const Column<Child> (&columns
                            child->reduceSpeedAreaID = area.reduceSpeedAreaID;
                        bindAll(row, columns, *child);
                    });
+}
+
+/// The key of generation 6 gives them in this order on SQLite; a server takes its rows in the order that
+/// suits it.
+void sortByCode(QList<ReduceSpeedVehiType *> &types) {
+    std::sort(types.begin(), types.end(), [](const ReduceSpeedVehiType *a, const ReduceSpeedVehiType *b) {
+        return a->vehicleTypeCode < b->vehicleTypeCode;
+    });
 }
 
 } // namespace
@@ -136,6 +145,8 @@ ReduceSpeedArea *read(const Store &store, long areaId) {
     row.finish();
     readChildren(store, kSelectIntervals, kIntervalColumns, areaId, area->mlSpeedInterval);
     readChildren(store, kSelectVehiTypes, kVehiTypeColumns, areaId, area->mlSpeedVehiType);
+    if (store.hasSeveralNets())
+        sortByCode(area->mlSpeedVehiType);
     return area.release();
 }
 
@@ -150,8 +161,11 @@ void load(NetLoad &net) {
         areas.push_back(std::make_unique<ReduceSpeedArea>());
         readAll(row, kColumns, *areas.back());
     });
-    loadChildren(net, "ReduceSpeedInterval", kIntervalColumns, &ReduceSpeedArea::mlSpeedInterval);
-    loadChildren(net, "ReduceSpeedVehiType", kVehiTypeColumns, &ReduceSpeedArea::mlSpeedVehiType);
+    loadChildren(net, "ReduceSpeedInterval", "reduceSpeedAreaID", kIntervalColumns,
+                 &ReduceSpeedArea::mlSpeedInterval);
+    loadChildren(net, "ReduceSpeedVehiType",
+                 net.store.hasSeveralNets() ? "reduceSpeedAreaID, vehicleTypeCode" : "reduceSpeedAreaID",
+                 kVehiTypeColumns, &ReduceSpeedArea::mlSpeedVehiType);
 }
 
 void save(NetSave &net) {

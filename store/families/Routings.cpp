@@ -240,17 +240,23 @@ QList<RoutingFLowRatio *> load(NetLoad &net) {
     });
     Owners routeOf(net, routes, &Routing::routingID, "RoutingLink", "belongs to no route");
     ChainReader chains;
-    net.forEachRow("RoutingLink", "routingID, num1, num2", [&](Rows &row) {
+    net.forEachRow("RoutingLink", "routingID, num1, num2, linkID", [&](Rows &row) {
         Routing *route = routeOf.of(row, "routingID");
         if (route && !chains.read(row, *route))
             net.skip("RoutingLink", route->routingID, "names a link that is missing");
     });
+    Owners routeOfLanes(net, routes, &Routing::routingID, "RoutingLaneConnector", "belongs to no route");
     net.forEachRow("RoutingLaneConnector", "routingID, connID, laneID1, laneID2", [&](Rows &row) {
-        net.contents.traffic.routeLanes.append({row.id("routingID"), row.id("connID"), readLanePair(row)});
+        const Routing *route = routeOfLanes.of(row, "routingID");
+        const long connId = row.id("connID");
+        if (route && !gNet.getConnectorById(connId))
+            net.skip("RoutingLaneConnector", route->routingID, "names a connector that is missing");
+        else if (route)
+            net.contents.traffic.routeLanes.append({route->routingID, connId, readLanePair(row)});
     });
     Owners routeOfRatio(net, routes, &Routing::routingID, "RoutingFLowRatio", "belongs to no route");
     QList<RoutingFLowRatio *> ratios;
-    net.forEachRow("RoutingFLowRatio", "routingID, endDateTime", [&](Rows &row) {
+    net.forEachRowAsWritten("RoutingFLowRatio", "routingID, endDateTime", [&](Rows &row) {
         if (const Routing *route = routeOfRatio.of(row, "routingID"))
             ratios.append(readRatio(row, route->routingID).release());
     });

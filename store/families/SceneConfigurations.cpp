@@ -83,9 +83,12 @@ bool read(const Store &store, Configuration &configuration) {
 
 void load(NetLoad &net) {
     std::optional<Configuration> &scene = net.contents.settings.scene;
-    net.forEachRow("Configuration", "1", [&scene](Rows &row) {
+    // The first row counts, as for single reads.
+    net.forEachRowAsWritten("Configuration", "", [&](Rows &row) {
         if (!scene)
             readRow(row, scene.emplace());
+        else
+            net.skip("Configuration", net.store.netId(), "stands behind another row of settings");
     });
 }
 

@@ -172,7 +172,7 @@ void load(NetLoad &net) {
     Objects<SignalGroup> &groups = net.contents.traffic.signalGroups;
     net.forEachRow("SignalGroup", "signalGroupID", [&](Rows &row) { groups.push_back(readRow(row)); });
     Owners groupOf(net, groups, &SignalGroup::signalGroupID, "SignalPhase", "belongs to no signal group");
-    net.forEachRow("SignalPhase", "signalGroupID", [&](Rows &row) {
+    net.forEachRowAsWritten("SignalPhase", "signalGroupID", [&](Rows &row) {
         if (SignalGroup *group = groupOf.of(row, "signalGroupID"))
             group->mlPhase.append(readPhase(row).release());
     });
@@ -185,7 +185,7 @@ void load(NetLoad &net) {
     Owners phaseOf(net, phases, &SignalPhase::signalPhaseID, "SignalColor", "belongs to no phase");
     const char *order =
         net.store.hasMisspeltSerialNumber() ? "signalPhaseID, serialNnumber" : "signalPhaseID, serialNumber";
-    net.forEachRow("SignalColor", order, [&](Rows &row) {
+    net.forEachRowAsWritten("SignalColor", order, [&](Rows &row) {
         if (SignalPhase *phase = phaseOf.of(row, "signalPhaseID"))
             phase->mlColor.append(readColor(row));
     });

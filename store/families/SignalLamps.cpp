@@ -4,7 +4,6 @@
 #include "store/core/Query.h"
 #include "store/core/Transaction.h"
 #include "store/families/CurrentNet.h"
-#include "store/families/Lanes.h"
 #include "store/whole/NetLoad.h"
 #include "store/whole/NetSave.h"
 
@@ -86,11 +85,13 @@ SignalLamp *read(const Store &store, long id) {
     return readRow(row).release();
 }
 
+/// The single reads give a lamp also where its lane belongs to no link, or to another network. Such a lane is
+/// not loaded, so that the lamp could not be saved again.
 void load(NetLoad &net) {
     net.forEachRow("SignalLamp", "signalLampID", [&net](Rows &row) {
         const long laneId = row.id("laneID");
         const long id = row.id("signalLampID");
-        if (!gNet.getLaneById(laneId) && !lanes::existsAnywhere(net.store, laneId))
+        if (!gNet.getLaneById(laneId))
             net.skip("SignalLamp", id, "stands on a lane that is missing");
         else if (auto lamp = readRow(row))
             net.contents.traffic.signalLamps.push_back(std::move(lamp));

@@ -95,9 +95,12 @@ bool read(const Store &store, SimulateConfiguration &configuration) {
 
 void load(NetLoad &net) {
     std::optional<SimulateConfiguration> &simulation = net.contents.settings.simulation;
-    net.forEachRow("SimulateConfiguration", "1", [&simulation](Rows &row) {
+    // The first row counts, as for single reads.
+    net.forEachRowAsWritten("SimulateConfiguration", "", [&](Rows &row) {
         if (!simulation)
             readRow(row, simulation.emplace());
+        else
+            net.skip("SimulateConfiguration", net.store.netId(), "stands behind another row of settings");
     });
 }
 

@@ -4,7 +4,6 @@
 #include "store/core/Columns.h"
 #include "store/core/Query.h"
 #include "store/core/Transaction.h"
-#include "store/whole/KnownRoads.h"
 #include "store/whole/NetLoad.h"
 #include "store/whole/NetSave.h"
 
@@ -74,7 +73,7 @@ void load(NetLoad &net) {
         auto detector = std::make_unique<VehicleTravelDetector>();
         readAll(row, kColumns, *detector);
         if (net.store.hasSeveralNets() ||
-            (roadIsKnown(net, detector->startRoadId) && roadIsKnown(net, detector->teminalRoadId)))
+            (net.isLoaded(detector->startRoadId) && net.isLoaded(detector->teminalRoadId)))
             net.contents.traffic.travelDetectors.push_back(std::move(detector));
         else
             net.skip("VehicleTravelDetector", detector->detectorId, "stands on a road that is missing");

@@ -8,6 +8,7 @@
 #include "store/whole/NetSave.h"
 #include "store/whole/Owners.h"
 
+#include <algorithm>
 #include <memory>
 
 namespace vehicledetectors {
@@ -58,9 +59,8 @@ Row &bindType(Row &row, const VehicleDetector &detector, long code) {
 }
 
 /// A code that is not in the catalogue becomes that of the default type.
-template <class Row>
-long readType(Row &row) {
-    return VehicleType::findVeicleType(ghVehicleType, row.id("vehicleTypeCode")).vehicleTypeCode;
+long knownCode(long code) {
+    return VehicleType::findVeicleType(ghVehicleType, code).vehicleTypeCode;
 }
 
 bool insertRow(const Store &store, const VehicleDetector &detector) {
@@ -81,8 +81,13 @@ void readTypes(const Store &store, VehicleDetector &detector, long detectorId) {
     Query rows(store, kSelectTypes, {detectorId});
     if (!rows.exec())
         return;
+    QList<long> codes;
     while (rows.next())
-        detector.mlVehiTypeCode.append(readType(rows));
+        codes.append(rows.id("vehicleTypeCode"));
+    // The key gives them in this order on SQLite; a server takes its rows in the order that suits it.
+    std::sort(codes.begin(), codes.end());
+    for (const long code : qAsConst(codes))
+        detector.mlVehiTypeCode.append(knownCode(code));
 }
 
 } // namespace
@@ -121,8 +126,14 @@ void load(NetLoad &net) {
     Owners owner(net, detectors, &VehicleDetector::vehicleDetectorId, "DetectorVehiType",
                  "belongs to no detector");
     net.forEachRow("DetectorVehiType", "vehicleDetectorId, vehicleTypeCode", [&](Rows &row) {
-        if (VehicleDetector *detector = owner.of(row, "vehicleDetectorId"))
-            detector->mlVehiTypeCode.append(readType(row));
+        VehicleDetector *detector = owner.of(row, "vehicleDetectorId");
+        if (!detector)
+            return;
+        const long code = row.id("vehicleTypeCode");
+        detector->mlVehiTypeCode.append(knownCode(code));
+        if (detector->mlVehiTypeCode.last() != code)
+            net.skip("DetectorVehiType", detector->vehicleDetectorId,
+                     "names a vehicle type that is missing and reads as the default one");
     });
 }
 

@@ -8,7 +8,9 @@
 #include "store/whole/NetSave.h"
 #include "store/whole/Owners.h"
 
+#include <algorithm>
 #include <memory>
+#include <utility>
 
 namespace zones {
 
@@ -91,6 +93,11 @@ void readLanes(const Store &store, const Sql &select, long zoneId, QList<ZoneLan
         return;
     while (rows.next())
         lanes.append(readLane(rows, zoneId));
+    // The paths from one lane come in the order of the lanes that they lead to, whatever serves the read.
+    std::sort(lanes.begin(), lanes.end(), [](const ZoneLane *a, const ZoneLane *b) {
+        return std::make_pair(a->laneNumber, a->toLaneNumber) <
+               std::make_pair(b->laneNumber, b->toLaneNumber);
+    });
 }
 
 /// Older stores get the tables when they are upgraded; those of generation 6 have always had them.
@@ -108,9 +115,9 @@ struct ZoneTables {
 };
 
 constexpr ZoneTables kAccident = {"AccidentZone", "AccidentZoneWithLane", "accidentZoneId", ":accidentZoneId",
-                                  "accidentZoneId, laneNumber"};
+                                  "accidentZoneId, laneNumber, toLaneNumber"};
 constexpr ZoneTables kRoadWork = {"RoadWorkZone", "RoadWorkZoneWithLane", "roadWorkZoneId", ":roadWorkZoneId",
-                                  "roadWorkZoneId, laneNumber"};
+                                  "roadWorkZoneId, laneNumber, toLaneNumber"};
 
 template <class Zone>
 void loadZones(NetLoad &net, const ZoneTables &tables, Objects<Zone> &zones, long Zone::*id) {

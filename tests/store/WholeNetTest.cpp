@@ -90,8 +90,10 @@ protected:
     }
 
     /// Loads the network whole and compares it with the single reads of the same store.
-    void expectWhatSingleReadsGive(NetContents &contents) {
-        const Texts single = textsOfSingleReads(kNet);
+    /// @param leftOut a kind that the load leaves out.
+    void expectWhatSingleReadsGive(NetContents &contents, const char *leftOut = "") {
+        Texts single = textsOfSingleReads(kNet);
+        single.erase(leftOut);
         clearFailures();
         ASSERT_TRUE(DBTools::loadNet(gDB, kNet, contents));
         EXPECT_EQ(textsOf(contents), single);
@@ -128,12 +130,13 @@ TEST_P(DamagedNetTest, LoadsADamagedNetworkAsFarAsSingleReadsDo) {
     execute(QStringLiteral(
         "update Link set centerLinePointsJson = '{\"data\":[', length = 'far' where linkID = 7"));
     NetContents contents;
-    expectWhatSingleReadsGive(contents);
+    expectWhatSingleReadsGive(contents, "guideArrows");
     EXPECT_EQ(reportOf(contents),
               Report({"Link 7 holds JSON that does not parse and reads as empty",
                       "LinkVertex 3,3,3 belongs to no link", "LinkVertex 7 names a vertex that is missing",
-                      "Lane 31,32,71 belongs to no link", "Connector 4 names a link that is missing",
-                      "LaneConnector 4,4 belongs to no connector",
+                      "Vertex 31,32,33 belongs to no link", "Node 32 belongs to no link",
+                      "Lane 31,32,71 belongs to no link", "GuideArrow 1 belongs to no lane",
+                      "Connector 4 names a link that is missing", "LaneConnector 4,4 belongs to no connector",
                       "LaneConnector 5,5 names a lane that is missing"}));
 }
 
