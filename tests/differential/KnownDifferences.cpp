@@ -1,0 +1,98 @@
+#include "tests/differential/KnownDifferences.h"
+
+#include "model/Lane.h"
+#include "model/LaneConnector.h"
+
+#include "store/DBTools.h"
+
+#include <algorithm>
+
+namespace differential {
+
+namespace {
+
+bool isPostgres() {
+    return gDB.driverName() == QLatin1String("QPSQL");
+}
+
+void makeNull(TableRows &rows, const char *column) {
+    for (QMap<QString, QString> &row : rows) {
+        const auto value = row.find(QLatin1String(column));
+        if (value != row.end())
+            *value = QStringLiteral("NULL");
+    }
+}
+
+bool hasLaneWithAttributes(const Link &link) {
+    return std::any_of(link.mlLane.cbegin(), link.mlLane.cend(),
+                       [](const Lane *lane) { return !lane->otherAttrsJson.isEmpty(); });
+}
+
+} // namespace
+
+QStringList refusedSingly(const NetContents &net, bool severalNets) {
+    QStringList refused;
+    if (!severalNets)
+        return refused;
+    for (const auto &link : net.links) {
+        if (hasLaneWithAttributes(*link))
+            refused.append(QStringLiteral("Link %1").arg(link->linkID));
+    }
+    for (const auto &detector : net.traffic.vehicleDetectors) {
+        if (!detector->mlVehiTypeCode.isEmpty())
+            refused.append(QStringLiteral("VehicleDetector %1").arg(detector->vehicleDetectorId));
+    }
+    return refused << QStringLiteral("SimulateConfiguration 0");
+}
+
+void dropWhatSingleInsertsLeaveOut(QMap<QString, TableRows> &rows, bool severalNets) {
+    TableRows &laneConnectors = rows[QStringLiteral("laneconnector")];
+    if (!severalNets) {
+        makeNull(laneConnectors, "otherattrsjson");
+        return;
+    }
+    makeNull(rows[QStringLiteral("lane")], "otherattrsjson");
+    for (const char *column : {"centerlinepointsjson", "leftbreakpointsjson", "rightbreakpointsjson"})
+        makeNull(laneConnectors, column);
+    for (const char *table : {"lanelimitvehicle", "connectorlimitvehicle", "detectorvehitype"})
+        rows[QLatin1String(table)].clear();
+    // On SQLite every value is its own literal, on PostgreSQL it is the literal of its text.
+    const bool isQuoted = isPostgres();
+    QMap<QString, QString> standard;
+    const auto number = [&](const char *column, const char *value) {
+        const QString text = QLatin1String(value);
+        standard.insert(QLatin1String(column),
+                        isQuoted ? QLatin1Char('\'') + text + QLatin1Char('\'') : text);
+    };
+    number("simutimeinterval", "3600");
+    number("vehicollectdatainterval", "0");
+    number("vehiqueuedatainterval", "0");
+    number("vehitraveldatainterval", "0");
+    number("accemultiples", "1");
+    number("simuaccuracy", "20");
+    number("randseed", "0");
+    standard.insert(QStringLiteral("recordtrace"), QStringLiteral("'F'"));
+    rows[QStringLiteral("simulateconfiguration")] = {standard};
+}
+
+void dropWhatSingleReadsLeaveOut(NetContents &net, bool severalNets) {
+    for (const auto &connector : net.connectors)
+        connector->mlLimitVehicle.clear();
+    for (const auto &link : net.links) {
+        for (Lane *lane : qAsConst(link->mlLane)) {
+            if (severalNets)
+                lane->mlLimitVehicle.clear();
+        }
+    }
+}
+
+void dropEdgesOfLaneConnectors(NetContents &net) {
+    for (const auto &connector : net.connectors) {
+        for (LaneConnector *lanes : qAsConst(connector->mlLaneConnector)) {
+            lanes->leftBreakPointsJson = StoredJson();
+            lanes->rightBreakPointsJson = StoredJson();
+        }
+    }
+}
+
+} // namespace differential

@@ -1,0 +1,27 @@
+#pragma once
+
+#include "model/NetContents.h"
+#include "tests/differential/StoredRows.h"
+
+/// Where single and whole operations differ on purpose. Each function takes away from the richer side what
+/// the other one cannot have, and nothing else: a difference that is gone, or has spread, shows.
+namespace differential {
+
+/// The operations that give false although everything else of their object is written: in generation 6 a link
+/// with a lane that has attributes, a detector with vehicle types, and the settings of a simulation, which
+/// stay at the standard row. The format's statements for them are refused by every engine; hosts know these
+/// objects by that verdict.
+QStringList refusedSingly(const NetContents &net, bool severalNets);
+
+/// Takes away what the statements of single inserts have no place for. Generation 6: attributes of lanes,
+/// restrictions of lanes and connectors, the geometry of lane connectors, detectors' vehicle types, the
+/// settings of a simulation. Stores of one network: attributes of lane connectors.
+void dropWhatSingleInsertsLeaveOut(QMap<QString, TableRows> &rows, bool severalNets);
+
+/// Takes away what no single read gives: restrictions of connectors, and in generation 6 those of lanes.
+void dropWhatSingleReadsLeaveOut(NetContents &net, bool severalNets);
+
+/// Takes away the edges of lane connectors, for which upgraded stores have no columns.
+void dropEdgesOfLaneConnectors(NetContents &net);
+
+} // namespace differential
