@@ -2,6 +2,7 @@
 
 #include "host/Failure.h"
 #include "store/DBTools.h"
+#include "store/guard/FileGuard.h"
 #include "store/schema/Upgrade.h"
 
 #include <QFile>
@@ -117,6 +118,9 @@ Age probe(const QString &path, Access access) {
 Age requireStore(const QString &path, Access access) {
     requireReadableFile(path, access);
     requireWholeFile(path);
+    const QString refusal = fileguard::refusal(path, fileguard::Purpose::Write);
+    if (!refusal.isEmpty())
+        throw Failure(QStringLiteral("%1: %2").arg(path, refusal));
     const RemoveProbe removeProbe;
     return probe(path, access);
 }

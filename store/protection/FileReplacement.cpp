@@ -1,5 +1,6 @@
 #include "store/protection/FileReplacement.h"
 
+#include "store/guard/FileGuard.h"
 #include "store/protection/Refusal.h"
 
 #include <QFileInfo>
@@ -112,8 +113,12 @@ FileReplacement::FileReplacement(const QString &path) : mPath(QFileInfo(path).ca
     if (!info.isWritable() || !(info.permissions() & anyWrite))
         throw Refusal(QStringLiteral("the file is read-only: make it writable"));
     requireNotOpenHere(mPath);
-    if (startsAsSqlite(mPath))
+    if (startsAsSqlite(mPath)) {
+        const QString refusal = fileguard::refusal(mPath, fileguard::Purpose::Write);
+        if (!refusal.isEmpty())
+            throw Refusal(refusal);
         settle(mPath);
+    }
     requireNoJournal(mPath);
 
     mSource.setFileName(mPath);

@@ -2,6 +2,9 @@
 #include "store/DBTools.h"
 #include "store/DBTools_V6.h"
 #include "store/core/Probes.h"
+#include "store/guard/ConnectionGuard.h"
+#include "store/guard/FileGuard.h"
+#include "store/guard/SchemaGuard.h"
 #include "store/protection/FileProtection.h"
 
 #include <MoraInterfaces/MoraInterfaces.h>
@@ -47,18 +50,34 @@ void replaceDefaultConnection(QSqlDatabase &db, const QString &driver) {
     db = QSqlDatabase::addDatabase(driver);
 }
 
-/// SQLite would make a file for a path that does not exist, and opening leaves no traces; of a protected file
-/// it would say that it is no database.
-bool isNoStoreFile(const QString &path, QList<CallDbResult> &failures) {
-    const bool exists = QFileInfo::exists(path);
-    if (exists && !fileprotection::isProtected(path))
+/// Why the file is not to be opened; empty where it may be. SQLite would make a file for a path that does not
+/// exist, and opening leaves no traces; of a protected file it would say that it is no database.
+QString refusalOf(const QString &path) {
+    if (!QFileInfo::exists(path))
+        return QStringLiteral("no such file");
+    if (fileprotection::isProtected(path))
+        return QStringLiteral("the store is protected; unprotect it first");
+    return fileguard::refusal(path, fileguard::Purpose::Write);
+}
+
+bool isNoStoreFile(const QString &path, FailureList &failures) {
+    const QString refusal = refusalOf(path);
+    if (refusal.isEmpty())
         return false;
     CallDbResult failure;
-    failure.error = QDir::toNativeSeparators(path) +
-                    (exists ? QLatin1String(": the store is protected; unprotect it first")
-                            : QLatin1String(": no such file"));
+    failure.error = QStringLiteral("%1: %2").arg(QDir::toNativeSeparators(path), refusal);
     failures.append(failure);
     return true;
+}
+
+/// Opens the connection and asks what must be known before anything of the store is used. A connection that
+/// cannot be opened passes: it has its record when it is validated.
+bool openGuarded(QSqlDatabase &db, FailureList &failures) {
+    if (!db.open())
+        return true;
+    connectionguard::harden(db);
+    const connectionguard::QuickQuestions quick(db);
+    return schemaguard::hasPlainTables(db, QDir::toNativeSeparators(db.databaseName()), failures);
 }
 
 } // namespace
@@ -90,8 +109,8 @@ bool DBTools::openDatabase(QSqlDatabase &db, QString path, bool resetIdCache) {
     db.setPassword(mDbPassword);
     if (isSqlite && isNoStoreFile(path, mlCallDbResult))
         return false;
-    db.open();
-    if (!validateDatabase(db))
+    if (!openGuarded(db, mlCallDbResult) || !validateDatabase(db) ||
+        !schemaguard::hasFittingVersion(db, QDir::toNativeSeparators(mDbName), mlCallDbResult))
         return false;
 
     mDbVer = static_cast<int>(selectDbVersion(db));
@@ -129,8 +148,8 @@ bool DBTools::transToPostgreSql(QSqlDatabase &db) {
     db.setDatabaseName(mDbName);
     db.setUserName(mDbUser);
     db.setPassword(mDbPassword);
-    db.open();
-    if (!validateDatabase(db))
+    if (!openGuarded(db, mlCallDbResult) || !validateDatabase(db) ||
+        !schemaguard::hasFittingVersion(db, mDbName, mlCallDbResult))
         return false;
     // The switch has succeeded whatever becomes of the removal; that records its own failures.
     removeNetData(db, 1, true);
@@ -143,6 +162,5 @@ bool DBTools_V6::openDatabaseForBackup(QSqlDatabase &db, QString path, bool) {
     db.setDatabaseName(path);
     if (isNoStoreFile(path, mlCallDbResult))
         return false;
-    db.open();
-    return validateDatabase(db);
+    return openGuarded(db, mlCallDbResult) && validateDatabase(db);
 }

@@ -1,0 +1,213 @@
+#include "store/guard/SchemaGuard.h"
+
+#include "store/guard/PlainTable.h"
+
+#include <QSet>
+#include <QSqlDatabase>
+#include <QSqlError>
+#include <QSqlQuery>
+#include <QVariant>
+
+#include <optional>
+
+namespace schemaguard {
+
+namespace {
+
+constexpr int kNewest = 6;
+
+bool isPostgreSql(const QSqlDatabase &db) {
+    return db.driverName() == QLatin1String("QPSQL");
+}
+
+bool refuse(const QString &name, const QString &reason, FailureList &failures) {
+    CallDbResult failure;
+    failure.error = QStringLiteral("%1: %2").arg(name, reason);
+    failures.append(failure);
+    return false;
+}
+
+/// Runs a question; its failure is recorded.
+bool ask(QSqlQuery &query, const QString &sql, FailureList &failures) {
+    query.setForwardOnly(true);
+    query.exec(sql);
+    return checkStatement(query, failures);
+}
+
+/// The tables of the format in lower case, as a list of literals.
+QString namesAsLiterals() {
+    QStringList names;
+    for (const QString &table : tablesOfTheFormat())
+        names.append(QStringLiteral("'%1'").arg(table.toLower()));
+    return names.join(QLatin1Char(','));
+}
+
+/// What stands on the tables of the format that is none of it: kind, name and table of the first.
+QString serverQuestion() {
+    return QStringLiteral(
+               "with own as (select oid, relname, relkind from pg_class where pg_table_is_visible(oid) and "
+               "relname in (%1) and relkind <> 'i') "
+               "select case relkind when 'v' then 'view' when 'm' then 'view' else 'foreign table' end, relname, "
+               "relname from own where relkind not in ('r', 'p') "
+               "union all select 'trigger', tgname, relname from pg_trigger join own on tgrelid = own.oid "
+               "where not tgisinternal "
+               "union all select 'rule', rulename, relname from pg_rewrite join own on ev_class = own.oid "
+               "where rulename <> '_RETURN' "
+               "union all select 'check', conname, relname from pg_constraint join own on conrelid = own.oid "
+               "where contype = 'c' "
+               "union all select 'generated column', attname, relname from pg_attribute join own on "
+               "attrelid = own.oid where attgenerated <> '' "
+               "limit 1")
+        .arg(namesAsLiterals());
+}
+
+QString intruder(const QString &kind, const QString &name, const QString &table) {
+    const bool isNameless = name.compare(table, Qt::CaseInsensitive) == 0;
+    const bool isTheTable = kind == QLatin1String("view") || kind.endsWith(QLatin1String(" table"));
+    QString what = QStringLiteral("table %1 has the %2 \"%3\"").arg(table, kind, name);
+    if (isTheTable || isNameless)
+        what =
+            (isTheTable ? QStringLiteral("%1 is a %2") : QStringLiteral("table %1 has a %2")).arg(name, kind);
+    return what +
+           QStringLiteral(", which no store has and which would work unseen; get the store from where it was "
+                          "made, or have whoever knows what this is for take it away");
+}
+
+/// Reads the catalogue of an SQLite file, which runs nothing of it.
+bool hasPlainFileTables(const QSqlDatabase &db, const QString &name, FailureList &failures) {
+    QSet<QString> own;
+    for (const QString &table : tablesOfTheFormat())
+        own.insert(table.toLower());
+    QSqlQuery entries(db);
+    if (!ask(entries, QStringLiteral("select type, name, tbl_name, sql from sqlite_master"), failures))
+        return false;
+    while (entries.next()) {
+        const QString entry = entries.value(1).toString();
+        const QString table = entries.value(2).toString();
+        if (!own.contains(table.toLower()) && !own.contains(entry.toLower()))
+            continue;
+        const QString odd = plaintable::oddityOf(entries.value(0).toString(), entries.value(3).toString());
+        if (!odd.isEmpty())
+            return refuse(name, intruder(odd, entry, table), failures);
+    }
+    return checkStatement(entries, failures);
+}
+
+bool hasPlainServerTables(const QSqlDatabase &db, const QString &name, FailureList &failures) {
+    QSqlQuery odd(db);
+    if (!ask(odd, serverQuestion(), failures))
+        return false;
+    if (!odd.next())
+        return checkStatement(odd, failures);
+    return refuse(name, intruder(odd.value(0).toString(), odd.value(1).toString(), odd.value(2).toString()),
+                  failures);
+}
+
+/// PostgreSQL's driver gives numbers that are not negative without a sign.
+bool isInteger(const QVariant &value) {
+    const auto type = value.type();
+    return !value.isNull() &&
+           (type == QVariant::Int || type == QVariant::LongLong || type == QVariant::ULongLong);
+}
+
+/// The version that the store names; 0 where it names none, and nothing where it is no version.
+std::optional<long> namedVersion(const QSqlDatabase &db, const QString &name, FailureList &failures) {
+    QSqlQuery table(db);
+    if (!ask(table,
+             isPostgreSql(db)
+                 ? QStringLiteral("select to_regclass('dbversion')")
+                 : QStringLiteral("select max(name) from sqlite_master where lower(name) = 'dbversion'"),
+             failures))
+        return std::nullopt;
+    if (!table.next() || table.value(0).isNull())
+        return 0;
+    QSqlQuery rows(db);
+    if (!ask(rows, QStringLiteral("select distinct versionId from DbVersion"), failures))
+        return std::nullopt;
+    long version = 0;
+    while (rows.next()) {
+        const QVariant named = rows.value(0);
+        if (!isInteger(named) || named.toLongLong() < 1 || version != 0) {
+            refuse(name,
+                   QStringLiteral("the store does not say of which version it is; restore it from a copy"),
+                   failures);
+            return std::nullopt;
+        }
+        if (named.toLongLong() > kNewest) {
+            refuse(name,
+                   QStringLiteral("the store is of version %1, and this release knows none above %2; use a "
+                                  "newer release")
+                       .arg(named.toString(), QString::number(kNewest)),
+                   failures);
+            return std::nullopt;
+        }
+        version = static_cast<long>(named.toLongLong());
+    }
+    return checkStatement(rows, failures) ? std::optional<long>(version) : std::nullopt;
+}
+
+/// Whether the keys of the roads' tables are led by the network: "0" or "1" for each table, without
+/// repetition.
+QString keyQuestion(const QSqlDatabase &db) {
+    const QString tables = QStringLiteral("('link', 'lane', 'connector', 'vertex')");
+    if (isPostgreSql(db))
+        return QStringLiteral(
+                   "select distinct bool_or(a.attname = 'netid')::int from pg_index i join pg_class c "
+                   "on c.oid = i.indrelid join pg_attribute a on a.attrelid = c.oid and a.attnum = "
+                   "any (i.indkey) where i.indisprimary and c.relname in %1 and "
+                   "pg_table_is_visible(c.oid) group by c.relname")
+            .arg(tables);
+    return QStringLiteral("select distinct max(lower(c.name) = 'netid') from sqlite_master m, "
+                          "pragma_table_info(m.name) c where m.type = 'table' and lower(m.name) in %1 and "
+                          "c.pk > 0 group by m.name")
+        .arg(tables);
+}
+
+} // namespace
+
+const QStringList &tablesOfTheFormat() {
+    static const QStringList tables =
+        QString::fromLatin1("AccidentZone AccidentZoneWithLane BusLine BusLineRoad BusStation "
+                            "BusStationLine BusStationPassengerArriving ChangeLaneModelParam "
+                            "Configuration Connector ConnectorLimitVehicle DbVersion DecisionPoint "
+                            "DepartureInterval DeparturePoint DetectorVehiType "
+                            "DriveFollowedModelParam GuideArrow IDGenerater Lane LaneConnector "
+                            "LaneLimitVehicle Link LinkFenceMiddle LinkLimitVehicle LinkType "
+                            "LinkVertex Logger Net Node Passenger PassengerArriving ReduceSpeedArea "
+                            "ReduceSpeedInterval ReduceSpeedVehiType RoadType RoadWorkZone "
+                            "RoadWorkZoneWithLane Routing RoutingFLowRatio RoutingLaneConnector "
+                            "RoutingLink Rsu SignalColor SignalGroup SignalLamp SignalPhase "
+                            "SimulateConfiguration V2xConfig Vehicle VehicleConsDetail "
+                            "VehicleConstitutent VehicleDetector VehicleDrivInfoCollecter "
+                            "VehicleDriving VehicleQueueCounter VehicleTraceOption "
+                            "VehicleTravelDetector VehicleType Vertex")
+            .split(QLatin1Char(' '));
+    return tables;
+}
+
+bool hasPlainTables(const QSqlDatabase &db, const QString &name, FailureList &failures) {
+    if (isPostgreSql(db))
+        return hasPlainServerTables(db, name, failures);
+    return db.driverName() != QLatin1String("QSQLITE") || hasPlainFileTables(db, name, failures);
+}
+
+bool hasFittingVersion(const QSqlDatabase &db, const QString &name, FailureList &failures) {
+    const std::optional<long> version = namedVersion(db, name, failures);
+    if (!version || *version == 0)
+        return version.has_value();
+    QSqlQuery keys(db);
+    if (!ask(keys, keyQuestion(db), failures))
+        return false;
+    const bool hasSeveralNets = *version >= 6;
+    while (keys.next()) {
+        if (keys.value(0).toBool() != hasSeveralNets)
+            return refuse(name,
+                          QStringLiteral("the store says that it is of version %1, and its tables are not; "
+                                         "restore it from a copy")
+                              .arg(*version),
+                          failures);
+    }
+    return checkStatement(keys, failures);
+}
+
+} // namespace schemaguard
