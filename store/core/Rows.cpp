@@ -1,7 +1,6 @@
 #include "store/core/Rows.h"
 
 #include <QSqlQuery>
-#include <QStringList>
 
 #include <algorithm>
 
@@ -27,14 +26,30 @@ qint64 count(const Store &store, const char *table) {
     return rows.next() ? rows.value(0).toLongLong() : 0;
 }
 
-/// Each engine's own number of a row's place. Rows of the format are seldom changed and never moved.
-QString orderBy(const Store &store, const char *columns, Rows::Ties ties) {
-    QStringList order;
-    if (*columns)
-        order.append(QLatin1String(columns));
-    if (ties == Rows::Ties::AsWritten)
-        order.append(store.isPostgreSql() ? QStringLiteral("ctid") : QStringLiteral("rowid"));
-    return QLatin1String(" order by ") + order.join(QLatin1String(", "));
+QString inOrder(const Store &store, const char *table, const QString &order) {
+    return selection(store, "*", table) + QLatin1String(" order by ") + order;
+}
+
+/// The rows owner by owner, each owner's by the statement of a single read. What order a server gives them
+/// depends on its plan (after an update a row's place in the index is not that in the table), and so there is
+/// none to ask for. The offsets keep the planner from making one selection of the two.
+QString ownerByOwner(const Store &store, const char *table, const char *owner) {
+    return QStringLiteral("select own.* from (select distinct %1 as id from %2 where NetId = %3 order by 1 "
+                          "offset 0) owner cross join lateral (select * from %2 where NetId = %3 and %1 = "
+                          "owner.id offset 0) own")
+        .arg(QLatin1String(owner), QLatin1String(table), QString::number(store.netId()));
+}
+
+QString statement(const Store &store, const char *table, const char *columns, Rows::Ties ties) {
+    const QString order = QLatin1String(columns);
+    if (order.isEmpty())
+        return selection(store, "*", table);
+    if (ties == Rows::Ties::None)
+        return inOrder(store, table, order);
+    if (store.isSqlite())
+        return inOrder(store, table, order + QLatin1String(", rowid"));
+    return order.contains(QLatin1Char(',')) ? inOrder(store, table, order + QLatin1String(", ctid"))
+                                            : ownerByOwner(store, table, columns);
 }
 
 } // namespace
@@ -44,7 +59,7 @@ Rows::Rows(const Store &store, const char *table, const char *order, Ties ties, 
     if (meter.isCancelled() || !store.isUsable() || lacksTable(store, table))
         return;
     meter.begin(table, meter.isWanted() ? count(store, table) : 0);
-    const QString sql = selection(store, "*", table) + orderBy(store, order, ties);
+    const QString sql = statement(store, table, order, ties);
     mSource = sqliteRows(store, sql);
     if (!mSource)
         mSource = queryRows(store, sql);

@@ -14,12 +14,12 @@
 /// No other statement of the operation should run while the rows are read; see Query on PostgreSQL.
 class Rows {
 public:
-    /// How rows come that the order of a pass does not tell apart: in any order where there are none, or as
-    /// they were written, which is how the reads of single objects give them. PostgreSQL has to sort for it.
+    /// How rows come that the order of a pass does not tell apart: there are none, or as the reads of single
+    /// objects give them, which is as they were written.
     enum class Ties { None, AsWritten };
 
     /// The rows of @p table, all columns, in ascending order of @p order (columns, with commas between them;
-    /// none for the order of writing alone).
+    /// empty for the engine's own order).
     /// @param meter hears of each row and may end the pass.
     Rows(const Store &store, const char *table, const char *order, Ties ties, ProgressMeter &meter);
 

@@ -20,6 +20,7 @@
 
 #include <algorithm>
 #include <memory>
+#include <unordered_map>
 
 namespace links {
 
@@ -205,6 +206,10 @@ void readRow(Row &row, Vertex &vertex) {
 }
 
 /// Where the centre line has a point for each vertex, it gives the heights.
+bool givesHeights(const Link &link) {
+    return geometryjson::points(link.centerLinePointsJson).size() == link.mlVertex.size();
+}
+
 void takeHeights(Link &link) {
     const QVector<GeometryPoint> centerLine = geometryjson::points(link.centerLinePointsJson);
     if (centerLine.size() != link.mlVertex.size())
@@ -369,16 +374,40 @@ void giveIds(NetSave &net) {
     net.giveIds("Node", nodeIds);
 }
 
-void saveNodes(NetSave &net) {
-    const Objects<Link> &links = net.contents.links;
-    net.write("Node", 2 * qint64(links.size()), [&](RowWriter &row) {
-        for (const auto &link : links) {
-            for (Node *node : {link->mpStartNode, link->mpEndNode}) {
-                if (node && !bindRow(row.bindNet(), *node).exec())
-                    return;
-            }
+/// The vertices of all links, each once: a load gives every link its own copy of a vertex that it shares. The
+/// copies may differ in height where a centre line gives it; then one counts whose link has no such line. Two
+/// vertices of one id in different places are both here, for the key to refuse.
+std::vector<const Vertex *> distinctVertices(const Objects<Link> &links) {
+    std::vector<const Vertex *> vertices;
+    std::unordered_map<long, std::size_t> placeOf;
+    for (const auto &link : links) {
+        for (const Vertex *vertex : qAsConst(link->mlVertex)) {
+            const auto [entry, isNew] = placeOf.emplace(vertex->vertexID, vertices.size());
+            const Vertex *&first = isNew ? vertices.emplace_back(vertex) : vertices[entry->second];
+            if (first->x != vertex->x || first->y != vertex->y)
+                vertices.push_back(vertex);
+            else if (first->z != vertex->z && !givesHeights(*link))
+                first = vertex;
         }
-    });
+    }
+    return vertices;
+}
+
+/// The nodes of all links, each once; two of one id with different names are both here, for the key to
+/// refuse.
+std::vector<Node *> distinctNodes(const Objects<Link> &links) {
+    std::vector<Node *> nodes;
+    std::unordered_map<long, const Node *> firstOf;
+    for (const auto &link : links) {
+        for (Node *node : {link->mpStartNode, link->mpEndNode}) {
+            if (!node)
+                continue;
+            const auto [entry, isNew] = firstOf.emplace(node->nodeID, node);
+            if (isNew || entry->second->nodeName != node->nodeName)
+                nodes.push_back(node);
+        }
+    }
+    return nodes;
 }
 
 void saveRows(NetSave &net) {
@@ -451,9 +480,9 @@ void load(NetLoad &net) {
 void save(NetSave &net) {
     giveIds(net);
     const Objects<Link> &links = net.contents.links;
-    net.writeOwned("Vertex", links, &Link::mlVertex,
-                   [](RowWriter &row, const Link &, const Vertex *vertex) { bindRow(row, *vertex); });
-    saveNodes(net);
+    net.writeEach("Vertex", distinctVertices(links),
+                  [](RowWriter &row, const Vertex &vertex) { bindRow(row, vertex); });
+    net.writeEach("Node", distinctNodes(links), [](RowWriter &row, Node &node) { bindRow(row, node); });
     saveRows(net);
     const Link *of = nullptr;
     int number = 0;

@@ -83,8 +83,8 @@ bool read(const Store &store, Configuration &configuration) {
 
 void load(NetLoad &net) {
     std::optional<Configuration> &scene = net.contents.settings.scene;
-    // The first row counts, as for single reads.
-    net.forEachRowAsWritten("Configuration", "", [&](Rows &row) {
+    // The first row counts. There is no order in which single reads take it, and so none here.
+    net.forEachRow("Configuration", "", [&](Rows &row) {
         if (!scene)
             readRow(row, scene.emplace());
         else

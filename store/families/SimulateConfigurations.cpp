@@ -95,8 +95,8 @@ bool read(const Store &store, SimulateConfiguration &configuration) {
 
 void load(NetLoad &net) {
     std::optional<SimulateConfiguration> &simulation = net.contents.settings.simulation;
-    // The first row counts, as for single reads.
-    net.forEachRowAsWritten("SimulateConfiguration", "", [&](Rows &row) {
+    // The first row counts. There is no order in which single reads take it, and so none here.
+    net.forEachRow("SimulateConfiguration", "", [&](Rows &row) {
         if (!simulation)
             readRow(row, simulation.emplace());
         else

@@ -90,6 +90,15 @@ void readTypes(const Store &store, VehicleDetector &detector, long detectorId) {
         detector.mlVehiTypeCode.append(knownCode(code));
 }
 
+QList<long> distinct(const QList<long> &codes) {
+    QList<long> once;
+    for (const long code : codes) {
+        if (!once.contains(code))
+            once.append(code);
+    }
+    return once;
+}
+
 } // namespace
 
 bool insert(const Store &store, const VehicleDetector *detector, bool inTransaction) {
@@ -142,10 +151,22 @@ void save(NetSave &net) {
     net.giveIds("VehicleDetector", detectors, &VehicleDetector::vehicleDetectorId);
     net.writeEach("VehicleDetector", detectors,
                   [](RowWriter &row, const VehicleDetector &detector) { bindAll(row, kColumns, detector); });
-    // With the network, unlike those of single inserts.
-    net.writeOwned(
-        "DetectorVehiType", detectors, &VehicleDetector::mlVehiTypeCode,
-        [](RowWriter &row, const VehicleDetector &detector, long code) { bindType(row, detector, code); });
+    // With the network, unlike those of single inserts, and each once: a load gives the default type for
+    // every one that is unknown.
+    std::vector<QList<long>> codes;
+    qint64 total = 0;
+    for (const auto &detector : detectors) {
+        codes.push_back(distinct(detector->mlVehiTypeCode));
+        total += codes.back().size();
+    }
+    net.write("DetectorVehiType", total, [&](RowWriter &row) {
+        for (std::size_t i = 0; i < detectors.size(); ++i) {
+            for (const long code : qAsConst(codes[i])) {
+                if (!bindType(row.bindNet(), *detectors[i], code).exec())
+                    return;
+            }
+        }
+    });
 }
 
 } // namespace vehicledetectors

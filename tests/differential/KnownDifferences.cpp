@@ -5,6 +5,8 @@
 
 #include "store/DBTools.h"
 
+#include <QSet>
+
 #include <algorithm>
 
 namespace differential {
@@ -26,6 +28,11 @@ void makeNull(TableRows &rows, const char *column) {
 bool hasLaneWithAttributes(const Link &link) {
     return std::any_of(link.mlLane.cbegin(), link.mlLane.cend(),
                        [](const Lane *lane) { return !lane->otherAttrsJson.isEmpty(); });
+}
+
+template <class List, class Condition>
+void removeIf(List &list, const Condition &condition) {
+    list.erase(std::remove_if(list.begin(), list.end(), condition), list.end());
 }
 
 } // namespace
@@ -83,6 +90,50 @@ void dropWhatSingleReadsLeaveOut(NetContents &net, bool severalNets) {
             if (severalNets)
                 lane->mlLimitVehicle.clear();
         }
+    }
+}
+
+void dropWhatLoadsLeaveOut(NetContents &net, bool severalNets) {
+    TrafficObjects &traffic = net.traffic;
+    QSet<long> lanes;
+    QSet<long> roads;
+    for (const auto &link : net.links) {
+        roads.insert(link->linkID);
+        for (const Lane *lane : qAsConst(link->mlLane))
+            lanes.insert(lane->laneID);
+    }
+    for (const auto &connector : net.connectors)
+        roads.insert(connector->connID);
+    removeIf(traffic.decisionPoints, [](const auto &point) { return !point->mpLink; });
+    QSet<long> routes;
+    for (const auto &point : traffic.decisionPoints) {
+        for (const Routing *route : qAsConst(point->mlRouting))
+            routes.insert(route->routingID);
+    }
+    removeIf(traffic.routeLanes, [&](const auto &pair) { return !routes.contains(pair.routingID); });
+    removeIf(net.guideArrows, [&](const auto &arrow) { return !lanes.contains(arrow->laneID); });
+    removeIf(traffic.signalLamps, [&](const auto &lamp) { return !lanes.contains(lamp->laneID); });
+    if (severalNets)
+        return;
+    removeIf(traffic.queueCounters, [&](const auto &counter) { return !roads.contains(counter->roadID); });
+    removeIf(traffic.collectors, [&](const auto &collector) { return !roads.contains(collector->roadID); });
+    removeIf(traffic.travelDetectors, [&](const auto &detector) {
+        return !roads.contains(detector->startRoadId) || !roads.contains(detector->teminalRoadId);
+    });
+}
+
+void dropBreakPointsOfLinks(NetContents &net) {
+    for (const auto &link : net.links) {
+        link->leftBreakPointsJson = StoredJson();
+        link->rightBreakPointsJson = StoredJson();
+    }
+}
+
+void dropRepeatedDetectorTypes(NetContents &net) {
+    for (const auto &detector : net.traffic.vehicleDetectors) {
+        QList<long> &codes = detector->mlVehiTypeCode;
+        std::sort(codes.begin(), codes.end());
+        codes.erase(std::unique(codes.begin(), codes.end()), codes.end());
     }
 }
 

@@ -21,6 +21,19 @@ void dropWhatSingleInsertsLeaveOut(QMap<QString, TableRows> &rows, bool severalN
 /// Takes away what no single read gives: restrictions of connectors, and in generation 6 those of lanes.
 void dropWhatSingleReadsLeaveOut(NetContents &net, bool severalNets);
 
+/// Takes away what single reads give of a damaged network, and a load leaves out with a report because it
+/// could not be saved again: decision points whose link is gone, with the lanes of their routes; arrows and
+/// lamps on a lane that belongs to no link (of the network: a single read takes a lane of any); in stores of
+/// one network devices on a connector that lacks a link.
+void dropWhatLoadsLeaveOut(NetContents &net, bool severalNets);
+
+/// Takes away the break points that links have of their own: a save writes those of their outer lanes.
+void dropBreakPointsOfLinks(NetContents &net);
+
+/// Takes away types that detectors list more than once: unknown types read as the default one, and a row
+/// stands for each code.
+void dropRepeatedDetectorTypes(NetContents &net);
+
 /// Takes away the edges of lane connectors, for which upgraded stores have no columns.
 void dropEdgesOfLaneConnectors(NetContents &net);
 
