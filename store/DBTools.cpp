@@ -40,6 +40,7 @@
 #include <QSysInfo>
 
 #include <algorithm>
+#include <optional>
 
 QSqlDatabase gDB;
 QSqlDatabase gDBForBackup;
@@ -67,12 +68,22 @@ Store oneNetStore(QSqlDatabase &db, long netId = 0) {
     return {db, netId, Generation::OneNet, DBTools::dbVer(), DBTools::mlCallDbResult};
 }
 
-/// The choice between the generations: from version 6 on the operation runs as that of DBTools_V6.
+/// The choice between the generations: from version 6 on the operation runs as that of DBTools_V6. Where the
+/// version cannot be read nothing of the operation runs.
 Store storeOf(QSqlDatabase &db, long netId) {
-    const long version = DBTools::selectDbVersion(db);
-    if (version >= 6)
-        return {db, netId, Generation::SeveralNets, static_cast<int>(version), DBTools_V6::mlCallDbResult};
-    return oneNetStore(db, netId);
+    const std::optional<long> version = probes::dbVersion(db, DBTools::mlCallDbResult);
+    if (version.value_or(0) >= 6)
+        return {db, netId, Generation::SeveralNets, static_cast<int>(*version), DBTools_V6::mlCallDbResult};
+    Store store = oneNetStore(db, netId);
+    // Statements for one network would reach the rows of all networks.
+    if (!version)
+        store.giveUp();
+    return store;
+}
+
+/// Databases of a server are never upgraded.
+bool isPostgreSql(const QSqlDatabase &db) {
+    return db.driverName() == QLatin1String("QPSQL");
 }
 
 networks::Record networkRecord(long id, const QString &name, const QPointF &center, const QString &sourceType,
@@ -115,30 +126,35 @@ void DBTools::logError(QSqlDatabase &db) {
 }
 
 long DBTools::selectDbVersion(QSqlDatabase &db) {
-    return probes::dbVersion(db);
+    return probes::dbVersion(db, mlCallDbResult).value_or(0);
 }
 
 bool DBTools::hasTable(QSqlDatabase &db, QString table) {
-    return probes::hasTable(db, table);
+    return probes::hasTable(db, table, mlCallDbResult).value_or(false);
 }
 
 bool DBTools::tableHasField(QSqlDatabase &db, QString table, QString field) {
-    return probes::tableHasField(db, table, field);
+    return probes::tableHasField(db, table, field, mlCallDbResult).value_or(false);
 }
 
 bool DBTools::checkConstraint(QSqlDatabase &db, QString sql) {
-    return probes::returnsRow(db, sql);
+    return probes::returnsRow(db, sql, mlCallDbResult).value_or(false);
 }
 
 bool DBTools::hasErrorFieldName(QSqlDatabase &db) {
-    return probes::hasMisspeltColumn(db);
+    return probes::hasMisspeltColumn(db, mlCallDbResult).value_or(false);
 }
 
 void DBTools::metadata(QSqlDatabase &db) {
     if (!mlTableName.isEmpty())
         return;
-    mlTableName = probes::tableNames(db);
-    mhTablePK = probes::keyColumns(db, mlTableName);
+    const auto names = probes::tableNames(db, mlCallDbResult);
+    const auto keys = names ? probes::keyColumns(db, *names, mlCallDbResult) : std::nullopt;
+    // What could not be read is read the next time.
+    if (!keys)
+        return;
+    mlTableName = *names;
+    mhTablePK = *keys;
 }
 
 QHash<QString, QString> DBTools::tablePK() {
@@ -146,11 +162,21 @@ QHash<QString, QString> DBTools::tablePK() {
 }
 
 void DBTools::updateDatabase(QSqlDatabase &db) {
-    upgrade::toCurrentSchema(oneNetStore(db));
+    if (!isPostgreSql(db))
+        bringForward(db);
+}
+
+bool DBTools::bringForward(QSqlDatabase &db) {
+    const bool isAnswered = upgrade::toCurrentSchema(oneNetStore(db));
     metadata(db);
+    return isAnswered;
 }
 
 void DBTools::updateDatabase1x(QSqlDatabase &db) {
+    const auto version = isPostgreSql(db) ? std::nullopt : probes::dbVersion(db, mlCallDbResult);
+    // No store of several networks has ever been of the first generation.
+    if (!version || *version >= 6)
+        return;
     upgrade::firstGeneration(oneNetStore(db));
     mDbVer = static_cast<int>(selectDbVersion(db));
 }
@@ -172,7 +198,7 @@ QString DBTools::getIDName(QString table) {
 }
 
 long DBTools::getMaxID(QSqlDatabase &db, long netId, QString table) {
-    return identifiers::largestInUse(db, netId, table);
+    return identifiers::largestInUse(db, netId, table, mlCallDbResult).value_or(0);
 }
 
 bool DBTools::updateIds(QSqlDatabase &db, bool useTransaction) {
@@ -209,7 +235,7 @@ bool DBTools::insertNet(QSqlDatabase &db, bool useTransaction) {
 bool DBTools::updateNet(QSqlDatabase &db, long id, bool useTransaction) {
     const Store store = storeOf(db, id);
     if (!store.hasSeveralNets())
-        return true;
+        return !store.isGivenUp();
     return networks::update(store, networks::recordOf(gNet), useTransaction);
 }
 
@@ -222,7 +248,7 @@ Net *DBTools::selectNetIdByName(QSqlDatabase &db, QString name) {
 }
 
 bool DBTools::selectNetId(QSqlDatabase &db, long id) {
-    return networks::exists(oneNetStore(db, id));
+    return networks::exists(oneNetStore(db, id)).value_or(false);
 }
 
 long DBTools::selectMaxNetId(QSqlDatabase &db) {
@@ -252,6 +278,7 @@ bool DBTools::insertLinks(QSqlDatabase &db, long netId, QList<Link *> &links, bo
     bool written = frame.isUsable();
     if (written && !links.isEmpty()) {
         Store store = storeOf(db, netId);
+        store.setOwnTransaction(frame.hasOwnTransaction());
         written = links::insertAll(store, links);
     }
     return transaction.commitOrRecord(written);
@@ -266,7 +293,7 @@ bool DBTools::selectLinkIDs(QSqlDatabase &db, long netId, QList<long> &ids) {
 }
 
 bool DBTools::checkLinkVertex(QSqlDatabase &db, long linkId, long vertexId) {
-    return links::hasVertex(db, linkId, vertexId);
+    return links::hasVertex(db, linkId, vertexId, mlCallDbResult).value_or(false);
 }
 
 QString DBTools::breakPoints(QJsonObject geometry) {
@@ -286,6 +313,7 @@ bool DBTools::insertConnectors(QSqlDatabase &db, long netId, QList<Connector *> 
     bool written = frame.isUsable();
     if (written && !connectors.isEmpty()) {
         Store store = storeOf(db, netId);
+        store.setOwnTransaction(frame.hasOwnTransaction());
         written = connectors::insertAll(store, connectors);
     }
     return transaction.commit(written);
@@ -300,7 +328,7 @@ bool DBTools::selectConnectorIDs(QSqlDatabase &db, long netId, QList<long> &ids)
 }
 
 bool DBTools::checkNodeVertex(QSqlDatabase &db, long nodeId, long vertexId) {
-    return links::nodeStandsOn(db, nodeId, vertexId);
+    return links::nodeStandsOn(db, nodeId, vertexId, mlCallDbResult).value_or(false);
 }
 
 bool DBTools::selectLinkType(QSqlDatabase &db, long netId, QList<LinkType> &types) {

@@ -612,7 +612,10 @@ public:
 
 private:
     static bool takeSettings();
-    static void judgeIsInter(QSqlDatabase &db);
+    /// @{ Steps of openDatabase(); false when the store could not be asked.
+    static bool bringForward(QSqlDatabase &db);
+    static bool judgeIsInter(QSqlDatabase &db);
+    /// @}
 
     static int mDbVer;
     static bool mbInter;

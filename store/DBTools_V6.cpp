@@ -120,6 +120,7 @@ bool DBTools_V6::insertConnectors(QSqlDatabase &db, long netId, QList<Connector 
     bool written = frame.isUsable();
     if (written && !connectors.isEmpty()) {
         Store store = storeOf(db, netId);
+        store.setOwnTransaction(frame.hasOwnTransaction());
         written = connectors::insertAll(store, connectors);
     }
     return transaction.commit(written);

@@ -64,33 +64,44 @@ void requireWholeFile(const QString &path) {
                                QString::number(pageSize * bigEndian32(header, 28))));
 }
 
-void run(QSqlDatabase &db, const QString &path, const char *sql) {
-    QSqlQuery query(db);
-    if (query.exec(QLatin1String(sql)))
-        return;
-    // Result codes of SQLite, https://www.sqlite.org/rescode.html; the low byte is the primary code.
+// Result codes of SQLite, https://www.sqlite.org/rescode.html.
+constexpr int kGeneralError = 1;
+
+/// The low byte, which is the primary code.
+int codeOf(const QSqlError &error) {
+    return error.nativeErrorCode().toInt() & 0xff;
+}
+
+[[noreturn]] void refuse(const QString &path, const QSqlError &error) {
     constexpr int busy = 5;
     constexpr int locked = 6;
     constexpr int readOnly = 8;
-    constexpr int general = 1;
-    const int code = query.lastError().nativeErrorCode().toInt() & 0xff;
+    const int code = codeOf(error);
     if (code == busy || code == locked)
         throw Failure(
             QStringLiteral("%1: another program holds the store; close it there and try again").arg(path));
     if (code == readOnly)
         throw Failure(
             QStringLiteral("%1: the store is read-only; make it writable or work on a copy").arg(path));
-    if (code == general)
+    if (code == kGeneralError)
         throw Failure(
             QStringLiteral("%1: this SQLite file is no store; give the path of a store file").arg(path));
     throw Failure(QStringLiteral("%1: the store cannot be used (%2); restore it from a copy")
-                      .arg(path, query.lastError().databaseText()));
+                      .arg(path, error.databaseText()));
+}
+
+void run(QSqlDatabase &db, const QString &path, const char *sql) {
+    QSqlQuery query(db);
+    if (!query.exec(QLatin1String(sql)))
+        refuse(path, query.lastError());
 }
 
 /// The highest version that the store names; 0 without a table of versions, which the oldest stores lack.
-int versionOf(const QSqlDatabase &db) {
+int versionOf(const QSqlDatabase &db, const QString &path) {
     QSqlQuery version(db);
-    version.exec(QStringLiteral("select max(versionId) from DbVersion"));
+    if (!version.exec(QStringLiteral("select max(versionId) from DbVersion")) &&
+        codeOf(version.lastError()) != kGeneralError)
+        refuse(path, version.lastError());
     return version.next() ? version.value(0).toInt() : 0;
 }
 
@@ -103,14 +114,21 @@ Age probe(const QString &path, Access access) {
         throw Failure(QStringLiteral("%1: cannot be opened (%2)").arg(path, db.lastError().databaseText()));
     run(db, path, "select count(*) from IDGenerater");
     run(db, path, "select count(*) from Link");
-    requireKnownVersion(versionOf(db), path);
+    requireKnownVersion(versionOf(db, path), path);
     if (access != Access::Read) {
         run(db, path, "begin immediate");
         run(db, path, "rollback");
     }
-    if (upgrade::isFirstGeneration(db))
+    FailureList unanswered;
+    const auto isFirst = upgrade::isFirstGeneration(db, unanswered);
+    const auto isPending = isFirst ? upgrade::isPending(db, unanswered) : std::nullopt;
+    if (!isPending)
+        throw Failure(
+            QStringLiteral("%1: the store cannot be read (%2); try again when no other program writes to it")
+                .arg(path, unanswered.last().error.trimmed()));
+    if (*isFirst)
         return Age::FirstGeneration;
-    return upgrade::isPending(db) ? Age::Older : Age::Current;
+    return *isPending ? Age::Older : Age::Current;
 }
 
 } // namespace
@@ -133,7 +151,7 @@ void requireNoNewerStore(const QString &path) {
     db.setDatabaseName(path);
     db.setConnectOptions(QStringLiteral("QSQLITE_OPEN_READONLY"));
     db.open();
-    requireKnownVersion(versionOf(db), path);
+    requireKnownVersion(versionOf(db, path), path);
 }
 
 void requireKnownVersion(int version, const QString &name) {

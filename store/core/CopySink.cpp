@@ -1,5 +1,6 @@
 #include "store/core/CopyStream.h"
 #include "store/core/RowSink.h"
+#include "store/core/Savepoint.h"
 #include "store/core/Store.h"
 
 namespace {
@@ -7,7 +8,7 @@ namespace {
 class CopySink : public RowSink {
 public:
     CopySink(const Store &store, const QString &table, const QStringList &columns)
-        : mStore(store), mStream(store.db(), table, columns) {}
+        : mStore(store), mSavepoint(store.db()), mStream(store.db(), table, columns) {}
 
     void setNull(int column) override { mStream.setNull(column); }
     void set(int column, qint64 value) override { mStream.set(column, value); }
@@ -15,12 +16,14 @@ public:
     void set(int column, const QString &value) override { mStream.set(column, value); }
     void set(int column, const QByteArray &json) override { mStream.setText(column, json); }
     bool write() override { return mStream.write() || fail(); }
-    bool finish() override { return mStream.finish() || fail(); }
+    bool finish() override { return mSavepoint.end(mStream.finish()) || fail(); }
 
 private:
     bool fail() { return mStore.fail(mStream.sql(), mStream.error()); }
 
     const Store &mStore;
+    /// Before the stream, which is closed before what it wrote is undone.
+    Savepoint mSavepoint;
     CopyStream mStream;
 };
 

@@ -11,6 +11,10 @@
 #include <sqlite3.h>
 #endif
 
+#ifdef MORASTORE_WITH_POSTGRESQL
+#include <libpq-fe.h>
+#endif
+
 namespace enginehandle {
 
 namespace {
@@ -47,6 +51,26 @@ pg_conn *postgresql(const QSqlDatabase &db) {
     Q_UNUSED(db)
     return nullptr;
 #endif
+}
+
+TransactionState transactionState(const QSqlDatabase &db) {
+#ifdef MORASTORE_WITH_POSTGRESQL
+    if (const PGconn *connection = postgresql(db)) {
+        switch (PQtransactionStatus(connection)) {
+        case PQTRANS_IDLE:
+            return TransactionState::None;
+        case PQTRANS_INTRANS:
+            return TransactionState::Open;
+        case PQTRANS_INERROR:
+            return TransactionState::Failed;
+        default:
+            break;
+        }
+    }
+#else
+    Q_UNUSED(db)
+#endif
+    return TransactionState::Unknown;
 }
 
 } // namespace enginehandle

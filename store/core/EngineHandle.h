@@ -18,4 +18,15 @@ sqlite3 *sqlite(const QSqlDatabase &db);
 /// without libpq's headers. libpq is a shared library everywhere: the driver's is ours.
 pg_conn *postgresql(const QSqlDatabase &db);
 
+/// What becomes of the next statement on a PostgreSQL connection.
+enum class TransactionState {
+    None,   ///< it is a transaction of its own
+    Open,   ///< it is part of a transaction
+    Failed, ///< a transaction is open and takes no further statement
+    Unknown ///< without libpq's headers, on a lost connection, and while another statement runs
+};
+
+/// Known to the client library; nothing is sent to the server.
+TransactionState transactionState(const QSqlDatabase &db);
+
 } // namespace enginehandle

@@ -1,97 +1,172 @@
 #include "store/core/Probes.h"
 
+#include "store/core/Savepoint.h"
 #include "store/core/Sql.h"
 
 #include <QSqlDatabase>
+#include <QSqlDriver>
+#include <QSqlError>
 #include <QSqlQuery>
 #include <QVariant>
-
-#include <algorithm>
 
 namespace probes {
 
 namespace {
 
+bool isPostgreSql(const QSqlDatabase &db) {
+    return db.driverName() == QLatin1String("QPSQL");
+}
+
 QSqlQuery run(const QSqlDatabase &db, const QString &sql) {
     QSqlQuery query(db);
-    query.setForwardOnly(true);
-    if (db.isOpen())
-        query.exec(sql);
+    // QPSQL gives up the rest of a forward-only result as soon as the savepoint is released.
+    query.setForwardOnly(!isPostgreSql(db));
+    if (db.isOpen()) {
+        Savepoint savepoint(db);
+        savepoint.end(query.exec(sql));
+    }
     return query;
 }
 
-QSqlQuery tableInfo(const QSqlDatabase &db, const QString &table) {
-    return run(db, QStringLiteral("PRAGMA table_info('%1')").arg(quoted(table)));
+/// Whether the statement that failed with @p error did so because @p table is not there, which is an answer.
+/// A statement that was refused for another reason (a lock, a damaged page) leads to no second question.
+bool failedForLackOf(const QString &table, const QSqlDatabase &db, const QSqlError &error) {
+    if (table.isEmpty() || !error.isValid())
+        return false;
+    // https://www.postgresql.org/docs/15/errcodes-appendix.html, https://www.sqlite.org/rescode.html
+    if (isPostgreSql(db))
+        return error.nativeErrorCode() == QLatin1String("42P01");
+    if (error.nativeErrorCode() != QLatin1String("1"))
+        return false;
+    const QString entry = QStringLiteral(
+        "select 1 from sqlite_master where type in ('table', 'view') and name = '%1' collate nocase");
+    QSqlQuery found = run(db, entry.arg(quoted(table)));
+    return found.isActive() && !found.next() && !found.lastError().isValid();
+}
+
+/// The result of @p sql, before its first row; none where it could not be had.
+std::optional<QSqlQuery> ask(const QSqlDatabase &db, const QString &sql, FailureList &failures,
+                             const QString &table = {}) {
+    const QSqlQuery query = run(db, sql);
+    if (failedForLackOf(table, db, query.lastError()))
+        return QSqlQuery(db);
+    return checkStatement(query, failures) ? std::make_optional(query) : std::nullopt;
+}
+
+std::optional<QSqlQuery> tableInfo(const QSqlDatabase &db, const QString &table, FailureList &failures) {
+    return ask(db, QStringLiteral("PRAGMA table_info('%1')").arg(quoted(table)), failures);
+}
+
+/// @p result, once all of @p rows was read; none where reading broke off.
+template <class Result>
+std::optional<Result> whole(const Result &result, const QSqlQuery &rows, FailureList &failures) {
+    return checkStatement(rows, failures) ? std::make_optional(result) : std::nullopt;
+}
+
+bool isKeyColumn(const QSqlQuery &column, const QString &table) {
+    const bool isNetColumn = column.value(QStringLiteral("name"))
+                                 .toString()
+                                 .compare(QLatin1String("NetId"), Qt::CaseInsensitive) == 0;
+    return column.value(QStringLiteral("pk")).toInt() >= 1 && (!isNetColumn || table == QLatin1String("Net"));
 }
 
 } // namespace
 
-long dbVersion(const QSqlDatabase &db) {
-    QSqlQuery version = run(db, QStringLiteral("select * from DbVersion"));
-    return version.next() ? static_cast<long>(version.value(QStringLiteral("versionId")).toInt()) : 0;
+std::optional<long> dbVersion(const QSqlDatabase &db, FailureList &failures) {
+    auto version = ask(db, QStringLiteral("select * from DbVersion"), failures, QStringLiteral("DbVersion"));
+    if (!version)
+        return std::nullopt;
+    if (version->next())
+        return static_cast<long>(version->value(QStringLiteral("versionId")).toInt());
+    return whole(0L, *version, failures);
 }
 
-bool hasTable(const QSqlDatabase &db, const QString &table) {
-    return returnsRow(db, QStringLiteral("select * from sqlite_master where type = 'table' and name = '%1'")
-                              .arg(quoted(table)));
+Answer hasTable(const QSqlDatabase &db, const QString &table, FailureList &failures) {
+    const QString sql = QStringLiteral("select * from sqlite_master where type = 'table' and name = '%1'");
+    return returnsRow(db, sql.arg(quoted(table)), failures);
 }
 
-bool tableHasField(const QSqlDatabase &db, const QString &table, const QString &field) {
-    if (db.driverName() == QLatin1String("QSQLITE"))
-        return !columnsContaining(db, table, field).isEmpty();
-    if (db.driverName() == QLatin1String("QPSQL")) {
-        const QString sql = QStringLiteral(
-            "select count(*) from information_schema.columns WHERE table_schema = 'table_schema' and table_name = '%0' and column_name = '%1'");
-        QSqlQuery count = run(db, sql.arg(quoted(table), quoted(field)));
-        return count.next() && count.value(0).toInt() > 0;
+Answer tableHasField(const QSqlDatabase &db, const QString &table, const QString &field,
+                     FailureList &failures) {
+    if (db.driverName() == QLatin1String("QSQLITE")) {
+        const auto columns = columnsContaining(db, table, field, failures);
+        return columns ? Answer(!columns->isEmpty()) : Answer();
+    }
+    if (!isPostgreSql(db))
+        return false;
+    const QString sql = QStringLiteral(
+        "select count(*) from information_schema.columns WHERE table_schema = 'table_schema' and table_name = '%0' and column_name = '%1'");
+    const auto count = number(db, sql.arg(quoted(table), quoted(field)), failures);
+    return count ? Answer(*count > 0) : Answer();
+}
+
+Answer returnsRow(const QSqlDatabase &db, const QString &sql, FailureList &failures, const QString &table) {
+    auto rows = ask(db, sql, failures, table);
+    if (!rows)
+        return std::nullopt;
+    return rows->next() ? Answer(true) : whole(false, *rows, failures);
+}
+
+std::optional<qint64> number(const QSqlDatabase &db, const QString &sql, FailureList &failures,
+                             const QString &table) {
+    auto rows = ask(db, sql, failures, table);
+    if (!rows)
+        return std::nullopt;
+    return rows->next() ? rows->value(0).toLongLong() : whole(qint64(0), *rows, failures);
+}
+
+std::optional<QStringList> columnsContaining(const QSqlDatabase &db, const QString &table,
+                                             const QString &part, FailureList &failures) {
+    auto columns = tableInfo(db, table, failures);
+    if (!columns)
+        return std::nullopt;
+    QStringList names;
+    while (columns->next()) {
+        const QString name = columns->value(QStringLiteral("name")).toString();
+        if (name.contains(part))
+            names.append(name);
+    }
+    return whole(names, *columns, failures);
+}
+
+Answer hasMisspeltColumn(const QSqlDatabase &db, FailureList &failures) {
+    const auto tables = tableNames(db, failures);
+    if (!tables)
+        return std::nullopt;
+    for (const QString &table : *tables) {
+        const auto columns = columnsContaining(db, table, QStringLiteral("Nnumber"), failures);
+        if (!columns)
+            return std::nullopt;
+        if (!columns->isEmpty())
+            return true;
     }
     return false;
 }
 
-bool returnsRow(const QSqlDatabase &db, const QString &sql) {
-    return run(db, sql).next();
-}
-
-QStringList columnsContaining(const QSqlDatabase &db, const QString &table, const QString &part) {
+std::optional<QStringList> tableNames(const QSqlDatabase &db, FailureList &failures) {
+    auto tables =
+        ask(db, QStringLiteral("select * from sqlite_master where type = 'table' order by name"), failures);
+    if (!tables)
+        return std::nullopt;
     QStringList names;
-    QSqlQuery columns = tableInfo(db, table);
-    while (columns.next()) {
-        const QString name = columns.value(QStringLiteral("name")).toString();
-        if (name.contains(part))
-            names.append(name);
-    }
-    return names;
+    while (tables->next())
+        names.append(tables->value(QStringLiteral("name")).toString());
+    return whole(names, *tables, failures);
 }
 
-bool hasMisspeltColumn(const QSqlDatabase &db) {
-    const QStringList tables = tableNames(db);
-    return std::any_of(tables.cbegin(), tables.cend(), [&db](const QString &table) {
-        return !columnsContaining(db, table, QStringLiteral("Nnumber")).isEmpty();
-    });
-}
-
-QStringList tableNames(const QSqlDatabase &db) {
-    QStringList names;
-    QSqlQuery tables =
-        run(db, QStringLiteral("select * from sqlite_master where type = 'table' order by name"));
-    while (tables.next())
-        names.append(tables.value(QStringLiteral("name")).toString());
-    return names;
-}
-
-QHash<QString, QString> keyColumns(const QSqlDatabase &db, const QStringList &tables) {
+std::optional<QHash<QString, QString>> keyColumns(const QSqlDatabase &db, const QStringList &tables,
+                                                  FailureList &failures) {
     QHash<QString, QString> keys;
     for (const QString &table : tables) {
-        QSqlQuery columns = tableInfo(db, table);
-        while (columns.next()) {
-            const QString name = columns.value(QStringLiteral("name")).toString();
-            const bool isNetColumn = name.compare(QLatin1String("NetId"), Qt::CaseInsensitive) == 0;
-            if (columns.value(QStringLiteral("pk")).toInt() < 1 ||
-                (isNetColumn && table != QLatin1String("Net")))
-                continue;
-            keys.insert(table, name);
-            break;
+        auto columns = tableInfo(db, table, failures);
+        if (!columns)
+            return std::nullopt;
+        while (columns->next() && !keys.contains(table)) {
+            if (isKeyColumn(*columns, table))
+                keys.insert(table, columns->value(QStringLiteral("name")).toString());
         }
+        if (!checkStatement(*columns, failures))
+            return std::nullopt;
     }
     return keys;
 }

@@ -1,41 +1,61 @@
 #pragma once
 
+#include "store/core/Failures.h"
+
 #include <QHash>
 #include <QString>
 #include <QStringList>
 
+#include <optional>
+
 class QSqlDatabase;
 
-/// Questions about the schema of an open store. Nothing here records a failure: a probe that cannot be
-/// answered is answered with no.
+/// Questions to an open store.
+///
+/// A failure is never a no: what cannot be asked (a locked file, a lost connection, a missing right) is
+/// appended to the list of failures that the question takes, and there is no answer then. A question does not
+/// end a transaction of the caller's.
 namespace probes {
 
-/// The store's generation: versionId of the first row of DbVersion, 0 without a row.
-long dbVersion(const QSqlDatabase &db);
+using Answer = std::optional<bool>;
+
+/// The store's generation: versionId of the first row of DbVersion; 0 without a row, and without the table,
+/// which the oldest stores lack.
+std::optional<long> dbVersion(const QSqlDatabase &db, FailureList &failures);
 
 /// Whether an SQLite store has @p table.
-bool hasTable(const QSqlDatabase &db, const QString &table);
+Answer hasTable(const QSqlDatabase &db, const QString &table, FailureList &failures);
 
 /// Whether @p table has a column whose name contains @p field, upper and lower case told apart (SQLite).
 ///
 /// On PostgreSQL the schema is compared with the word 'table_schema' itself, so the answer is false for every
 /// table of an ordinary schema; hosts rely on that answer.
-bool tableHasField(const QSqlDatabase &db, const QString &table, const QString &field);
+Answer tableHasField(const QSqlDatabase &db, const QString &table, const QString &field,
+                     FailureList &failures);
 
-/// Whether @p sql runs and returns at least one row.
-bool returnsRow(const QSqlDatabase &db, const QString &sql);
+/// Whether @p sql returns at least one row.
+/// @param table one that a store may lack; it has no row then, which is no failure.
+Answer returnsRow(const QSqlDatabase &db, const QString &sql, FailureList &failures,
+                  const QString &table = {});
+
+/// The first column of the first row of @p sql; 0 without a row.
+/// @param table as for returnsRow().
+std::optional<qint64> number(const QSqlDatabase &db, const QString &sql, FailureList &failures,
+                             const QString &table = {});
 
 /// The columns of @p table (SQLite) whose name contains @p part, upper and lower case told apart.
-QStringList columnsContaining(const QSqlDatabase &db, const QString &table, const QString &part);
+std::optional<QStringList> columnsContaining(const QSqlDatabase &db, const QString &table,
+                                             const QString &part, FailureList &failures);
 
 /// Whether a column of any table carries the misspelling "Nnumber" of first-generation stores.
-bool hasMisspeltColumn(const QSqlDatabase &db);
+Answer hasMisspeltColumn(const QSqlDatabase &db, FailureList &failures);
 
 /// Names of all tables of an SQLite store, ascending.
-QStringList tableNames(const QSqlDatabase &db);
+std::optional<QStringList> tableNames(const QSqlDatabase &db, FailureList &failures);
 
 /// For each of @p tables the first column of its primary key; the network column is skipped in every table
 /// but Net, so that generation-6 tables give the column of their own id.
-QHash<QString, QString> keyColumns(const QSqlDatabase &db, const QStringList &tables);
+std::optional<QHash<QString, QString>> keyColumns(const QSqlDatabase &db, const QStringList &tables,
+                                                  FailureList &failures);
 
 } // namespace probes

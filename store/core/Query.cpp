@@ -3,8 +3,6 @@
 #include "store/core/Savepoint.h"
 #include "store/core/StorableValue.h"
 
-#include <QSqlError>
-
 #include <algorithm>
 
 namespace {
@@ -13,18 +11,6 @@ namespace {
 /// as it is.
 QString inDialect(const Store &store, QString text) {
     return store.isPostgreSql() ? text.replace(QLatin1String("[type]"), QLatin1String("type")) : text;
-}
-
-/// Whether SQLite may have ended the transaction by itself: it does so when it cannot write (a full disk, an
-/// input/output error, no memory) or was interrupted. Statements that followed would be kept one by one.
-/// Result codes: https://www.sqlite.org/lang_transaction.html; the low byte is the primary code.
-bool endsTransaction(const QSqlError &error) {
-    constexpr int noMemory = 7;
-    constexpr int interrupted = 9;
-    constexpr int inputOutput = 10;
-    constexpr int full = 13;
-    const int code = error.nativeErrorCode().toInt() & 0xff;
-    return code == noMemory || code == interrupted || code == inputOutput || code == full;
 }
 
 } // namespace
@@ -38,11 +24,7 @@ Query::Query(const Store &store, const char *sql, std::initializer_list<long> id
 Query::Query(const Store &store, const QString &text) : Query(store, text, false) {}
 
 Query::Query(const Store &store, const QString &text, bool isForOneObject)
-    : mStore(store),
-      mText(inDialect(store, text)),
-      mQuery(store.db()),
-      mIsForOneObject(isForOneObject),
-      mWrites(!text.startsWith(QLatin1String("select"), Qt::CaseInsensitive)) {
+    : mStore(store), mText(inDialect(store, text)), mQuery(store.db()), mIsForOneObject(isForOneObject) {
     // QPSQL gives up the rest of a forward-only result as soon as another statement runs on the connection.
     mQuery.setForwardOnly(!store.isPostgreSql());
 }
@@ -95,7 +77,7 @@ void Query::prepare() {
         mPrepared = true;
         return;
     }
-    Savepoint savepoint(mStore, mWrites);
+    Savepoint savepoint(mStore.db());
     mPrepared = savepoint.end(mQuery.prepare(mText));
     mPrepareFailed = !mPrepared;
 }
@@ -107,10 +89,10 @@ bool Query::run() {
     // Executing what could not be prepared would replace the engine's reason by a count of its parameters.
     if (mPrepareFailed || !mRefusedName.isEmpty())
         return false;
-    Savepoint savepoint(mStore, mWrites);
+    Savepoint savepoint(mStore.db());
     const bool done = savepoint.end(mPrepared ? mQuery.exec() : mQuery.exec(mText));
-    if (!done && mStore.isSqlite() && endsTransaction(mQuery.lastError()))
-        mStore.giveUp();
+    if (!done)
+        mStore.heed(mQuery.lastError());
     // Before the first row: a record of a row would take a copy of each of its values along.
     if (done && mResult.isEmpty() && mQuery.isSelect())
         mResult = mQuery.record();
@@ -129,6 +111,12 @@ bool Query::breaksOff() {
     if (mQuery.isActive() && mQuery.lastError().isValid())
         mBrokeOff = !mStore.check(mQuery);
     return false;
+}
+
+std::optional<bool> Query::returnsRow() {
+    const bool found = execAndNext();
+    const bool isAnswer = found || (mQuery.isActive() && isComplete());
+    return isAnswer ? std::make_optional(found) : std::nullopt;
 }
 
 QVariant Query::value(const char *column) {

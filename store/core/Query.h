@@ -8,6 +8,7 @@
 #include <QSqlRecord>
 #include <QVariant>
 
+#include <optional>
 #include <utility>
 #include <vector>
 
@@ -58,6 +59,9 @@ public:
     /// @}
     /// Runs the statement, then goes to the first row of its result; false without one.
     bool execAndNext() { return exec() && next(); }
+    /// Runs the statement; whether it returns a row. None when it failed, which is recorded: a failure is no
+    /// answer.
+    std::optional<bool> returnsRow();
 
     /// Goes to the next row; false after the last one, and where the engine cannot read on, which is
     /// recorded.
@@ -104,7 +108,6 @@ private:
     bool mPrepareFailed = false;
     bool mRan = false;
     bool mBrokeOff = false;
-    bool mWrites;
     /// The placeholder with a value that cannot be stored, and why; empty when there is none.
     QByteArray mRefusedName;
     QString mRefusal;

@@ -1,5 +1,6 @@
 #include "store/core/Query.h"
 #include "store/core/RowSource.h"
+#include "store/core/Savepoint.h"
 
 #include <QSqlRecord>
 
@@ -10,7 +11,8 @@ class QueryRows : public RowSource {
 public:
     QueryRows(const Store &store, const QString &sql) : mStore(store), mQuery(store.db()) {
         mQuery.setForwardOnly(!store.isPostgreSql());
-        mReady = mQuery.exec(sql);
+        Savepoint savepoint(store.db());
+        mReady = savepoint.end(mQuery.exec(sql));
         store.check(mQuery);
     }
 

@@ -1,4 +1,5 @@
 #include "store/core/RowSink.h"
+#include "store/core/Savepoint.h"
 #include "store/core/Store.h"
 
 #include <QSqlQuery>
@@ -10,7 +11,7 @@ namespace {
 class QuerySink : public RowSink {
 public:
     QuerySink(const Store &store, const QString &sql)
-        : mStore(store), mQuery(store.db()), mPrepared(mQuery.prepare(sql)) {}
+        : mStore(store), mSavepoint(store.db()), mQuery(store.db()), mPrepared(mQuery.prepare(sql)) {}
 
     void setNull(int column) override { mQuery.bindValue(column, QVariant(QVariant::String)); }
     void set(int column, qint64 value) override { mQuery.bindValue(column, value); }
@@ -26,10 +27,11 @@ public:
             mQuery.exec();
         return mStore.check(mQuery);
     }
-    bool finish() override { return true; }
+    bool finish() override { return mSavepoint.end(true); }
 
 private:
     const Store &mStore;
+    Savepoint mSavepoint;
     QSqlQuery mQuery;
     bool mPrepared;
 };

@@ -1,6 +1,6 @@
 #include "store/core/Rows.h"
 
-#include <QSqlQuery>
+#include "store/core/Probes.h"
 
 #include <algorithm>
 
@@ -12,18 +12,16 @@ QString selection(const Store &store, const char *what, const char *table) {
 }
 
 /// Older files lack tables that came later: they hold nothing of them.
-bool lacksTable(const Store &store, const char *table) {
+probes::Answer hasTable(const Store &store, const char *table) {
     if (store.hasSeveralNets() || !store.isSqlite())
-        return false;
+        return true;
     const QString sql =
         QStringLiteral("select 1 from sqlite_master where type = 'table' and name = '%1' collate nocase");
-    return !QSqlQuery(sql.arg(QLatin1String(table)), store.db()).next();
+    return probes::returnsRow(store.db(), sql.arg(QLatin1String(table)), store.failures());
 }
 
 qint64 count(const Store &store, const char *table) {
-    QSqlQuery rows(selection(store, "count(*)", table), store.db());
-    store.check(rows);
-    return rows.next() ? rows.value(0).toLongLong() : 0;
+    return probes::number(store.db(), selection(store, "count(*)", table), store.failures()).value_or(0);
 }
 
 QString inOrder(const Store &store, const char *table, const QString &order) {
@@ -56,7 +54,7 @@ QString statement(const Store &store, const char *table, const char *columns, Ro
 
 Rows::Rows(const Store &store, const char *table, const char *order, Ties ties, ProgressMeter &meter)
     : mMeter(meter), mFailures(store.failures()), mFailuresBefore(mFailures.size()) {
-    if (meter.isCancelled() || !store.isUsable() || lacksTable(store, table))
+    if (meter.isCancelled() || !store.isUsable() || !hasTable(store, table).value_or(false))
         return;
     meter.begin(table, meter.isWanted() ? count(store, table) : 0);
     const QString sql = statement(store, table, order, ties);

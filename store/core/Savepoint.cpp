@@ -1,46 +1,57 @@
 #include "store/core/Savepoint.h"
 
+#include "store/core/EngineHandle.h"
+
+#include <QSqlDatabase>
+#include <QSqlDriver>
 #include <QSqlError>
 #include <QSqlQuery>
 
 namespace {
 
-// The driver does not tell whether the caller has begun a transaction. The server does: it refuses a
-// savepoint outside one (SQLSTATE no_active_sql_transaction) and in one that failed
-// (in_failed_sql_transaction). https://www.postgresql.org/docs/15/errcodes-appendix.html
-constexpr const char *kOutside = "25P01";
-constexpr const char *kFailed = "25P02";
+using enginehandle::TransactionState;
 
 QString set() {
     return QStringLiteral("savepoint row");
 }
 
-} // namespace
-
-bool Savepoint::isInsideTransaction(const Store &store) {
-    QSqlQuery query(store.db());
+/// Asks the server where the client library does not tell: it refuses a savepoint in a transaction that
+/// failed (in_failed_sql_transaction). https://www.postgresql.org/docs/15/errcodes-appendix.html
+bool serverIsInsideTransaction(const QSqlDatabase &db) {
+    QSqlQuery query(db);
     if (!query.exec(set()))
-        return query.lastError().nativeErrorCode() == QLatin1String(kFailed);
+        return query.lastError().nativeErrorCode() == QLatin1String("25P02");
     return query.exec(QStringLiteral("release savepoint row"));
 }
 
-Savepoint::Savepoint(const Store &store, bool wanted) : mStore(store) {
-    if (!wanted || !store.isPostgreSql() || store.isKnownOutsideTransaction() || !store.isUsable())
-        return;
-    // That the server refuses it is no failure of the operation.
-    QSqlQuery query(store.db());
-    mSet = query.exec(set());
-    if (!mSet && query.lastError().nativeErrorCode() == QLatin1String(kOutside))
-        store.setOutsideTransaction(true);
+bool mayNeedSavepoint(const QSqlDatabase &db) {
+    if (!db.isOpen() || db.driver()->dbmsType() != QSqlDriver::PostgreSQL)
+        return false;
+    const TransactionState state = enginehandle::transactionState(db);
+    return state == TransactionState::Open || state == TransactionState::Unknown;
 }
 
-bool Savepoint::end(bool written) {
+} // namespace
+
+bool Savepoint::isInsideTransaction(const QSqlDatabase &db) {
+    const TransactionState state = enginehandle::transactionState(db);
+    return state == TransactionState::Unknown ? serverIsInsideTransaction(db)
+                                              : state != TransactionState::None;
+}
+
+Savepoint::Savepoint(const QSqlDatabase &db) : mDb(db) {
+    // Outside a transaction, where that was not known, the server refuses it: no failure of the operation.
+    if (mayNeedSavepoint(db))
+        mSet = QSqlQuery(db).exec(set());
+}
+
+bool Savepoint::end(bool done) {
     if (!mSet)
-        return written;
+        return done;
     mSet = false;
-    QSqlQuery query(mStore.db());
-    if (!written)
+    QSqlQuery query(mDb);
+    if (!done)
         query.exec(QStringLiteral("rollback to savepoint row"));
     query.exec(QStringLiteral("release savepoint row"));
-    return written;
+    return done;
 }

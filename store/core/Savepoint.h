@@ -1,27 +1,29 @@
 #pragma once
 
-#include "store/core/Store.h"
+class QSqlDatabase;
 
 /// Keeps the failure of a statement from ending the transaction around it.
 ///
 /// PostgreSQL takes no further statement in a transaction once one has failed; SQLite goes on by itself. With
-/// a savepoint around each statement that may fail, both end with the same rows. Query sets one around every
-/// statement that writes. Does nothing on SQLite and outside a transaction.
+/// a savepoint around each statement, both end with the same rows. Query and the probes set one around every
+/// statement, reads included. Does nothing on SQLite and outside a transaction.
 class Savepoint {
 public:
-    explicit Savepoint(const Store &store, bool wanted = true);
+    /// @param db must outlive the savepoint.
+    explicit Savepoint(const QSqlDatabase &db);
     /// Undoes what was not ended.
     ~Savepoint() { end(false); }
     Savepoint(const Savepoint &) = delete;
     Savepoint &operator=(const Savepoint &) = delete;
 
-    /// Whether a transaction is open on the connection, be it one that takes no further statement.
-    static bool isInsideTransaction(const Store &store);
+    /// Whether a transaction is open on the PostgreSQL connection @p db, be it one that takes no further
+    /// statement.
+    static bool isInsideTransaction(const QSqlDatabase &db);
 
-    /// Keeps what was written since when @p written is true, undoes it otherwise. @return @p written.
-    bool end(bool written);
+    /// Keeps what was written since when @p done is true, undoes it otherwise. @return @p done.
+    bool end(bool done);
 
 private:
-    const Store &mStore;
+    const QSqlDatabase &mDb;
     bool mSet = false;
 };

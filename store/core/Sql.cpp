@@ -1,5 +1,7 @@
 #include "store/core/Sql.h"
 
+#include <algorithm>
+
 namespace {
 
 bool hasPlaceholder(const QString &text) {
@@ -28,4 +30,18 @@ QString quoted(const QString &text) {
     QString result = text;
     result.replace(QLatin1Char('\''), QLatin1String("''"));
     return result;
+}
+
+QString identifierAsStored(const QString &name) {
+    QString result = name;
+    return QLatin1Char('"') + result.replace(QLatin1Char('"'), QLatin1String("\"\"")) + QLatin1Char('"');
+}
+
+QString identifier(const QString &name) {
+    const auto isPlain = [](QChar c) {
+        return c == QLatin1Char('_') || (c.unicode() < 128 && c.isLetterOrNumber());
+    };
+    const bool isOrdinary =
+        !name.isEmpty() && !name.front().isDigit() && std::all_of(name.cbegin(), name.cend(), isPlain);
+    return isOrdinary ? name : identifierAsStored(name);
 }

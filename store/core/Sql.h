@@ -22,3 +22,10 @@ QString fillNumbers(const QString &text, std::initializer_list<long> values);
 
 /// @p text with its single quotes doubled, ready to stand between single quotes in a statement.
 QString quoted(const QString &text);
+
+/// @p name as an identifier in double quotes: the engines take it letter for letter.
+QString identifierAsStored(const QString &name);
+
+/// @p name as an identifier of a statement: as it stands where it is made of ASCII letters, digits and
+/// underscores (PostgreSQL takes it without regard to case then), in double quotes otherwise.
+QString identifier(const QString &name);

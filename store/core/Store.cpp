@@ -2,6 +2,23 @@
 
 #include "store/core/Probes.h"
 
+#include <QSqlError>
+
+namespace {
+
+/// Whether SQLite may have ended the transaction by itself: it does so when it cannot write (a full disk, an
+/// input/output error, no memory) or was interrupted. Statements that followed would be kept one by one.
+/// Result codes: https://www.sqlite.org/lang_transaction.html; the low byte is the primary code.
+bool endsTransaction(int code) {
+    constexpr int noMemory = 7;
+    constexpr int interrupted = 9;
+    constexpr int inputOutput = 10;
+    constexpr int full = 13;
+    return code == noMemory || code == interrupted || code == inputOutput || code == full;
+}
+
+} // namespace
+
 Store::Store(QSqlDatabase &db, long netId, Generation generation, int schemaVersion, FailureList &failures)
     : mDb(db), mNetId(netId), mGeneration(generation), mSchemaVersion(schemaVersion), mFailures(failures) {}
 
@@ -19,6 +36,20 @@ bool Store::isPostgreSql() const {
     return mDb.driverName() == QLatin1String("QPSQL");
 }
 
+void Store::requireAnswer(bool isThere) const {
+    if (isThere)
+        return;
+    mLacksAnswer = true;
+    giveUp();
+}
+
+void Store::heed(const QSqlError &error) const {
+    constexpr int busy = 5;
+    const int code = isSqlite() ? error.nativeErrorCode().toInt() & 0xff : 0;
+    if (endsTransaction(code) || (code == busy && mHasOwnTransaction))
+        giveUp();
+}
+
 bool Store::fail(const QString &sql, const QString &error) const {
     CallDbResult failure;
     failure.sql = sql;
@@ -33,7 +64,10 @@ bool Store::hasColumn(const char *table, const char *column) const {
     if (hasSeveralNets() && isPostgreSql())
         return true;
     const auto probe = [&] {
-        return probes::tableHasField(mDb, QLatin1String(table), QLatin1String(column));
+        const probes::Answer answer =
+            probes::tableHasField(mDb, QLatin1String(table), QLatin1String(column), mFailures);
+        requireAnswer(answer.has_value());
+        return answer.value_or(false);
     };
     if (!mKept)
         return probe();

@@ -11,6 +11,8 @@
 #include <memory>
 #include <optional>
 
+class QSqlError;
+
 /// The two generations of the store format.
 enum class Generation {
     OneNet,     ///< A store holds one network; the network id of an operation is not used.
@@ -40,17 +42,29 @@ public:
     bool isUsable() const;
     /// No further statement of this operation may run.
     void giveUp() const { mState = State::Unusable; }
+    /// Whether it was given up; unlike isUsable() this asks nothing.
+    bool isGivenUp() const { return mState == State::Unusable; }
 
-    /// @{ That no transaction is open, as far as the operation has found out (PostgreSQL).
-    bool isKnownOutsideTransaction() const { return mOutsideTransaction; }
-    void setOutsideTransaction(bool outside) const { mOutsideTransaction = outside; }
+    /// @{ Without an answer to a question that the operation depends on, the store is given up.
+    void requireAnswer(bool isThere) const;
+    bool lacksAnswer() const { return mLacksAnswer; }
     /// @}
+
+    /// @{ Whether the operation has a transaction of its own open; Transaction says so.
+    bool hasOwnTransaction() const { return mHasOwnTransaction; }
+    void setOwnTransaction(bool isOpen) const { mHasOwnTransaction = isOpen; }
+    /// @}
+    /// Gives the store up after a failure that forbids going on: SQLite may have ended the transaction by
+    /// itself, or another process holds the file, for which each further statement of the operation's own
+    /// transaction would wait as long again.
+    void heed(const QSqlError &error) const;
 
     /// Stores of version 1 spell the serial number of lanes and signal colours with an extra n.
     bool hasMisspeltSerialNumber() const { return !hasSeveralNets() && mSchemaVersion == 1; }
 
     /// Whether @p table has an optional column whose name contains @p column. A generation-6 store on
     /// PostgreSQL has its columns by definition: the column probe answers false there for ordinary schemas.
+    /// Where it cannot be asked the failure is recorded and the store given up.
     bool hasColumn(const char *table, const char *column) const;
 
     /// The spelling of @p sql for this store.
@@ -86,6 +100,7 @@ private:
     int mSchemaVersion;
     FailureList &mFailures;
     mutable State mState = State::Unchecked;
-    mutable bool mOutsideTransaction = false;
+    mutable bool mHasOwnTransaction = false;
+    mutable bool mLacksAnswer = false;
     std::unique_ptr<Kept> mKept;
 };

@@ -9,7 +9,7 @@ namespace {
 /// PostgreSQL takes a second begin with a warning, and the commit that follows would end the caller's
 /// transaction.
 bool isInsideAnother(const Store &store) {
-    return store.isPostgreSql() && Savepoint::isInsideTransaction(store);
+    return store.isPostgreSql() && Savepoint::isInsideTransaction(store.db());
 }
 
 } // namespace
@@ -19,26 +19,32 @@ Transaction::Transaction(const Store &store, bool wanted) : mStore(store) {
         return;
     const bool isRefused = isInsideAnother(store);
     mOpen = !isRefused && store.db().transaction();
+    store.setOwnTransaction(mOpen);
     if (!mOpen) {
         store.fail({}, isRefused ? QStringLiteral("cannot start a transaction within a transaction")
                                  : store.db().lastError().text());
         store.giveUp();
     }
-    store.setOutsideTransaction(false);
 }
 
 Transaction::~Transaction() {
+    rollBack();
+}
+
+void Transaction::close() {
     if (mOpen)
-        mStore.db().rollback();
+        mStore.setOwnTransaction(false);
+    mOpen = false;
 }
 
 bool Transaction::commit(bool verdict) {
+    // Who gave the store up may not have had a verdict to return.
     if (!mOpen)
         return verdict && mStore.isUsable();
-    mOpen = false;
+    close();
     mStore.db().commit();
     if (mStore.checkConnection())
-        return verdict;
+        return verdict && mStore.isUsable();
     mStore.db().rollback();
     return false;
 }
@@ -50,11 +56,20 @@ bool Transaction::commitOrRecord(bool verdict) {
         mStore.db().commit();
     const QSqlError error = mStore.db().lastError();
     if (!error.isValid()) {
-        mOpen = false;
+        close();
         return verdict;
     }
     mStore.fail({}, error.text());
     return rollBack();
+}
+
+bool Transaction::commitOrLeaveOpen(bool verdict) {
+    if (!mOpen)
+        return verdict && mStore.isUsable();
+    close();
+    if (mStore.db().commit())
+        return verdict && mStore.isUsable();
+    return mStore.fail({}, mStore.db().lastError().text());
 }
 
 bool Transaction::discard(bool verdict) {
@@ -62,7 +77,7 @@ bool Transaction::discard(bool verdict) {
         return verdict && mStore.isUsable();
     rollBack();
     if (mStore.checkConnection())
-        return verdict;
+        return verdict && mStore.isUsable();
     mStore.db().rollback();
     return false;
 }
@@ -70,6 +85,6 @@ bool Transaction::discard(bool verdict) {
 bool Transaction::rollBack() {
     if (mOpen)
         mStore.db().rollback();
-    mOpen = false;
+    close();
     return false;
 }

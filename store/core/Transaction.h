@@ -25,12 +25,18 @@ public:
     /// Commits; when the driver then reports an error, rolls back, records its text and returns false. The
     /// driver is asked also when the transaction is the caller's.
     bool commitOrRecord(bool verdict);
+    /// Commits and, when the driver then reports an error, records its text and returns false; the
+    /// transaction stays open then, for the caller to end.
+    bool commitOrLeaveOpen(bool verdict);
     /// Rolls back on purpose and checks the connection: a trial run whose rows do not stay.
     bool discard(bool verdict);
     /// Rolls back; false.
     bool rollBack();
 
 private:
+    /// The transaction is no longer the operation's.
+    void close();
+
     const Store &mStore;
     bool mOpen = false;
 };

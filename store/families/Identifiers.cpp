@@ -2,6 +2,7 @@
 
 #include "model/LaneConnector.h"
 #include "store/DBTools.h"
+#include "store/core/Probes.h"
 #include "store/core/Query.h"
 #include "store/core/Transaction.h"
 
@@ -42,7 +43,10 @@ bool nextOfOneNet(const Store &store, const QString &table, long &id) {
     }
     const long stored = counter.firstId();
     counter.finish();
-    const long largest = std::max(largestInUse(store.db(), store.netId(), table), stored);
+    const auto inUse = largestInUse(store.db(), store.netId(), table, store.failures());
+    if (!inUse)
+        return false;
+    const long largest = std::max(*inUse, stored);
     Query move(store,
                largest > stored
                    ? withTable("update IDGenerater set ID = %0 + 1 where TableName = '%1'", {largest}, table)
@@ -69,7 +73,10 @@ bool reserveBlock(const Store &store, const QString &table) {
     } else {
         const long stored = counter.firstId();
         counter.finish();
-        base = std::max(largestInUse(store.db(), net, table), highestReserved);
+        const auto inUse = largestInUse(store.db(), net, table, store.failures());
+        if (!inUse)
+            return false;
+        base = std::max(*inUse, highestReserved);
         if (base > stored) {
             claim = withTable("update IDGenerater set ID = %1 + 100 where NetId = %2 and TableName = '%3'",
                               {base, net}, table);
@@ -98,12 +105,16 @@ bool nextOfNet(const Store &store, const QString &table, long &id) {
     return true;
 }
 
-bool hasSequence(const Store &store, const QString &name) {
-    // Drawing from a missing sequence would end a transaction of the caller's.
-    Query known(
-        store,
-        QStringLiteral("select 1 from pg_class where relkind = 'S' and relname = '%1'").arg(quoted(name)));
-    return known.execAndNext();
+/// Whether the statements, which name no schema, find the sequence @p name.
+std::optional<bool> hasSequence(const Store &store, const QString &name) {
+    const QString sql = QStringLiteral(
+        "select 1 from pg_class where relkind = 'S' and relname = '%1' and pg_table_is_visible(oid)");
+    return Query(store, sql.arg(quoted(name))).returnsRow();
+}
+
+/// A sequence as an argument of the server's functions: a text that holds an identifier.
+QString sequenceText(const QString &name) {
+    return quoted(identifierAsStored(name));
 }
 
 /// The sequence that identifiers of @p table come from; empty without one, which is recorded.
@@ -111,7 +122,10 @@ QString sequenceFor(const Store &store, const QString &table) {
     const QString own = QStringLiteral("seq_%1_id").arg(table.toLower());
     const QString shared = QStringLiteral("seq_table_id");
     for (const QString &name : {own, shared}) {
-        if (hasSequence(store, name))
+        const auto isThere = hasSequence(store, name);
+        if (!isThere)
+            return {};
+        if (*isThere)
             return name;
     }
     if (store.isUsable())
@@ -123,7 +137,7 @@ QString sequenceFor(const Store &store, const QString &table) {
 bool nextOfSequence(const Store &store, const QString &table, long &id) {
     const QString name = sequenceFor(store, table);
     return !name.isEmpty() &&
-           firstValue(store, QStringLiteral("select nextval('\"%1\"')").arg(quoted(name)), id);
+           firstValue(store, QStringLiteral("select nextval('%1')").arg(sequenceText(name)), id);
 }
 
 /// Moves the counter of @p table to where @p target puts it, given its stored value (0 without a row).
@@ -152,8 +166,8 @@ bool moveCounter(const Store &store, const QString &table, const std::function<l
 
 /// Moves the sequence of @p table to @p floor at least.
 bool raiseSequence(const Store &store, const QString &name, long floor) {
-    return Query(store, QStringLiteral("select setval('\"%1\"', %2) from \"%1\" where last_value < %2")
-                            .arg(quoted(name), QString::number(floor)))
+    return Query(store, QStringLiteral("select setval('%1', %3) from %2 where last_value < %3")
+                            .arg(sequenceText(name), identifierAsStored(name), QString::number(floor)))
         .exec();
 }
 
@@ -161,18 +175,20 @@ bool takeFromSequence(const Store &store, const QString &table, long floor, int 
     const QString name = sequenceFor(store, table);
     if (name.isEmpty() || !raiseSequence(store, name, floor))
         return false;
-    Query drawn(store, QStringLiteral("select nextval('\"%1\"') from generate_series(1, %2)")
-                           .arg(quoted(name), QString::number(count)));
+    Query drawn(store, QStringLiteral("select nextval('%1') from generate_series(1, %2)")
+                           .arg(sequenceText(name), QString::number(count)));
     if (!drawn.exec())
         return false;
     while (drawn.next())
         ids.append(drawn.firstId());
-    return true;
+    return drawn.isComplete();
 }
 
 } // namespace
 
 bool next(const Store &store, const QString &table, long &id) {
+    if (store.isGivenUp())
+        return false;
     // Older stores do not keep the ids of lane connectors.
     if (!store.hasSeveralNets() && table == QLatin1String("LaneConnector") && DBTools::dbVer() < 6) {
         id = ++LaneConnector::generId;
@@ -188,7 +204,10 @@ bool next(const Store &store, const QString &table, long &id) {
 bool take(const Store &store, const QString &table, long floor, int count, QList<long> &ids) {
     if (store.isPostgreSql())
         return takeFromSequence(store, table, floor, count, ids);
-    long base = std::max(floor, largestInUse(store.db(), store.netId(), table));
+    const auto inUse = largestInUse(store.db(), store.netId(), table, store.failures());
+    if (!inUse)
+        return false;
+    long base = std::max(floor, *inUse);
     if (store.hasSeveralNets())
         base = std::max(base, DBTools::mhNetMaxId.value(store.netId()).value(table));
     const auto pastBlock = [&base, count](long stored) {
@@ -258,16 +277,25 @@ QString idColumn(const QString &table) {
     return columns.value(table);
 }
 
-long largestInUse(QSqlDatabase &db, long netId, const QString &table) {
-    QString sql = DBTools::selectDbVersion(db) >= 6
-                      ? QStringLiteral("select max(%0) from %1 where NetId = %2")
-                      : QStringLiteral("select max(%0) from %1");
-    sql = fillNumber(sql.arg(idColumn(table), table), netId);
-    // A table without an id column makes the statement invalid: nothing is in use there, and nothing is
-    // recorded.
-    QSqlQuery largest(db);
-    largest.exec(sql);
-    return largest.next() ? Query::narrowedId(largest.value(0)) : 0;
+std::optional<long> largestInUse(const QSqlDatabase &db, long netId, const QString &table,
+                                 FailureList &failures) {
+    const auto version = probes::dbVersion(db, failures);
+    if (!version)
+        return std::nullopt;
+    const QString column = idColumn(table);
+    const QString sql = *version >= 6
+                            ? QStringLiteral("select max(%0) from %1 where NetId = %2")
+                                  .arg(column, identifier(table), QString::number(netId))
+                            : QStringLiteral("select max(%0) from %1").arg(column, identifier(table));
+    // A table without an id column makes the statement invalid: nothing is in use there, and that it fails
+    // says nothing.
+    if (column.isEmpty()) {
+        FailureList unrecorded;
+        probes::number(db, sql, unrecorded);
+        return 0;
+    }
+    const auto largest = probes::number(db, sql, failures, table);
+    return largest ? std::make_optional(Query::narrowedId(*largest)) : std::nullopt;
 }
 
 bool giveBackUnused(const Store &store, bool useTransaction) {
@@ -287,7 +315,8 @@ bool giveBackUnused(const Store &store, bool useTransaction) {
                                       {ids.first() - 1}, table));
         verdict = update.exec() && verdict;
     }
-    return transaction.commitOrRecord(verdict);
+    // After a commit that failed the host decides whether to try once more or to roll back.
+    return transaction.commitOrLeaveOpen(verdict);
 }
 
 } // namespace identifiers

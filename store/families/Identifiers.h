@@ -2,6 +2,7 @@
 
 #include "store/core/Store.h"
 
+#include <optional>
 #include <vector>
 
 /// Row identifiers. SQLite stores count in table IDGenerater, PostgreSQL stores in sequences.
@@ -24,8 +25,10 @@ bool nextGeneral(QSqlDatabase &db, long &id);
 /// The id column of @p table; empty for a table without one.
 QString idColumn(const QString &table);
 
-/// The largest identifier that rows of @p table use (of @p netId in generation 6); 0 without one.
-long largestInUse(QSqlDatabase &db, long netId, const QString &table);
+/// The largest identifier that rows of @p table use (of @p netId in generation 6); 0 without one, and where
+/// the store has no such table. None when it could not be read, which is recorded in @p failures.
+std::optional<long> largestInUse(const QSqlDatabase &db, long netId, const QString &table,
+                                 FailureList &failures);
 
 /// Sets the counters back to the identifiers that were reserved but not used.
 bool giveBackUnused(const Store &store, bool useTransaction);

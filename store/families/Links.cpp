@@ -499,16 +499,20 @@ bool listIds(const Store &store, QList<long> &ids) {
     return appendIds(store, kSelectIds, ids);
 }
 
-bool hasVertex(QSqlDatabase &db, long linkId, long vertexId) {
+std::optional<bool> hasVertex(const QSqlDatabase &db, long linkId, long vertexId, FailureList &failures) {
     return probes::returnsRow(
-        db, fillNumbers(QStringLiteral("select * from LinkVertex where LinkID = %1 and vertexID = %2"),
-                        {linkId, vertexId}));
+        db,
+        fillNumbers(QStringLiteral("select * from LinkVertex where LinkID = %1 and vertexID = %2"),
+                    {linkId, vertexId}),
+        failures);
 }
 
-bool nodeStandsOn(QSqlDatabase &db, long nodeId, long vertexId) {
+std::optional<bool> nodeStandsOn(const QSqlDatabase &db, long nodeId, long vertexId, FailureList &failures) {
     return probes::returnsRow(
-        db, fillNumbers(QStringLiteral("select * from Node where nodeID = %1 and vertexID = %2"),
-                        {nodeId, vertexId}));
+        db,
+        fillNumbers(QStringLiteral("select * from Node where nodeID = %1 and vertexID = %2"),
+                    {nodeId, vertexId}),
+        failures);
 }
 
 QString breakPoints(const QJsonObject &geometry) {

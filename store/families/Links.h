@@ -6,6 +6,8 @@
 #include <QList>
 #include <QString>
 
+#include <optional>
+
 class Link;
 class NetLoad;
 class NetSave;
@@ -19,9 +21,9 @@ bool insertAll(Store &store, const QList<Link *> &links);
 Link *read(const Store &store, long linkId);
 bool listIds(const Store &store, QList<long> &ids);
 
-/// @{ Checks without a network, over all rows of a store.
-bool hasVertex(QSqlDatabase &db, long linkId, long vertexId);
-bool nodeStandsOn(QSqlDatabase &db, long nodeId, long vertexId);
+/// @{ Checks without a network, over all rows of a store; none when they could not be made.
+std::optional<bool> hasVertex(const QSqlDatabase &db, long linkId, long vertexId, FailureList &failures);
+std::optional<bool> nodeStandsOn(const QSqlDatabase &db, long nodeId, long vertexId, FailureList &failures);
 /// @}
 
 QString breakPoints(const QJsonObject &geometry);

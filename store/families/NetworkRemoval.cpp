@@ -4,6 +4,8 @@
 #include "store/core/Savepoint.h"
 #include "store/core/Transaction.h"
 
+#include <QSqlError>
+
 #include <vector>
 
 namespace networkremoval {
@@ -48,13 +50,18 @@ const Groups kSeveralNets = {
     {"Vertex"},
 };
 
-/// Runs the statements of a group back to back; the last one's verdict is the group's.
+/// Runs the statements of a group back to back; the last one's verdict is the group's. None follows one after
+/// which the store is given up.
 bool removeGroup(const Store &store, const std::vector<const char *> &tables) {
     const QString condition = store.text({"", " where NetId = %1"}, {});
     QSqlQuery query(store.db());
     for (const char *table : tables) {
-        Savepoint savepoint(store);
-        savepoint.end(query.exec(QStringLiteral("delete from ") + QLatin1String(table) + condition));
+        Savepoint savepoint(store.db());
+        if (savepoint.end(query.exec(QStringLiteral("delete from ") + QLatin1String(table) + condition)))
+            continue;
+        store.heed(query.lastError());
+        if (store.isGivenUp())
+            break;
     }
     return store.check(query);
 }

@@ -23,14 +23,16 @@ constexpr const char *kUpdate =
 constexpr const char *kUpdateWithoutCaption =
     "update Net set name = :name, sourceUrl = :sourceUrl, sourceType = :sourceType, backgroundUrl = :backgroundUrl, centerX = :centerX, centerY = :centerY, otherAttrsJson = :otherAttrsJson, isDefault = :isDefault where NetId = %0";
 
+constexpr const char *kSelectAll = "select * from Net order by NetId";
+
 constexpr Sql kBackgroundMap = {"select backgroundMap from Configuration",
                                 "select backgroundMap from Configuration where NetId = %0"};
 
 /// Names are unique in a store of one network, ids in generation 6.
-bool isTaken(const Store &store, const Record &record) {
+std::optional<bool> isTaken(const Store &store, const Record &record) {
     Query same(store, store.hasSeveralNets() ? store.text(kSameRecord, {})
                                              : store.text(kSameRecord).arg(quoted(record.name)));
-    return same.execAndNext();
+    return same.returnsRow();
 }
 
 QString nameToStore(const QString &name) {
@@ -89,7 +91,7 @@ Record recordOf(const NetRecord &net) {
 }
 
 bool insert(const Store &store, const Record &record, bool useTransaction) {
-    if (!store.isUsable() || !hasStorableAttributes(store, record) || isTaken(store, record))
+    if (!store.isUsable() || !hasStorableAttributes(store, record) || isTaken(store, record).value_or(true))
         return false;
     Transaction transaction(store, useTransaction);
     const bool hasCenter = store.hasSeveralNets() || store.hasColumn("Net", "centerX");
@@ -136,8 +138,8 @@ Net *loadByName(const Store &store, const QString &name) {
     return loadFirst(store, QStringLiteral("select * from Net where name = '%1'").arg(quoted(name)));
 }
 
-bool exists(const Store &store) {
-    return Query(store, "select * from Net where NetId = %1", {store.netId()}).execAndNext();
+std::optional<bool> exists(const Store &store) {
+    return Query(store, "select * from Net where NetId = %1", {store.netId()}).returnsRow();
 }
 
 long largestId(const Store &store) {
@@ -145,9 +147,13 @@ long largestId(const Store &store) {
     return largest.execAndNext() ? largest.firstId() : 0;
 }
 
+std::optional<bool> isAnyThere(const Store &store) {
+    return Query(store, kSelectAll).returnsRow();
+}
+
 QList<Net> all(const Store &store) {
     QList<Net> nets;
-    Query rows(store, "select * from Net order by NetId");
+    Query rows(store, kSelectAll);
     if (!rows.exec())
         return nets;
     while (rows.next()) {

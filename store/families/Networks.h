@@ -7,6 +7,8 @@
 #include <QList>
 #include <QString>
 
+#include <optional>
+
 class Net;
 struct NetRecord;
 
@@ -41,7 +43,10 @@ bool update(const Store &store, const Record &record, bool useTransaction);
 Net *load(const Store &store);
 /// Loads the network of that name, or the first one for an empty name, into gNet.
 Net *loadByName(const Store &store, const QString &name);
-bool exists(const Store &store);
+/// @{ Whether the store has the row of its network, or of any network; none when that could not be read.
+std::optional<bool> exists(const Store &store);
+std::optional<bool> isAnyThere(const Store &store);
+/// @}
 long largestId(const Store &store);
 /// All networks with id, name and further attributes.
 QList<Net> all(const Store &store);

@@ -5,6 +5,7 @@
 #include <QMap>
 
 #include <algorithm>
+#include <optional>
 
 namespace sequences {
 
@@ -28,26 +29,29 @@ constexpr const char *kTables = "select tablename from pg_tables where schemanam
 constexpr const char *kKeyColumns =
     "SELECT tc.constraint_name, tc.table_name, kcu.column_name FROM information_schema.table_constraints AS tc JOIN information_schema.key_column_usage AS kcu ON tc.constraint_name = kcu.constraint_name JOIN information_schema.constraint_column_usage AS ccu ON ccu.constraint_name = tc.constraint_name";
 
-/// The column of a table's own id: the first of its primary key but for the network's.
-QString keyColumn(const Store &store, const QString &schema, const QString &table) {
+/// The column of a table's own id: the first of its primary key but for the network's; empty without one,
+/// none when the server could not be asked.
+std::optional<QString> keyColumn(const Store &store, const QString &schema, const QString &table) {
     const QString condition =
         QStringLiteral(" where tc.constraint_type = 'PRIMARY KEY' and tc.table_schema = '%1' and "
                        "tc.table_name = '%2' order by kcu.ordinal_position")
             .arg(quoted(schema), quoted(table));
     Query columns(store, QString::fromLatin1(kKeyColumns) + condition);
     if (!columns.exec())
-        return {};
+        return std::nullopt;
     while (columns.next()) {
         QString column = columns.text("column_name");
         if (column.compare(QLatin1String("netid"), Qt::CaseInsensitive) != 0 || table == QLatin1String("net"))
             return column;
     }
-    return {};
+    return columns.isComplete() ? std::make_optional(QString()) : std::nullopt;
 }
 
 bool largestOf(const Store &store, const QString &schema, const QString &table, const QString &column,
                long &largest) {
-    Query rows(store, QStringLiteral("select max(\"%1\") from \"%2\".\"%3\"").arg(column, schema, table));
+    Query rows(store,
+               QStringLiteral("select max(%1) from %2.%3")
+                   .arg(identifierAsStored(column), identifierAsStored(schema), identifierAsStored(table)));
     if (!rows.execAndNext())
         return false;
     largest = std::max(largest, rows.firstId());
@@ -74,13 +78,14 @@ bool largestKeys(const Store &store, const QString &schema, QMap<QString, long> 
         return false;
     while (list.next())
         tables.append(list.text("tablename"));
-    bool read = true;
+    if (!list.isComplete())
+        return false;
     for (const QString &table : qAsConst(tables)) {
-        const QString column = keyColumn(store, name, table);
-        if (!column.isEmpty())
-            read = read && largestOf(store, name, table, column, largest[table]);
+        const auto column = keyColumn(store, name, table);
+        if (!column || (!column->isEmpty() && !largestOf(store, name, table, *column, largest[table])))
+            return false;
     }
-    return read;
+    return true;
 }
 
 long largestOfAll(const QMap<QString, long> &largest) {
@@ -90,16 +95,16 @@ long largestOfAll(const QMap<QString, long> &largest) {
 /// Moves the sequences of the tables in @p largest that have one.
 bool restartOwn(const Store &store, const QMap<QString, long> &largest) {
     QStringList known;
-    Query list(store, "select relname from pg_class where relkind = 'S'");
+    Query list(store, "select relname from pg_class where relkind = 'S' and pg_table_is_visible(oid)");
     if (!list.exec())
         return false;
     while (list.next())
         known.append(list.text("relname"));
-    bool moved = true;
+    bool moved = list.isComplete();
     for (auto table = largest.cbegin(); table != largest.cend(); ++table) {
         const QString own = QStringLiteral("seq_%1_id").arg(table.key());
-        const QString sql =
-            QStringLiteral("alter sequence %1 RESTART %2").arg(own, QString::number(table.value() + 1));
+        const QString sql = QStringLiteral("alter sequence %1 RESTART %2")
+                                .arg(identifierAsStored(own), QString::number(table.value() + 1));
         if (known.contains(own))
             moved = moved && Query(store, sql).exec();
     }

@@ -4,7 +4,6 @@
 #include "model/RoadWorkZone.h"
 #include "store/core/Probes.h"
 #include "store/core/Query.h"
-#include "store/core/Savepoint.h"
 #include "store/whole/NetSave.h"
 #include "store/whole/Owners.h"
 
@@ -102,7 +101,11 @@ void readLanes(const Store &store, const Sql &select, long zoneId, QList<ZoneLan
 
 /// Older stores get the tables when they are upgraded; those of generation 6 have always had them.
 bool lacksTable(const Store &store, const char *table) {
-    return !store.hasSeveralNets() && store.isUsable() && !probes::hasTable(store.db(), QLatin1String(table));
+    if (store.hasSeveralNets() || !store.isUsable())
+        return false;
+    const auto isThere = probes::hasTable(store.db(), QLatin1String(table), store.failures());
+    store.requireAnswer(isThere.has_value());
+    return !isThere.value_or(true);
 }
 
 /// The names of a kind of zone.
@@ -147,10 +150,9 @@ void saveZones(NetSave &net, const ZoneTables &tables, const Objects<Zone> &zone
 } // namespace
 
 AccidentZone *readAccident(const Store &store, long zoneId) {
-    // The statement of several networks is never well-formed, and must not end the caller's transaction.
-    Savepoint savepoint(store);
+    // The statement of several networks is never well-formed: the read fails and is recorded.
     Query row(store, kSelectAccident, {zoneId});
-    if (!savepoint.end(row.execAndNext()))
+    if (!row.execAndNext())
         return nullptr;
     auto zone = std::make_unique<AccidentZone>();
     readRow(row, *zone);

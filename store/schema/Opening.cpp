@@ -12,6 +12,7 @@
 #include <QDir>
 #include <QFileInfo>
 #include <QJsonObject>
+#include <QSqlQuery>
 
 namespace {
 
@@ -70,6 +71,16 @@ bool isNoStoreFile(const QString &path, FailureList &failures) {
     return true;
 }
 
+/// The library's statements double the quotes of a text and leave its backslashes alone, whatever the server
+/// is set to.
+bool setStandardStrings(const QSqlDatabase &db, FailureList &failures) {
+    if (db.driverName() != QLatin1String("QPSQL"))
+        return true;
+    QSqlQuery setting(db);
+    setting.exec(QStringLiteral("set standard_conforming_strings = on"));
+    return checkStatement(setting, failures);
+}
+
 /// Opens the connection and asks what must be known before anything of the store is used. A connection that
 /// cannot be opened passes: it has its record when it is validated.
 bool openGuarded(QSqlDatabase &db, FailureList &failures) {
@@ -77,7 +88,8 @@ bool openGuarded(QSqlDatabase &db, FailureList &failures) {
         return true;
     connectionguard::harden(db);
     const connectionguard::QuickQuestions quick(db);
-    return schemaguard::hasPlainTables(db, QDir::toNativeSeparators(db.databaseName()), failures);
+    return setStandardStrings(db, failures) &&
+           schemaguard::hasPlainTables(db, QDir::toNativeSeparators(db.databaseName()), failures);
 }
 
 } // namespace
@@ -113,21 +125,35 @@ bool DBTools::openDatabase(QSqlDatabase &db, QString path, bool resetIdCache) {
         !schemaguard::hasFittingVersion(db, QDir::toNativeSeparators(mDbName), mlCallDbResult))
         return false;
 
-    mDbVer = static_cast<int>(selectDbVersion(db));
+    const auto version = probes::dbVersion(db, mlCallDbResult);
+    if (!version)
+        return false;
+    mDbVer = static_cast<int>(*version);
     if (resetIdCache)
         mhId.clear();
-    if (isSqlite)
-        updateDatabase(db);
-    judgeIsInter(db);
-    mbLinkHasRouadId = tableHasField(db, QStringLiteral("Link"), QStringLiteral("roadid"));
+    if (isSqlite && !bringForward(db))
+        return false;
+    if (!judgeIsInter(db))
+        return false;
+    const auto hasRoadId =
+        probes::tableHasField(db, QStringLiteral("Link"), QStringLiteral("roadid"), mlCallDbResult);
+    if (!hasRoadId)
+        return false;
+    mbLinkHasRouadId = *hasRoadId;
     gsDbPath = isSqlite ? path : QString();
     return true;
 }
 
-void DBTools::judgeIsInter(QSqlDatabase &db) {
+bool DBTools::judgeIsInter(QSqlDatabase &db) {
     // A store whose link types carry the Chinese default names is a Chinese store, any other an English one.
-    mbInter = !probes::returnsRow(db, QStringLiteral("select * from LinkType where typeName='高速路'"));
+    const auto isChinese =
+        probes::returnsRow(db, QStringLiteral("select * from LinkType where typeName='高速路'"),
+                           mlCallDbResult, QStringLiteral("LinkType"));
+    if (!isChinese)
+        return false;
+    mbInter = !*isChinese;
     gSpecialWords.setDbIsEnglish(mbInter);
+    return true;
 }
 
 bool DBTools::transToPostgreSql(QSqlDatabase &db) {
@@ -142,6 +168,8 @@ bool DBTools::transToPostgreSql(QSqlDatabase &db) {
     const QJsonValue port = settings.value(QLatin1String("__pgdbport"));
     if (!port.isUndefined() && !port.isNull())
         mDbPort = port.toInt();
+    // Of whatever name: what was read of the file is not to be written to any more.
+    db.close();
     replaceDefaultConnection(db, mDbDriver);
     // The port is not applied: hosts that switch rely on the driver's default.
     db.setHostName(mDbHost);

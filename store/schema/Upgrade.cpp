@@ -7,8 +7,6 @@
 #include "store/families/Networks.h"
 #include "store/schema/UpgradeSteps.h"
 
-#include <algorithm>
-
 namespace upgrade {
 
 namespace {
@@ -116,7 +114,7 @@ void addNet(const Store &store) {
 
 } // namespace
 
-void toCurrentSchema(const Store &store) {
+bool toCurrentSchema(const Store &store) {
     addTable(store, kVehicleDetector);
     addTable(store, kDetectorVehiType);
     addNet(store);
@@ -124,13 +122,17 @@ void toCurrentSchema(const Store &store) {
     addTable(store, kRoadWorkZone);
     addTable(store, kAccidentZone);
     addPluginTables(store);
+    return !store.lacksAnswer();
 }
 
-bool isPending(const QSqlDatabase &db) {
-    const char *const tables[] = {kVehicleDetector.table, kDetectorVehiType.table, "Net", kRsu.table,
-                                  kRoadWorkZone.table,    kAccidentZone.table};
-    return std::any_of(std::begin(tables), std::end(tables),
-                       [&db](const char *table) { return !probes::hasTable(db, QLatin1String(table)); });
+std::optional<bool> isPending(const QSqlDatabase &db, FailureList &failures) {
+    for (const char *table : {kVehicleDetector.table, kDetectorVehiType.table, "Net", kRsu.table,
+                              kRoadWorkZone.table, kAccidentZone.table}) {
+        const auto isThere = probes::hasTable(db, QLatin1String(table), failures);
+        if (!isThere.value_or(false))
+            return isThere ? std::make_optional(true) : std::nullopt;
+    }
+    return false;
 }
 
 } // namespace upgrade

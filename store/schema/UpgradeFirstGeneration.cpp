@@ -147,13 +147,14 @@ void rebuildCounters(const Store &store) {
         rows.finish();
         Query(store, moveCounter(table, first)).exec();
     }
-    transaction.commit(true);
+    transaction.commitIfGood(!store.isGivenUp());
 }
 
 void ensureFlowRatioCounter(const Store &store) {
-    if (probes::returnsRow(
-            store.db(), QStringLiteral("select * from IDGenerater where [TableName] = 'RoutingFLowRatio'")))
+    Query counter(store, "select * from IDGenerater where [TableName] = 'RoutingFLowRatio'");
+    if (counter.returnsRow().value_or(true))
         return;
+    counter.finish();
     Query(store, "insert into IDGenerater(TableName, ID) values('RoutingFLowRatio', 0)").exec();
 }
 
@@ -165,9 +166,14 @@ void addFlowRatios(const Store &store) {
     QList<QPair<long, double>> routes;
     if (Query(store, kRoutingFlowRatio.create).exec()) {
         Query rows(store, "select routingID, proportion from Routing");
-        rows.exec();
+        const bool isRead = rows.exec();
         while (rows.next())
             routes.append({rows.id("routingID"), rows.number("proportion")});
+        // The table is filled once, when it is made: without the routes it has to wait for the next run.
+        if ((!isRead || !rows.isComplete()) && !isMissing(store, QStringLiteral("Routing"))) {
+            transaction.rollBack();
+            return;
+        }
     }
     Query insert(
         store,
@@ -197,39 +203,53 @@ void addFollowingSets(const Store &store) {
     transaction.commit(dictionaries::seedFollowingSets(store));
 }
 
-bool loggerLacksColumns(const QSqlDatabase &db) {
+bool loggerLacksColumns(const Store &store) {
     return std::any_of(kLaterColumnsOfLogger.cbegin(), kLaterColumnsOfLogger.cend(),
-                       [&db](const ColumnStep &step) { return isMissing(db, step); });
+                       [&store](const ColumnStep &step) { return isMissing(store, step); });
 }
 
 void addLogger(const Store &store) {
     addTable(store, kLogger);
-    if (!loggerLacksColumns(store.db()))
+    if (!loggerLacksColumns(store))
         return;
     Transaction transaction(store, true);
     addColumns(store, kLaterColumnsOfLogger);
     transaction.commit(true);
 }
 
+/// Whether a name or the version says that columns are misspelt.
+bool isMisspelt(const Store &store) {
+    const auto hasColumn = probes::hasMisspeltColumn(store.db(), store.failures());
+    const auto version = probes::dbVersion(store.db(), store.failures());
+    store.requireAnswer(hasColumn && version);
+    return !store.isGivenUp() && (*hasColumn || *version == 1);
+}
+
+bool respell(const Store &store, const QString &table) {
+    const auto misspelt =
+        probes::columnsContaining(store.db(), table, QStringLiteral("Nnumber"), store.failures());
+    bool respelled = misspelt.has_value();
+    for (const QString &column : misspelt.value_or(QStringList())) {
+        QString spelled = column;
+        spelled.replace(QStringLiteral("Nnumber"), QStringLiteral("Number"));
+        Query rename(store, QStringLiteral("ALTER TABLE %1 RENAME COLUMN %2 TO %3")
+                                .arg(identifierAsStored(table), identifierAsStored(column),
+                                     identifierAsStored(spelled)));
+        respelled = rename.exec() && respelled;
+    }
+    return respelled;
+}
+
 /// Spells the columns as every later version does, and takes the store off version 1, so that its statements
 /// agree.
 void repairMisspeltColumns(const Store &store) {
-    if (!probes::hasMisspeltColumn(store.db()) && probes::dbVersion(store.db()) != 1)
+    if (store.isGivenUp() || !isMisspelt(store))
         return;
-    const QStringList tables = probes::tableNames(store.db());
+    const auto tables = probes::tableNames(store.db(), store.failures());
     Transaction transaction(store, true);
-    bool repaired = true;
-    for (const QString &table : tables) {
-        const QStringList misspelt = probes::columnsContaining(store.db(), table, QStringLiteral("Nnumber"));
-        for (const QString &column : misspelt) {
-            QString spelled = column;
-            spelled.replace(QStringLiteral("Nnumber"), QStringLiteral("Number"));
-            Query rename(
-                store,
-                QStringLiteral("ALTER TABLE [%1] RENAME COLUMN [%2] TO [%3]").arg(table, column, spelled));
-            repaired = rename.exec() && repaired;
-        }
-    }
+    bool repaired = tables.has_value();
+    for (const QString &table : tables.value_or(QStringList()))
+        repaired = respell(store, table) && repaired;
     if (repaired)
         repaired = Query(store, "update DbVersion set versionId = 2 where versionId = 1").exec();
     transaction.commitIfGood(repaired);
@@ -252,16 +272,22 @@ void firstGeneration(const Store &store) {
     repairMisspeltColumns(store);
 }
 
-bool isFirstGeneration(const QSqlDatabase &db) {
-    const long version = probes::dbVersion(db);
-    if (version == 1 || version >= 6)
-        return version == 1;
-    const TableStep *const steps[] = {&kRoutingFlowRatio, &kSimulateConfiguration, &kDbVersion, &kGuideArrow,
-                                      &kLogger};
-    return std::any_of(
-               std::begin(steps), std::end(steps),
-               [&db](const TableStep *step) { return !probes::hasTable(db, QLatin1String(step->table)); }) ||
-           loggerLacksColumns(db) || probes::hasMisspeltColumn(db);
+std::optional<bool> isFirstGeneration(const QSqlDatabase &db, FailureList &failures) {
+    const auto version = probes::dbVersion(db, failures);
+    if (!version || *version == 1 || *version >= 6)
+        return version ? std::make_optional(*version == 1) : std::nullopt;
+    for (const TableStep *step :
+         {&kRoutingFlowRatio, &kSimulateConfiguration, &kDbVersion, &kGuideArrow, &kLogger}) {
+        const auto isThere = probes::hasTable(db, QLatin1String(step->table), failures);
+        if (!isThere.value_or(false))
+            return isThere ? std::make_optional(true) : std::nullopt;
+    }
+    for (const ColumnStep &step : kLaterColumnsOfLogger) {
+        const auto isThere = hasColumn(db, step, failures);
+        if (!isThere.value_or(false))
+            return isThere ? std::make_optional(true) : std::nullopt;
+    }
+    return probes::hasMisspeltColumn(db, failures);
 }
 
 } // namespace upgrade

@@ -45,14 +45,27 @@ const TableStep kDetectorVehiType = {
     ");",
     {}};
 
-bool isMissing(const Store &store, const QString &table) {
-    return !probes::hasTable(store.db(), table);
+namespace {
+
+bool isNo(const Store &store, const probes::Answer &answer) {
+    store.requireAnswer(answer.has_value());
+    return !answer.value_or(true);
 }
 
-bool isMissing(const QSqlDatabase &db, const ColumnStep &step) {
+} // namespace
+
+bool isMissing(const Store &store, const QString &table) {
+    return !store.isGivenUp() && isNo(store, probes::hasTable(store.db(), table, store.failures()));
+}
+
+bool isMissing(const Store &store, const ColumnStep &step) {
+    return !store.isGivenUp() && isNo(store, hasColumn(store.db(), step, store.failures()));
+}
+
+std::optional<bool> hasColumn(const QSqlDatabase &db, const ColumnStep &step, FailureList &failures) {
     const QString sql = QStringLiteral(
         "select * from sqlite_master where type = 'table' and name = '%1' and sql like('%%2%')");
-    return !probes::returnsRow(db, sql.arg(QLatin1String(step.table), QLatin1String(step.column)));
+    return probes::returnsRow(db, sql.arg(QLatin1String(step.table), QLatin1String(step.column)), failures);
 }
 
 void addTable(const Store &store, const TableStep &step) {
@@ -68,7 +81,7 @@ void addTable(const Store &store, const TableStep &step) {
 
 void addColumns(const Store &store, const std::vector<ColumnStep> &steps) {
     for (const ColumnStep &step : steps) {
-        if (isMissing(store.db(), step))
+        if (isMissing(store, step))
             Query(store, step.add).exec();
     }
 }
@@ -81,7 +94,8 @@ void addPluginTable(const Store &store, const QString &table, const QString &cre
     Transaction transaction(store, true);
     const QString counter =
         QStringLiteral("select * from IDGenerater where TableName = '%1'").arg(quoted(table));
-    if (Query(store, create).exec() && !probes::returnsRow(store.db(), counter)) {
+    if (Query(store, create).exec() &&
+        isNo(store, probes::returnsRow(store.db(), counter, store.failures()))) {
         const QString insert = QStringLiteral("insert into IDGenerater(TableName, id) values('%1', 0)");
         Query(store, insert.arg(quoted(table))).exec();
     }

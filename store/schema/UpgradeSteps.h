@@ -2,6 +2,7 @@
 
 #include "store/core/Store.h"
 
+#include <optional>
 #include <vector>
 
 /// What the upgrades of older SQLite stores are made of. A step asks first, acts in a transaction of its own,
@@ -26,9 +27,13 @@ struct ColumnStep {
 extern const TableStep kVehicleDetector;
 extern const TableStep kDetectorVehiType;
 
+/// @{ Whether a step has to be taken; where the store cannot be asked it is given up, and no later step is.
 bool isMissing(const Store &store, const QString &table);
+bool isMissing(const Store &store, const ColumnStep &step);
+/// @}
+
 /// A column is there when the stored CREATE text of its table contains its name anywhere.
-bool isMissing(const QSqlDatabase &db, const ColumnStep &step);
+std::optional<bool> hasColumn(const QSqlDatabase &db, const ColumnStep &step, FailureList &failures);
 
 /// Creates the table of @p step where it is missing.
 void addTable(const Store &store, const TableStep &step);

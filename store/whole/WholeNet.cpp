@@ -104,12 +104,11 @@ bool refuse(const Store &store, const QString &reason) {
 
 /// A network that is in the store already would be mixed with the new one.
 bool isFree(const Store &store) {
-    Query link(store, kAnyLink);
-    if (!link.exec())
-        return false;
-    if (!link.next())
+    const auto holdsLinks = Query(store, kAnyLink).returnsRow();
+    if (!holdsLinks.value_or(true))
         return true;
-    return refuse(store, store.hasSeveralNets()
+    return holdsLinks &&
+           refuse(store, store.hasSeveralNets()
                              ? QStringLiteral("The store holds links of network %1 already: remove it, or "
                                               "save under another id.")
                                    .arg(store.netId())
@@ -119,8 +118,9 @@ bool isFree(const Store &store) {
 
 /// The record under the network's id, unless there is one. A store of one network keeps the one that it has.
 bool saveRecord(const Store &store, const NetContents &contents) {
-    if (store.hasSeveralNets() ? networks::exists(store) : !networks::all(store).isEmpty())
-        return true;
+    const auto isThere = store.hasSeveralNets() ? networks::exists(store) : networks::isAnyThere(store);
+    if (isThere.value_or(true))
+        return isThere.has_value();
     networks::Record record = networks::recordOf(contents.record);
     record.id = store.netId();
     return networks::insert(store, record, false) &&

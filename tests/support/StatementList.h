@@ -9,20 +9,26 @@
 
 #include <functional>
 
-/// What operations execute on gDB, operation by operation.
+/// What operations execute on gDB, operation by operation. A list that is derived from it does something else
+/// with every operation.
 class StatementList {
 public:
+    StatementList() = default;
+    virtual ~StatementList() = default;
+    StatementList(const StatementList &) = delete;
+    StatementList &operator=(const StatementList &) = delete;
+
     struct Section {
         QString name;
         QStringList lines;
     };
 
     /// Records what @p call executes, then what it was refused, under the name of the operation.
-    void add(const QString &operation, const std::function<void()> &call);
+    virtual void add(const QString &operation, const std::function<void()> &call);
     /// Records a call whose argument asks for a transaction of its own. Before, the call is tried without
     /// inside a transaction of the caller's, which is rolled back: it must execute the same but for the
     /// frame.
-    void addWrite(const QString &operation, const std::function<void(bool)> &call);
+    virtual void addWrite(const QString &operation, const std::function<void(bool)> &call);
 
     const QList<Section> &sections() const { return mSections; }
 

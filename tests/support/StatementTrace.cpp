@@ -8,14 +8,14 @@
 #include <cstring>
 #include <sqlite3.h>
 
-namespace {
-
 sqlite3 *engineOf(const QSqlDatabase &db) {
     const QVariant handle = db.driver()->handle();
     if (!handle.isValid() || std::strcmp(handle.typeName(), "sqlite3*") != 0)
         return nullptr;
     return *static_cast<sqlite3 *const *>(handle.constData());
 }
+
+namespace {
 
 int append(unsigned, void *statements, void *, void *text) {
     static_cast<QStringList *>(statements)->append(QString::fromUtf8(static_cast<const char *>(text)));

@@ -5,6 +5,9 @@
 struct sqlite3;
 class QSqlDatabase;
 
+/// The engine's own handle of an SQLite connection; null on other engines.
+sqlite3 *engineOf(const QSqlDatabase &db);
+
 /// Records what the SQLite engine executes on a connection, in order and with its placeholders unfilled,
 /// until it is destroyed. What the engine refuses to prepare never executes. One trace at a time on a
 /// connection.

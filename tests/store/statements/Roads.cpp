@@ -50,7 +50,7 @@ void record(StatementList &list) {
     list.addWrite("insertLink with lane restrictions and attributes",
                   [&](bool flag) { Tools::insertLink(gDB, kNet, second.get(), flag); });
     std::unique_ptr<Link> from;
-    list.add("selectLinkByID", [&] { from.reset(Tools::selectLinkByID(gDB, kNet, 7)); });
+    list.add("selectLinkByID", [&] { from.reset(), from.reset(Tools::selectLinkByID(gDB, kNet, 7)); });
     list.add("selectLinkByID of a link that gNet holds", [] { Tools::selectLinkByID(gDB, kNet, 7); });
     list.add("selectLinkIDs", [] {
         QList<long> ids;

@@ -61,8 +61,10 @@ void record(StatementList &list) {
         list.add("tableHasField", [] { DBTools::tableHasField(gDB, "Link", "roadid"); });
         list.add("checkConstraint", [] { DBTools::checkConstraint(gDB, "select 1 where 0"); });
         list.add("hasErrorFieldName", [] { DBTools::hasErrorFieldName(gDB); });
-        DBTools::mlTableName.clear(); // it is filled once in a process
-        list.add("metadata", [] { DBTools::metadata(gDB); });
+        list.add("metadata", [] {
+            DBTools::mlTableName.clear(); // it is filled once in a process
+            DBTools::metadata(gDB);
+        });
         list.add("updateDatabase", [] { DBTools::updateDatabase(gDB); });
 
         recordIdentifiers(list);
