@@ -1,17 +1,22 @@
 #include "host/sumo/XmlInput.h"
 
 #include "host/Failure.h"
+#include "host/sumo/GzipDevice.h"
 
-#include <KCompressionDevice>
-
+#include <QCoreApplication>
 #include <QFileInfo>
 #include <QVector>
 
+#include <algorithm>
 #include <cmath>
 
 namespace {
 
 constexpr char kGzipMagic[] = "\x1f\x8b";
+constexpr qint64 kLongestToken = 16 * 1024 * 1024; // bytes
+constexpr int kDeepestElement = 1000;
+// QXmlStreamReader has a text for this error and no code.
+constexpr char kMisencoded[] = "Encountered incorrectly encoded content.";
 
 /// A finite number without a negative zero. A text that reads "-0.00" means zero.
 bool parseNumber(const QStringRef &text, double &value) {
@@ -33,8 +38,36 @@ bool parsePoint(const QStringRef &text, Point3 &point) {
 
 } // namespace
 
-XmlInput::XmlInput(const QString &path, const QString &root, const QString &expected) : mFile(path) {
+/// Hands the file on to the parser, which keeps a text in memory until it has all of it. Reading ends where a
+/// text is longer than any that means something.
+class XmlInput::Source : public QIODevice {
+public:
+    explicit Source(QIODevice &from) : mFrom(from) { open(QIODevice::ReadOnly | QIODevice::Unbuffered); }
+
+    bool isSequential() const override { return true; }
+    void beginToken() { mSinceToken = 0; }
+    bool isOverLimit() const { return mIsOverLimit; }
+
+protected:
+    qint64 readData(char *data, qint64 size) override {
+        mIsOverLimit = mSinceToken > kLongestToken;
+        const qint64 got = mIsOverLimit ? -1 : mFrom.read(data, size);
+        mSinceToken += std::max<qint64>(got, 0);
+        return got;
+    }
+    qint64 writeData(const char *, qint64) override { return -1; }
+
+private:
+    QIODevice &mFrom;
+    qint64 mSinceToken = 0;
+    bool mIsOverLimit = false;
+};
+
+XmlInput::XmlInput(const QString &path, const QString &root, const QString &expected)
+    : mFile(path), mExpected(expected) {
     const QFileInfo info(path);
+    if (path.isEmpty())
+        throw Failure(QStringLiteral("the name of a file is empty; give the path of %1").arg(expected));
     if (!info.exists())
         throw Failure(QStringLiteral("%1: no such file; give the path of %2").arg(path, expected));
     if (info.isDir())
@@ -42,33 +75,50 @@ XmlInput::XmlInput(const QString &path, const QString &root, const QString &expe
     if (!mFile.open(QIODevice::ReadOnly))
         throw Failure(QStringLiteral("%1: cannot be read (%2)").arg(path, mFile.errorString()));
     mSize = mFile.size();
+    QIODevice *text = &mFile;
     if (mFile.peek(2) == kGzipMagic) {
-        mInflated = std::make_unique<KCompressionDevice>(&mFile, false, KCompressionDevice::GZip);
-        mInflated->open(QIODevice::ReadOnly);
-        mXml.setDevice(mInflated.get());
-    } else {
-        mXml.setDevice(&mFile);
+        mInflated = std::make_unique<GzipDevice>(mFile);
+        text = mInflated.get();
     }
-    moveToRoot(root, expected);
-}
-
-void XmlInput::moveToRoot(const QString &root, const QString &expected) {
-    mXml.readNextStartElement();
-    check(expected);
+    mSource = std::make_unique<Source>(*text);
+    mXml.setDevice(mSource.get());
+    nextElement();
+    mHasRoot = true;
     if (!root.isEmpty() && mXml.name() != root)
         fail(QStringLiteral("the root element is <%1>, not <%2>; give %3")
                  .arg(mXml.name().toString(), root, expected));
 }
 
-bool XmlInput::nextElement() {
-    const bool found = mXml.readNextStartElement();
+XmlInput::~XmlInput() = default;
+
+QXmlStreamReader::TokenType XmlInput::next() {
+    mSource->beginToken();
+    const QXmlStreamReader::TokenType token = mXml.readNext();
     check();
-    return found;
+    if (token == QXmlStreamReader::StartElement && ++mDepth > kDeepestElement)
+        fail(QStringLiteral("more than %1 elements are within each other; correct the file or write it again")
+                 .arg(kDeepestElement));
+    if (token == QXmlStreamReader::EndElement && --mDepth == 0) {
+        // Comments may follow, and a checksum.
+        while (!mXml.atEnd())
+            next();
+    }
+    return token;
+}
+
+bool XmlInput::nextElement() {
+    for (;;) {
+        const QXmlStreamReader::TokenType token = next();
+        if (token == QXmlStreamReader::StartElement)
+            return true;
+        if (token == QXmlStreamReader::EndElement || token == QXmlStreamReader::EndDocument)
+            return false;
+    }
 }
 
 void XmlInput::skipElement() {
-    mXml.skipCurrentElement();
-    check();
+    for (const int outside = mDepth - 1; mDepth > outside;)
+        next();
 }
 
 double XmlInput::progress() const {
@@ -79,22 +129,33 @@ void XmlInput::fail(const QString &what) const {
     throw Failure(QStringLiteral("%1, line %2: %3").arg(path(), QString::number(line()), what));
 }
 
-void XmlInput::check(const QString &expected) const {
+void XmlInput::check() const {
     if (mFile.error() != QFileDevice::NoError)
         fail(QStringLiteral("cannot be read (%1)").arg(mFile.errorString()));
-    switch (mXml.error()) {
-    case QXmlStreamReader::NoError:
-        return;
-    case QXmlStreamReader::PrematureEndOfDocumentError:
-        if (mSize == 0)
-            throw Failure(QStringLiteral("%1: the file is empty; give %2").arg(path(), expected));
+    if (mSource->isOverLimit())
+        fail(QStringLiteral("a text is longer than %1 bytes; correct the file or write it again")
+                 .arg(kLongestToken));
+    if (mInflated && mInflated->fault() == GzipDevice::Fault::Damaged)
+        throw Failure(QStringLiteral("%1: the compressed file is damaged, its checksum or its structure is "
+                                     "wrong; copy it or write it again")
+                          .arg(path()));
+    if (mXml.hasError() || (mInflated && mInflated->fault() == GzipDevice::Fault::CutOff))
+        refuse();
+}
+
+void XmlInput::refuse() const {
+    const bool isCutOff = mInflated && mInflated->fault() == GzipDevice::Fault::CutOff;
+    if (mSize == 0)
+        throw Failure(QStringLiteral("%1: the file is empty; give %2").arg(path(), mExpected));
+    if (isCutOff || mXml.error() == QXmlStreamReader::PrematureEndOfDocumentError)
         fail(QStringLiteral("the file ends in the middle; it was cut off, so copy it or write it again"));
-    default:
-        if (!expected.isEmpty())
-            throw Failure(QStringLiteral("%1: this is not XML; give %2").arg(path(), expected));
-        fail(QStringLiteral("not well-formed XML (%1); correct the file or write it again")
-                 .arg(mXml.errorString()));
-    }
+    if (mXml.errorString() == QCoreApplication::translate("QXmlStream", kMisencoded))
+        fail(QStringLiteral("a character is not in the encoding that the file names, UTF-8 where it names "
+                            "none; correct the file or write it again"));
+    if (!mHasRoot)
+        throw Failure(QStringLiteral("%1: this is not XML; give %2").arg(path(), mExpected));
+    fail(QStringLiteral("not well-formed XML (%1); correct the file or write it again")
+             .arg(mXml.errorString()));
 }
 
 QStringRef Attributes::required(const char *name) const {

@@ -3,21 +3,26 @@
 #include "host/geometry/Polyline.h"
 
 #include <QFile>
-#include <QIODevice>
 #include <QString>
 #include <QXmlStreamReader>
 
 #include <memory>
 
+class GzipDevice;
+
 /// An XML file read as a stream, plain or compressed with gzip (told by its first bytes, not by its name).
-/// Every fault throws a `Failure` that names the file, the line and what to do.
+/// Every fault throws a `Failure` that names the file, the line and what to do. What a few bytes can stand
+/// for has limits: 16 MiB for a text, a tag or a comment, and 1000 elements within each other.
 class XmlInput {
 public:
     /// Opens `path` and moves to the root element, which must be called `root` (empty: any name will do);
     /// `expected` says in words what kind of file is wanted ("a SUMO network (.net.xml or .net.xml.gz)").
     XmlInput(const QString &path, const QString &root, const QString &expected);
 
-    /// Moves to the next child of the current element. False at the element's end.
+    ~XmlInput();
+
+    /// Moves to the next child of the current element. False at the element's end; after that of the root the
+    /// file has been read to its end, and holds nothing more.
     bool nextElement();
     void skipElement();
     QStringRef name() const { return mXml.name(); }
@@ -32,13 +37,20 @@ public:
     [[noreturn]] void fail(const QString &what) const;
 
 private:
-    void moveToRoot(const QString &root, const QString &expected);
-    void check(const QString &expected = QString()) const;
+    class Source;
+
+    QXmlStreamReader::TokenType next();
+    void check() const;
+    [[noreturn]] void refuse() const;
 
     QFile mFile;
-    std::unique_ptr<QIODevice> mInflated;
+    std::unique_ptr<GzipDevice> mInflated;
+    std::unique_ptr<Source> mSource;
     QXmlStreamReader mXml;
+    QString mExpected;
     qint64 mSize = 0;
+    int mDepth = 0; ///< of elements that are open
+    bool mHasRoot = false;
 };
 
 /// The attributes of the current element of an `XmlInput`, read with their types.

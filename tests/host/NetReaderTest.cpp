@@ -2,12 +2,12 @@
 #include "host/Failure.h"
 #include "tests/host/RealData.h"
 
-#include <KCompressionDevice>
 #include <QSet>
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <zlib.h>
 
 namespace {
 
@@ -65,10 +65,11 @@ protected:
     }
 
     QString writeCompressed(const QString &name, const QByteArray &bytes) const {
-        KCompressionDevice file(mFolder.filePath(name), KCompressionDevice::GZip);
-        EXPECT_TRUE(file.open(QIODevice::WriteOnly));
-        file.write(bytes);
-        return mFolder.filePath(name);
+        const QString path = mFolder.filePath(name);
+        const gzFile file = gzopen(QFile::encodeName(path).constData(), "wb");
+        EXPECT_EQ(gzwrite(file, bytes.constData(), unsigned(bytes.size())), bytes.size());
+        EXPECT_EQ(gzclose(file), Z_OK);
+        return path;
     }
 
     static QString failureOf(const QString &path) {
@@ -187,7 +188,14 @@ TEST_F(NetReader, RefusesWhatIsNoNetwork) {
     const QByteArray whole = smallNet();
     QFile compressed(writeCompressed(QStringLiteral("whole.gz"), whole));
     ASSERT_TRUE(compressed.open(QIODevice::ReadOnly));
-    const QByteArray half = compressed.readAll().left(int(compressed.size() / 2));
+    const QByteArray packed = compressed.readAll();
+    // The last eight bytes are the checksum and the size.
+    QByteArray wrongSum = packed;
+    wrongSum[wrongSum.size() - 8] = char(wrongSum[wrongSum.size() - 8] ^ 1);
+    QByteArray latin1 = whole;
+    latin1.replace("b_7", "b\xe9");
+    QByteArray deep = whole;
+    deep.replace("</net>", QByteArray("<a>").repeated(2000) + "</net>");
     const struct {
         QString path;
         const char *expected;
@@ -201,13 +209,38 @@ TEST_F(NetReader, RefusesWhatIsNoNetwork) {
          "the root element is <routes>, not <net>"},
         {write(QStringLiteral("none"), "<net version=\"1\"/>"), "the network has no road"},
         {write(QStringLiteral("half"), whole.left(whole.size() / 2)), "ends in the middle"},
-        {write(QStringLiteral("half.gz"), half), "ends in the middle"},
+        {write(QStringLiteral("half.gz"), packed.left(packed.size() / 2)), "ends in the middle"},
+        {write(QStringLiteral("tail.gz"), packed.left(packed.size() - 3)), "ends in the middle"},
+        {write(QStringLiteral("sum.gz"), wrongSum), "the compressed file is damaged"},
+        {write(QStringLiteral("more.gz"), packed + "more"), "the compressed file is damaged"},
+        {write(QStringLiteral("more"), whole + "and more"), "not well-formed XML"},
+        {write(QStringLiteral("second"), whole + "<net/>"), "not well-formed XML"},
+        {write(QStringLiteral("latin1"), latin1), "not in the encoding that the file names"},
+        {write(QStringLiteral("deep"), deep), "more than 1000 elements are within each other"},
+        {writeCompressed(QStringLiteral("blank.gz"), "<net>" + QByteArray(40'000'000, ' ') + "</net>"),
+         "a text is longer than 16777216 bytes"},
+        {writeCompressed(QStringLiteral("name.gz"), "<net a=\"" + QByteArray(40'000'000, 'a') + "\"></net>"),
+         "a text is longer than 16777216 bytes"},
+        {QString(), "the name of a file is empty"},
     };
     for (const auto &row : table) {
         const QString message = failureOf(row.path);
         EXPECT_TRUE(message.contains(QLatin1String(row.expected))) << row.expected << "\n"
                                                                    << message.toStdString();
     }
+}
+
+TEST_F(NetReader, ReadsACompressedFileOfSeveralPartsToItsEnd) {
+    const QByteArray whole = smallNet() + "\n<!-- the end -->\n";
+    const int middle = whole.size() / 2;
+    const auto part = [&](const QByteArray &bytes) {
+        QFile file(writeCompressed(QStringLiteral("part"), bytes));
+        EXPECT_TRUE(file.open(QIODevice::ReadOnly));
+        return file.readAll();
+    };
+    const QString path =
+        write(QStringLiteral("parts.gz"), part(whole.left(middle)) + part(whole.mid(middle)));
+    EXPECT_EQ(readSumoNet(path).edges.size(), 2U);
 }
 
 TEST(RealNetworks, HaveTheCountsOfAnIndependentParse) {
