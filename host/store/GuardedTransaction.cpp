@@ -9,6 +9,7 @@
 namespace {
 
 const QString kReader = QStringLiteral("morastore-reader");
+constexpr char kIsWriting[] = "another program is writing to the store; try again when it has finished";
 
 } // namespace
 
@@ -40,12 +41,17 @@ GuardedTransaction::GuardedTransaction(QSqlDatabase &db) : mDb(db), mFailuresBef
 }
 
 void GuardedTransaction::beginSqlite() {
-    mReader = std::make_unique<Reader>(mDb.databaseName());
     run("begin immediate");
     mOpen = true;
-    // Waiting for our own reader would be in vain, and changed pages stay in memory until the commit: writing
-    // them early needs the store for itself, too.
+    // Changed pages that the cache has no room for are written early where nobody reads the store, and wait
+    // in memory where somebody does: neither waits for the reader.
     run("pragma busy_timeout = 0");
+    mGuard = std::make_unique<CommitGuard>(mDb);
+    if (mGuard->isActive()) {
+        run("pragma cache_size = -65536");
+        return;
+    }
+    mReader = std::make_unique<Reader>(mDb.databaseName());
     run("pragma cache_spill = off");
 }
 
@@ -62,8 +68,7 @@ void GuardedTransaction::beginServer() {
     const QSqlQuery rollback(QStringLiteral("rollback"), mDb);
     mOpen = false;
     if (isTaken)
-        throw Failure(
-            QStringLiteral("another program is writing to the store; try again when it has finished"));
+        throw Failure(QLatin1String(kIsWriting));
     refuse(error);
 }
 
@@ -75,8 +80,15 @@ GuardedTransaction::~GuardedTransaction() {
 }
 
 void GuardedTransaction::commit() {
-    if (mReader) {
-        mReader->close();
+    if (mGuard) {
+        if (mGuard->isRolledBack())
+            throw Failure(QStringLiteral("the store cannot be written (%1); nothing was changed")
+                              .arg(unexpectedFailures() > mFailuresBefore
+                                       ? firstFailureText().simplified()
+                                       : QStringLiteral("the engine took the changes back")));
+        mGuard->allow();
+        if (mReader)
+            mReader->close();
         // Another program may be reading for a moment.
         run("pragma busy_timeout = 2000");
     } else {
@@ -88,7 +100,7 @@ void GuardedTransaction::commit() {
     QSqlQuery end(mDb);
     if (!end.exec(QStringLiteral("commit"))) {
         // The answer is lost, not necessarily what it is about.
-        if (!mReader && end.lastError().nativeErrorCode().isEmpty())
+        if (!mGuard && end.lastError().nativeErrorCode().isEmpty())
             throw Failure(QStringLiteral("the connection to the server was lost at the very end; see with "
                                          "\"morastore info\" whether the changes are there"));
         refuse(end.lastError());
@@ -104,6 +116,14 @@ void GuardedTransaction::run(const char *sql) {
 
 void GuardedTransaction::refuse(const QSqlError &error) {
     requireServerAlive();
+    // The result code of SQLite for a lock that another connection has, https://www.sqlite.org/rescode.html.
+    constexpr int busy = 5;
+    const bool isFile = mDb.driverName() == QLatin1String("QSQLITE");
+    if (isFile && (error.nativeErrorCode().toInt() & 0xff) == busy)
+        throw Failure(mOpen
+                          ? QStringLiteral("another program is reading the store and does not let go of it; "
+                                           "nothing was changed, close it there and try again")
+                          : QLatin1String(kIsWriting));
     throw Failure(QStringLiteral("the store cannot be written (%1); nothing was changed")
                       .arg(error.databaseText().simplified()));
 }

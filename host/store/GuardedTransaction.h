@@ -1,5 +1,7 @@
 #pragma once
 
+#include "store/core/CommitGuard.h"
+
 #include <QSqlDatabase>
 
 #include <memory>
@@ -9,9 +11,13 @@ class QSqlError;
 /// A transaction around many operations of the library: all or nothing, also when the disk fills up.
 ///
 /// SQLite ends a transaction by itself when it cannot write (a full disk, an input/output error), and
-/// statements that follow would be kept one by one; the library's inserts do go on after a failed row. So a
-/// second connection reads the store for as long as the transaction lasts: nothing can be committed beside a
-/// reader. (In a store with a write-ahead log it could; stores made from the library's templates have none.)
+/// statements that follow would be kept one by one; the library's inserts do go on after a failed row. So the
+/// connection is kept from committing (CommitGuard). What does not fit into a cache of 64 MiB is written to
+/// the store early, beside a journal that takes it back; from then on other programs cannot read.
+///
+/// Where Qt's driver carries an engine of its own, a second connection reads the store for as long as the
+/// transaction lasts: nothing can be committed beside a reader. (In a store with a write-ahead log it could;
+/// stores made from the library's templates have none.) All changes stay in memory until the end, then.
 ///
 /// A PostgreSQL server keeps nothing of a transaction whose connection is lost. The library goes on after a
 /// row that the server refuses, though, and a transaction that is dead ends with a commit that reports
@@ -19,7 +25,7 @@ class QSqlError;
 /// dead.
 class GuardedTransaction {
 public:
-    /// Takes the store's write lock at once; reading goes on. Throws `Failure` when another program holds it.
+    /// Takes the store's write lock at once. Throws `Failure` when another program holds it.
     explicit GuardedTransaction(QSqlDatabase &db);
     /// Rolls back what was not committed.
     ~GuardedTransaction();
@@ -47,7 +53,8 @@ private:
     [[noreturn]] void refuse(const QSqlError &error);
 
     QSqlDatabase &mDb;
-    std::unique_ptr<Reader> mReader; ///< SQLite only
+    std::unique_ptr<CommitGuard> mGuard; ///< SQLite only
+    std::unique_ptr<Reader> mReader;     ///< SQLite only, and only where the guard cannot be had
     int mFailuresBefore;
     bool mOpen = false;
 };

@@ -226,6 +226,27 @@ TEST_F(NetworkImport, ARefusedRowLeavesTheStoreAsItWas) {
               before);
 }
 
+TEST_F(NetworkImport, ChangesThatOutgrowTheCacheWaitInTheFileAndGoWithTheTransaction) {
+    openTemplate("EmptyNet_V6.0.0");
+    const qint64 size = QFileInfo(gDB.databaseName()).size();
+    const QString add =
+        QStringLiteral("insert into Net(NetId, name, sourceType, centerX, centerY, isDefault, "
+                       "otherAttrsJson) values(%1, 'n%1', '', 0, 0, 'F', zeroblob(4000000))");
+    {
+        GuardedTransaction transaction(gDB);
+        for (int id = 100; id < 140; ++id)
+            execute(add.arg(id));
+        EXPECT_GT(QFileInfo(gDB.databaseName()).size(), size + 40'000'000);
+    }
+    const QString added = QStringLiteral("select NetId from Net where NetId >= 100");
+    EXPECT_EQ(rows(added), QStringList());
+    EXPECT_EQ(QFileInfo(gDB.databaseName()).size(), size);
+    GuardedTransaction transaction(gDB);
+    execute(add.arg(100));
+    transaction.commit();
+    EXPECT_EQ(rows(added), QStringList(QStringLiteral("100")));
+}
+
 TEST_F(NetworkImport, NothingIsKeptOfATransactionThatTheEngineEnded) {
     openTemplate("EmptyNet_V6.0.0");
     {
