@@ -60,7 +60,10 @@ private:
     QPainterPath mJunctions; ///< areas that the connectors cover
 };
 
+/// Throws `Failure` when no picture can go to `path`: another ending than .svg or .png, a folder, a store.
+void requirePicturePath(const QString &path);
+
 /// Paints `network` into an SVG or PNG file, told by the name's ending. `longSide` is the picture's longer
-/// side in pixels. The file is replaced in one go; throws `Failure` when it cannot be written or the ending
-/// is another.
+/// side in pixels. The file, the one that a link leads to, is replaced in one go; a device or a pipe is
+/// written to. Throws `Failure` when it cannot be written, and as requirePicturePath() does.
 void drawToFile(const NetworkObjects &network, const QString &path, double longSide);

@@ -4,11 +4,9 @@
 #include "host/store/OpenStore.h"
 #include "host/store/Server.h"
 
-#include <QDir>
 #include <QFile>
 #include <QProcess>
 #include <QStandardPaths>
-#include <QTemporaryDir>
 
 namespace {
 
@@ -90,19 +88,17 @@ void restore(const StoreAddress &address, const QString &name) {
     if (program.isEmpty())
         throw Failure(QStringLiteral("the program pg_restore is missing; install the client programs of "
                                      "PostgreSQL (Debian: postgresql-client)"));
-    // A program of its own cannot see what is inside of this one.
-    const QTemporaryDir folder;
-    const QString dump = folder.filePath(QStringLiteral("dump"));
-    if (!QFile::copy(QStringLiteral(":/Resources/EmptyNet/%1.backup").arg(name), dump))
-        throw Failure(QStringLiteral("%1: cannot be written; check the folder for temporary files")
-                          .arg(QDir::toNativeSeparators(dump)));
+    QFile dump(QStringLiteral(":/Resources/EmptyNet/%1.backup").arg(name));
+    if (!dump.open(QIODevice::ReadOnly))
+        throw Failure(QStringLiteral("the template %1 cannot be read (%2)").arg(name, dump.errorString()));
     QProcess process;
     process.setProcessEnvironment(environmentOf(address));
     process.setProcessChannelMode(QProcess::MergedChannels);
-    process.start(program,
-                  {QStringLiteral("--single-transaction"), QStringLiteral("--exit-on-error"),
-                   QStringLiteral("--no-owner"), QStringLiteral("--no-privileges"),
-                   QStringLiteral("--no-password"), QStringLiteral("--dbname=") + address.name(), dump});
+    process.start(program, {QStringLiteral("--single-transaction"), QStringLiteral("--exit-on-error"),
+                            QStringLiteral("--no-owner"), QStringLiteral("--no-privileges"),
+                            QStringLiteral("--no-password"), QStringLiteral("--dbname=") + address.name()});
+    process.write(dump.readAll());
+    process.closeWriteChannel();
     process.waitForFinished(-1);
     if (process.exitStatus() != QProcess::NormalExit || process.exitCode() != 0)
         throw Failure(QStringLiteral("%1: the store cannot be made (%2); nothing was changed")

@@ -16,13 +16,12 @@ const QString kTemplates = QStringLiteral(":/Resources/EmptyNet");
 
 void copyTemplate(const QString &resource, const QString &path, const QString &wanted) {
     QFile source(resource);
-    QFile copy(path);
+    QFile copy(path); // there already, and empty
     if (!source.open(QIODevice::ReadOnly))
         throw Failure(
             QStringLiteral("the template %1 cannot be read (%2)").arg(resource, source.errorString()));
     const QByteArray bytes = source.readAll();
-    const auto mode = QIODevice::WriteOnly | QIODevice::NewOnly | QIODevice::Unbuffered;
-    if (copy.open(mode) && copy.write(bytes) == bytes.size())
+    if (copy.open(QIODevice::WriteOnly | QIODevice::Unbuffered) && copy.write(bytes) == bytes.size())
         return;
     // A file that took only a part of the bytes reports no error of its own.
     const QString reason =
@@ -50,12 +49,9 @@ void makeStore(const QString &path, const QString &name) {
     if (!templateNames().contains(name))
         throw Failure(QStringLiteral("there is no template \"%1\"; the templates are %2")
                           .arg(name, templateNames().join(QStringLiteral(", "))));
-    const QFileInfo info(path);
-    if (info.exists() || info.isSymLink())
-        throw Failure(QStringLiteral("%1: exists already; give the path of a new file").arg(path));
-    if (!info.absoluteDir().exists())
+    if (!QFileInfo(path).absoluteDir().exists())
         throw Failure(QStringLiteral("%1: the folder does not exist; make it first").arg(path));
-    const FileInMaking making(info.absoluteFilePath() + QStringLiteral(".new"));
+    FileInMaking making(path);
     copyTemplate(kTemplates + QLatin1Char('/') + name, making.path(), path);
     {
         const OpenStore store(making.path(), Access::Write);
@@ -64,9 +60,5 @@ void makeStore(const QString &path, const QString &name) {
                               .arg(path, firstFailureText()));
         }
     }
-    // Rename refuses a name that was taken meanwhile.
-    if (!QFile::rename(making.path(), info.absoluteFilePath()))
-        throw Failure(
-            QStringLiteral("%1: cannot be made; check that the folder is writable and the name free")
-                .arg(path));
+    making.publish();
 }

@@ -61,8 +61,8 @@ QList<CallDbResult> OpenStore::prepareFile(QString &path, Access access, const Q
             QStringLiteral("%1: the store is of the first generation; run \"morastore upgrade\" on it first")
                 .arg(name));
     if (age != Age::Current && access == Access::Read) {
-        mCopy = std::make_unique<QTemporaryDir>();
-        const QString copy = mCopy->filePath(QFileInfo(path).fileName());
+        mCopy = std::make_unique<TemporaryFolder>();
+        const QString copy = mCopy->newFile(QFileInfo(path).fileName());
         backUpStore(path, copy);
         path = copy;
     }

@@ -2,10 +2,10 @@
 
 #include "host/store/StoreAddress.h"
 #include "host/store/StoreFile.h"
+#include "host/store/TemporaryFolder.h"
 #include "model/CallDbResult.h"
 
 #include <QString>
-#include <QTemporaryDir>
 
 #include <memory>
 
@@ -31,7 +31,7 @@ private:
     /// open; what the upgrade of a first-generation store was refused.
     QList<CallDbResult> prepareFile(QString &path, Access access, const QString &name);
 
-    std::unique_ptr<QTemporaryDir> mCopy;
+    std::unique_ptr<TemporaryFolder> mCopy;
 };
 
 /// What the library recorded as failed since the store was opened, but for the one record that the first

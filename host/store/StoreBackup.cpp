@@ -2,38 +2,12 @@
 
 #include "host/Failure.h"
 #include "host/store/FileInMaking.h"
+#include "host/store/SqliteConnection.h"
 
-#include <QSqlDatabase>
-#include <QSqlError>
-#include <QSqlQuery>
 #include <QStringList>
 #include <QVariant>
 
 namespace {
-
-/// A connection of its own to an SQLite file.
-class Connection {
-public:
-    Connection(const char *name, const QString &path) : mName(QLatin1String(name)) {
-        QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), mName);
-        db.setDatabaseName(path);
-        db.open();
-    }
-    ~Connection() { QSqlDatabase::removeDatabase(mName); }
-
-    /// Executes a statement. Throws `Failure`.
-    QSqlQuery run(const QString &sql) const {
-        QSqlQuery query(QSqlDatabase::database(mName));
-        if (!query.exec(sql))
-            throw Failure(query.lastError().databaseText());
-        return query;
-    }
-
-private:
-    Q_DISABLE_COPY(Connection)
-
-    QString mName;
-};
 
 QString literal(QString text) {
     return QLatin1Char('\'') + text.replace(QLatin1Char('\''), QLatin1String("''")) + QLatin1Char('\'');
@@ -41,7 +15,7 @@ QString literal(QString text) {
 
 /// What the copy must have in common with the store: every table and index by the text that creates it, and
 /// the number of rows of every table. SQLite's own tables are its own affair.
-QStringList contentsOf(const Connection &store) {
+QStringList contentsOf(const SqliteConnection &store) {
     QStringList contents;
     QSqlQuery entries =
         store.run(QStringLiteral("select type, name, sql from sqlite_master where name not like 'sqlite\\_%' "
@@ -60,13 +34,10 @@ QStringList contentsOf(const Connection &store) {
 }
 
 void copyAndCheck(const QString &path, const QString &copy) {
-    const Connection source("morastore-copied", path);
+    const SqliteConnection source("morastore-copied", path);
     source.run(QStringLiteral("vacuum into ") + literal(copy));
-    const Connection written("morastore-copy", copy);
-    QSqlQuery check = written.run(QStringLiteral("pragma integrity_check"));
-    check.next();
-    if (check.value(0).toString() != QLatin1String("ok"))
-        throw Failure(check.value(0).toString());
+    const SqliteConnection written("morastore-copy", copy);
+    written.requireIntegrity();
     if (contentsOf(written) != contentsOf(source))
         throw Failure(QStringLiteral("it holds something else; another program may be writing to the store"));
 }
@@ -74,19 +45,12 @@ void copyAndCheck(const QString &path, const QString &copy) {
 } // namespace
 
 void backUpStore(const QString &path, const QString &copy) {
-    const QString name = copy + QStringLiteral(".new");
-    if (QFile::exists(name))
-        throw Failure(QStringLiteral("%1: exists already; move it away").arg(name));
-    const FileInMaking making(name);
+    FileInMaking making(copy);
     try {
         copyAndCheck(path, making.path());
     } catch (const Failure &failure) {
         throw Failure(QStringLiteral("%1: the copy cannot be made (%2); check the folder and its disk")
                           .arg(copy, failure.message()));
     }
-    // Rename refuses a name that was taken meanwhile.
-    if (!QFile::rename(making.path(), copy))
-        throw Failure(
-            QStringLiteral("%1: the copy cannot be made; check that the folder is writable and the name free")
-                .arg(copy));
+    making.publish();
 }
