@@ -19,6 +19,13 @@ private:
     QByteArray mUtf8;
 };
 
+/// The operation went through, but what it had to say cannot be written. The message is empty where nobody
+/// wants to know: who read the output has left, and nothing was changed.
+class OutputLost : public Failure {
+public:
+    using Failure::Failure;
+};
+
 /// The operation went through, but without a part of what it was given. The message says which part.
 class Incomplete : public Failure {
 public:

@@ -1,5 +1,6 @@
 #include "host/Host.h"
 
+#include "host/Printable.h"
 #include "model/SpecialWords.h"
 
 #include <MoraSupport/FileHelper.h>
@@ -10,26 +11,45 @@
 
 #include <csignal>
 
+#ifdef Q_OS_UNIX
+#include <fcntl.h>
+#include <unistd.h>
+#endif
+
 namespace host {
 
 namespace {
 
 QtMessageHandler defaultHandler = nullptr;
 
-/// Drops what is none of the user's concern. Without a display there is no session and no folder for it. What
+/// Drops what is none of the user's concern. What
 /// Qt's drivers say besides of a statement that failed or a server that is gone has a sentence of its own.
 void dropAsides(QtMsgType type, const QMessageLogContext &context, const QString &text) {
     for (const char *beginning :
-         {"QStandardPaths: XDG_RUNTIME_DIR not set", "Unable to free statement", "QSqlQuery::"}) {
+         {"Unable to free statement", "QSqlQuery::"}) {
         if (text.startsWith(QLatin1String(beginning)))
             return;
     }
-    defaultHandler(type, context, text);
+    defaultHandler(type, context, printable::lines(text));
+}
+
+/// A program that is started without stdin, stdout or stderr gives their numbers to the next files that it
+/// opens: what it says would go into a store or a picture. What stands in their place takes nothing, so that
+/// output that goes nowhere shows as an error.
+void occupyStandardStreams() {
+#ifdef Q_OS_UNIX
+    int file = 0;
+    while (file >= 0 && file <= STDERR_FILENO)
+        file = open("/dev/null", O_RDONLY); // NOLINT(cppcoreguidelines-pro-type-vararg)
+    if (file >= 0)
+        close(file);
+#endif
 }
 
 } // namespace
 
 void prepareProcess() {
+    occupyStandardStreams();
     defaultHandler = qInstallMessageHandler(dropAsides);
     qputenv("QT_QPA_PLATFORM", "offscreen");
 #ifdef Q_OS_UNIX
@@ -38,6 +58,9 @@ void prepareProcess() {
 #endif
 #ifdef SIGXFSZ
     std::signal(SIGXFSZ, SIG_IGN);
+#endif
+#ifdef SIGPIPE
+    std::signal(SIGPIPE, SIG_IGN);
 #endif
 }
 

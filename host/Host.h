@@ -7,8 +7,9 @@
 /// What a program must do to be the library's host.
 namespace host {
 
-/// Settles what must be settled before the application object is made: no display, UTF-8 for names of files,
-/// and a limit on the size of files that shows as an error instead of ending the process.
+/// Settles what must be settled before the application object is made: no display, UTF-8 for names of files;
+/// a limit on the size of files and a reader who leaves show as errors instead of ending the process; and
+/// what goes to a standard stream that is closed goes nowhere else.
 void prepareProcess();
 
 /// For the life of this object the program is the library's host: it gives the key "__storekey" of the

@@ -2,14 +2,18 @@
 #include "host/Host.h"
 #include "host/commands/Commands.h"
 #include "host/store/OpenStore.h"
+#include "host/store/TemporaryFolder.h"
 
+#include <QFile>
 #include <QGuiApplication>
 
 #include <cstdio>
+#include <memory>
+#include <sstream>
 
 namespace {
 
-enum ExitCode { Done = 0, Failed = 1, WrongUsage = 2, LeftOut = 3 };
+enum ExitCode { Done = 0, Failed = 1, WrongUsage = 2, LeftOut = 3, Unwritten = 4 };
 
 constexpr const char *kFooter =
     "Exit codes:\n"
@@ -18,11 +22,23 @@ constexpr const char *kFooter =
     "  2  the command line is wrong\n"
     "  3  done, but something was left out (see stderr), or the store refused some statements\n"
     "     (--verbose shows them)\n"
+    "  4  done, but the output cannot be written; stderr says what happened to the store\n"
     "\n"
-    "Data go to stdout, messages and progress to stderr.";
+    "Data go to stdout, messages and progress to stderr. Control characters in names are written out\n"
+    "(\\n, \\x1b); --json gives every text as it is.";
 
-/// Parses the command line; false when there is nothing to run, with `exitCode` saying why.
-bool parse(CLI::App &program, int &exitCode) {
+QString sentenceFor(const CLI::App &program, const CLI::ParseError &error) {
+    const std::vector<std::string> rest = program.remaining();
+    if (dynamic_cast<const CLI::RequiredError *>(&error) && program.get_subcommands().empty())
+        return rest.empty() ? QStringLiteral("give a command; \"morastore --help\" lists them")
+                            : QStringLiteral("there is no command \"%1\"; \"morastore --help\" lists them")
+                                  .arg(QString::fromStdString(rest.front()));
+    return QStringLiteral("%1; --help says what a command takes").arg(QString::fromUtf8(error.what()));
+}
+
+/// Parses the command line; false when there is nothing to run: then help was asked for and is printed.
+/// Throws CLI::ParseError.
+bool parse(CLI::App &program) {
     std::vector<std::string> arguments;
     const QStringList given = QCoreApplication::arguments().mid(1);
     for (auto argument = given.rbegin(); argument != given.rend(); ++argument)
@@ -30,15 +46,21 @@ bool parse(CLI::App &program, int &exitCode) {
     try {
         program.parse(arguments);
         return true;
-    } catch (const CLI::ParseError &error) {
-        exitCode = program.exit(error) == 0 ? Done : WrongUsage;
+    } catch (const CLI::Success &help) {
+        std::ostringstream text;
+        program.exit(help, text, text);
+        commands::print(QString::fromStdString(text.str()));
         return false;
     }
 }
 
-int execute(const commands::Run &run) {
+int execute(const std::function<void()> &work) {
     try {
-        run();
+        work();
+    } catch (const OutputLost &lost) {
+        if (!lost.message().isEmpty())
+            commands::tell(QStringLiteral("morastore: %1").arg(lost.message()));
+        return Unwritten;
     } catch (const Incomplete &incomplete) {
         commands::tell(QStringLiteral("morastore: %1").arg(incomplete.message()));
         return LeftOut;
@@ -61,7 +83,7 @@ int execute(const commands::Run &run) {
 
 int main(int argc, char **argv) try {
     host::prepareProcess();
-    const QGuiApplication application(argc, argv);
+    auto application = std::make_unique<QCoreApplication>(argc, argv);
     QCoreApplication::setApplicationName(QStringLiteral("morastore"));
 
     CLI::App program("morastore: stores of road networks for traffic simulation", "morastore");
@@ -85,17 +107,38 @@ int main(int argc, char **argv) try {
     commands::addDigest(program, run);
     commands::addRoundTrip(program, run);
     commands::addUpgrade(program, run);
+    commands::addCompact(program, run);
     commands::addRemove(program, run);
     commands::addProtect(program, run);
     commands::addUnprotect(program, run);
     commands::addChanges(program, run);
 
-    int exitCode = Done;
-    if (!parse(program, exitCode))
-        return exitCode;
+    bool isChosen = false;
+    try {
+        const int exitCode = execute([&] { isChosen = parse(program); });
+        if (!isChosen)
+            return exitCode;
+    } catch (const CLI::ParseError &error) {
+        commands::tell(QStringLiteral("morastore: %1").arg(sentenceFor(program, error)));
+        return WrongUsage;
+    }
+    TemporaryFolder::removeAbandoned();
+    std::unique_ptr<TemporaryFolder> runtimeFolder;
+    if (run.paints) {
+        // Only fonts need one, and it takes its time.
+        application.reset();
+#ifdef Q_OS_UNIX
+        // Where there is no session, its folder would be made and stay.
+        if (!qEnvironmentVariableIsSet("XDG_RUNTIME_DIR")) {
+            runtimeFolder = std::make_unique<TemporaryFolder>();
+            qputenv("XDG_RUNTIME_DIR", QFile::encodeName(runtimeFolder->path()));
+        }
+#endif
+        application = std::make_unique<QGuiApplication>(argc, argv);
+    }
     const host::Session session(QString::fromStdString(language), verbose);
-    return execute(run);
+    return execute(run.work);
 } catch (const std::exception &error) {
-    std::fprintf(stderr, "morastore: %s\n", error.what());
+    commands::tell(QStringLiteral("morastore: %1").arg(QString::fromUtf8(error.what())));
     return Failed;
 }

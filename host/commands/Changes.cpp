@@ -38,11 +38,12 @@ void addChanges(CLI::App &program, Run &run) {
     command->add_option("--since", options->since, "Only versions newer than this one")->type_name("VERSION");
     command->add_flag("--json", options->json, "As a JSON array; otherwise Markdown");
     command->callback([options, &run] {
-        run = [options] {
+        run.work = [options] {
             const QList<AppVersion> versions = versionsSince(QString::fromStdString(options->since));
-            print(options->json
-                      ? QString::fromUtf8(QJsonDocument(AppVersionManager::toJson(versions)).toJson())
-                      : AppVersionManager::toMarkdown(versions));
+            if (options->json)
+                printJson(QJsonDocument(AppVersionManager::toJson(versions)));
+            else
+                print(AppVersionManager::toMarkdown(versions));
         };
     });
 }

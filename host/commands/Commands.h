@@ -6,16 +6,26 @@
 
 #include <functional>
 
+class QJsonDocument;
+
 /// The subcommands of morastore. Each function adds one with its options to the program; the command that the
-/// user chose leaves what it does in `run`, which throws `Failure` when it cannot
-/// and `Incomplete` when it left something out.
+/// user chose leaves in `run` what it does.
 namespace commands {
 
-using Run = std::function<void()>;
+/// What the user chose.
+struct Run {
+    /// Throws `Failure` when it cannot be done, `Incomplete` when something was left out, and `OutputLost`
+    /// when it is done and its output cannot be written.
+    std::function<void()> work;
+    bool paints = false; ///< needs fonts, which a QGuiApplication has
+};
 
 /// What the help says of a command's STORE.
 constexpr const char *kStoreHelp =
     "Store: path of a file, or connection string of a PostgreSQL database (\"dbname=... host=...\")";
+/// What it says of an option --net for one network.
+constexpr const char *kNetHelp =
+    "Number or name of the network; a number goes first; default: the store's first";
 
 void addNew(CLI::App &program, Run &run);
 void addImport(CLI::App &program, Run &run);
@@ -26,6 +36,7 @@ void addCopy(CLI::App &program, Run &run);
 void addDigest(CLI::App &program, Run &run);
 void addRoundTrip(CLI::App &program, Run &run);
 void addUpgrade(CLI::App &program, Run &run);
+void addCompact(CLI::App &program, Run &run);
 void addRemove(CLI::App &program, Run &run);
 void addProtect(CLI::App &program, Run &run);
 void addUnprotect(CLI::App &program, Run &run);
@@ -34,9 +45,13 @@ void addChanges(CLI::App &program, Run &run);
 /// What --version says: program, version, date of the version.
 std::string versionText();
 
-/// Writes to stdout: the data that a command was asked for.
-void print(const QString &text);
-/// Writes a line to stderr: what the user should know besides.
+/// Writes to stdout: the data that a command was asked for. Control characters are written out, but for line
+/// breaks: texts of a store go through printable::line() first. Throws `OutputLost` when the text cannot be
+/// written; `done` is what the user must know then, where something was changed: "network 2 is in the store".
+void print(const QString &text, const QString &done = {});
+/// The same for JSON, from which every text can be had as it is.
+void printJson(const QJsonDocument &document);
+/// Writes one line to stderr: what the user should know besides. Control characters are written out.
 void tell(const QString &line);
 
 } // namespace commands

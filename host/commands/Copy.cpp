@@ -1,4 +1,5 @@
 #include "host/Failure.h"
+#include "host/Printable.h"
 #include "host/commands/Commands.h"
 #include "host/rows/NetworkCopy.h"
 #include "host/store/OpenStore.h"
@@ -10,13 +11,13 @@ namespace {
 struct Options {
     std::string source;
     std::string target;
-    std::vector<long> nets;
+    std::vector<std::string> nets;
     std::string name;
 };
 
 QString accountOf(const CopiedNetwork &copy) {
     QString text = QStringLiteral("network %1 \"%2\": %3 rows")
-                       .arg(QString::number(copy.id), copy.name, QString::number(copy.rows));
+                       .arg(QString::number(copy.id), printable::line(copy.name), QString::number(copy.rows));
     if (copy.id != copy.from)
         text += QStringLiteral(", from network %1").arg(copy.from);
     if (copy.renumbered > 0)
@@ -48,17 +49,19 @@ void copy(const Options &options) {
     QStringList leftOut;
     for (const auto &table : source.tablesBesides(networks))
         leftOut.append(QStringLiteral("table %1: %2 rows").arg(table.first, QString::number(table.second)));
+    QString account;
     {
         const OpenStore target(to, Access::Write);
         Progress copying(QStringLiteral("copying"));
         const QList<CopiedNetwork> copies = copyNetworks(source, networks, name, copying);
         for (const CopiedNetwork &network : copies) {
-            print(accountOf(network));
+            account += accountOf(network);
             leftOut += network.leftOut;
         }
     }
     for (const QString &line : qAsConst(leftOut))
         tell(QStringLiteral("left out: ") + line);
+    print(account, QStringLiteral("the networks are in the target"));
     if (!leftOut.isEmpty())
         throw Incomplete(QStringLiteral("done, but %1 tables or columns were left out").arg(leftOut.size()));
 }
@@ -73,12 +76,14 @@ void addCopy(CLI::App &program, Run &run) {
     command->add_option("SOURCE", options->source, kStoreHelp)->required();
     command->add_option("TARGET", options->target, kStoreHelp)->required();
     command
-        ->add_option("--net", options->nets, "Number of a network of SOURCE; may be repeated; default: all")
-        ->type_name("ID")
+        ->add_option("--net", options->nets,
+                     "Number or name of a network of SOURCE; a number goes first; may be repeated; "
+                     "default: all")
+        ->type_name("NET")
         ->allow_extra_args(false);
     command->add_option("--name", options->name, "Name of the copy; default: the network's own")
         ->type_name("N");
-    command->callback([options, &run] { run = [options] { copy(*options); }; });
+    command->callback([options, &run] { run.work = [options] { copy(*options); }; });
 }
 
 } // namespace commands

@@ -1,5 +1,6 @@
 #include "host/rows/Digest.h"
 
+#include "host/Printable.h"
 #include "host/commands/Commands.h"
 
 namespace commands {
@@ -8,7 +9,7 @@ namespace {
 
 struct Options {
     std::string store;
-    std::vector<long> nets;
+    std::vector<std::string> nets;
 };
 
 void digest(const Options &options) {
@@ -17,7 +18,8 @@ void digest(const Options &options) {
     for (const StoreReader::Network &network : networks) {
         Progress reading(QStringLiteral("reading"));
         print(QStringLiteral("%1  %2 %3\n")
-                  .arg(digestOf(store, network, reading), QString::number(network.id), network.name));
+                  .arg(digestOf(store, network, reading), QString::number(network.id),
+                       printable::line(network.name)));
     }
     for (const auto &table : store.tablesBesides(networks))
         tell(
@@ -31,10 +33,12 @@ void addDigest(CLI::App &program, Run &run) {
     CLI::App *command = program.add_subcommand(
         "digest", "Print a digest (SHA-256) of all rows of a network: equal for equal content in any store.");
     command->add_option("STORE", options->store, kStoreHelp)->required();
-    command->add_option("--net", options->nets, "Number of a network; may be repeated; default: all")
-        ->type_name("ID")
+    command
+        ->add_option("--net", options->nets,
+                     "Number or name of a network; a number goes first; may be repeated; default: all")
+        ->type_name("NET")
         ->allow_extra_args(false);
-    command->callback([options, &run] { run = [options] { digest(*options); }; });
+    command->callback([options, &run] { run.work = [options] { digest(*options); }; });
 }
 
 } // namespace commands

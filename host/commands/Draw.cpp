@@ -1,5 +1,6 @@
 #include "host/commands/Commands.h"
 #include "host/drawing/NetworkDrawing.h"
+#include "host/store/NetworkChoice.h"
 #include "host/store/OpenStore.h"
 
 namespace commands {
@@ -8,7 +9,7 @@ void addDraw(CLI::App &program, Run &run) {
     struct Options {
         std::string store;
         std::string picture;
-        long net = 0;
+        std::string net;
         int size = 2400;
     };
     const auto options = std::make_shared<Options>();
@@ -16,17 +17,19 @@ void addDraw(CLI::App &program, Run &run) {
         program.add_subcommand("draw", "Draw a network of a store: lanes to scale, connectors, direction.");
     command->add_option("STORE", options->store, kStoreHelp)->required();
     command->add_option("PICTURE", options->picture, "Path of the picture, .svg or .png")->required();
-    command->add_option("--net", options->net, "Number of the network; default: the store's first")
-        ->type_name("ID");
+    command->add_option("--net", options->net, kNetHelp)->type_name("NET");
     command->add_option("--size", options->size, "Longer side of the plan in pixels")
         ->check(CLI::Range(200, 20000))
         ->capture_default_str()
         ->type_name("PX");
     command->callback([options, &run] {
-        run = [options] {
+        run.paints = true;
+        run.work = [options] {
+            // Reading a large network takes its time.
+            requirePicturePath(QString::fromStdString(options->picture));
             const OpenStore store(QString::fromStdString(options->store), Access::Read);
             Progress reading(QStringLiteral("reading"));
-            const NetworkObjects network = readNetwork(options->net, reading);
+            const NetworkObjects network = readNetwork(chosenNetwork(options->net), reading);
             drawToFile(network, QString::fromStdString(options->picture), options->size);
         };
     });

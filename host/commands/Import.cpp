@@ -1,3 +1,4 @@
+#include "host/Printable.h"
 #include "host/commands/Commands.h"
 #include "host/commands/CompanionFiles.h"
 #include "host/import/NetworkImport.h"
@@ -31,13 +32,14 @@ void import(const Options &options) {
         Progress writing(QStringLiteral("writing"));
         network = importNetwork(net, plan, name, writing);
     }
-    print(QStringLiteral("network %1 \"%2\": %3 links, %4 connectors\n%5\n")
-              .arg(QString::number(network.record.netId), network.record.name,
-                   QString::number(network.links.size()), QString::number(network.connectors.size()),
-                   countsOf(network.traffic)));
+    const QString title =
+        QStringLiteral("network %1 \"%2\"")
+            .arg(QString::number(network.record.netId), printable::line(network.record.name));
     const QString vehicles = vehicleAccountOf(plan);
-    if (!vehicles.isEmpty())
-        print(vehicles + QLatin1Char('\n'));
+    print(QStringLiteral("%1: %2 links, %3 connectors\n%4\n%5")
+              .arg(title, QString::number(network.links.size()), QString::number(network.connectors.size()),
+                   countsOf(network.traffic), vehicles.isEmpty() ? QString() : vehicles + QLatin1Char('\n')),
+          title + QStringLiteral(" is in the store"));
     reportLeftOut(plan);
 }
 
@@ -54,7 +56,7 @@ void addImport(CLI::App &program, Run &run) {
     command->add_option("--name", options->name, "Name of the new network; default: the file's name")
         ->type_name("N");
     options->companions.addTo(*command);
-    command->callback([options, &run] { run = [options] { import(*options); }; });
+    command->callback([options, &run] { run.work = [options] { import(*options); }; });
 }
 
 } // namespace commands

@@ -17,11 +17,14 @@ void addInfo(CLI::App &program, Run &run) {
     command->add_option("STORE", options->store, kStoreHelp)->required();
     command->add_flag("--json", options->json, "As one JSON object; lengths and coordinates in metres");
     command->callback([options, &run] {
-        run = [options] {
+        run.work = [options] {
             const StoreAddress address(QString::fromStdString(options->store));
             const OpenStore store(address, Access::Read);
             const StoreInfo info = takeStock(address.name());
-            print(options->json ? QString::fromUtf8(QJsonDocument(info.toJson()).toJson()) : info.toText());
+            if (options->json)
+                printJson(QJsonDocument(info.toJson()));
+            else
+                print(info.toText());
         };
     });
 }

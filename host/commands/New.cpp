@@ -51,7 +51,7 @@ void addNew(CLI::App &program, Run &run) {
                               databaseTemplateNames().first())
                          .toStdString())
         ->type_name("NAME");
-    command->callback([options, &run] { run = [options] { make(*options); }; });
+    command->callback([options, &run] { run.work = [options] { make(*options); }; });
 }
 
 } // namespace commands

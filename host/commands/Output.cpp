@@ -1,7 +1,12 @@
 #include "host/Failure.h"
+#include "host/Printable.h"
 #include "host/commands/Commands.h"
 
+#include <QJsonDocument>
+
+#include <cerrno>
 #include <cstdio>
+#include <system_error>
 
 namespace {
 
@@ -15,13 +20,23 @@ bool write(std::FILE *file, const QString &text) {
 
 namespace commands {
 
-void print(const QString &text) {
-    if (!write(stdout, text))
-        throw Failure(QStringLiteral("the output cannot be written; check where it goes"));
+void print(const QString &text, const QString &done) {
+    if (write(stdout, printable::lines(text)))
+        return;
+    const int error = errno;
+    if (error == EPIPE && done.isEmpty())
+        throw OutputLost(QString());
+    throw OutputLost(QStringLiteral("%1the output cannot be written (%2); check where it goes")
+                         .arg(done.isEmpty() ? QString() : done + QStringLiteral(", but "),
+                              QString::fromStdString(std::generic_category().message(error))));
+}
+
+void printJson(const QJsonDocument &document) {
+    print(printable::json(QString::fromUtf8(document.toJson())));
 }
 
 void tell(const QString &line) {
-    write(stderr, line + QLatin1Char('\n'));
+    write(stderr, printable::line(line) + QLatin1Char('\n'));
 }
 
 } // namespace commands

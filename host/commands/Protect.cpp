@@ -44,7 +44,7 @@ void addProtect(CLI::App &program, Run &run) {
                "Encrypt a store file in place, with the key \"__storekey\" of the configuration file or else "
                "with the library's own, which keeps nobody out who has this program.",
                *path)
-        ->callback([path, &run] { run = [path] { changeFile(*path, DBTools::encryptFile); }; });
+        ->callback([path, &run] { run.work = [path] { changeFile(*path, DBTools::encryptFile); }; });
 }
 
 void addUnprotect(CLI::App &program, Run &run) {
@@ -58,7 +58,7 @@ void addUnprotect(CLI::App &program, Run &run) {
             "file has a key of its own")
         ->check(CLI::Range(1, 2));
     command->callback([path, libraryKey, &run] {
-        run = [path, libraryKey] {
+        run.work = [path, libraryKey] {
             changeFile(*path, *libraryKey == 1   ? unprotectByKey1
                               : *libraryKey == 2 ? unprotectByKey2
                                                  : DBTools::decryptFile);

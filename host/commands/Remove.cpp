@@ -1,6 +1,8 @@
 #include "host/Failure.h"
+#include "host/Printable.h"
 #include "host/Terminal.h"
 #include "host/commands/Commands.h"
+#include "host/store/NetworkChoice.h"
 #include "host/store/NetworkRemoval.h"
 #include "host/store/OpenStore.h"
 
@@ -10,36 +12,45 @@ namespace commands {
 
 namespace {
 
-QString rowsOf(const NetworkInfo &network) {
-    QString text;
+QStringList rowsOf(const NetworkInfo &network) {
+    QStringList lines;
     for (const auto &[kind, count] : network.rows) {
         if (count > 0)
-            text += QStringLiteral("  %1 %2\n").arg(kind.leftJustified(22), QString::number(count));
+            lines.append(QStringLiteral("  %1 %2").arg(kind.leftJustified(22), QString::number(count)));
     }
-    return text;
+    return lines;
 }
 
 /// Asks at the terminal; false unless the answer is yes.
 bool isConfirmed() {
     if (!isTerminal(stdin))
         throw Failure(QStringLiteral("nothing was removed: there is nobody to ask; give --yes to remove it"));
-    std::cerr << "Remove it? [y/N] " << std::flush;
+    tell(QStringLiteral("Remove it? [y/N]"));
     std::string answer;
     std::getline(std::cin, answer);
     return answer == "y" || answer == "yes";
 }
 
 void remove(const QString &address, const QString &wanted, bool isSure) {
-    const OpenStore store(address, Access::Write);
-    const NetworkInfo network = networkCalled(wanted);
-    const QString title = QStringLiteral("network %1 \"%2\"").arg(QString::number(network.id), network.name);
+    const StoreAddress store(address);
+    const OpenStore open(store, Access::Write);
+    const NetworkInfo network = takeStockBeforeRemoval(networkIdOf(wanted));
+    const QString title =
+        QStringLiteral("network %1 \"%2\"").arg(QString::number(network.id), printable::line(network.name));
     if (!isSure) {
-        tell(QStringLiteral("%1 and all that it holds will go:\n%2").arg(title, rowsOf(network)).trimmed());
+        tell(title + QStringLiteral(" and all that it holds will go:"));
+        for (const QString &line : rowsOf(network))
+            tell(line);
         if (!isConfirmed())
             throw Failure(QStringLiteral("nothing was removed"));
     }
     removeNetwork(network.id);
-    print(QStringLiteral("%1 is gone:\n%2").arg(title, rowsOf(network)));
+    const QString gone = title + QStringLiteral(" is gone");
+    QStringList account{gone + QLatin1Char(':')};
+    account += rowsOf(network);
+    if (!store.isServer())
+        account += QStringLiteral("The file keeps its size; \"morastore compact\" makes it smaller.");
+    print(account.join(QLatin1Char('\n')) + QLatin1Char('\n'), gone);
 }
 
 } // namespace
@@ -59,7 +70,7 @@ void addRemove(CLI::App &program, Run &run) {
         ->required();
     command->add_flag("--yes", options->isSure, "Do not ask");
     command->callback([options, &run] {
-        run = [options] {
+        run.work = [options] {
             remove(QString::fromStdString(options->store), QString::fromStdString(options->net),
                    options->isSure);
         };

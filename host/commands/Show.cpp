@@ -1,13 +1,16 @@
 #include "host/Failure.h"
+#include "host/Printable.h"
 #include "host/commands/Commands.h"
 #include "host/store/Kinds.h"
+#include "host/store/NetworkChoice.h"
 #include "host/store/NetworkObjects.h"
 #include "host/store/OpenStore.h"
+#include "store/DBTools.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
 
-#include <algorithm>
+#include <string>
 
 namespace commands {
 
@@ -16,8 +19,8 @@ namespace {
 struct Options {
     std::string store;
     std::string kind;
-    long id = -1;
-    long net = 0;
+    std::string id;
+    std::string net;
     bool json = false;
 };
 
@@ -39,33 +42,33 @@ const NamedKind &kindCalled(const QString &name) {
 
 /// A field and, further in, what is nested in it: a line for each single value.
 void appendField(QString &text, const QString &name, const QJsonValue &value, int depth) {
-    const QString indent(2 * depth, QLatin1Char(' '));
+    const QString label = QString(2 * depth, QLatin1Char(' ')) + printable::line(name);
     if (value.isObject()) {
-        text += QStringLiteral("%1%2\n").arg(indent, name);
+        text += label + QLatin1Char('\n');
         const QJsonObject object = value.toObject();
         for (auto field = object.constBegin(); field != object.constEnd(); ++field)
             appendField(text, field.key(), field.value(), depth + 1);
     } else if (value.isArray()) {
         const QJsonArray list = value.toArray();
-        text += QStringLiteral("%1%2 (%3)\n").arg(indent, name, QString::number(list.size()));
+        text += QStringLiteral("%1 (%2)\n").arg(label, QString::number(list.size()));
         for (int i = 0; i < list.size(); ++i)
             appendField(text, QString::number(i + 1), list.at(i), depth + 1);
     } else {
         const QString shown =
             value.isDouble() ? QString::number(value.toDouble(), 'g', 15) : value.toVariant().toString();
-        text += QStringLiteral("%1%2 %3\n").arg(indent, name.leftJustified(22), shown);
+        text += QStringLiteral("%1 %2\n").arg(label.leftJustified(2 * depth + 22), printable::line(shown));
     }
 }
 
-void showOne(const NamedKind &kind, long netId, const Options &options) {
-    const std::optional<Description> object = kind.read(netId, options.id);
+void showOne(const NamedKind &kind, long netId, long id, bool json) {
+    const std::optional<Description> object = kind.read(netId, id);
     requireServerAlive();
     if (!object)
         throw Failure(QStringLiteral("network %1 has no %2 of kind %3; without a number \"show\" lists those "
                                      "that it has")
-                          .arg(QString::number(netId), QString::number(options.id), kind.name));
-    if (options.json) {
-        print(QString::fromUtf8(QJsonDocument(object->fields).toJson()));
+                          .arg(QString::number(netId), QString::number(id), kind.name));
+    if (json) {
+        printJson(QJsonDocument(object->fields));
         return;
     }
     QString text;
@@ -77,31 +80,45 @@ void showOne(const NamedKind &kind, long netId, const Options &options) {
 void showList(const NamedKind &kind, long netId, bool json) {
     QJsonArray list;
     QString text;
-    const QList<long> ids = kind.ids(netId);
-    for (const long id : ids) {
-        const std::optional<Description> object = kind.read(netId, id);
-        const QString name = object ? object->name : QStringLiteral("(cannot be read)");
-        list.append(QJsonObject{{QStringLiteral("id"), qint64(id)}, {QStringLiteral("name"), name}});
-        text += QStringLiteral("%1  %2\n").arg(QString::number(id).rightJustified(8), name);
+    const QList<NamedObject> objects = kind.list(netId);
+    for (const NamedObject &object : objects) {
+        if (json)
+            list.append(QJsonObject{{QStringLiteral("id"), qint64(object.id)},
+                                    {QStringLiteral("name"), object.name}});
+        else
+            text += QStringLiteral("%1  %2\n")
+                        .arg(QString::number(object.id).rightJustified(8), printable::line(object.name));
     }
     requireServerAlive();
-    print(json ? QString::fromUtf8(QJsonDocument(list).toJson()) : text);
+    if (json)
+        printJson(QJsonDocument(list));
+    else
+        print(text);
 }
 
 void show(const Options &options) {
     const NamedKind &kind = kindCalled(QString::fromStdString(options.kind));
     const OpenStore store(QString::fromStdString(options.store), Access::Read);
-    // What the kind refers to stays in memory until it is shown.
-    NetworkObjects network = openNetwork(options.net);
-    const long netId = network.record.netId;
-    if (kind.before != Before::Nothing)
-        network.links = readAll<Link>(netId);
-    if (kind.before == Before::SignalGroups)
-        network.traffic.signalGroups = readAll<SignalGroup>(netId);
-    if (options.id < 0)
+    const NetRecord record = openNetwork(chosenNetwork(options.net)).record;
+    const long netId = record.netId;
+    if (options.id.empty()) {
         showList(kind, netId, options.json);
-    else
-        showOne(kind, netId, options);
+        return;
+    }
+    // What the object refers to is found among the current network's, which is read at one go. What cannot
+    // be read of it is missed by the object alone.
+    NetworkObjects network;
+    if (kind.before != Before::Nothing && !DBTools::loadNet(gDB, netId, network))
+        refuseReading(QStringLiteral("network \"%1\"").arg(record.name));
+    showOne(kind, netId, std::stol(options.id), options.json);
+}
+
+/// CLI's own check of a number that is not negative gives the largest one in 309 digits.
+std::string checkId(const std::string &text) {
+    bool isNumber = false;
+    const int id = QString::fromStdString(text).toInt(&isNumber);
+    return isNumber && id >= 0 ? std::string()
+                               : "\"" + text + "\" is no number of an object; give one from 0 to 2147483647";
 }
 
 } // namespace
@@ -113,11 +130,10 @@ void addShow(CLI::App &program, Run &run) {
     command->add_option("STORE", options->store, kStoreHelp)->required();
     command->add_option("KIND", options->kind, kindNames().toStdString())->required();
     command->add_option("ID", options->id, "Number of the object; without it all are listed")
-        ->check(CLI::NonNegativeNumber);
-    command->add_option("--net", options->net, "Number of the network; default: the store's first")
-        ->type_name("ID");
+        ->check(checkId, std::string());
+    command->add_option("--net", options->net, kNetHelp)->type_name("NET");
     command->add_flag("--json", options->json, "As JSON");
-    command->callback([options, &run] { run = [options] { show(*options); }; });
+    command->callback([options, &run] { run.work = [options] { show(*options); }; });
 }
 
 } // namespace commands

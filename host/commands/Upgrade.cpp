@@ -18,14 +18,16 @@ void addUpgrade(CLI::App &program, Run &run) {
     command->add_option("STORE", options->store, "Path of the store")->required();
     command->add_flag("--no-backup", options->noBackup, "Keep no copy");
     command->callback([options, &run] {
-        run = [options] {
+        run.work = [options] {
             const StoreAddress address(QString::fromStdString(options->store));
             if (address.isServer())
                 throw Failure(
                     QStringLiteral("%1: only store files are upgraded; a database on a server is current "
                                    "from the start")
                         .arg(address.name()));
-            print(upgradeStore(address.path(), !options->noBackup).toText(address.path()));
+            const StoreUpgrade upgrade = upgradeStore(address.path(), !options->noBackup);
+            print(upgrade.toText(address.path()),
+                  upgrade.wasCurrent ? QString() : QStringLiteral("the store is current now"));
         };
     });
 }

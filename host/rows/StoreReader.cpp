@@ -97,22 +97,14 @@ void StoreReader::takeOlderArrivals() {
     mTables.insert(current, arrivals);
 }
 
-QList<StoreReader::Network> StoreReader::networksOf(const std::vector<long> &ids) const {
-    if (ids.empty()) {
-        if (mNetworks.isEmpty())
-            throw Failure(QStringLiteral("%1: the store has no network; import one first").arg(mName));
+QList<StoreReader::Network> StoreReader::networksOf(const std::vector<std::string> &wanted) const {
+    if (wanted.empty() && mNetworks.isEmpty())
+        throw Failure(QStringLiteral("%1: the store has no network; import one first").arg(mName));
+    if (wanted.empty())
         return mNetworks;
-    }
     QList<Network> chosen;
-    for (const long id : ids) {
-        const auto known = std::find_if(mNetworks.begin(), mNetworks.end(),
-                                        [id](const Network &network) { return network.id == id; });
-        if (known == mNetworks.end())
-            throw Failure(QStringLiteral("%1: the store has no network %2; \"morastore info\" lists those "
-                                         "that it has")
-                              .arg(mName, QString::number(id)));
-        chosen.append(*known);
-    }
+    for (const std::string &one : wanted)
+        chosen.append(networkCalled(QString::fromStdString(one), mNetworks));
     return chosen;
 }
 

@@ -2,12 +2,14 @@
 
 #include "host/rows/NetworkTables.h"
 #include "host/rows/StoreTables.h"
+#include "host/store/NetworkChoice.h"
 #include "host/store/StoreAddress.h"
 
 #include <QList>
 #include <QVector>
 
 #include <functional>
+#include <string>
 #include <vector>
 
 class QSqlQuery;
@@ -19,10 +21,7 @@ enum class Language { Unknown, Chinese, English };
 /// other way, and what is read is its state at one moment. One at a time.
 class StoreReader {
 public:
-    struct Network {
-        long id = 0;
-        QString name;
-    };
+    using Network = NamedNetwork;
     using Row = QVector<QVariant>;
 
     /// Throws `Failure` when the store cannot be had.
@@ -36,8 +35,9 @@ public:
     const StoreTable *table(const QString &named) const;
     /// All networks. An older store always has one: without a record of its own it is called after its file.
     const QList<Network> &networks() const { return mNetworks; }
-    /// Those of the ids, or all without any. Throws `Failure` for an id that no network has.
-    QList<Network> networksOf(const std::vector<long> &ids) const;
+    /// Those that `wanted` names, by number or name, or all without any. Throws `Failure` for one that the
+    /// store does not have.
+    QList<Network> networksOf(const std::vector<std::string> &wanted) const;
 
     enum class Order {
         Written,  ///< as the rows were written, where the engine knows

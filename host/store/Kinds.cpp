@@ -1,8 +1,12 @@
 #include "host/store/Kinds.h"
 
 #include "host/store/OpenStore.h"
+#include "host/store/StoreInfo.h"
 #include "model/Net.h"
 #include "store/DBTools.h"
+
+#include <QSqlError>
+#include <QSqlQuery>
 
 #include <algorithm>
 
@@ -13,19 +17,45 @@ using Ids = bool (*)(QSqlDatabase &, long, QList<long> &);
 template <class T>
 using Read = T *(*)(QSqlDatabase &, long, long);
 
+/// Where the ids and names of a kind's objects stand.
+struct NameColumns {
+    const char *table;
+    const char *id;
+    const char *name; ///< an expression where there is no such column
+};
+
 /// How a kind is listed and read.
 template <class T>
 struct KindReader {
     const char *kind = nullptr; ///< as `morastore info` calls it
     const char *word = nullptr;
     Before before = Before::Nothing;
+    std::function<QList<NamedObject>(long)> list;
     std::function<QList<long>(long)> ids;
     std::function<std::unique_ptr<T>(long, long)> read;
 };
 
+std::function<QList<NamedObject>(long)> listOf(const NameColumns &columns) {
+    return [columns](long netId) {
+        QSqlQuery rows = rowsOfNetwork(
+            QStringLiteral("%1, %2").arg(QLatin1String(columns.id), QLatin1String(columns.name)),
+            columns.table, netId, QStringLiteral(" order by ") + QLatin1String(columns.id));
+        QList<NamedObject> list;
+        while (rows.next())
+            list.append({long(qint32(rows.value(0).toLongLong())), rows.value(1).toString()});
+        if (rows.lastError().isValid())
+            refuseReading(QLatin1String(columns.table), rows.lastError().databaseText());
+        return list;
+    };
+}
+
 template <class T>
-KindReader<T> make(const char *kind, const char *word, Before before, Ids<T> ids, Read<T> read) {
-    return {kind, word, before,
+KindReader<T> make(const char *kind, const char *word, Before before, const NameColumns &columns, Ids<T> ids,
+                   Read<T> read) {
+    return {kind,
+            word,
+            before,
+            listOf(columns),
             [ids, word](long netId) {
                 QList<long> list;
                 if (!ids(gDB, netId, list))
@@ -39,12 +69,24 @@ KindReader<T> make(const char *kind, const char *word, Before before, Ids<T> ids
 /// A kind that the library reads as a whole.
 template <class T, class ReadList>
 KindReader<T> makeOfList(const char *kind, const char *word, const ReadList &readList) {
-    return {kind, word, Before::Nothing,
-            [readList](long netId) {
+    const auto list = [readList](long netId) {
+        QList<NamedObject> objects;
+        for (const T &object : readList(netId)) {
+            const Description description = describe(object);
+            objects.append({description.id, description.name});
+        }
+        std::sort(objects.begin(), objects.end(),
+                  [](const NamedObject &a, const NamedObject &b) { return a.id < b.id; });
+        return objects;
+    };
+    return {kind,
+            word,
+            Before::Nothing,
+            list,
+            [list](long netId) {
                 QList<long> ids;
-                for (const T &object : readList(netId))
-                    ids.append(describe(object).id);
-                std::sort(ids.begin(), ids.end());
+                for (const NamedObject &object : list(netId))
+                    ids.append(object.id);
                 return ids;
             },
             [readList](long netId, long id) -> std::unique_ptr<T> {
@@ -71,6 +113,17 @@ QHash<long, VehicleComposition> compositionsOf(long netId) {
     return compositions;
 }
 
+std::unique_ptr<AccidentZone> ofWholeNetwork(long netId, long zoneId) {
+    NetContents contents;
+    if (!DBTools::loadNet(gDB, netId, contents))
+        refuseReading(QStringLiteral("network \"%1\"").arg(gNet.netName()));
+    for (std::unique_ptr<AccidentZone> &zone : contents.traffic.accidentZones) {
+        if (zone->accidentZoneId == zoneId)
+            return std::move(zone);
+    }
+    return nullptr;
+}
+
 template <class T>
 KindReader<T> access();
 
@@ -86,7 +139,10 @@ KindReader<VehicleType> access() {
 template <>
 KindReader<VehicleComposition> access() {
     // Only the single read tells which composition is the default.
-    return {"vehicleCompositions", "vehicle composition", Before::Nothing,
+    return {"vehicleCompositions",
+            "vehicle composition",
+            Before::Nothing,
+            listOf({"VehicleConstitutent", "vehicleConsCode", "name"}),
             [](long netId) {
                 QList<long> codes = compositionsOf(netId).keys();
                 std::sort(codes.begin(), codes.end());
@@ -100,7 +156,8 @@ KindReader<VehicleComposition> access() {
 template <>
 KindReader<DeparturePoint> access() {
     KindReader<DeparturePoint> departurePoints = make<DeparturePoint>(
-        "departurePoints", "departure point", Before::Nothing, DBTools::selectDeparturePointIds, nullptr);
+        "departurePoints", "departure point", Before::Nothing, {"DeparturePoint", "departurePointID", "name"},
+        DBTools::selectDeparturePointIds, nullptr);
     departurePoints.read = [](long netId, long id) {
         QHash<long, VehicleComposition> compositions = compositionsOf(netId);
         return std::unique_ptr<DeparturePoint>(DBTools::selectDeparturePoint(gDB, netId, compositions, id));
@@ -111,13 +168,15 @@ KindReader<DeparturePoint> access() {
 template <>
 KindReader<DecisionPoint> access() {
     return make<DecisionPoint>("decisionPoints", "decision point", Before::Links,
+                               {"DecisionPoint", "deciPointID", "deciPointName"},
                                DBTools::selectDecisionPointIDs, DBTools::selectDecisionPointByID);
 }
 
 template <>
 KindReader<Routing> access() {
     KindReader<Routing> routes =
-        make<Routing>("routes", "route", Before::Links, nullptr, DBTools::selectRoutingByID);
+        make<Routing>("routes", "route", Before::Links, {"Routing", "routingID", "routingName"}, nullptr,
+                      DBTools::selectRoutingByID);
     routes.ids = [](long netId) {
         QList<long> points;
         QList<long> ids;
@@ -132,27 +191,30 @@ KindReader<Routing> access() {
 
 template <>
 KindReader<SignalGroup> access() {
-    return make<SignalGroup>("signalGroups", "signal group", Before::Nothing, DBTools::selectSignalGroupIDs,
+    return make<SignalGroup>("signalGroups", "signal group", Before::Nothing,
+                             {"SignalGroup", "signalGroupID", "name"}, DBTools::selectSignalGroupIDs,
                              DBTools::selectSignalGroupByID);
 }
 
 template <>
 KindReader<SignalLamp> access() {
-    return make<SignalLamp>("signalLamps", "signal lamp", Before::SignalGroups, DBTools::selectSignalLampIDs,
+    return make<SignalLamp>("signalLamps", "signal lamp", Before::SignalGroups,
+                            {"SignalLamp", "signalLampID", "name"}, DBTools::selectSignalLampIDs,
                             DBTools::selectSignalLampByID);
 }
 
 template <>
 KindReader<VehicleDetector> access() {
     return make<VehicleDetector>("vehicleDetectors", "vehicle detector", Before::Nothing,
+                                 {"VehicleDetector", "vehicleDetectorId", "name"},
                                  DBTools::selectVehicleDetectorIds, DBTools::selectVehicleDetector);
 }
 
 template <>
 KindReader<VehicleQueueCounter> access() {
-    KindReader<VehicleQueueCounter> counters =
-        make<VehicleQueueCounter>("queueCounters", "queue counter", Before::Nothing,
-                                  DBTools::selectVehicleQueueCounterIds, DBTools::selectVehicleQueueCounter);
+    KindReader<VehicleQueueCounter> counters = make<VehicleQueueCounter>(
+        "queueCounters", "queue counter", Before::Nothing, {"VehicleQueueCounter", "QueueCounterID", "name"},
+        DBTools::selectVehicleQueueCounterIds, DBTools::selectVehicleQueueCounter);
     const auto read = counters.read;
     counters.read = [read](long netId, long id) {
         auto counter = read(netId, id);
@@ -164,6 +226,7 @@ KindReader<VehicleQueueCounter> access() {
 template <>
 KindReader<VehicleTravelDetector> access() {
     return make<VehicleTravelDetector>("travelTimeDetectors", "travel-time detector", Before::Nothing,
+                                       {"VehicleTravelDetector", "detectorId", "name"},
                                        DBTools::selectVehicleTravelDetectorIds,
                                        DBTools::selectVehicleTravelDetector);
 }
@@ -172,6 +235,7 @@ template <>
 KindReader<VehicleDrivInfoCollector> access() {
     KindReader<VehicleDrivInfoCollector> collectors =
         make<VehicleDrivInfoCollector>("drivingDataCollectors", "driving-data collector", Before::Nothing,
+                                       {"VehicleDrivInfoCollecter", "collecterID", "name"},
                                        DBTools::selectVehicleDrivInfoCollectorIds, nullptr);
     collectors.read = [](long netId, long id) {
         return ifOfId(DBTools::selectVehicleDrivInfoCollector(gDB, netId, id), id);
@@ -181,48 +245,59 @@ KindReader<VehicleDrivInfoCollector> access() {
 
 template <>
 KindReader<BusStation> access() {
-    return make<BusStation>("busStations", "bus station", Before::Links, DBTools::selectBusStationIds,
+    return make<BusStation>("busStations", "bus station", Before::Links,
+                            {"BusStation", "busStationID", "name"}, DBTools::selectBusStationIds,
                             DBTools::selectBusStation);
 }
 
 template <>
 KindReader<BusLine> access() {
-    return make<BusLine>("busLines", "bus line", Before::Links, DBTools::selectBusLineIds,
-                         DBTools::selectBusLine);
+    return make<BusLine>("busLines", "bus line", Before::Links, {"BusLine", "busLineID", "name"},
+                         DBTools::selectBusLineIds, DBTools::selectBusLine);
 }
 
 template <>
 KindReader<ReduceSpeedArea> access() {
     return make<ReduceSpeedArea>("speedReductionAreas", "speed reduction area", Before::Nothing,
+                                 {"ReduceSpeedArea", "reduceSpeedAreaID", "name"},
                                  DBTools::selectReduceSpeedAreaIds, DBTools::selectReduceSpeedArea);
 }
 
 template <>
 KindReader<AccidentZone> access() {
-    return make<AccidentZone>("accidentZones", "accident zone", Before::Nothing,
-                              DBTools::selectAccidentZoneIds, DBTools::selectAccidentZone);
+    KindReader<AccidentZone> zones = make<AccidentZone>(
+        "accidentZones", "accident zone", Before::Nothing, {"AccidentZone", "accidentZoneId", "name"},
+        DBTools::selectAccidentZoneIds, DBTools::selectAccidentZone);
+    // The library finds a zone by its id in whichever network has one. Only a whole load keeps them apart.
+    zones.read = [single = zones.read](long netId, long id) {
+        return DBTools::dbVer() >= 6 ? ofWholeNetwork(netId, id) : single(netId, id);
+    };
+    return zones;
 }
 
 template <>
 KindReader<RoadWorkZone> access() {
     return make<RoadWorkZone>("roadWorkZones", "road-work zone", Before::Nothing,
-                              DBTools::selectRoadWorkZoneIds, DBTools::selectRoadWorkZone);
+                              {"RoadWorkZone", "roadWorkZoneId", "name"}, DBTools::selectRoadWorkZoneIds,
+                              DBTools::selectRoadWorkZone);
 }
 
 template <>
 KindReader<Link> access() {
-    return make<Link>("links", "link", Before::Nothing, DBTools::selectLinkIDs, DBTools::selectLinkByID);
+    return make<Link>("links", "link", Before::Nothing, {"Link", "linkID", "linkName"},
+                      DBTools::selectLinkIDs, DBTools::selectLinkByID);
 }
 
 template <>
 KindReader<Connector> access() {
-    return make<Connector>("connectors", "connector", Before::Links, DBTools::selectConnectorIDs,
-                           DBTools::selectConnectorByID);
+    return make<Connector>("connectors", "connector", Before::Links, {"Connector", "connID", "connName"},
+                           DBTools::selectConnectorIDs, DBTools::selectConnectorByID);
 }
 
 template <>
 KindReader<GuideArrow> access() {
-    return make<GuideArrow>("guideArrows", "guide arrow", Before::Nothing, DBTools::selectGuideArrowIDs,
+    return make<GuideArrow>("guideArrows", "guide arrow", Before::Nothing,
+                            {"GuideArrow", "guideArrowID", "''"}, DBTools::selectGuideArrowIDs,
                             DBTools::selectGuideArrowByID);
 }
 
@@ -276,7 +351,7 @@ KindReader<Configuration> access() {
 template <class T>
 NamedKind named() {
     const KindReader<T> kind = access<T>();
-    return {QLatin1String(kind.kind), kind.before, kind.ids,
+    return {QLatin1String(kind.kind), kind.before, kind.list,
             [read = kind.read](long netId, long id) -> std::optional<Description> {
                 const std::unique_ptr<T> object = read(netId, id);
                 return object ? std::optional<Description>(describe(*object)) : std::nullopt;

@@ -26,11 +26,19 @@ void readTraffic(long netId, TrafficObjects &into);
 /// What must have been read before objects of a kind.
 enum class Before { Nothing, Links, SignalGroups };
 
+/// An object as a list of its kind shows it.
+struct NamedObject {
+    long id = 0;
+    QString name;
+};
+
 /// A kind of object, whatever its class.
 struct NamedKind {
     QString name; ///< as `morastore info` calls it
     Before before;
-    std::function<QList<long>(long netId)> ids; ///< ascending
+    /// All that the store lists, in ascending order of ids, whether they can be read or not: by one
+    /// statement. Throws `Failure` when the list cannot be read.
+    std::function<QList<NamedObject>(long netId)> list;
     /// Nothing where the store has no such object.
     std::function<std::optional<Description>(long netId, long id)> read;
 };

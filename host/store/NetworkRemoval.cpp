@@ -56,25 +56,11 @@ void requireEmptied(const Net &net) {
 
 } // namespace
 
-NetworkInfo networkCalled(const QString &wanted) {
-    bool isNumber = false;
-    const long id = wanted.toLong(&isNumber);
-    const QList<Net> nets = DBTools::selectNets(gDB);
-    QList<Net> found;
-    const auto collect = [&](const auto &matches) {
-        std::copy_if(nets.cbegin(), nets.cend(), std::back_inserter(found), matches);
-    };
-    if (isNumber)
-        collect([id](const Net &net) { return net.id() == id; });
-    if (found.isEmpty())
-        collect([&wanted](const Net &net) { return net.netName() == wanted; });
-    if (found.isEmpty())
-        throw Failure(
-            QStringLiteral("the store holds no network \"%1\"; \"morastore info\" lists them").arg(wanted));
-    if (found.size() > 1)
-        throw Failure(QStringLiteral("the store holds %1 networks \"%2\"; give the number of one")
-                          .arg(QString::number(found.size()), wanted));
-    NetworkInfo info = takeStockOf(found.first());
+NetworkInfo takeStockBeforeRemoval(long netId) {
+    const Net *net = DBTools::selectNetById(gDB, netId);
+    if (!net)
+        refuseReading(QStringLiteral("network %1").arg(netId));
+    NetworkInfo info = takeStockOf(*net);
     if (!hasSeveralNetworks())
         info.rows.erase(std::remove_if(info.rows.begin(), info.rows.end(), belongsToStore), info.rows.end());
     return info;

@@ -2,10 +2,8 @@
 
 #include "host/store/StoreInfo.h"
 
-#include <QString>
-
-/// The network of the open store that `wanted` names: its number or else its name. Throws `Failure`.
-NetworkInfo networkCalled(const QString &wanted);
+/// What would go with a network of the open store. Throws `Failure` when it cannot be read.
+NetworkInfo takeStockBeforeRemoval(long netId);
 
 /// Removes a network of the open store as a whole or, on a `Failure`, not at all: its objects, its record
 /// and, in a store of several networks, every other row that is led by its number.

@@ -51,6 +51,9 @@ QString spelled(const QByteArray &value) {
 } // namespace
 
 StoreAddress::StoreAddress(const QString &text) : mIsServer(isConnectionString(text)), mName(text) {
+    if (text.isEmpty())
+        throw Failure(QStringLiteral("the name of the store is empty; give the path of a file, or the "
+                                     "connection string of a database"));
     if (!mIsServer)
         return;
     const Options parsed(PQconninfoParse(text.toUtf8().constData(), nullptr), PQconninfoFree);

@@ -1,5 +1,6 @@
 #include "host/store/StoreInfo.h"
 
+#include "host/Printable.h"
 #include "host/store/OpenStore.h"
 #include "model/Net.h"
 #include "model/SpecialWords.h"
@@ -51,19 +52,28 @@ bool isTableMissing(const QSqlError &error) {
            error.databaseText().startsWith(QLatin1String("no such table"));
 }
 
-/// Runs a query on the rows of one network; invalid when there is no such table.
+/// The first row; invalid when there is no such table.
 QSqlQuery selectOf(const char *columns, const char *table, long netId) {
-    QString sql = QStringLiteral("select %1 from %2").arg(QLatin1String(columns), QLatin1String(table));
-    if (DBTools::dbVer() >= 6)
-        sql += QStringLiteral(" where NetId = %1").arg(netId);
-    QSqlQuery query(gDB);
-    if (!query.exec(sql) && !isTableMissing(query.lastError()))
-        refuseReading(QLatin1String(table), query.lastError().databaseText());
+    QSqlQuery query = rowsOfNetwork(QLatin1String(columns), table, netId);
     query.next();
     return query;
 }
 
 } // namespace
+
+QSqlQuery rowsOfNetwork(const QString &columns, const char *table, long netId, const QString &end) {
+    QString sql = QStringLiteral("select %1 from %2").arg(columns, QLatin1String(table));
+    if (DBTools::dbVer() >= 6)
+        sql += QStringLiteral(" where NetId = %1").arg(netId);
+    QSqlQuery query(gDB);
+    query.setForwardOnly(true);
+    if (!query.exec(sql + end)) {
+        if (!isTableMissing(query.lastError()))
+            refuseReading(QLatin1String(table), query.lastError().databaseText());
+        return QSqlQuery(gDB);
+    }
+    return query;
+}
 
 NetworkInfo takeStockOf(const Net &net) {
     NetworkInfo info;
@@ -135,16 +145,16 @@ QJsonObject StoreInfo::toJson() const {
 
 QString StoreInfo::toText() const {
     QString text = QStringLiteral("store       %1\ngeneration  %2\nlanguage    %3\nnetworks    %4\n")
-                       .arg(path, QString::number(generation),
+                       .arg(printable::line(path), QString::number(generation),
                             isEnglish ? QStringLiteral("English") : QStringLiteral("Chinese"),
                             QString::number(networks.size()));
     for (const NetworkInfo &network : networks) {
         text += QStringLiteral("\nnetwork %1: %2%3\n")
-                    .arg(QString::number(network.id), network.name,
+                    .arg(QString::number(network.id), printable::line(network.name),
                          network.isDefault ? QStringLiteral(" (default)") : QString());
         if (!network.sourceUrl.isEmpty())
             text += QStringLiteral("  %1 %2\n")
-                        .arg(QStringLiteral("source").leftJustified(22), network.sourceUrl);
+                        .arg(QStringLiteral("source").leftJustified(22), printable::line(network.sourceUrl));
         for (const auto &kind : network.rows) {
             if (kind.second > 0)
                 text += QStringLiteral("  %1 %2\n")

@@ -5,6 +5,7 @@
 #include <QString>
 
 class Net;
+class QSqlQuery;
 
 /// What the open store holds.
 struct NetworkInfo {
@@ -30,6 +31,11 @@ struct StoreInfo {
     QJsonObject toJson() const;
     QString toText() const;
 };
+
+/// Asks the open store for `columns` of the rows of network `netId` in a table; `end` closes the statement
+/// (" order by ..."). A store of one network gives all rows, one that lacks the table gives none. Throws
+/// `Failure` when the table cannot be read; while the rows are fetched, the query's error tells.
+QSqlQuery rowsOfNetwork(const QString &columns, const char *table, long netId, const QString &end = {});
 
 /// Takes stock of one network of the open store.
 NetworkInfo takeStockOf(const Net &net);

@@ -243,7 +243,7 @@ TEST_F(Copy, AllOrNothing) {
         [&] {
             return copy(store, store, {QStringLiteral("--net"), QStringLiteral("9")});
         },
-        QStringLiteral("has no network 9"));
+        QStringLiteral("has no network \"9\""));
     change(store,
            {QStringLiteral("update Lane set linkID = 999 where laneID = (select max(laneID) from Lane)"),
             QStringLiteral("update Net set caption = 'a' || char(0) || 'b'")});

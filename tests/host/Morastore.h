@@ -40,6 +40,18 @@ protected:
 
     static Outcome run(const QStringList &arguments) { return start(morastoreProgram(), arguments); }
 
+    /// The program as a shell starts it: `redirections` are its last words ("> /dev/full").
+    static Outcome runInShell(const QStringList &arguments, const char *redirections,
+                              const char *before = "") {
+        return start(
+            QStringLiteral("/bin/sh"),
+            QStringList{
+                QStringLiteral("-c"),
+                QStringLiteral("%1 exec \"$@\" %2").arg(QLatin1String(before), QLatin1String(redirections)),
+                QStringLiteral("sh"), morastoreProgram()} +
+                arguments);
+    }
+
     QString file(const QString &name) const { return mFolder.filePath(name); }
 
     QString newStore(const QString &name = QStringLiteral("store.mora")) const {
@@ -74,6 +86,19 @@ protected:
         }
         QSqlDatabase::removeDatabase(QStringLiteral("outside"));
         return values;
+    }
+
+    /// Executes statements on a store, by a connection of the test's own.
+    static void alter(const QString &path, const QStringList &statements) {
+        {
+            QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), QStringLiteral("alter"));
+            db.setDatabaseName(path);
+            EXPECT_TRUE(db.open());
+            QSqlQuery query(db);
+            for (const QString &sql : statements)
+                EXPECT_TRUE(query.exec(sql)) << query.lastError().text().toStdString();
+        }
+        QSqlDatabase::removeDatabase(QStringLiteral("alter"));
     }
 
     static QList<int> counts(const QString &path) {

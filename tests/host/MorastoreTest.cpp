@@ -152,7 +152,7 @@ TEST_F(Morastore, NewNeverTouchesAnExistingFile) {
         QStringLiteral("no template \"None\""));
     expectRefusal(
         [&] {
-            return run({QStringLiteral("draw"), store, file(QStringLiteral("p.gif"))});
+            return run({QStringLiteral("draw"), store, file(QStringLiteral("p.svg"))});
         },
         QStringLiteral("import one first"));
 }
@@ -225,7 +225,7 @@ TEST_F(Morastore, DrawsPictures) {
             return run({QStringLiteral("draw"), store, file(QStringLiteral("q.svg")), QStringLiteral("--net"),
                         QStringLiteral("7")});
         },
-        QStringLiteral("no network 7"));
+        QStringLiteral("no network \"7\""));
 }
 
 TEST_F(Morastore, ImportsTrafficAndSaysWhatItLeavesOut) {
