@@ -172,11 +172,11 @@ public:
     /// @{
     /// Brings an SQLite store to the current schema; called by openDatabase(). Every step probes first and
     /// acts only when its table is missing, in one transaction; a failed statement is recorded and the
-    /// upgrade goes on.
+    /// upgrade goes on. Does nothing on a server.
     static void updateDatabase(QSqlDatabase &db);
     /// Brings a store of the first generation to the layout that updateDatabase() expects, with its rules for
     /// failures. The host calls it on an open store, then updateDatabase(); dbVer() follows what the store
-    /// says afterwards.
+    /// says afterwards. Does nothing on a store of several networks and on a server.
     static void updateDatabase1x(QSqlDatabase &db);
 
     /// Seeds the dictionaries of a network where it has none yet: link types, vehicle types, the standard

@@ -3,6 +3,8 @@
 #include "store/core/Savepoint.h"
 #include "store/core/StorableValue.h"
 
+#include <QSqlError>
+
 #include <algorithm>
 
 namespace {
@@ -11,6 +13,13 @@ namespace {
 /// as it is.
 QString inDialect(const Store &store, QString text) {
     return store.isPostgreSql() ? text.replace(QLatin1String("[type]"), QLatin1String("type")) : text;
+}
+
+/// Whether a statement was refused for a table or a column that the store does not have.
+/// https://www.sqlite.org/rescode.html, https://www.postgresql.org/docs/15/errcodes-appendix.html
+bool namesWhatIsMissing(const Store &store, const QString &code) {
+    return store.isSqlite() ? code == QLatin1String("1")
+                            : code == QLatin1String("42P01") || code == QLatin1String("42703");
 }
 
 } // namespace
@@ -110,7 +119,16 @@ bool Query::breaksOff() {
     // What failed to execute is not active: that was recorded when it did.
     if (mQuery.isActive() && mQuery.lastError().isValid())
         mBrokeOff = !mStore.check(mQuery);
+    if (mIsPart)
+        mStore.requireAnswer(!mBrokeOff);
     return false;
+}
+
+bool Query::execPart() {
+    mIsPart = true;
+    const bool done = exec();
+    mStore.requireAnswer(done || namesWhatIsMissing(mStore, mQuery.lastError().nativeErrorCode()));
+    return done;
 }
 
 std::optional<bool> Query::returnsRow() {

@@ -59,6 +59,9 @@ public:
     /// @}
     /// Runs the statement, then goes to the first row of its result; false without one.
     bool execAndNext() { return exec() && next(); }
+    /// Runs a statement that reads a part of an object. Without an answer the store is given up, since half
+    /// an object is not what is stored (Store::whole()); a table or column that older stores lack has none.
+    bool execPart();
     /// Runs the statement; whether it returns a row. None when it failed, which is recorded: a failure is no
     /// answer.
     std::optional<bool> returnsRow();
@@ -108,6 +111,7 @@ private:
     bool mPrepareFailed = false;
     bool mRan = false;
     bool mBrokeOff = false;
+    bool mIsPart = false;
     /// The placeholder with a value that cannot be stored, and why; empty when there is none.
     QByteArray mRefusedName;
     QString mRefusal;

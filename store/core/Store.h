@@ -48,6 +48,11 @@ public:
     /// @{ Without an answer to a question that the operation depends on, the store is given up.
     void requireAnswer(bool isThere) const;
     bool lacksAnswer() const { return mLacksAnswer; }
+    /// @p object for the caller to own; null, and the object is gone, when a part of it could not be read.
+    template <class Object>
+    Object *whole(std::unique_ptr<Object> object) const {
+        return mLacksAnswer ? nullptr : object.release();
+    }
     /// @}
 
     /// @{ Whether the operation has a transaction of its own open; Transaction says so.

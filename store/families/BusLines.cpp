@@ -156,7 +156,7 @@ void readRoads(const Store &store, BusLine &line, long lineId) {
     if (!isCurrentNet(store))
         return;
     Query rows(store, kSelectRoads, {lineId});
-    if (!rows.exec())
+    if (!rows.execPart())
         return;
     while (rows.next())
         readRoad(rows, line);
@@ -166,7 +166,7 @@ void readRoads(const Store &store, BusLine &line, long lineId) {
 void readStops(const Store &store, BusLine &line, long lineId, long linkId) {
     Query rows(store, store.hasSeveralNets() ? store.text(kSelectStops, {lineId, store.netId(), linkId})
                                              : store.text(kSelectStops, {lineId, linkId}));
-    if (!rows.exec())
+    if (!rows.execPart())
         return;
     while (rows.next()) {
         auto stop = std::make_unique<BusStationLine>();
@@ -178,7 +178,7 @@ void readStops(const Store &store, BusLine &line, long lineId, long linkId) {
 
 void readArrivals(const Store &store, BusStationLine &stop) {
     Query rows(store, kSelectArrivals, {stop.stationLineID});
-    if (!rows.exec())
+    if (!rows.execPart())
         return;
     while (rows.next())
         stop.mlPassengerArriving.append(readArrival(rows));
@@ -274,7 +274,7 @@ BusLine *read(const Store &store, long lineId) {
         readStops(store, *line, lineId, linkId);
     for (BusStationLine *stop : qAsConst(line->mlStationLine))
         readArrivals(store, *stop);
-    return line.release();
+    return store.whole(std::move(line));
 }
 
 bool listIds(const Store &store, QList<long> &ids) {

@@ -228,7 +228,7 @@ bool readLaneConnector(Row &row, Connector &connector) {
 
 void readLaneConnectors(const Store &store, Connector &connector) {
     Query rows(store, kSelectLaneConnectors, {connector.connID});
-    if (!rows.exec())
+    if (!rows.execPart())
         return;
     while (rows.next())
         readLaneConnector(rows, connector);
@@ -268,7 +268,7 @@ Connector *read(const Store &store, long connectorId) {
     row.finish();
     readLaneConnectors(store, *connector);
     gNet.enter(connector.get());
-    return connector.release();
+    return store.whole(std::move(connector));
 }
 
 void load(NetLoad &net) {

@@ -154,7 +154,7 @@ DecisionPoint *read(const Store &store, long id) {
     row.finish();
     readRoutes(store, *point, id);
     readFlows(store, *point);
-    return point.release();
+    return store.whole(std::move(point));
 }
 
 bool listIds(const Store &store, QList<long> &ids) {

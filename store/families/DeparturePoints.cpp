@@ -77,7 +77,7 @@ bool insertIntervals(const Store &store, const DeparturePoint &point) {
 void readIntervals(const Store &store, const QHash<long, VehicleComposition> &compositions,
                    DeparturePoint &point) {
     Query rows(store, kSelectIntervals, {point.departurePointID});
-    if (!rows.exec())
+    if (!rows.execPart())
         return;
     while (rows.next())
         point.mlInterval.append(readInterval(rows, compositions));
@@ -101,7 +101,7 @@ DeparturePoint *read(const Store &store, const QHash<long, VehicleComposition> &
     readRow(row, *point);
     row.finish();
     readIntervals(store, compositions, *point);
-    return point.release();
+    return store.whole(std::move(point));
 }
 
 bool listIds(const Store &store, QList<long> &ids) {

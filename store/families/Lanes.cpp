@@ -99,7 +99,7 @@ void readRow(Row &row, const char *serialNumber, Lane &lane) {
 
 void readRestrictions(const Store &store, Lane &lane) {
     Query rows(store, kSelectRestrictions, {lane.laneID});
-    if (!rows.exec())
+    if (!rows.execPart())
         return;
     while (rows.next())
         lane.mlLimitVehicle.append({rows.id("VehicleTypeCode"), rows.text("VehicleTypeName")});
@@ -169,7 +169,7 @@ void readAll(const Store &store, Link &link) {
     Query rows(store, store.hasMisspeltSerialNumber()
                           ? fillNumber(QString::fromLatin1(kSelectMisspelt), link.linkID)
                           : store.text(kSelect, {link.linkID}));
-    if (!rows.exec())
+    if (!rows.execPart())
         return;
     while (rows.next()) {
         auto lane = std::make_unique<Lane>();

@@ -220,7 +220,7 @@ void takeHeights(Link &link) {
 
 void readVertices(const Store &store, Link &link) {
     Query rows(store, kSelectVertices, {link.linkID});
-    if (!rows.exec())
+    if (!rows.execPart())
         return;
     while (rows.next()) {
         auto vertex = std::make_unique<Vertex>();
@@ -232,7 +232,7 @@ void readVertices(const Store &store, Link &link) {
 
 QString readNodeName(const Store &store, long nodeId) {
     Query row(store, kSelectNode, {nodeId});
-    return row.execAndNext() ? row.text("nodeName") : QString();
+    return row.execPart() && row.next() ? row.text("nodeName") : QString();
 }
 
 /// Gives a link the nodes that its row names, where it has vertices for them to stand on.
@@ -464,12 +464,12 @@ Link *read(const Store &store, long linkId) {
     readVertices(store, *link);
     addNodes(*link, nodes, [&store](long nodeId) { return readNodeName(store, nodeId); });
     lanes::readAll(store, *link);
-    if (isCurrent) {
+    if (isCurrent && !store.lacksAnswer()) {
         gNet.enter(link.get());
         for (Lane *lane : qAsConst(link->mlLane))
             gNet.enter(lane);
     }
-    return link.release();
+    return store.whole(std::move(link));
 }
 
 void load(NetLoad &net) {

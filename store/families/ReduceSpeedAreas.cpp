@@ -79,7 +79,7 @@ template <class Child, std::size_t N>
 void readChildren(const Store &store, const Sql &sql, const Column<Child> (&columns)[N], long areaId,
                   QList<Child *> &children) {
     Query rows(store, sql, {areaId});
-    if (!rows.exec())
+    if (!rows.execPart())
         return;
     while (rows.next()) {
         auto child = std::make_unique<Child>();
@@ -147,7 +147,7 @@ ReduceSpeedArea *read(const Store &store, long areaId) {
     readChildren(store, kSelectVehiTypes, kVehiTypeColumns, areaId, area->mlSpeedVehiType);
     if (store.hasSeveralNets())
         sortByCode(area->mlSpeedVehiType);
-    return area.release();
+    return store.whole(std::move(area));
 }
 
 bool listIds(const Store &store, QList<long> &ids) {

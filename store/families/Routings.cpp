@@ -152,7 +152,7 @@ private:
 
 void readChains(const Store &store, Routing &route, long routingId) {
     Query rows(store, kSelectChainLinks, {routingId});
-    if (!rows.exec() || !isCurrentNet(store))
+    if (!rows.execPart() || !isCurrentNet(store))
         return;
     ChainReader reader;
     while (rows.next())
@@ -177,12 +177,12 @@ Routing *read(const Store &store, long routingId) {
     std::unique_ptr<Routing> route = readRow(row);
     row.finish();
     readChains(store, *route, routingId);
-    return route.release();
+    return store.whole(std::move(route));
 }
 
 bool listIds(const Store &store, long deciPointId, QList<long> &ids) {
     Query rows(store, kSelectIds, {deciPointId});
-    rows.exec();
+    rows.execPart();
     while (rows.next())
         ids.append(rows.firstId());
     return true;
@@ -203,7 +203,7 @@ bool insertFlowRatios(const Store &store, long start, RoutingFlowByInterval *int
 
 bool readFlowRatios(const Store &store, QList<RoutingFLowRatio *> &ratios, long routingId) {
     Query rows(store, kSelectFlowRatios, {routingId});
-    if (!rows.exec())
+    if (!rows.execPart())
         return false;
     while (rows.next())
         ratios.append(readRatio(rows, routingId).release());

@@ -121,7 +121,7 @@ Online::ColorInterval readColor(Row &row) {
 /// Phases come in the store's row order.
 void readPhases(const Store &store, SignalGroup &group, long groupId) {
     Query rows(store, kSelectPhases, {groupId});
-    if (!rows.exec())
+    if (!rows.execPart())
         return;
     while (rows.next())
         group.mlPhase.append(readPhase(rows).release());
@@ -132,7 +132,7 @@ void readColors(const Store &store, SignalPhase &phase) {
     Query rows(store, store.hasMisspeltSerialNumber()
                           ? fillNumber(QString::fromLatin1(kSelectColorsMisspelt), id)
                           : store.text(kSelectColors, {id}));
-    if (!rows.exec())
+    if (!rows.execPart())
         return;
     while (rows.next())
         phase.mlColor.append(readColor(rows));
@@ -161,7 +161,7 @@ SignalGroup *read(const Store &store, long id) {
         if (isCurrentNet(store))
             gNet.enter(phase);
     }
-    return group.release();
+    return store.whole(std::move(group));
 }
 
 bool listIds(const Store &store, QList<long> &ids) {

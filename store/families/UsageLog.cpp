@@ -112,7 +112,7 @@ bool read(const Store &store, QList<Logger> &events, int limit) {
         readAll(rows, kColumns, event);
         events.append(event);
     }
-    return true;
+    return rows.isComplete();
 }
 
 } // namespace usagelog

@@ -91,7 +91,8 @@ bool readAll(const Store &store, QHash<long, VehicleComposition> &compositions) 
     rows.finish();
     for (VehicleComposition &composition : read) {
         composition.mlDetail = readDetails(store, composition.vehicleConsCode);
-        compositions.insert(composition.vehicleConsCode, composition);
+        if (!store.lacksAnswer())
+            compositions.insert(composition.vehicleConsCode, composition);
     }
     return true;
 }
@@ -104,13 +105,13 @@ VehicleComposition read(const Store &store, long consCode) {
     readRow(row, composition);
     row.finish();
     composition.mlDetail = readDetails(store, consCode);
-    return composition;
+    return store.lacksAnswer() ? VehicleComposition() : composition;
 }
 
 QList<VehicleConsDetail> readDetails(const Store &store, long consCode) {
     QList<VehicleConsDetail> details;
     Query rows(store, kSelectDetails, {consCode});
-    if (!rows.exec())
+    if (!rows.execPart())
         return details;
     while (rows.next()) {
         VehicleConsDetail detail;

@@ -79,7 +79,7 @@ bool insertTypes(const Store &store, const VehicleDetector &detector) {
 
 void readTypes(const Store &store, VehicleDetector &detector, long detectorId) {
     Query rows(store, kSelectTypes, {detectorId});
-    if (!rows.exec())
+    if (!rows.execPart())
         return;
     QList<long> codes;
     while (rows.next())
@@ -118,7 +118,7 @@ VehicleDetector *read(const Store &store, long detectorId) {
     readRow(row, *detector);
     row.finish();
     readTypes(store, *detector, detectorId);
-    return detector.release();
+    return store.whole(std::move(detector));
 }
 
 bool listIds(const Store &store, QList<long> &ids) {

@@ -88,7 +88,7 @@ ZoneLane *readLane(Row &row, long zoneId) {
 
 void readLanes(const Store &store, const Sql &select, long zoneId, QList<ZoneLane *> &lanes) {
     Query rows(store, select, {zoneId});
-    if (!rows.exec())
+    if (!rows.execPart())
         return;
     while (rows.next())
         lanes.append(readLane(rows, zoneId));
@@ -158,7 +158,7 @@ AccidentZone *readAccident(const Store &store, long zoneId) {
     readRow(row, *zone);
     row.finish();
     readLanes(store, kSelectAccidentLanes, zoneId, zone->mlLane);
-    return zone.release();
+    return store.whole(std::move(zone));
 }
 
 RoadWorkZone *readRoadWork(const Store &store, long zoneId) {
@@ -169,7 +169,7 @@ RoadWorkZone *readRoadWork(const Store &store, long zoneId) {
     readRow(row, *zone);
     row.finish();
     readLanes(store, kSelectRoadWorkLanes, zoneId, zone->mlLane);
-    return zone.release();
+    return store.whole(std::move(zone));
 }
 
 bool listAccidentIds(const Store &store, QList<long> &ids) {

@@ -71,25 +71,34 @@ bool isNoStoreFile(const QString &path, FailureList &failures) {
     return true;
 }
 
-/// The library's statements double the quotes of a text and leave its backslashes alone, whatever the server
-/// is set to.
-bool setStandardStrings(const QSqlDatabase &db, FailureList &failures) {
-    if (db.driverName() != QLatin1String("QPSQL"))
-        return true;
-    QSqlQuery setting(db);
-    setting.exec(QStringLiteral("set standard_conforming_strings = on"));
-    return checkStatement(setting, failures);
+/// Opens a connection that takes a backslash in a text for what it is, as the library's statements count on.
+/// The driver finds out while it connects what the server is set to, and escapes bound texts accordingly: to
+/// change the setting afterwards would double their backslashes.
+bool openWithPlainBackslashes(QSqlDatabase &db) {
+    if (!db.open() || db.driverName() != QLatin1String("QPSQL"))
+        return db.isOpen();
+    {
+        QSqlQuery setting(QStringLiteral("show standard_conforming_strings"), db);
+        if (!setting.next() || setting.value(0).toString() == QLatin1String("on"))
+            return true;
+    }
+    db.close();
+    QString options =
+        qEnvironmentVariable("PGOPTIONS") + QStringLiteral(" -c standard_conforming_strings=on");
+    options.replace(QLatin1Char('\\'), QLatin1String("\\\\"))
+        .replace(QLatin1Char('\''), QLatin1String("\\'"));
+    db.setConnectOptions(QStringLiteral("options='%1'").arg(options));
+    return db.open();
 }
 
 /// Opens the connection and asks what must be known before anything of the store is used. A connection that
 /// cannot be opened passes: it has its record when it is validated.
 bool openGuarded(QSqlDatabase &db, FailureList &failures) {
-    if (!db.open())
+    if (!openWithPlainBackslashes(db))
         return true;
     connectionguard::harden(db);
     const connectionguard::QuickQuestions quick(db);
-    return setStandardStrings(db, failures) &&
-           schemaguard::hasPlainTables(db, QDir::toNativeSeparators(db.databaseName()), failures);
+    return schemaguard::hasPlainTables(db, QDir::toNativeSeparators(db.databaseName()), failures);
 }
 
 } // namespace

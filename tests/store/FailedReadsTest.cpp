@@ -1,5 +1,6 @@
 #include "model/Net.h"
 #include "model/NetContents.h"
+#include "model/SignalGroup.h"
 #include "tests/support/Builders.h"
 #include "tests/support/OldStores.h"
 #include "tests/support/OtherProcess.h"
@@ -307,6 +308,132 @@ TEST_F(UnreadableVersionTest, OnAServerALockThatIsNotHadInTimeIsAFailure) {
     EXPECT_EQ(count(QStringLiteral("Link")), links);
     EXPECT_TRUE(DBTools::removeNetData(gDB, 2, true));
     EXPECT_EQ(count(QStringLiteral("Link")), links - 1);
+}
+
+/// Answers that operations depend on, on files.
+class UnansweredTest : public StoreKindFixture {};
+
+TEST_P(UnansweredTest, NoNetworkIsWrittenTwice) {
+    const QString name = gNet.name;
+    NetContents contents;
+    contents.record.name = QStringLiteral("another");
+    {
+        const Reads reads("Net");
+        EXPECT_FALSE(DBTools::insertNet(gDB, 9, name, {}, {}, {}, QString(), true));
+        EXPECT_EQ(failureCount(), 1);
+        EXPECT_FALSE(hasSeveralNets() && DBTools_V6::insertNet(gDB, kNet, name, {}, {}, {}, {}, true, true));
+        clearFailures();
+        EXPECT_FALSE(DBTools::saveNet(gDB, kNet, contents, true));
+        EXPECT_EQ(failureCount(), 1);
+    }
+    EXPECT_EQ(count(QStringLiteral("Net")), 1);
+}
+
+TEST_P(UnansweredTest, NoIdentifierIsDrawnWhereTheOnesInUseCannotBeRead) {
+    ASSERT_TRUE(DBTools::insertLink(gDB, kNet, sampleLink(40).get(), true));
+    long id = 7;
+    ASSERT_TRUE(DBTools::getIDByTableName(gDB, QStringLiteral("Link"), id));
+    EXPECT_EQ(id, hasSeveralNets() ? 1 : 41);
+    const QString question = QStringLiteral("select ID from IDGenerater where TableName = 'Link'");
+    const QStringList counter = rows(question);
+    DBTools::mhId.clear();
+    id = 7;
+    {
+        const Reads reads("Link");
+        EXPECT_FALSE(DBTools::getIDByTableName(gDB, QStringLiteral("Link"), id));
+        EXPECT_EQ(id, hasSeveralNets() ? 0 : 7);
+        EXPECT_EQ(failureCount(), 1);
+        EXPECT_EQ(DBTools::getMaxID(gDB, kNet, QStringLiteral("Link")), 0);
+        EXPECT_EQ(failureCount(), 2);
+    }
+    EXPECT_EQ(rows(question), counter);
+    clearFailures();
+    EXPECT_EQ(DBTools::getMaxID(gDB, kNet, QStringLiteral("Link; drop table Net")), 0);
+    EXPECT_EQ(failureCount(), 0) << "a table without an id column";
+    execute(QStringLiteral("drop table GuideArrow"));
+    EXPECT_EQ(DBTools::getMaxID(gDB, kNet, QStringLiteral("GuideArrow")), 0);
+    EXPECT_EQ(failureCount(), 0) << "a store without the table has none in use";
+}
+
+TEST_P(UnansweredTest, WhatCannotBeProbedIsNotTakenForMissing) {
+    {
+        const Reads reads("a pragma");
+        EXPECT_FALSE(DBTools::insertLink(gDB, kNet, sampleLink(40).get(), true)) << "without its geometry";
+        EXPECT_EQ(failureCount(), 1);
+    }
+    clearFailures();
+    const QStringList before = contentOf(path());
+    {
+        const Reads reads("sqlite_master");
+        NetContents contents;
+        EXPECT_EQ(DBTools::loadNet(gDB, kNet, contents), hasSeveralNets())
+            << "a store of one network is asked for each table";
+        DBTools::updateDatabase(gDB);
+        EXPECT_GT(failureCount(), 0);
+        EXPECT_TRUE(DBTools::mlCallDbResult.last().sql.startsWith(QStringLiteral("select ")))
+            << "no table is made";
+    }
+    EXPECT_TRUE(contentOf(path()) == before);
+}
+
+TEST_P(UnansweredTest, HalfAnObjectIsNone) {
+    execute(QStringLiteral("insert into SignalGroup values(%1)")
+                .arg(hasSeveralNets() ? QStringLiteral("1, 4, 'g', 60, 0, 60")
+                                      : QStringLiteral("4, 'g', 60, 0, 60")));
+    addRow(QStringLiteral("SignalPhase"), QStringLiteral("signalPhaseID, signalGroupID, name, serialNumber"),
+           QStringLiteral("41, 4, 'p', 1"));
+    addRow(QStringLiteral("SignalColor"), QStringLiteral("signalPhaseID, serialNumber, color, timeLength"),
+           QStringLiteral("41, 1, 'Red', 60"));
+    const auto link = sampleLink(7);
+    const auto second = sampleLink(8);
+    ASSERT_TRUE(DBTools::insertLink(gDB, kNet, link.get(), true));
+    ASSERT_TRUE(DBTools::insertLink(gDB, kNet, second.get(), true));
+    const auto path = sampleConnector(5, link.get(), second.get());
+    ASSERT_TRUE(DBTools::insertConnector(gDB, kNet, path.get(), true));
+    clearFailures();
+    const auto readsLink = [] { return !!std::unique_ptr<Link>(DBTools::selectLinkByID(gDB, kNet, 7)); };
+    const auto readsGroup = [] {
+        return !!std::unique_ptr<SignalGroup>(DBTools::selectSignalGroupByID(gDB, kNet, 4));
+    };
+    const auto readsConnector = [] {
+        const std::unique_ptr<Link> from(DBTools::selectLinkByID(gDB, kNet, 7));
+        const std::unique_ptr<Link> to(DBTools::selectLinkByID(gDB, kNet, 8));
+        return !!std::unique_ptr<Connector>(DBTools::selectConnectorByID(gDB, kNet, 5));
+    };
+    const std::pair<const char *, std::function<bool()>> parts[] = {
+        {"LinkVertex", readsLink},   {"Node", readsLink},         {"Lane", readsLink},
+        {"SignalPhase", readsGroup}, {"SignalColor", readsGroup}, {"LaneConnector", readsConnector}};
+    for (const auto &[table, isRead] : parts) {
+        EXPECT_TRUE(isRead()) << table;
+        EXPECT_EQ(failureCount(), 0) << table;
+        {
+            const Reads reads(table);
+            EXPECT_FALSE(isRead()) << table;
+        }
+        EXPECT_EQ(failureCount(), 1) << table;
+        clearFailures();
+        EXPECT_EQ(gNet.getLinkById(7), nullptr) << table;
+    }
+    // A store that lacks the table has none of the parts.
+    execute(QStringLiteral("drop table SignalColor"));
+    EXPECT_TRUE(readsGroup());
+    EXPECT_EQ(failureCount(), 1);
+}
+
+INSTANTIATE_TEST_SUITE_P(Stores, UnansweredTest, testing::ValuesIn(kFileKinds), storeKindName);
+
+TEST_F(UnreadableVersionTest, AnOpeningThatCannotReadTheStoreFails) {
+    openPostgres();
+    if (IsSkipped())
+        return;
+    execute(QStringLiteral("revoke all on LinkType from current_user"));
+    EXPECT_FALSE(DBTools::openDatabase(gDB, {}, true));
+    ASSERT_EQ(failureCount(), 1);
+    EXPECT_TRUE(DBTools::mlCallDbResult.first().sql.contains(QStringLiteral("LinkType")));
+    execute(QStringLiteral("drop table LinkType"));
+    EXPECT_TRUE(DBTools::openDatabase(gDB, {}, true))
+        << "a store without the table has no Chinese link types";
+    EXPECT_EQ(failureCount(), 0);
 }
 
 } // namespace

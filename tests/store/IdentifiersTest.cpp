@@ -1,6 +1,7 @@
 #include "model/LaneConnector.h"
 #include "model/Net.h"
 #include "tests/support/Builders.h"
+#include "tests/support/OtherProcess.h"
 #include "tests/support/StoreFixture.h"
 
 namespace {
@@ -71,6 +72,18 @@ TEST_F(IdentifiersTest, UnusedIdentifiersAreGivenBack) {
     EXPECT_EQ(counter("Link"), QStringList({"2", "2"})) << "the rows of all networks are set";
     reopen();
     EXPECT_EQ(draw("Link"), 3);
+}
+
+TEST_F(IdentifiersTest, ACommitThatFailsLeavesTheTransactionToTheHost) {
+    openTemplate("EmptyNet_V6.0.0");
+    EXPECT_EQ(draw("Link"), 1);
+    {
+        const OtherProcess other(OtherProcess::Holds::Reading);
+        EXPECT_FALSE(DBTools::updateIds(gDB, true));
+        EXPECT_EQ(failureCount(), 1);
+    }
+    EXPECT_TRUE(gDB.commit()) << "it is still open";
+    EXPECT_EQ(counter("Link"), QStringList({"1"}));
 }
 
 TEST_F(IdentifiersTest, OlderStoresCountOneByOne) {

@@ -68,8 +68,14 @@ TEST_F(PostgresTest, TheSwitchFromAFileClearsNetwork1) {
     // The port of the settings is kept and not applied; the client library's environment says which one
     // counts.
     qputenv("PGPORT", QByteArray::number(PostgresDatabase::port()));
-    ASSERT_TRUE(DBTools::transToPostgreSql(gDB));
+    const QString file = QStringLiteral("file");
+    QSqlDatabase store = QSqlDatabase::cloneDatabase(gDB, file);
+    ASSERT_TRUE(store.open());
+    ASSERT_TRUE(DBTools::transToPostgreSql(store));
     qunsetenv("PGPORT");
+    EXPECT_FALSE(QSqlDatabase::database(file, false).isOpen());
+    QSqlDatabase::removeDatabase(file);
+    gDB = store;
     EXPECT_EQ(DBTools::mDbPort, 1);
     EXPECT_EQ(databaseName(), name);
     EXPECT_EQ(rows(QStringLiteral("select NetId from Link")), QStringList({"2"}));
@@ -120,6 +126,28 @@ TEST_F(PostgresTest, SequencesFollowWhatWasCopiedIn) {
     execute(QStringLiteral("drop sequence seq_lane_id"));
     EXPECT_FALSE(DBTools::initSequence(gDB, QStringLiteral("public")));
     EXPECT_EQ(failureCount(), 1);
+}
+
+TEST_F(PostgresTest, SequencesAreThoseThatStatementsFind) {
+    execute(QStringLiteral("create schema elsewhere"));
+    execute(QStringLiteral("create sequence elsewhere.seq_linktype_id"));
+    execute(QStringLiteral("create sequence elsewhere.seq_busline_id"));
+    execute(QStringLiteral("drop sequence if exists seq_busline_id"));
+    EXPECT_EQ(draw("LinkType"), 1) << "of the shared sequence";
+    EXPECT_TRUE(DBTools::initSequence(gDB, {}));
+    execute(QStringLiteral("create sequence \"seq_a\"\"b'c;_id\" start 70"));
+    EXPECT_EQ(draw("A\"b'c;"), 70);
+    EXPECT_EQ(failureCount(), 0);
+}
+
+TEST_F(PostgresTest, BackslashesAreNothingSpecialWhateverTheServerIsSetTo) {
+    execute(QStringLiteral("alter database %1 set standard_conforming_strings = off").arg(databaseName()));
+    reopen();
+    const QString name = QStringLiteral("C:\\roads\\");
+    ASSERT_TRUE(DBTools_V6::insertNet(gDB, 2, name, {}, {}, {}, {}, false, true));
+    const Net *found = DBTools::selectNetIdByName(gDB, name);
+    ASSERT_NE(found, nullptr) << qPrintable(DBTools::mlCallDbResult.value(0).error);
+    EXPECT_EQ(found->netName(), name);
 }
 
 TEST_F(PostgresTest, RemovalLeavesTablesOfOtherWritersAlone) {

@@ -48,6 +48,34 @@ TEST_P(UpgradeTest, ComesForwardToTheListedCatalogue) {
     EXPECT_TRUE(contentOf(path()) == content);
 }
 
+class NoUpgradeTest : public StoreFixture {};
+
+TEST_F(NoUpgradeTest, AStoreOfSeveralNetworksIsNotOfTheFirstGeneration) {
+    openTemplate("EmptyNet_V6.0.0");
+    execute(QStringLiteral("delete from IDGenerater"));
+    const QStringList before = contentOf(path());
+    DBTools::updateDatabase1x(gDB);
+    EXPECT_EQ(failureCount(), 0);
+    EXPECT_TRUE(contentOf(path()) == before);
+    EXPECT_EQ(DBTools::dbVer(), 6);
+}
+
+TEST_F(NoUpgradeTest, ADatabaseOfAServerIsLeftAsItIs) {
+    openPostgres();
+    if (IsSkipped())
+        return;
+    const QString tables = QStringLiteral("select tablename from pg_tables where schemaname = 'public'");
+    const QStringList before = rows(tables);
+    ASSERT_TRUE(gDB.transaction());
+    execute(QStringLiteral("update Net set sourceType = 'before'"));
+    DBTools::updateDatabase(gDB);
+    DBTools::updateDatabase1x(gDB);
+    EXPECT_EQ(failureCount(), 0);
+    EXPECT_TRUE(gDB.commit());
+    EXPECT_EQ(rows(QStringLiteral("select sourceType from Net")), QStringList({"before"}));
+    EXPECT_EQ(rows(tables), before);
+}
+
 INSTANTIATE_TEST_SUITE_P(
     Stores, UpgradeTest,
     testing::Values(OldStore{"FirstGeneration", nullptr, "catalogue_first_generation.txt"},

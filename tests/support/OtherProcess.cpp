@@ -14,10 +14,12 @@ OtherProcess::OtherProcess(Holds what) : mName(QStringLiteral("other process")) 
     QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), mName);
     db.setDatabaseName(gDB.databaseName());
     EXPECT_TRUE(db.open());
-    QSqlQuery begin(db);
-    EXPECT_TRUE(begin.exec(what == Holds::File ? QStringLiteral("begin exclusive")
-                                               : QStringLiteral("begin immediate")))
-        << qPrintable(begin.lastError().text());
+    QSqlQuery query(db);
+    const bool holds = what == Holds::File  ? query.exec(QStringLiteral("begin exclusive"))
+                       : what == Holds::Pen ? query.exec(QStringLiteral("begin immediate"))
+                                            : query.exec(QStringLiteral("begin")) &&
+                                                  query.exec(QStringLiteral("select * from IDGenerater"));
+    EXPECT_TRUE(holds) << qPrintable(query.lastError().text());
     sqlite3_busy_handler(engineOf(gDB), onWait, this);
 }
 

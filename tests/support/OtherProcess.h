@@ -6,8 +6,9 @@
 class OtherProcess {
 public:
     enum class Holds {
-        File, ///< nothing can be read
-        Pen   ///< nothing can be written
+        File,   ///< nothing can be read
+        Pen,    ///< nothing can be written
+        Reading ///< nothing can be committed
     };
     explicit OtherProcess(Holds what);
     /// Lets go. Statements on gDB that have to wait fail at once from then on, unless it is opened again.
