@@ -151,7 +151,9 @@ public:
     /// open. The lists stay as they are.
     static void logError(QSqlDatabase &db);
 
-    /// The store's generation as table DbVersion has it; 0 when the table has no row.
+    /// @{ Questions to the store. One that cannot be asked is a recorded failure beside its answer of 0 or
+    /// false.
+    /// The store's generation as table DbVersion has it; 0 when the table has no row or is missing.
     static long selectDbVersion(QSqlDatabase &db);
     /// Whether an SQLite store has @p table.
     static bool hasTable(QSqlDatabase &db, QString table);
@@ -162,6 +164,7 @@ public:
     static bool checkConstraint(QSqlDatabase &db, QString sql);
     /// Whether any column of the store carries the misspelling "Nnumber" of first-generation stores.
     static bool hasErrorFieldName(QSqlDatabase &db);
+    /// @}
     /// Fills mlTableName and mhTablePK once per process; later calls do nothing.
     static void metadata(QSqlDatabase &db);
     /// A copy of mhTablePK.
@@ -197,10 +200,12 @@ public:
     static bool getID(QSqlDatabase &db, long &id);
     /// The id column of @p table; empty for a table that has none.
     static QString getIDName(QString table);
-    /// The largest identifier in use in @p table (generation 6: of @p netId); 0 without one.
+    /// The largest identifier in use in @p table (generation 6: of @p netId); 0 without one, for a table that
+    /// has no id column, and beside a recorded failure.
     static long getMaxID(QSqlDatabase &db, long netId, QString table);
     /// Gives unused reserved identifiers of gNet back, so that later draws start with the first of them
-    /// (SQLite; true at once elsewhere). The counters of all networks of a store are set alike.
+    /// (SQLite; true at once elsewhere). The counters of all networks of a store are set alike. Where the
+    /// commit of the own transaction fails the transaction stays open, for the caller to commit or roll back.
     static bool updateIds(QSqlDatabase &db, bool useTransaction);
     /// The largest primary-key value over all tables of @p schema ("public" when empty); PostgreSQL only,
     /// true at once elsewhere.
