@@ -148,12 +148,33 @@ void StoreReader::read(const StoreTable &table, const NetworkTable &entry, const
     const bool sqlite = isSqlite();
     QSqlQuery rows = run(sql);
     Row row(table.columns.size());
-    while (rows.next()) {
-        for (int i = 0; i < row.size(); ++i)
-            row[i] = rowvalue::fromDriver(rows.value(i), sqlite, table.columns[i].kind);
+    for (qint64 number = 0; rows.next(); ++number) {
+        for (int i = 0; i < row.size(); ++i) {
+            const QVariant value = rows.value(i);
+            if (sqlite)
+                requireUtf8(value, sql, number, table, table.columns[i]);
+            row[i] = rowvalue::fromDriver(value, sqlite, table.columns[i].kind);
+        }
         use(row);
     }
     check(rows);
+}
+
+/// SQLite's driver replaces what is not UTF-8 by a character that may as well be stored: then the bytes are
+/// asked for.
+void StoreReader::requireUtf8(const QVariant &value, const QString &sql, qint64 row, const StoreTable &table,
+                              const StoreColumn &column) const {
+    if (value.userType() != QMetaType::QString || !value.toString().contains(QChar::ReplacementCharacter))
+        return;
+    QSqlQuery encoding = run(QStringLiteral("pragma encoding"));
+    if (encoding.next() && encoding.value(0).toString() != QLatin1String("UTF-8"))
+        return;
+    QSqlQuery stored = run(QStringLiteral("select cast(%1 as blob) from (%2) limit 1 offset %3")
+                               .arg(quotedName(column.name), sql, QString::number(row)));
+    if (!stored.next() || stored.value(0).toByteArray() != value.toString().toUtf8())
+        throw Failure(
+            QStringLiteral("%1: the text in column %2 of table %3, row %4, is not UTF-8; write it anew")
+                .arg(mName, column.name, table.name, QString::number(row + 1)));
 }
 
 qint64 StoreReader::count(const StoreTable &table, const Network &network) const {

@@ -28,9 +28,11 @@ private:
 
 /// Objects that the store lists and that refer to nothing. What belongs to nothing is not listed.
 void requireComplete(const NetworkObjects &network) {
-    static const QHash<QString, QString> listed{{QStringLiteral("Connector"), QStringLiteral("connector")},
-                                                {QStringLiteral("SignalLamp"), QStringLiteral("signal lamp")},
-                                                {QStringLiteral("BusLine"), QStringLiteral("bus line")}};
+    static const QHash<QString, QString> listed{
+        {QStringLiteral("Connector"), QStringLiteral("connector")},
+        {QStringLiteral("SignalLamp"), QStringLiteral("signal lamp")},
+        {QStringLiteral("DecisionPoint"), QStringLiteral("decision point")},
+        {QStringLiteral("BusLine"), QStringLiteral("bus line")}};
     for (const SkippedRows &rows : network.skipped) {
         if (listed.contains(rows.table))
             throw Failure(

@@ -2,6 +2,7 @@
 
 #include "store/core/Savepoint.h"
 #include "store/core/StorableValue.h"
+#include "store/core/Utf8.h"
 
 #include <QSqlError>
 
@@ -93,6 +94,7 @@ void Query::prepare() {
 
 bool Query::run() {
     mRan = mStore.isUsable();
+    mRow = -1;
     if (!mRan)
         return false;
     // Executing what could not be prepared would replace the engine's reason by a count of its parameters.
@@ -135,6 +137,47 @@ std::optional<bool> Query::returnsRow() {
     const bool found = execAndNext();
     const bool isAnswer = found || (mQuery.isActive() && isComplete());
     return isAnswer ? std::make_optional(found) : std::nullopt;
+}
+
+bool Query::isWhole() {
+    ++mRow;
+    if (!mStore.isSqlite())
+        return true;
+    for (int i = 0; i < mResult.count(); ++i) {
+        const QVariant value = mQuery.value(i);
+        const bool isSuspect =
+            value.userType() == QMetaType::QString &&
+            static_cast<const QString *>(value.constData())->contains(QChar::ReplacementCharacter);
+        if (!isSuspect || isStoredAsUtf8(i))
+            continue;
+        mBrokeOff = true;
+        if (mIsPart)
+            mStore.requireAnswer(false);
+        return mStore.fail(
+            mText, QStringLiteral(
+                       "The text in column %1 is not UTF-8: write it anew, the row cannot be read with it.")
+                       .arg(mResult.fieldName(i)));
+    }
+    return true;
+}
+
+/// The driver replaces what is not UTF-8 by a character that may as well be stored: the bytes tell.
+bool Query::isStoredAsUtf8(int column) const {
+    if (mPrepared)
+        return true;
+    QSqlQuery encoding(QStringLiteral("pragma encoding"), mStore.db());
+    if (!encoding.next() || encoding.value(0).toString() != QLatin1String("UTF-8"))
+        return true;
+    QString name = mResult.fieldName(column);
+    name.replace(QLatin1Char('"'), QLatin1String("\"\""));
+    QSqlQuery stored(mStore.db());
+    stored.setForwardOnly(true);
+    const bool isThere = stored.exec(QStringLiteral("select cast(\"%1\" as blob) from (%2) limit 1 offset %3")
+                                         .arg(name, mText, QString::number(mRow))) &&
+                         stored.next();
+    const QByteArray bytes = isThere ? stored.value(0).toByteArray() : QByteArray();
+    return isThere &&
+           utf8::isWhole(utf8::decoded(bytes.constData(), bytes.size()), bytes.constData(), bytes.size());
 }
 
 QVariant Query::value(const char *column) {

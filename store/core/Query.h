@@ -68,7 +68,8 @@ public:
 
     /// Goes to the next row; false after the last one, and where the engine cannot read on, which is
     /// recorded.
-    bool next() { return mQuery.next() || breaksOff(); }
+    /// So it is where a row holds a text that is not UTF-8, which SQLite would replace without a word.
+    bool next() { return mQuery.next() ? isWhole() : breaksOff(); }
     /// False once reading broke off before the last row.
     bool isComplete() const { return !mBrokeOff; }
     /// Ends reading, so that another statement may change what was read.
@@ -101,6 +102,9 @@ private:
     void prepare();
     /// Records why there is no next row, unless that was the last one; false.
     bool breaksOff();
+    /// Whether the texts of the current row are what is stored; recorded when one is not.
+    bool isWhole();
+    bool isStoredAsUtf8(int column) const;
     int columnIndex(const char *column);
 
     const Store &mStore;
@@ -112,6 +116,7 @@ private:
     bool mRan = false;
     bool mBrokeOff = false;
     bool mIsPart = false;
+    int mRow = -1; ///< number of the current row
     /// The placeholder with a value that cannot be stored, and why; empty when there is none.
     QByteArray mRefusedName;
     QString mRefusal;

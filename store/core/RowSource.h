@@ -23,6 +23,9 @@ public:
     virtual qint64 whole(int column) = 0;
     virtual QString text(int column) = 0;
     virtual QByteArray bytes(int column) = 0;
+    /// The name of a column whose text has been read of the current row and is not UTF-8; empty without one.
+    /// Engines that keep such texts out need not look.
+    virtual QByteArray damagedText() { return {}; }
 };
 
 /// The rows of @p sql on the engine itself; null where its handle is not to be had.

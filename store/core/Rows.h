@@ -38,6 +38,8 @@ public:
     }
     /// Whether every JSON text that was read of the current row is an object.
     bool jsonParses() const { return mJsonParses; }
+    /// The column of a text that was read of the current row and is not UTF-8; empty without one.
+    QByteArray damagedText() const { return mSource->damagedText(); }
 
     /// @{ As those of Query.
     QVariant value(const char *column) {

@@ -1,6 +1,7 @@
 #include "store/core/EngineHandle.h"
 #include "store/core/RowSource.h"
 #include "store/core/Store.h"
+#include "store/core/Utf8.h"
 
 #ifdef MORASTORE_WITH_SQLITE
 
@@ -31,6 +32,7 @@ public:
         if (!mReady)
             return false;
         const int result = sqlite3_step(mStatement);
+        mDamaged = -1;
         if (result == SQLITE_ROW)
             return true;
         mReady = false;
@@ -58,7 +60,7 @@ public:
         case SQLITE_BLOB:
             return bytes(column);
         case SQLITE_TEXT:
-            return QString::fromUtf8(bytes(column));
+            return text(column);
         default:
             return {};
         }
@@ -90,33 +92,40 @@ public:
     QString text(int column) override {
         if (sqlite3_column_type(mStatement, column) != SQLITE_TEXT)
             return value(column).toString();
-        const char *text = data(column);
+        // Asked before the number of bytes, as the engine wants it. It makes UTF-8 of what it keeps as
+        // UTF-16.
+        const char *text = reinterpret_cast<const char *>(sqlite3_column_text(mStatement, column));
         const int size = sqlite3_column_bytes(mStatement, column);
         // Many columns hold the same word in row after row: their objects share one copy of it.
         LastText &last = mLastTexts[std::size_t(column)];
         if (size != last.bytes.size() || std::memcmp(text, last.bytes.constData(), std::size_t(size)) != 0) {
             last.bytes.resize(0);
             last.bytes.append(text, size);
-            last.text = QString::fromUtf8(text, size);
+            last.text = utf8::decoded(text, size);
+            last.isWhole = utf8::isWhole(last.text, text, size);
         }
+        if (!last.isWhole)
+            mDamaged = column;
         return last.text;
     }
 
     QByteArray bytes(int column) override {
-        const char *start = data(column);
+        if (sqlite3_column_type(mStatement, column) == SQLITE_TEXT)
+            return text(column).toUtf8();
+        const auto *start = static_cast<const char *>(sqlite3_column_blob(mStatement, column));
         return {start, sqlite3_column_bytes(mStatement, column)};
+    }
+
+    QByteArray damagedText() override {
+        return mDamaged < 0 ? QByteArray() : QByteArray(sqlite3_column_name(mStatement, mDamaged));
     }
 
 private:
     struct LastText {
         QByteArray bytes;
         QString text = QLatin1String("");
+        bool isWhole = true;
     };
-
-    /// Asked before the number of bytes, as the engine wants it.
-    const char *data(int column) {
-        return static_cast<const char *>(sqlite3_column_blob(mStatement, column));
-    }
 
     void recordFailure() {
         CallDbResult failure;
@@ -130,6 +139,7 @@ private:
     QString mSql;
     sqlite3_stmt *mStatement = nullptr;
     bool mReady = false;
+    int mDamaged = -1;
     std::vector<LastText> mLastTexts;
 };
 

@@ -41,11 +41,15 @@ private:
         Rows rows(store, table, order, ties, mMeter);
         while (rows.next()) {
             visit(rows);
+            if (const QByteArray column = rows.damagedText(); !column.isEmpty())
+                return refuseText(table, idOf(table, order, rows), column);
             if (!rows.jsonParses())
                 skip(table, idOf(table, order, rows), "holds JSON that does not parse and reads as empty");
         }
         mFailed = mFailed || rows.hasFailed();
     }
+    /// A text that is not UTF-8 ends the load: what would be read is not what is stored.
+    void refuseText(const char *table, long id, const QByteArray &column);
     static long idOf(const char *table, const char *order, Rows &row);
 
     ProgressMeter mMeter;

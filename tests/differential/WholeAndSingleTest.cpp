@@ -5,6 +5,7 @@
 #include "tests/differential/StoredRows.h"
 #include "tests/differential/Texts.h"
 #include "tests/support/StoreFixture.h"
+#include "tests/support/Utf16Store.h"
 
 #include <QFile>
 
@@ -65,6 +66,11 @@ protected:
     }
 
     void prepare() override {
+        if (qstrncmp(GetParam().name, "Utf16", 5) == 0) {
+            gDB.close();
+            makeUtf16(path());
+            reopen();
+        }
         if (!isPostgres())
             execute(QStringLiteral("pragma synchronous = off"));
     }
@@ -216,6 +222,8 @@ TEST_P(WholeAndSingleTest, SaveWhatADamagedNetworkLoadsAs) {
 constexpr StoreKind kAllKinds[] = {{"OneNet", "EmptyNet_V3.0.0", false},
                                    {"SeveralNets", "EmptyNet_V6.0.0", true},
                                    {"Postgres", nullptr, true},
+                                   {"Utf16OneNet", "EmptyNet_V3.0.0", false},
+                                   {"Utf16SeveralNets", "EmptyNet_V6.0.0", true},
                                    {"V2_1_1", "EmptyNet_V2.1.1", false},
                                    {"V2_01_00", "EmptyNet_V2.01.00", false},
                                    {"V2_00_00", "EmptyNet_V2.00.00", false}};
