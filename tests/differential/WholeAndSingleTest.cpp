@@ -219,6 +219,45 @@ TEST_P(WholeAndSingleTest, SaveWhatADamagedNetworkLoadsAs) {
     });
 }
 
+TEST_P(WholeAndSingleTest, GiveUpAtEveryStepAndLeaveNothing) {
+    NetPlan plan;
+    plan.seed = quint32(setting("MORASTORE_FIRST_SEED", 1));
+    plan.severalNets = hasSeveralNets();
+    auto net = make(plan);
+    const QStringList texts = textsOf(*net);
+    const long netId = nextNet();
+    const auto untilStep = [](int last) {
+        return [last, step = 0](const NetStep &) mutable { return ++step < last; };
+    };
+    // Every step of a save (on a server some), then the save; and the same of a load.
+    const int stride = isPostgres() ? 7 : 1;
+    const QStringList rows = linesOf(storedRows(netId, hasSeveralNets()));
+    clearFailures();
+    int steps = 1;
+    for (; !DBTools::saveNet(gDB, netId, *net, true, untilStep(steps)); steps += stride) {
+        ASSERT_EQ(failureCount(), 0) << firstFailure();
+        expectSame(texts, textsOf(*net));
+        expectSame(rows, linesOf(storedRows(netId, hasSeveralNets())));
+        ASSERT_FALSE(HasFailure()) << "saving, step " << steps;
+    }
+    EXPECT_GT(steps, 20);
+    arrangeAsRead(*net, hasSeveralNets());
+    if (!hasEdgesOfLaneConnectors())
+        dropEdgesOfLaneConnectors(*net);
+    const QStringList stored = textsOf(*net);
+    NetContents loaded;
+    for (steps = 1; !DBTools::loadNet(gDB, netId, loaded, untilStep(steps)); steps += stride) {
+        ASSERT_EQ(failureCount(), 0) << firstFailure();
+        NetContents nothing;
+        expectSame(textsOf(nothing), textsOf(loaded));
+        EXPECT_TRUE(gNet.lLink().isEmpty() && gNet.lConnector().isEmpty() && ghVehicleType.isEmpty() &&
+                    glLinkType.isEmpty());
+        ASSERT_FALSE(HasFailure()) << "loading, step " << steps;
+    }
+    EXPECT_GT(steps, 20);
+    expectSame(stored, textsOf(loaded));
+}
+
 constexpr StoreKind kAllKinds[] = {{"OneNet", "EmptyNet_V3.0.0", false},
                                    {"SeveralNets", "EmptyNet_V6.0.0", true},
                                    {"Postgres", nullptr, true},
