@@ -42,9 +42,10 @@ TEST_P(StoredTextTest, WhatIsNoUtf8IsRefusedByName) {
         reopen();
         const std::unique_ptr<Link> link(DBTools::selectLinkByID(gDB, kNet, 7));
         const std::unique_ptr<SignalGroup> group(DBTools::selectSignalGroupByID(gDB, kNet, 3));
-        const bool isLink = qstrcmp(place.table, "link") == 0;
-        EXPECT_EQ(link == nullptr, isLink);
-        EXPECT_EQ(group == nullptr, qstrcmp(place.table, "signalgroup") == 0);
+        // A part of an object that cannot be read is no answer, either.
+        const QLatin1String table(place.table);
+        EXPECT_EQ(link == nullptr, table == QLatin1String("link") || table == QLatin1String("lane"));
+        EXPECT_EQ(group == nullptr, table.startsWith(QLatin1String("signal")));
         EXPECT_GE(failureCount(), 1);
         EXPECT_NE(lastFailure().find(std::string(place.column) + " is not utf-8"), std::string::npos)
             << lastFailure();
