@@ -144,8 +144,12 @@ Age requireStore(const QString &path, Access access) {
 }
 
 void requireNoNewerStore(const QString &path) {
-    if (!QFileInfo(path).isFile())
+    // One that is protected does not begin as SQLite's files do.
+    QFile file(path);
+    if (!QFileInfo(path).isFile() || !file.open(QIODevice::ReadOnly) ||
+        file.read(sizeof kMagic) != QByteArray(kMagic, sizeof kMagic))
         return;
+    file.close();
     const RemoveProbe removeProbe;
     QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), kProbe);
     db.setDatabaseName(path);
