@@ -52,7 +52,6 @@ void GuardedTransaction::beginSqlite() {
         return;
     }
     mReader = std::make_unique<Reader>(mDb.databaseName());
-    run("pragma cache_spill = off");
 }
 
 void GuardedTransaction::beginServer() {
@@ -75,8 +74,6 @@ void GuardedTransaction::beginServer() {
 GuardedTransaction::~GuardedTransaction() {
     if (mOpen)
         const QSqlQuery rollback(QStringLiteral("rollback"), mDb);
-    if (mReader)
-        QSqlQuery(QStringLiteral("pragma cache_spill = on"), mDb);
 }
 
 void GuardedTransaction::commit() {

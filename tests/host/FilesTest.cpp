@@ -174,6 +174,34 @@ TEST_F(Morastore, NothingStaysInTheTemporaryFolder) {
 #endif
 }
 
+TEST_F(Morastore, NoFileGetsTheNumberOfAStandardStreamThatIsClosed) {
+#ifdef Q_OS_LINUX
+    const QString pipe = file(QStringLiteral("pipe"));
+    ASSERT_EQ(mkfifo(QFile::encodeName(pipe).constData(), 0600), 0);
+    QProcess waiting;
+    waiting.start(QStringLiteral("/bin/sh"),
+                  {QStringLiteral("-c"), QStringLiteral("exec \"$@\" <&- >&- 2>&-"), QStringLiteral("sh"),
+                   morastoreProgram(), QStringLiteral("roundtrip"), pipe});
+    ASSERT_TRUE(waiting.waitForStarted());
+    const auto standardStreams = [&waiting] {
+        QStringList files;
+        for (int number = 0; number < 3; ++number)
+            files.append(QFile::symLinkTarget(
+                QStringLiteral("/proc/%1/fd/%2")
+                    .arg(QString::number(waiting.processId()), QString::number(number))));
+        return files;
+    };
+    const QStringList nothing(QVector<QString>(3, QStringLiteral("/dev/null")).toList());
+    for (int i = 0; i < 200 && standardStreams() != nothing; ++i)
+        waiting.waitForFinished(50);
+    EXPECT_EQ(standardStreams(), nothing);
+    waiting.kill();
+    EXPECT_TRUE(waiting.waitForFinished(10000));
+#else
+    GTEST_SKIP() << "no /proc";
+#endif
+}
+
 TEST_F(Morastore, CompactGivesTheRoomOfARemovedNetworkBack) {
     const QString store = newStore();
     for (const char *name : {"first", "second", "third"})
