@@ -25,8 +25,7 @@ QtMessageHandler defaultHandler = nullptr;
 /// Drops what is none of the user's concern. What
 /// Qt's drivers say besides of a statement that failed or a server that is gone has a sentence of its own.
 void dropAsides(QtMsgType type, const QMessageLogContext &context, const QString &text) {
-    for (const char *beginning :
-         {"Unable to free statement", "QSqlQuery::"}) {
+    for (const char *beginning : {"Unable to free statement", "QSqlQuery::"}) {
         if (text.startsWith(QLatin1String(beginning)))
             return;
     }

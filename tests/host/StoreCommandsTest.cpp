@@ -162,7 +162,8 @@ TEST_F(Morastore, ARefusedRemovalLeavesTheNetworkWhole) {
     // It would refuse in the middle of a group of deletions, which the library's removal passes over.
     execute("create trigger keep before delete on LaneConnector begin select raise(abort, 'kept'); end");
     const QStringList remove{QStringLiteral("remove"), store, QStringLiteral("1"), QStringLiteral("--yes")};
-    expectRefusal([&] { return run(remove); }, QStringLiteral("table LaneConnector has the trigger \"keep\""));
+    expectRefusal([&] { return run(remove); },
+                  QStringLiteral("table LaneConnector has the trigger \"keep\""));
     execute("drop trigger keep");
     EXPECT_EQ(run(remove).exitCode, 0);
     EXPECT_TRUE(run({QStringLiteral("info"), store}).out.contains(QStringLiteral("networks    0")));
