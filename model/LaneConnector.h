@@ -24,7 +24,8 @@ public:
     Lane *mpStartLane = nullptr;
     Lane *mpEndLane = nullptr;
 
-    /// The last id given. Lane connectors are numbered by process, afresh at every read.
+    /// The last id given. Lane connectors are numbered by process, afresh at every read; opening a store of
+    /// generation 6 moves this past the ids that the store has.
     static long generId;
 
 private:

@@ -3,6 +3,7 @@
 #include "store/DBTools_V6.h"
 #include "store/core/FailureLog.h"
 #include "store/core/Probes.h"
+#include "store/core/StorableValue.h"
 #include "store/core/Store.h"
 #include "store/core/Transaction.h"
 #include "store/families/BusLines.h"
@@ -198,7 +199,10 @@ QString DBTools::getIDName(QString table) {
 }
 
 long DBTools::getMaxID(QSqlDatabase &db, long netId, QString table) {
-    return identifiers::largestInUse(db, netId, table, mlCallDbResult).value_or(0);
+    const qint64 largest = identifiers::largestInUse(db, netId, table, mlCallDbResult).value_or(0);
+    return identifiers::requireId(oneNetStore(db, netId), table, largest)
+               ? static_cast<long>(largest)
+               : static_cast<long>(storablevalue::kLargestId);
 }
 
 bool DBTools::updateIds(QSqlDatabase &db, bool useTransaction) {

@@ -101,7 +101,8 @@ public:
     static QHash<QString, QString> mhTablePK;
     /// Network id to table name to the identifiers reserved and not yet used, ascending.
     static QHash<long, QHash<QString, QList<long>>> mhId;
-    /// Network id to table name to the highest identifier reserved in this process.
+    /// Network id (0 in stores of one network) to table name to the highest identifier that this process has
+    /// reserved or handed out.
     static QHash<long, QHash<QString, long>> mhNetMaxId;
 
     /// Generation of the open store (2 before any was opened).
@@ -192,16 +193,18 @@ public:
     /// The next identifier for @p table, of the current network gNet in generation 6.
     ///
     /// SQLite counts in IDGenerater (generation 6: in blocks of 100 per network), never handing out what a
-    /// row uses; PostgreSQL counts in sequences. Lane connectors of older stores are counted in memory.
-    /// @return false when the counter could not be read or moved; @p id is then unchanged (0 in generation
-    /// 6).
+    /// row uses or what this process has had before, rolled back or not; PostgreSQL counts in sequences,
+    /// which serve any number of processes. Lane connectors of older stores are counted in memory.
+    /// @return false when the counter could not be read or moved, or there is no identifier left in 32 bits;
+    /// @p id is then unchanged (0 in generation 6).
     static bool getIDByTableName(QSqlDatabase &db, QString table, long &id);
     /// A general-purpose identifier.
     static bool getID(QSqlDatabase &db, long &id);
     /// The id column of @p table; empty for a table that has none.
     static QString getIDName(QString table);
     /// The largest identifier in use in @p table (generation 6: of @p netId); 0 without one, for a table that
-    /// has no id column, and beside a recorded failure.
+    /// has no id column, and beside a recorded failure. One beyond 32 bits is a recorded failure, too, and
+    /// gives the largest that there can be.
     static long getMaxID(QSqlDatabase &db, long netId, QString table);
     /// Gives unused reserved identifiers of gNet back, so that later draws start with the first of them
     /// (SQLite; true at once elsewhere). The counters of all networks of a store are set alike. Where the

@@ -1,6 +1,8 @@
 #include "host/import/IdSource.h"
 
 #include "host/Failure.h"
+#include "host/rows/CopyTarget.h"
+#include "host/rows/NetworkTables.h"
 #include "host/store/OpenStore.h"
 #include "model/Net.h"
 #include "store/DBTools.h"
@@ -8,6 +10,8 @@
 
 #include <QSqlQuery>
 #include <QVariant>
+
+#include <limits>
 
 namespace {
 
@@ -18,41 +22,42 @@ constexpr int kSeveralNetworks = 6;
 long IdSource::next(const char *table) {
     // The name is a literal: its address serves as the key without a copy.
     const QByteArray key = QByteArray::fromRawData(table, int(qstrlen(table)));
-    auto highest = mHighest.find(key);
-    if (highest == mHighest.end())
-        highest = mHighest.insert(key, highestInUse(table));
+    if (!mPassed.contains(key)) {
+        pass(table);
+        mPassed.insert(key);
+    }
     const QString name = QLatin1String(table);
     long id = 0;
-    do {
-        // Asking the twin outright spares reading the store's version for each of many thousand ids.
-        const bool drawn = DBTools::dbVer() >= kSeveralNetworks
-                               ? DBTools_V6::getIDByTableName(mDb, gNet.id(), name, id)
-                               : DBTools::getIDByTableName(mDb, name, id);
-        if (!drawn) {
-            requireServerAlive();
-            throw Failure(
-                QStringLiteral("the store gives no identifier for table %1; it may be damaged or full, "
-                               "so check it and import into a copy")
-                    .arg(name));
-        }
-    } while (id <= *highest);
+    // Asking the twin outright spares reading the store's version for each of many thousand ids.
+    const bool drawn = DBTools::dbVer() >= kSeveralNetworks
+                           ? DBTools_V6::getIDByTableName(mDb, gNet.id(), name, id)
+                           : DBTools::getIDByTableName(mDb, name, id);
+    if (!drawn) {
+        requireServerAlive();
+        throw Failure(QStringLiteral("the store gives no identifier for table %1; it may be damaged or full, "
+                                     "so check it and import into a copy")
+                          .arg(name));
+    }
     return id;
 }
 
-long IdSource::highestInUse(const char *table) const {
+void IdSource::pass(const char *table) const {
     const QString name = QLatin1String(table);
-    // Tables that the library's own list of id columns lacks.
-    static const QHash<QString, QString> unlisted{
-        {QStringLiteral("LaneConnector"), QStringLiteral("laneConnId")},
-        {QStringLiteral("BusStationPassengerArriving"), QStringLiteral("passengerArrivingID")},
-        {QStringLiteral("AccidentZone"), QStringLiteral("accidentZoneId")},
-        {QStringLiteral("RoadWorkZone"), QStringLiteral("roadWorkZoneId")},
-    };
-    const QString column = unlisted.value(name, DBTools::getIDName(name));
+    const NetworkTable &entry = *networkTable(name);
+    const QString listed = DBTools::getIDName(name);
     // Stores of one network number lane connectors in memory: they have no such column, and nothing is in
     // use.
     QSqlQuery query(mDb);
+    const QString column = listed.isEmpty() ? QString::fromLatin1(entry.id) : listed;
     if (!query.exec(QStringLiteral("select max(%1) from %2").arg(column, name)) || !query.next())
-        return 0;
-    return long(query.value(0).toLongLong());
+        return;
+    const qint64 highest = query.value(0).toLongLong();
+    if (highest >= std::numeric_limits<qint32>::max())
+        throw Failure(
+            QStringLiteral("table %1 of the store has the identifier %2, and none can follow it: %3 "
+                           "is the largest; import into a new store")
+                .arg(name, QString::number(highest), QString::number(std::numeric_limits<qint32>::max())));
+    query.finish();
+    if (highest > 0 && DBTools::dbVer() >= kSeveralNetworks)
+        CopyTarget(mDb).raiseCounters(gNet.id(), entry, highest);
 }

@@ -1,6 +1,7 @@
 #pragma once
 
-#include <QHash>
+#include <QByteArray>
+#include <QSet>
 #include <QSqlDatabase>
 
 /// Identifiers for the rows of a new network, drawn from the store's allocator for the current network gNet.
@@ -16,8 +17,9 @@ public:
     long next(const char *table);
 
 private:
-    long highestInUse(const char *table) const;
+    /// Moves the counter of the current network past what any network uses.
+    void pass(const char *table) const;
 
     QSqlDatabase &mDb;
-    QHash<QByteArray, long> mHighest;
+    QSet<QByteArray> mPassed; ///< the tables whose counters were moved
 };

@@ -108,10 +108,22 @@ QString CopyTarget::sequence(const char *table) const {
 }
 
 void CopyTarget::raiseSequence(const QString &name, qint64 largest) const {
-    // Never lowered, and set outside the transaction: what another program draws meanwhile stays its own.
-    if (mSequences.contains(name))
-        run(QStringLiteral("select setval('%1', greatest(%2, (select last_value from %1)))")
-                .arg(name, QString::number(largest)));
+    if (!mSequences.contains(name))
+        return;
+    const qint64 missing =
+        largest - number(QStringLiteral("select case when is_called then last_value else last_value - 1 end "
+                                        "from %1")
+                             .arg(name));
+    if (missing <= 0)
+        return;
+    // What another program draws meanwhile stays its own. Setting a sequence could take it back behind that,
+    // so its values are drawn; only where that would take long it is set, and nobody draws as many in one
+    // statement's time.
+    constexpr qint64 most = 1000000;
+    run(missing <= most ? QStringLiteral("select count(nextval('%1')) from generate_series(1, %2)")
+                              .arg(name, QString::number(missing))
+                        : QStringLiteral("select setval('%1', %2) from %1 where last_value < %3")
+                              .arg(name, QString::number(largest), QString::number(largest - most / 2)));
 }
 
 void CopyTarget::raiseCounters(long netId, const NetworkTable &entry, qint64 largest) const {

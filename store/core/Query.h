@@ -87,6 +87,8 @@ public:
     /// A JSON object with its text; empty when the text is empty or does not parse.
     StoredJson json(const char *column) { return StoredJson::fromText(value(column).toByteArray()); }
     /// @}
+    /// The first column of the current row as a whole number.
+    qint64 firstInteger() const { return mQuery.value(0).toLongLong(); }
     /// The first column of the current row as an identifier.
     long firstId() const { return narrowedId(mQuery.value(0)); }
 

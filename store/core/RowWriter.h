@@ -23,7 +23,11 @@ public:
     RowWriter &operator=(const RowWriter &) = delete;
 
     /// @{ As those of Query.
-    RowWriter &bind(const char *name, long value) { return put(name, qint64(value)); }
+    RowWriter &bind(const char *name, long value) {
+        if (!storablevalue::holdsId(value))
+            refuse(name, storablevalue::objection(QVariant(qlonglong(value))));
+        return put(name, qint64(value));
+    }
     RowWriter &bind(const char *name, int value) { return put(name, qint64(value)); }
     RowWriter &bind(const char *name, double value) {
         if (!qIsFinite(value))

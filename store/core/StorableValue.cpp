@@ -48,6 +48,8 @@ QString objection(const QVariant &value) {
     switch (value.userType()) {
     case QMetaType::Double:
         return qIsFinite(value.toDouble()) ? QString() : notFinite();
+    case QMetaType::LongLong:
+        return holdsId(value.toLongLong()) ? QString() : QStringLiteral("is beyond 32 bits");
     case QMetaType::QString:
         return objectionToText(value.toString());
     default:

@@ -4,10 +4,11 @@
 #include "store/DBTools.h"
 #include "store/core/Probes.h"
 #include "store/core/Query.h"
+#include "store/core/StorableValue.h"
 #include "store/core/Transaction.h"
+#include "store/families/Sequences.h"
 
 #include <algorithm>
-#include <functional>
 
 namespace identifiers {
 
@@ -15,173 +16,160 @@ namespace {
 
 constexpr long kBlock = 100;
 
-/// Fills the number placeholders of @p sql with @p numbers, then the remaining one with a table name.
-QString withTable(const char *sql, std::initializer_list<long> numbers, const QString &table) {
-    return fillNumbers(QString::fromLatin1(sql), numbers).arg(quoted(table));
+constexpr Sql kRead = {"select ID from IDGenerater where TableName = '%1'",
+                       "select ID from IDGenerater where NetId = %0 and TableName = '%1'"};
+constexpr Sql kInsert = {"insert into IDGenerater(TableName, ID) values('%1', %0)",
+                         "insert into IDGenerater(NetId, TableName, ID) values(%1, '%2', %0)"};
+constexpr Sql kMoveOn = {"update IDGenerater set ID = ID + 1 where TableName = '%1'",
+                         "update IDGenerater set ID = ID + 100 where NetId = %1 and TableName = '%2'"};
+constexpr Sql kMovePast = {"update IDGenerater set ID = %0 + 1 where TableName = '%1'",
+                           "update IDGenerater set ID = %1 + 100 where NetId = %2 and TableName = '%3'"};
+constexpr Sql kSet = {"update IDGenerater set ID = %0 where TableName = '%1'",
+                      "update IDGenerater set ID = %0 where NetId = %1 and TableName = '%2'"};
+
+const QString kLaneConnector = QStringLiteral("LaneConnector");
+
+/// The spelling of @p sql for the store, its placeholders filled with @p numbers, the network's id
+/// (generation 6 only) and the name of a table.
+QString statement(const Store &store, const Sql &sql, std::initializer_list<long> numbers,
+                  const QString &table) {
+    const QString filled = fillNumbers(store.text(sql), numbers);
+    return (store.hasSeveralNets() ? fillNumber(filled, store.netId()) : filled).arg(quoted(table));
 }
 
-/// The first value of what @p sql returns; false without a row.
-bool firstValue(const Store &store, const QString &sql, long &value) {
-    Query query(store, sql);
-    if (!query.execAndNext())
-        return false;
-    value = query.firstId();
-    return true;
+/// The highest identifier of @p table that this process has handed out or reserved in the store's network.
+long &highestReserved(const Store &store, const QString &table) {
+    // Stores of one network count without regard to its id.
+    return DBTools::mhNetMaxId[store.hasSeveralNets() ? store.netId() : 0][table];
 }
 
-/// Stores of one network: one counter row per table, moved with every draw past the largest id in use.
-bool nextOfOneNet(const Store &store, const QString &table, long &id) {
-    Query counter(store, withTable("select ID from IDGenerater where TableName = '%1'", {}, table));
-    if (!counter.exec())
-        return false;
-    if (!counter.next()) {
-        Query insert(store, withTable("insert into IDGenerater(TableName, ID) values('%1', 1)", {}, table));
-        if (!insert.exec())
-            return false;
-        id = 1;
-        return true;
+/// Up to @p highest the identifiers of @p table are taken by this process, whatever becomes of the counter.
+void reserve(const Store &store, const QString &table, qint64 highest) {
+    long &reserved = highestReserved(store, table);
+    reserved = std::max(reserved, static_cast<long>(highest));
+    // Those that are made without asking the store come after them.
+    if (table == kLaneConnector)
+        LaneConnector::generId = std::max(LaneConnector::generId, reserved);
+}
+
+/// The counter of a table in the store's network.
+struct Counter {
+    bool isThere;
+    qint64 stored; ///< 0 without a row
+};
+
+std::optional<Counter> readCounter(const Store &store, const QString &table) {
+    Query row(store, statement(store, kRead, {}, table));
+    const auto isThere = row.returnsRow();
+    if (!isThere)
+        return std::nullopt;
+    return Counter{*isThere, *isThere ? row.firstInteger() : 0};
+}
+
+/// The column with the identifiers of @p table: there are more of them than the list that hosts know has.
+QString columnOf(const QString &table) {
+    static const QHash<QString, QString> unlisted = {
+        {kLaneConnector, QStringLiteral("laneConnId")},
+        {QStringLiteral("BusStationPassengerArriving"), QStringLiteral("passengerArrivingID")},
+        {QStringLiteral("AccidentZone"), QStringLiteral("accidentZoneId")},
+        {QStringLiteral("RoadWorkZone"), QStringLiteral("roadWorkZoneId")},
+        {QStringLiteral("Logger"), QStringLiteral("logID")},
+        {QStringLiteral("VehicleType"), QStringLiteral("vehicleTypeCode")},
+    };
+    return unlisted.value(table, idColumn(table));
+}
+
+std::optional<qint64> largestIn(const QSqlDatabase &db, std::optional<long> netId, const QString &table,
+                                const QString &column, FailureList &failures) {
+    const QString sql = netId ? QStringLiteral("select max(%0) from %1 where NetId = %2")
+                                    .arg(column, identifier(table), QString::number(*netId))
+                              : QStringLiteral("select max(%0) from %1").arg(column, identifier(table));
+    // A table without an id column makes the statement invalid: nothing is in use there, and that it fails
+    // says nothing.
+    if (column.isEmpty()) {
+        FailureList unrecorded;
+        probes::number(db, sql, unrecorded);
+        return 0;
     }
-    const long stored = counter.firstId();
-    counter.finish();
-    const auto inUse = largestInUse(store.db(), store.netId(), table, store.failures());
+    return probes::number(db, sql, failures, table);
+}
+
+std::optional<qint64> largestInUse(const Store &store, const QString &table) {
+    const auto netId = store.hasSeveralNets() ? std::make_optional(store.netId()) : std::nullopt;
+    return largestIn(store.db(), netId, table, columnOf(table), store.failures());
+}
+
+/// The highest identifier that is taken: by the counter, by rows that were written without it, or by this
+/// process, whose transaction may have been rolled back with what it wrote to the counter.
+std::optional<qint64> highestTaken(const Store &store, const QString &table, const Counter &counter) {
+    const auto inUse = largestInUse(store, table);
     if (!inUse)
+        return std::nullopt;
+    return std::max({*inUse, counter.stored, qint64(highestReserved(store, table))});
+}
+
+/// Moves the counter @p count identifiers on, the first of which is @p first; @p last is the last one, fewer
+/// when they come to an end.
+bool claim(const Store &store, const QString &table, long count, long &first, long &last) {
+    const auto counter = readCounter(store, table);
+    const auto taken = counter ? highestTaken(store, table, *counter) : std::nullopt;
+    if (!taken || !requireId(store, table, *taken + 1))
         return false;
-    const long largest = std::max(*inUse, stored);
-    Query move(store,
-               largest > stored
-                   ? withTable("update IDGenerater set ID = %0 + 1 where TableName = '%1'", {largest}, table)
-                   : withTable("update IDGenerater set ID = ID + 1 where TableName = '%1'", {}, table));
-    if (!move.exec())
+    first = static_cast<long>(*taken + 1);
+    last = static_cast<long>(std::min(*taken + count, storablevalue::kLargestId));
+    const QString sql = !counter->isThere          ? statement(store, kInsert, {last}, table)
+                        : *taken > counter->stored ? statement(store, kMovePast, {first - 1}, table)
+                                                   : statement(store, kMoveOn, {}, table);
+    if (!Query(store, sql).exec())
         return false;
-    id = largest + 1;
+    reserve(store, table, last);
     return true;
 }
 
-/// Generation 6: reserves a block of identifiers, above what rows use and what this process reserved before.
-bool reserveBlock(const Store &store, const QString &table) {
-    const long net = store.netId();
-    long &highestReserved = DBTools::mhNetMaxId[net][table];
-    Query counter(
-        store, withTable("select ID from IDGenerater where NetId = %0 and TableName = '%1'", {net}, table));
-    if (!counter.exec())
-        return false;
-    long base = 0;
-    QString claim;
-    if (!counter.next()) {
-        claim =
-            withTable("insert into IDGenerater(NetId, TableName, ID) values(%0, '%1', 100)", {net}, table);
-    } else {
-        const long stored = counter.firstId();
-        counter.finish();
-        const auto inUse = largestInUse(store.db(), net, table, store.failures());
-        if (!inUse)
-            return false;
-        base = std::max(*inUse, highestReserved);
-        if (base > stored) {
-            claim = withTable("update IDGenerater set ID = %1 + 100 where NetId = %2 and TableName = '%3'",
-                              {base, net}, table);
-        } else {
-            base = stored;
-            claim = withTable("update IDGenerater set ID = ID + 100 where NetId = %1 and TableName = '%2'",
-                              {net}, table);
-        }
-    }
-    if (!Query(store, claim).exec())
-        return false;
-    QList<long> &reserved = DBTools::mhId[net][table];
-    for (long id = base + 1; id <= base + kBlock; ++id)
-        reserved.append(id);
-    highestReserved = base + kBlock;
-    return true;
+/// Stores of one network: the counter moves with every draw.
+bool nextOfOneNet(const Store &store, const QString &table, long &id) {
+    long last = 0;
+    return claim(store, table, 1, id, last);
 }
 
+/// Generation 6: draws come from a block that is reserved at once.
 bool nextOfNet(const Store &store, const QString &table, long &id) {
     QList<long> &reserved = DBTools::mhId[store.netId()][table];
-    if (reserved.isEmpty() && !reserveBlock(store, table)) {
-        id = 0;
-        return false;
+    if (reserved.isEmpty()) {
+        long first = 0;
+        long last = 0;
+        if (!claim(store, table, kBlock, first, last)) {
+            id = 0;
+            return false;
+        }
+        for (long each = first; each <= last; ++each)
+            reserved.append(each);
     }
     id = reserved.takeFirst();
     return true;
 }
 
-/// Whether the statements, which name no schema, find the sequence @p name.
-std::optional<bool> hasSequence(const Store &store, const QString &name) {
-    const QString sql = QStringLiteral(
-        "select 1 from pg_class where relkind = 'S' and relname = '%1' and pg_table_is_visible(oid)");
-    return Query(store, sql.arg(quoted(name))).returnsRow();
+/// Moves the counter of @p table to @p value.
+bool setCounter(const Store &store, const QString &table, const Counter &counter, long value) {
+    if (!counter.isThere)
+        return Query(store, statement(store, kInsert, {value}, table)).exec();
+    return counter.stored == value || Query(store, statement(store, kSet, {value}, table)).exec();
 }
 
-/// A sequence as an argument of the server's functions: a text that holds an identifier.
-QString sequenceText(const QString &name) {
-    return quoted(identifierAsStored(name));
-}
-
-/// The sequence that identifiers of @p table come from; empty without one, which is recorded.
-QString sequenceFor(const Store &store, const QString &table) {
-    const QString own = QStringLiteral("seq_%1_id").arg(table.toLower());
-    const QString shared = QStringLiteral("seq_table_id");
-    for (const QString &name : {own, shared}) {
-        const auto isThere = hasSequence(store, name);
-        if (!isThere)
-            return {};
-        if (*isThere)
-            return name;
-    }
-    if (store.isUsable())
-        store.fail({}, QStringLiteral("There is neither a sequence %1 nor %2").arg(own, shared));
-    return {};
-}
-
-/// Sequences serve all networks of a database; tables without one of their own share seq_table_id.
+/// Before the first draw the sequence passes what rows use, which may have been written without it; later
+/// ones rely on it.
 bool nextOfSequence(const Store &store, const QString &table, long &id) {
-    const QString name = sequenceFor(store, table);
-    return !name.isEmpty() &&
-           firstValue(store, QStringLiteral("select nextval('%1')").arg(sequenceText(name)), id);
-}
-
-/// Moves the counter of @p table to where @p target puts it, given its stored value (0 without a row).
-bool moveCounter(const Store &store, const QString &table, const std::function<long(long)> &target) {
-    const QString condition = withTable(
-        store.hasSeveralNets() ? " where NetId = %0 and TableName = '%1'" : " where TableName = '%1'",
-        store.hasSeveralNets() ? std::initializer_list<long>{store.netId()} : std::initializer_list<long>{},
-        table);
-    Query counter(store, QLatin1String("select ID from IDGenerater") + condition);
-    if (!counter.exec())
+    if (highestReserved(store, table) == 0) {
+        const auto inUse = largestInUse(store, table);
+        if (!inUse || !sequences::pass(store, table, *inUse))
+            return false;
+    }
+    QList<long> drawn;
+    if (!sequences::draw(store, table, 1, drawn))
         return false;
-    const bool isThere = counter.next();
-    const long stored = isThere ? counter.firstId() : 0;
-    counter.finish();
-    const long moved = target(stored);
-    if (isThere)
-        return moved == stored ||
-               Query(store, QStringLiteral("update IDGenerater set ID = %1").arg(moved) + condition).exec();
-    return Query(store,
-                 store.hasSeveralNets()
-                     ? withTable("insert into IDGenerater(NetId, TableName, ID) values(%0, '%2', %1)",
-                                 {store.netId(), moved}, table)
-                     : withTable("insert into IDGenerater(TableName, ID) values('%2', %1)", {moved}, table))
-        .exec();
-}
-
-/// Moves the sequence of @p table to @p floor at least.
-bool raiseSequence(const Store &store, const QString &name, long floor) {
-    return Query(store, QStringLiteral("select setval('%1', %3) from %2 where last_value < %3")
-                            .arg(sequenceText(name), identifierAsStored(name), QString::number(floor)))
-        .exec();
-}
-
-bool takeFromSequence(const Store &store, const QString &table, long floor, int count, QList<long> &ids) {
-    const QString name = sequenceFor(store, table);
-    if (name.isEmpty() || !raiseSequence(store, name, floor))
-        return false;
-    Query drawn(store, QStringLiteral("select nextval('%1') from generate_series(1, %2)")
-                           .arg(sequenceText(name), QString::number(count)));
-    if (!drawn.exec())
-        return false;
-    while (drawn.next())
-        ids.append(drawn.firstId());
-    return drawn.isComplete();
+    id = drawn.first();
+    reserve(store, table, id);
+    return true;
 }
 
 } // namespace
@@ -190,7 +178,9 @@ bool next(const Store &store, const QString &table, long &id) {
     if (store.isGivenUp())
         return false;
     // Older stores do not keep the ids of lane connectors.
-    if (!store.hasSeveralNets() && table == QLatin1String("LaneConnector") && DBTools::dbVer() < 6) {
+    if (!store.hasSeveralNets() && table == kLaneConnector && DBTools::dbVer() < 6) {
+        if (!requireId(store, table, qint64(LaneConnector::generId) + 1))
+            return false;
         id = ++LaneConnector::generId;
         return true;
     }
@@ -202,22 +192,25 @@ bool next(const Store &store, const QString &table, long &id) {
 }
 
 bool take(const Store &store, const QString &table, long floor, int count, QList<long> &ids) {
-    if (store.isPostgreSql())
-        return takeFromSequence(store, table, floor, count, ids);
-    const auto inUse = largestInUse(store.db(), store.netId(), table, store.failures());
-    if (!inUse)
+    if (store.isPostgreSql()) {
+        const auto inUse = largestInUse(store, table);
+        if (!inUse || !sequences::pass(store, table, std::max(qint64(floor), *inUse)) ||
+            !sequences::draw(store, table, count, ids))
+            return false;
+        reserve(store, table, ids.last());
+        return true;
+    }
+    const auto counter = readCounter(store, table);
+    const auto taken = counter ? highestTaken(store, table, *counter) : std::nullopt;
+    if (!taken)
         return false;
-    long base = std::max(floor, *inUse);
-    if (store.hasSeveralNets())
-        base = std::max(base, DBTools::mhNetMaxId.value(store.netId()).value(table));
-    const auto pastBlock = [&base, count](long stored) {
-        base = std::max(base, stored);
-        return base + count;
-    };
-    if (!moveCounter(store, table, pastBlock))
+    const qint64 base = std::max(qint64(floor), *taken);
+    if (!requireId(store, table, base + count) ||
+        !setCounter(store, table, *counter, static_cast<long>(base + count)))
         return false;
     for (int i = 1; i <= count; ++i)
-        ids.append(base + i);
+        ids.append(static_cast<long>(base + i));
+    reserve(store, table, base + count);
     return true;
 }
 
@@ -226,14 +219,17 @@ bool keepFrom(const Store &store, const QString &table, std::vector<long> ids) {
         return true;
     std::sort(ids.begin(), ids.end());
     const long largest = ids.back();
-    if (store.isPostgreSql()) {
-        const QString name = sequenceFor(store, table);
-        return !name.isEmpty() && raiseSequence(store, name, largest);
-    }
+    if (!requireId(store, table, largest))
+        return false;
+    if (table == kLaneConnector)
+        LaneConnector::generId = std::max(LaneConnector::generId, largest);
+    if (store.isPostgreSql())
+        return sequences::pass(store, table, largest);
     QList<long> &reserved = DBTools::mhId[store.netId()][table];
     const auto isUsed = [&ids](long id) { return std::binary_search(ids.begin(), ids.end(), id); };
     reserved.erase(std::remove_if(reserved.begin(), reserved.end(), isUsed), reserved.end());
-    return moveCounter(store, table, [largest](long stored) { return std::max(stored, largest); });
+    const auto counter = readCounter(store, table);
+    return counter && (counter->stored >= largest || setCounter(store, table, *counter, largest));
 }
 
 bool nextGeneral(QSqlDatabase &db, long &id) {
@@ -241,9 +237,8 @@ bool nextGeneral(QSqlDatabase &db, long &id) {
         return DBTools::getIDByTableName(db, QStringLiteral("General"), id);
     if (db.driverName() != QLatin1String("QPSQL"))
         return false;
-    // The sequence is named "seg", not "seq", in databases and hosts alike.
     const Store store(db, 0, Generation::OneNet, DBTools::dbVer(), DBTools::mlCallDbResult);
-    return firstValue(store, QStringLiteral("select nextval('\"seg_table_id\"')"), id);
+    return sequences::drawGeneral(store, id);
 }
 
 QString idColumn(const QString &table) {
@@ -277,25 +272,43 @@ QString idColumn(const QString &table) {
     return columns.value(table);
 }
 
-std::optional<long> largestInUse(const QSqlDatabase &db, long netId, const QString &table,
-                                 FailureList &failures) {
+std::optional<qint64> largestInUse(const QSqlDatabase &db, long netId, const QString &table,
+                                   FailureList &failures) {
     const auto version = probes::dbVersion(db, failures);
     if (!version)
         return std::nullopt;
-    const QString column = idColumn(table);
-    const QString sql = *version >= 6
-                            ? QStringLiteral("select max(%0) from %1 where NetId = %2")
-                                  .arg(column, identifier(table), QString::number(netId))
-                            : QStringLiteral("select max(%0) from %1").arg(column, identifier(table));
-    // A table without an id column makes the statement invalid: nothing is in use there, and that it fails
-    // says nothing.
-    if (column.isEmpty()) {
-        FailureList unrecorded;
-        probes::number(db, sql, unrecorded);
-        return 0;
-    }
-    const auto largest = probes::number(db, sql, failures, table);
-    return largest ? std::make_optional(Query::narrowedId(*largest)) : std::nullopt;
+    return largestIn(db, *version >= 6 ? std::make_optional(netId) : std::nullopt, table, idColumn(table),
+                     failures);
+}
+
+bool passLaneConnectors(const Store &store) {
+    if (!store.hasSeveralNets())
+        return true;
+    const auto largest =
+        probes::number(store.db(), QStringLiteral("select max(laneConnId) from LaneConnector"),
+                       store.failures(), kLaneConnector);
+    if (largest)
+        LaneConnector::generId = std::max(LaneConnector::generId,
+                                          static_cast<long>(std::min(*largest, storablevalue::kLargestId)));
+    return largest.has_value();
+}
+
+bool requireId(const Store &store, const QString &table, qint64 id) {
+    return storablevalue::holdsId(id) ||
+           store.fail(
+               {}, QStringLiteral("Table %1 would get the identifier %2, and %3 is the largest there can be: "
+                                  "check its counter (table IDGenerater, or the sequence) and its rows, "
+                                  "and import the network anew where rows are at the end")
+                       .arg(table, QString::number(id), QString::number(storablevalue::kLargestId)));
+}
+
+Reservations::Reservations() : mIds(DBTools::mhId), mHighest(DBTools::mhNetMaxId) {}
+
+Reservations::~Reservations() {
+    if (mKept)
+        return;
+    DBTools::mhId = mIds;
+    DBTools::mhNetMaxId = mHighest;
 }
 
 bool giveBackUnused(const Store &store, bool useTransaction) {
@@ -311,8 +324,10 @@ bool giveBackUnused(const Store &store, bool useTransaction) {
         if (ids.isEmpty())
             continue;
         // The rows of all networks are set: hosts that give ids back rely on the statement as it stands.
-        Query update(store, withTable("update IDGenerater set ID = %1 where TableName = '%2'",
-                                      {ids.first() - 1}, table));
+        Query update(store,
+                     fillNumber(QStringLiteral("update IDGenerater set ID = %1 where TableName = '%2'"),
+                                ids.first() - 1)
+                         .arg(quoted(table)));
         verdict = update.exec() && verdict;
     }
     // After a commit that failed the host decides whether to try once more or to roll back.

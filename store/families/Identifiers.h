@@ -2,10 +2,17 @@
 
 #include "store/core/Store.h"
 
+#include <QHash>
+#include <QList>
+
 #include <optional>
 #include <vector>
 
 /// Row identifiers. SQLite stores count in table IDGenerater, PostgreSQL stores in sequences.
+///
+/// An identifier is above what the counter says, above what rows use, and above what this process has given
+/// out since the store was opened, rolled back or not. One beyond 32 bits is refused: nothing is written
+/// then, and the failure is recorded.
 namespace identifiers {
 
 /// The next identifier for @p table in the store's network.
@@ -27,8 +34,31 @@ QString idColumn(const QString &table);
 
 /// The largest identifier that rows of @p table use (of @p netId in generation 6); 0 without one, and where
 /// the store has no such table. None when it could not be read, which is recorded in @p failures.
-std::optional<long> largestInUse(const QSqlDatabase &db, long netId, const QString &table,
-                                 FailureList &failures);
+std::optional<qint64> largestInUse(const QSqlDatabase &db, long netId, const QString &table,
+                                   FailureList &failures);
+
+/// Lane connectors number themselves without asking a store: from now on past those that the open store of
+/// generation 6 has. False when it could not be asked, which is recorded.
+bool passLaneConnectors(const Store &store);
+
+/// Refuses, with a record, an identifier of @p table that is beyond 32 bits.
+bool requireId(const Store &store, const QString &table, qint64 id);
+
+/// What this process has reserved of the open store: taken back when this object goes before keep().
+class Reservations {
+public:
+    Reservations();
+    ~Reservations();
+    Reservations(const Reservations &) = delete;
+    Reservations &operator=(const Reservations &) = delete;
+
+    void keep() { mKept = true; }
+
+private:
+    QHash<long, QHash<QString, QList<long>>> mIds;
+    QHash<long, QHash<QString, long>> mHighest;
+    bool mKept = false;
+};
 
 /// Sets the counters back to the identifiers that were reserved but not used.
 bool giveBackUnused(const Store &store, bool useTransaction);

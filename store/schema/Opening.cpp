@@ -2,6 +2,7 @@
 #include "store/DBTools.h"
 #include "store/DBTools_V6.h"
 #include "store/core/Probes.h"
+#include "store/families/Identifiers.h"
 #include "store/guard/ConnectionGuard.h"
 #include "store/guard/FileGuard.h"
 #include "store/guard/SchemaGuard.h"
@@ -142,7 +143,9 @@ bool DBTools::openDatabase(QSqlDatabase &db, QString path, bool resetIdCache) {
         mhId.clear();
     if (isSqlite && !bringForward(db))
         return false;
-    if (!judgeIsInter(db))
+    const Store store(db, 0, mDbVer >= 6 ? Generation::SeveralNets : Generation::OneNet, mDbVer,
+                      mlCallDbResult);
+    if (!judgeIsInter(db) || !identifiers::passLaneConnectors(store))
         return false;
     const auto hasRoadId =
         probes::tableHasField(db, QStringLiteral("Link"), QStringLiteral("roadid"), mlCallDbResult);
@@ -180,13 +183,16 @@ bool DBTools::transToPostgreSql(QSqlDatabase &db) {
     // Of whatever name: what was read of the file is not to be written to any more.
     db.close();
     replaceDefaultConnection(db, mDbDriver);
+    mhId.clear();
+    mhNetMaxId.clear();
     // The port is not applied: hosts that switch rely on the driver's default.
     db.setHostName(mDbHost);
     db.setDatabaseName(mDbName);
     db.setUserName(mDbUser);
     db.setPassword(mDbPassword);
     if (!openGuarded(db, mlCallDbResult) || !validateDatabase(db) ||
-        !schemaguard::hasFittingVersion(db, mDbName, mlCallDbResult))
+        !schemaguard::hasFittingVersion(db, mDbName, mlCallDbResult) ||
+        !identifiers::passLaneConnectors(Store(db, 0, Generation::SeveralNets, mDbVer, mlCallDbResult)))
         return false;
     // The switch has succeeded whatever becomes of the removal; that records its own failures.
     removeNetData(db, 1, true);

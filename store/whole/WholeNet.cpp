@@ -10,6 +10,7 @@
 #include "store/families/DrivInfoCollectors.h"
 #include "store/families/DriverModels.h"
 #include "store/families/GuideArrows.h"
+#include "store/families/Identifiers.h"
 #include "store/families/LinkTypes.h"
 #include "store/families/Links.h"
 #include "store/families/Networks.h"
@@ -150,6 +151,7 @@ bool load(const Store &store, NetContents &contents, const NetProgress &progress
 }
 
 bool save(const Store &store, NetContents &contents, bool useTransaction, const NetProgress &progress) {
+    identifiers::Reservations reserved;
     Transaction transaction(store, useTransaction);
     NetSave net(store, contents, progress);
     net.check(isFree(store) && saveRecord(store, contents));
@@ -157,6 +159,7 @@ bool save(const Store &store, NetContents &contents, bool useTransaction, const 
     if (!transaction.commitIfGood(net.isGood()))
         return false;
     net.keep();
+    reserved.keep();
     return true;
 }
 

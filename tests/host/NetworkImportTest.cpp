@@ -208,6 +208,29 @@ TEST_F(NetworkImport, ASecondNetworkLeavesTheFirstAlone) {
     }
 }
 
+TEST_F(NetworkImport, PassesHighIdentifiersOfOtherNetworksAtOnceAndRefusesToGoBeyondTheEnd) {
+    openTemplate("EmptyNet_V6.0.0");
+    execute(QStringLiteral("delete from Net"));
+    import(exampleNet(), QStringLiteral("first"));
+    execute(
+        QStringLiteral("update Lane set laneID = 2000000000 where laneID = (select max(laneID) from Lane)"));
+    const long second = import(twoEdges(false), QStringLiteral("second")).record.netId;
+    EXPECT_EQ(rows(QStringLiteral("select min(laneID), max(laneID) from Lane where NetId = %1").arg(second)),
+              QStringList(QStringLiteral("2000000001|2000000003")));
+
+    execute(QStringLiteral("update Lane set laneID = 8589934592 where laneID = 2000000000"));
+    const QStringList before = rows(QStringLiteral("select * from IDGenerater")) + contents(second + 1);
+    try {
+        import(twoEdges(false), QStringLiteral("third"));
+        FAIL() << "the import went through";
+    } catch (const Failure &failure) {
+        EXPECT_TRUE(failure.message().startsWith(
+            QLatin1String("table Lane of the store has the identifier 8589934592, ")))
+            << failure.what();
+    }
+    EXPECT_EQ(rows(QStringLiteral("select * from IDGenerater")) + contents(second + 1), before);
+}
+
 TEST_F(NetworkImport, ARefusedRowLeavesTheStoreAsItWas) {
     openTemplate("EmptyNet_V6.0.0");
     execute(
