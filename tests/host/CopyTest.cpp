@@ -104,6 +104,24 @@ QString rankOf(const Reference &reference, int net) {
         .arg(isLink, rankIn("Link"), rankIn("Connector"));
 }
 
+TEST_F(Copy, ATextThatIsNoUtf8IsRefusedByName) {
+    const QString store = newStore();
+    importInto(store);
+    // The character that stands for damage elsewhere is one like others.
+    change(store, {QStringLiteral("update Link set linkName = 'a' || char(65533)")});
+    const QString sound = digest(store);
+    change(store, {QStringLiteral("update SignalGroup set name = cast(x'61C328' as text)")});
+    const QString target = newStore(QStringLiteral("target.mora"));
+    const QString sentence =
+        QStringLiteral("the text in column name of table SignalGroup, row 1, is not UTF-8; write it anew");
+    expectSentence(copy(store, target), sentence);
+    EXPECT_EQ(counts(target), QList<int>({0, 0, 0, 0}));
+    expectSentence(run({QStringLiteral("digest"), store, QStringLiteral("--net"), QStringLiteral("1")}),
+                   sentence);
+    change(store, {QStringLiteral("update SignalGroup set name = 'a'")});
+    EXPECT_NE(digest(store), sound);
+}
+
 } // namespace
 
 TEST_F(Copy, AnEqualDigestThroughTheServerAndBack) {
