@@ -348,7 +348,7 @@ void scatterRows(RandomNet &random, long netId, bool severalNets) {
 
 QStringList damage(RandomNet &random, long netId, bool severalNets) {
     QStringList done;
-    for (int i = 1 + random.below(6); i > 0; --i)
+    for (int i = 3 + random.below(20); i > 0; --i)
         done.append(Surgeon(random, netId, severalNets).operate());
     return done;
 }

@@ -140,6 +140,55 @@ TEST_P(DamagedNetTest, LoadsADamagedNetworkAsFarAsSingleReadsDo) {
                       "LaneConnector 5,5 names a lane that is missing"}));
 }
 
+TEST_P(DamagedNetTest, WhatLoadsIsReportedWhereItIsLeftOutAndSavesAgain) {
+    addRow("VehicleDetector",
+           "vehicleDetectorId, signalGroupID, name, phaseNumber, roadId, roadType, laneNumber, length, "
+           "distToTerminal, type, maxGreen",
+           "5, 1, 'd', 1, 7, 'L', 1, 2.5, 3.5, 't', 9");
+    addRow("DetectorVehiType", "vehicleDetectorId, vehicleTypeCode", "5, 901");
+    addRow("DetectorVehiType", "vehicleDetectorId, vehicleTypeCode", "5, 902");
+    // Links 3 and 7 share a node and a vertex.
+    execute(QStringLiteral("update Link set StartNodeID = 31 where linkID = 7"));
+    execute(QStringLiteral("update LinkVertex set vertexID = 31 where linkID = 7 and num = 1"));
+    addRow(
+        "BusLine",
+        "busLineID, name, dischargeFreq, dischargeStartTime, dischargeEndTime, startX, startY, endX, endY, "
+        "desirSpeed, speedSD, passCountAtStartTime",
+        "1, 'b', 1, 2, 3, 4, 5, 6, 7, 8, 9, 10");
+    addRow("BusLineRoad", "busLineID, serialNumber, roadID", "1, 1, 7");
+    addRow("BusStation", "busStationID, linkID, name, laneNumber, x, y, length, type",
+           "2, 12, 's', 1, 2, 3, 4, 't'");
+    const QString stop = QStringLiteral(
+        "stationLineID, busStationID, busLineID, parkingTime, getOnTimePerson, getOutTimePerson, leavingPercent");
+    addRow("BusStationLine", stop, "11, 2, 1, 1, 2, 3, 4");
+    addRow("BusStationLine", stop, "12, 8, 1, 1, 2, 3, 4");
+    addRow("BusStationLine", stop, "13, 2, 9, 1, 2, 3, 4");
+    addRow("DecisionPoint", "deciPointID, linkID, deciPointName, X, Y, Z", "1, 7, 'p', 1, 2, 3");
+    addRow("Routing", "routingID, deciPointID, routingName, proportion", "1, 1, 'r', 1");
+    addRow("RoutingLaneConnector", "routingID, connID, laneID1, laneID2", "1, 99, 31, 71");
+    NetContents contents;
+    ASSERT_TRUE(DBTools::loadNet(gDB, kNet, contents));
+    EXPECT_EQ(
+        reportOf(contents),
+        Report({"Vertex 71 belongs to no link", "Node 71 belongs to no link",
+                "RoutingLaneConnector 1 names a connector that is missing",
+                "DetectorVehiType 5,5 names a vehicle type that is missing and reads as the default one",
+                "BusStationLine 11 stands off the route of its line",
+                "BusStationLine 12 names a station that is missing",
+                "BusStationLine 13 belongs to no bus line"}));
+    EXPECT_EQ(contents.traffic.vehicleDetectors.front()->mlVehiTypeCode, QList<long>({1, 1}));
+
+    openNewStore();
+    DBTools::initDictionary(gDB, kNet, true);
+    clearFailures();
+    ASSERT_TRUE(DBTools::saveNet(gDB, kNet, contents, true));
+    EXPECT_EQ(failureCount(), 0);
+    EXPECT_EQ(rows(QStringLiteral("select vehicleTypeCode from DetectorVehiType")),
+              QStringList(QStringLiteral("1")));
+    EXPECT_EQ(count(QStringLiteral("Node")), 5);
+    EXPECT_EQ(count(QStringLiteral("Vertex")), 8);
+}
+
 TEST_P(DamagedNetTest, RowsThatCannotBeReadAreNotTakenForTheEnd) {
     execute(
         QStringLiteral("with recursive n(i) as (select 1000 union all select i + 1 from n where i < 3000) "
