@@ -19,8 +19,10 @@ DecisionPoint &DecisionPoint::operator=(const DecisionPoint &other) {
     z = other.z;
     mlRouting = other.mlRouting;
     mlFlowByInterval = other.mlFlowByInterval;
-    for (Routing *route : qAsConst(mlRouting))
-        route->mpDecisionPoint = this;
+    for (Routing *route : qAsConst(mlRouting)) {
+        if (route)
+            route->mpDecisionPoint = this;
+    }
     return *this;
 }
 

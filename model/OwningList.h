@@ -1,11 +1,14 @@
 #pragma once
 
 #include <QList>
+#include <QSet>
 #include <QtAlgorithms>
+
+#include <initializer_list>
 
 /// A QList of pointers that owns what it points to: its destructor deletes the objects, a copy holds copies
 /// of them. Taking a pointer out (takeAt, takeFirst, removeOne, clear, ...) hands the object to whoever took
-/// it.
+/// it. Each object is in one list, once.
 template <class T>
 class OwningList : public QList<T *> {
 public:
@@ -13,13 +16,26 @@ public:
     OwningList(const OwningList &other) : QList<T *>() {
         this->reserve(other.size());
         for (const T *object : other)
-            this->append(new T(*object));
+            this->append(object ? new T(*object) : nullptr);
     }
     OwningList(OwningList &&other) noexcept : QList<T *>() { this->swap(other); }
     OwningList &operator=(OwningList other) noexcept {
         this->swap(other);
         return *this;
     }
+    /// @{ Takes over the objects of @p objects. What the list held and does not hold now is deleted.
+    OwningList &operator=(const QList<T *> &objects) {
+        const QList<T *> before(*this);
+        QList<T *>::operator=(objects);
+        const QSet<T *> kept(this->cbegin(), this->cend());
+        for (T *object : before) {
+            if (!kept.contains(object))
+                delete object;
+        }
+        return *this;
+    }
+    OwningList &operator=(std::initializer_list<T *> objects) { return *this = QList<T *>(objects); }
+    /// @}
     ~OwningList() { qDeleteAll(*this); }
 
     /// Deletes every object and empties the list.

@@ -125,6 +125,35 @@ TEST(Ownership, StopIsTunedThroughTheInterface) {
     EXPECT_EQ(stop.leavingPercent, 7);
 }
 
+TEST(Ownership, AListTakesOverTheObjectsOfAnother) {
+    int alive = 0;
+    struct Counted {
+        explicit Counted(int &counter) : count(counter) { ++count; }
+        Counted(const Counted &other) : count(other.count) { ++count; }
+        ~Counted() { --count; }
+        int &count;
+    };
+    {
+        OwningList<Counted> list;
+        auto *kept = new Counted(alive);
+        auto *newOne = new Counted(alive);
+        list = {new Counted(alive), kept};
+        const QList<Counted *> others = {kept, newOne, nullptr};
+        list = others;
+        EXPECT_EQ(alive, 2) << "what is not in the list any more is deleted";
+        EXPECT_EQ(list, others);
+        const OwningList<Counted> copy = list;
+        EXPECT_EQ(copy.last(), nullptr);
+        EXPECT_EQ(alive, 4);
+        const QList<Counted *> same(list);
+        list = same;
+        EXPECT_EQ(alive, 4);
+        list = {};
+        EXPECT_EQ(alive, 2);
+    }
+    EXPECT_EQ(alive, 0);
+}
+
 TEST(Ownership, CopiedZonesAndAreasHaveChildrenOfTheirOwn) {
     AccidentZone zone;
     zone.mlLane.append(new ZoneLane{1, 2, -1});
