@@ -41,8 +41,7 @@ bool Net::readConfiguration(QSqlDatabase &db) {
 }
 
 void Net::enter(Link *link) {
-    if (!mLinks.find(link->linkID))
-        mLinks.enter(link->linkID, link);
+    mLinks.enter(link->linkID, link);
 }
 
 void Net::enter(Lane *lane) {

@@ -59,9 +59,9 @@ public:
     /// Takes the record over; another network's record empties the tables. The configuration stays.
     void loadRecord(const NetRecord &record);
 
-    /// Whether objects of network `id` may be found in and entered into the tables: it is this network, or
-    /// this is none yet (id 0).
-    bool isCurrent(long id) const { return netId == 0 || netId == id; }
+    /// Whether, in a store of several networks, objects of network `id` may be found in and entered into the
+    /// tables: it is this network. While no network is loaded (id 0) that holds for none.
+    bool isCurrent(long id) const { return netId != 0 && netId == id; }
 
     Configuration &config() { return mConfig; }
     const Configuration &config() const { return mConfig; }
@@ -79,11 +79,11 @@ public:
     LaneConnector *getLaneConnectorById(long id) const { return mLaneConnectors.find(id); }
     SignalPhase *getSignalPhaseById(long id) const { return mSignalPhases.find(id); }
 
-    /// Enters the link under its id unless the table has one of that id. Its lanes are entered one by one.
+    /// Enters the object under its id unless the table has one of that id: the first one stays. A link's
+    /// lanes are entered one by one.
     void enter(Link *link);
-    /// Enters the object, in place of one that has its id.
     void enter(Lane *lane);
-    /// The same, with the lane connectors that it has by now.
+    /// Enters the lane connectors that it has by now, too.
     void enter(Connector *connector);
     void enter(SignalPhase *phase);
 

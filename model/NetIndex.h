@@ -13,10 +13,11 @@ public:
     /// The object entered under `id`, or null.
     T *find(long id) const { return mObjects.value(id, nullptr); }
 
-    /// Enters the object, in place of one that has the id already.
+    /// Enters the object under `id` alone, unless another one has that id: then it is in the table no more.
     void enter(long id, T *object) {
         leave(object);
-        leave(find(id));
+        if (mObjects.contains(id))
+            return;
         mObjects.insert(id, object);
         mIds.insert(object, id);
     }

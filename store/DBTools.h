@@ -120,7 +120,8 @@ public:
     /// "__dbname",
     /// "__dbuser", "__dbpassword"; the port is not read there), connects, reads the generation, upgrades an
     /// SQLite store to the current schema, finds out its language (SpecialWords::setDbIsEnglish()) and
-    /// whether links have road ids. Empties the identifier caches and both failure lists.
+    /// whether links have road ids. Empties the identifier caches, both failure lists and, as soon as the
+    /// earlier connection is given up, gNet's tables.
     /// @param path file of an SQLite store; not used with another driver. A path that does not exist is
     /// refused and
     ///        no file is made.
@@ -251,7 +252,8 @@ public:
     /// Deletes all objects of a network (of the store, below generation 6), children before parents. The
     /// network's record, its counters, configuration and the usage log stay; generation 6 also leaves the
     /// vehicle restrictions of lanes and connectors. A failed group of tables ends the removal with false;
-    /// what was deleted before it stays deleted, also with a transaction of the operation's own.
+    /// what was deleted before it stays deleted, also with a transaction of the operation's own. Once rows of
+    /// the current network may be gone, gNet's tables are empty.
     static bool removeNetData(QSqlDatabase &db, long netId, bool useTransaction);
     /// @}
 
@@ -544,13 +546,15 @@ public:
     /// The objects are those that the single reads would give, and besides what no single read does: the
     /// restrictions that generation 6 and connectors have tables for. The network becomes the current one:
     /// gNet's tables hold these objects, in place of any others, and the single reads answer from them; the
-    /// registries ghVehicleType, ghVehicleComposition and glLinkType hold its catalogues. The tables are read
-    /// one after the other: inside a transaction of the caller's, as they are at one moment.
+    /// registries ghVehicleType, ghVehicleComposition and glLinkType hold its catalogues; gNet.config() is
+    /// its scene configuration, or a new one where it has none. The load never takes VehicleType::mlock: a
+    /// host whose other threads look types up holds it for writing around the call. The tables are read one
+    /// after the other: inside a transaction of the caller's, as they are at one moment.
     /// @param contents takes the objects and owns them; what it held before is destroyed. Its `skipped`
     ///        reports every row that was left out, or was taken in part (NetContents.h says what is left out).
     /// @param progress hears, now and then, how far the load has come; it must not use the store.
     /// @return false when there is no such network, a statement failed or the load was cancelled. Then
-    ///         @p contents, gNet and the registries are empty.
+    ///         @p contents, gNet (record, configuration and tables) and the registries are empty.
     static bool loadNet(QSqlDatabase &db, long netId, NetContents &contents,
                         const NetProgress &progress = {});
     /// Saves all of a network under @p netId, as a whole or not at all.

@@ -27,8 +27,8 @@ public:
     static QHash<QString, QString> mhTablePK;
 
     /// Opens an SQLite file for a backup copy on Qt's default connection (so it replaces the open one),
-    /// without upgrading it or reading its version. A path that does not exist is refused and no file is
-    /// made.
+    /// without upgrading it or reading its version, and empties gNet's tables. A path that does not exist is
+    /// refused and no file is made.
     /// @return validateDatabase() of the connection. The flag is not used.
     static bool openDatabaseForBackup(QSqlDatabase &db, QString path, bool);
     /// As DBTools::validateDatabase(), recorded in this class.

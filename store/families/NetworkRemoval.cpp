@@ -3,6 +3,7 @@
 #include "store/core/Query.h"
 #include "store/core/Savepoint.h"
 #include "store/core/Transaction.h"
+#include "store/families/CurrentNet.h"
 
 #include <QSqlError>
 
@@ -72,9 +73,16 @@ bool removeData(const Store &store, bool useTransaction) {
     Transaction transaction(store, useTransaction);
     if (!store.isUsable() || (useTransaction && !store.checkConnection()))
         return transaction.rollBack();
+    const bool isCurrent = isCurrentNet(store);
     bool removed = true;
-    for (const auto &group : store.hasSeveralNets() ? kSeveralNets : kOneNet)
+    bool begun = false;
+    for (const auto &group : store.hasSeveralNets() ? kSeveralNets : kOneNet) {
         removed = removed && removeGroup(store, group);
+        begun = begun || removed;
+    }
+    // What is gone answers no read, nor does what may be gone.
+    if (begun && isCurrent)
+        gNet.releaseNet();
     return transaction.commit(removed);
 }
 

@@ -1,5 +1,6 @@
 #include "store/families/SceneConfigurations.h"
 
+#include "model/Net.h"
 #include "store/core/Columns.h"
 #include "store/core/Transaction.h"
 #include "store/whole/NetLoad.h"
@@ -90,6 +91,7 @@ void load(NetLoad &net) {
         else
             net.skip("Configuration", net.store.netId(), "stands behind another row of settings");
     });
+    gNet.config() = scene.value_or(Configuration());
 }
 
 void save(NetSave &net) {

@@ -37,14 +37,17 @@ Row &bindRow(Row &row, const SignalLamp &lamp) {
         .bind(":z", lamp.z);
 }
 
-/// Enters the lamp into its phase's lamps, in place of one that an earlier read of the same lamp gave.
+/// Gives the lamp its phase, and enters it into the phase's lamps unless an earlier read of the same lamp
+/// gave one that is there.
 void enterInto(SignalPhase *phase, SignalLamp *lamp) {
-    QList<SignalLamp *> &lamps = phase->mlLamp;
-    const auto isEarlier = [lamp](const SignalLamp *other) {
+    const QList<SignalLamp *> &lamps = phase->mlLamp;
+    const bool isThere = std::any_of(lamps.cbegin(), lamps.cend(), [lamp](const SignalLamp *other) {
         return other->signalLampID == lamp->signalLampID;
-    };
-    lamps.erase(std::remove_if(lamps.begin(), lamps.end(), isEarlier), lamps.end());
-    lamp->setPhase(phase);
+    });
+    if (isThere)
+        lamp->mpPhase = phase;
+    else
+        lamp->setPhase(phase);
 }
 
 /// A lamp of the phase that gNet knows; null without that phase.

@@ -139,7 +139,9 @@ void load(NetLoad &net) {
         if (!detector)
             return;
         const long code = row.id("vehicleTypeCode");
-        detector->mlVehiTypeCode.append(knownCode(code));
+        // Without the registry's lock: the load has changed the registry, and its caller may hold the lock
+        // for writing.
+        detector->mlVehiTypeCode.append(ghVehicleType.value(code).vehicleTypeCode);
         if (detector->mlVehiTypeCode.last() != code)
             net.skip("DetectorVehiType", detector->vehicleDetectorId,
                      "names a vehicle type that is missing and reads as the default one");

@@ -1,3 +1,4 @@
+#include "model/Net.h"
 #include "model/SpecialWords.h"
 #include "store/DBTools.h"
 #include "store/DBTools_V6.h"
@@ -40,13 +41,15 @@ void releaseDefault(QSqlDatabase &handle) {
 }
 
 /// Makes @p db Qt's default connection with @p driver. The process-wide handles on the one that it replaces
-/// are given up first: Qt would otherwise keep it alive and complain that it is in use.
+/// are given up first: Qt would otherwise keep it alive and complain that it is in use. gNet's tables are
+/// emptied: the same ids name other objects in another store.
 void replaceDefaultConnection(QSqlDatabase &db, const QString &driver) {
     const QString name = QLatin1String(QSqlDatabase::defaultConnection);
     releaseDefault(db);
     releaseDefault(gDB);
     releaseDefault(gDBForBackup);
     gsDbPath.clear();
+    gNet.releaseNet();
     if (QSqlDatabase::contains(name))
         QSqlDatabase::removeDatabase(name);
     db = QSqlDatabase::addDatabase(driver);

@@ -130,7 +130,9 @@ bool saveRecord(const Store &store, const NetContents &contents) {
 
 void forget(NetContents &contents) {
     contents = NetContents();
-    gNet.loadRecord(NetRecord());
+    // By itself: the record of another network empties the tables, one of the same id does not.
+    gNet.releaseNet();
+    gNet = Net();
     ghVehicleType.clear();
     ghVehicleComposition.clear();
     glLinkType.clear();

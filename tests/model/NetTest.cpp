@@ -97,17 +97,30 @@ TEST_F(NetTables, OnlyTheEnteredObjectLeaves) {
     }
     EXPECT_EQ(gNet.getLinkById(1), held.get());
 
-    const auto older = std::make_unique<Connector>(7, nullptr, nullptr);
-    auto newer = std::make_unique<Connector>(7, nullptr, nullptr);
-    gNet.enter(older.get());
-    gNet.enter(newer.get());
-    EXPECT_EQ(gNet.getConnectorById(7), newer.get());
-    newer.reset();
-    EXPECT_EQ(gNet.getConnectorById(7), nullptr);
+    // The rule is the same for all that is entered: the first one stays.
+    const Graph graph;
+    const long laneConnectorId = LaneConnector::generId;
+    {
+        Graph twin;
+        twin.connector->mlLaneConnector.first()->laneConnId = laneConnectorId;
+        gNet.enter(twin.connector.get());
+    }
+    EXPECT_EQ(gNet.getLaneById(10), graph.from->mlLane.first());
+    EXPECT_EQ(gNet.getConnectorById(7), graph.connector.get());
+    EXPECT_EQ(gNet.getLaneConnectorById(laneConnectorId), graph.connector->mlLaneConnector.first());
+    EXPECT_EQ(gNet.getSignalPhaseById(9), graph.phase.get());
+
+    // An object whose id has changed stands under the new one alone, or nowhere when that is taken.
+    graph.from->linkID = 3;
+    gNet.enter(graph.from.get());
+    graph.to->linkID = 1;
+    gNet.enter(graph.to.get());
+    EXPECT_EQ(gNet.lLink(), QList<Link *>({held.get(), graph.from.get()}));
 }
 
 TEST_F(NetTables, AnotherNetworksRecordEmptiesTheTables) {
-    EXPECT_TRUE(gNet.isCurrent(3)); // no network yet
+    EXPECT_FALSE(gNet.isCurrent(3)); // no network yet
+    EXPECT_FALSE(gNet.isCurrent(0));
     NetRecord record;
     record.netId = 3;
     gNet.loadRecord(record);

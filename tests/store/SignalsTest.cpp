@@ -166,7 +166,7 @@ TEST_P(SignalsTest, ALampComesBackOnceItsPhaseIsKnown) {
     EXPECT_FALSE(readLamp(9)) << "its phase has not been read";
     const auto readBack = readGroup(4);
     SignalPhase *phase = readBack->findPhaseByName(group->mlPhase.last()->name);
-    auto read = readLamp(9);
+    const auto read = readLamp(9);
     ASSERT_TRUE(read);
     EXPECT_EQ(read->mpPhase, phase);
     EXPECT_EQ(phase->mlLamp, QList<SignalLamp *>({read.get()}));
@@ -177,10 +177,11 @@ TEST_P(SignalsTest, ALampComesBackOnceItsPhaseIsKnown) {
     EXPECT_EQ(read->x, written->x);
     EXPECT_EQ(read->y, written->y);
     EXPECT_EQ(read->z, written->z);
-    const auto again = readLamp(9);
-    EXPECT_EQ(phase->mlLamp, QList<SignalLamp *>({again.get()})) << "a lamp stands in the list once";
-    read.reset();
-    EXPECT_EQ(phase->mlLamp, QList<SignalLamp *>({again.get()}));
+    auto again = readLamp(9);
+    EXPECT_EQ(phase->mlLamp, QList<SignalLamp *>({read.get()})) << "a lamp stands in the list once";
+    EXPECT_EQ(again->mpPhase, phase);
+    again.reset();
+    EXPECT_EQ(phase->mlLamp, QList<SignalLamp *>({read.get()}));
     EXPECT_FALSE(readLamp(8)) << "its lane is gone";
     EXPECT_FALSE(readLamp(7));
     EXPECT_EQ(failureCount(), 0);
