@@ -69,6 +69,9 @@ extern MORASTORE_EXPORT QString gsDbPath;
 /// - Nothing is thrown. A failed statement is appended to mlCallDbResult of the class whose body ran, and the
 ///   result is false, null or empty. Inserts go on after a failed row unless their description says
 ///   otherwise.
+/// - An object that is not whole (a null in one of its lists, or no link, lane or phase where a row names
+///   one) is refused: nothing of it is written, and a record names it and what it lacks. Null in place of
+///   an object is nothing to write, and a success.
 /// - Identifiers are the caller's: inserts write the ids that the objects carry (getIDByTableName() hands
 /// them out).
 /// - Lists of ids are appended to in ascending order and not cleared.

@@ -9,6 +9,7 @@
 #include "store/core/Query.h"
 #include "store/core/Transaction.h"
 #include "store/families/CurrentNet.h"
+#include "store/families/Wholeness.h"
 #include "store/whole/NetSave.h"
 #include "store/whole/Owners.h"
 
@@ -255,6 +256,8 @@ void skipStop(NetLoad &net, const LoadedStop &loaded, bool hasLine) {
 bool insert(const Store &store, const BusLine *line, bool inTransaction) {
     if (!line)
         return true;
+    if (!wholeness::isWhole(store, *line))
+        return false;
     Transaction transaction(store, inTransaction);
     return transaction.commitIfGood(insertRow(store, *line) && insertStops(store, *line) &&
                                     insertRoads(store, *line));

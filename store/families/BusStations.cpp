@@ -6,6 +6,7 @@
 #include "store/core/Query.h"
 #include "store/core/Transaction.h"
 #include "store/families/CurrentNet.h"
+#include "store/families/Wholeness.h"
 #include "store/whole/NetLoad.h"
 #include "store/whole/NetSave.h"
 
@@ -34,16 +35,6 @@ constexpr Column<BusStation> kColumns[] = {
     {":type", &BusStation::type},
 };
 
-/// A station without a link could be stored where keys are not enforced, and would never be listed again.
-bool refuseWithoutLink(const Store &store, const BusStation &station) {
-    CallDbResult failure;
-    failure.id = station.busStationID;
-    failure.error = QStringLiteral("Bus station %1 has no link: set mpLink before it is stored.")
-                        .arg(station.busStationID);
-    store.failures().append(failure);
-    return false;
-}
-
 template <class Row>
 Row &bindRow(Row &row, const BusStation &station) {
     return bindAll(row.bind(":linkID", station.mpLink->linkID), kColumns, station);
@@ -54,8 +45,8 @@ Row &bindRow(Row &row, const BusStation &station) {
 bool insert(const Store &store, const BusStation *station, bool inTransaction) {
     if (!station)
         return true;
-    if (!station->mpLink)
-        return refuseWithoutLink(store, *station);
+    if (!wholeness::isWhole(store, *station))
+        return false;
     Transaction transaction(store, inTransaction);
     Query insert(store, kInsert);
     return transaction.discard(bindRow(insert.bindNet(), *station).exec());
@@ -92,8 +83,6 @@ void load(NetLoad &net) {
 void save(NetSave &net) {
     const Objects<BusStation> &stations = net.contents.traffic.busStations;
     net.giveIds("BusStation", stations, &BusStation::busStationID);
-    for (const auto &station : stations)
-        net.check(station->mpLink || refuseWithoutLink(net.store, *station));
     net.writeEach("BusStation", stations,
                   [](RowWriter &row, const BusStation &station) { bindRow(row, station); });
 }

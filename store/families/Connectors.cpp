@@ -9,6 +9,7 @@
 #include "store/core/SortedById.h"
 #include "store/core/Transaction.h"
 #include "store/families/CurrentNet.h"
+#include "store/families/Wholeness.h"
 #include "store/whole/NetLoad.h"
 #include "store/whole/NetSave.h"
 
@@ -63,8 +64,8 @@ void bindRow(Row &row, bool withRoad, Connector &connector) {
     row.bind(":ConnID", connector.connID);
     if (withRoad)
         row.bind(":roadId", connector.roadId);
-    row.bind(":StartLinkID", connector.mpStartLink ? connector.mpStartLink->linkID : 0L)
-        .bind(":EndLinkID", connector.mpEndLink ? connector.mpEndLink->linkID : 0L)
+    row.bind(":StartLinkID", connector.mpStartLink->linkID)
+        .bind(":EndLinkID", connector.mpEndLink->linkID)
         .bind(":ConnName", connector.connName)
         .bind(":Length", connector.length)
         .bind(":Curvature", connector.curvature)
@@ -116,24 +117,20 @@ bool insertRestrictions(const Store &store, const Connector &connector) {
     return written;
 }
 
-long laneId(const Lane *lane) {
-    return lane ? lane->laneID : 0;
-}
-
 template <class Row>
 void bindRow(Row &row, bool withId, const Connector &connector, const LaneConnector &lanes) {
     if (withId)
         row.bind(":laneConnId", lanes.laneConnId);
     row.bind(":connID", connector.connID)
-        .bind(":StartLaneID", laneId(lanes.mpStartLane))
-        .bind(":EndLaneID", laneId(lanes.mpEndLane))
+        .bind(":StartLaneID", lanes.mpStartLane->laneID)
+        .bind(":EndLaneID", lanes.mpEndLane->laneID)
         .bind(":weight", lanes.weight);
 }
 
 bool insertLaneConnectorAttributes(const Store &store, const Connector &connector,
                                    const LaneConnector &lanes) {
     Query update(store, kUpdateLaneConnectorAttributes,
-                 {store.netId(), connector.connID, laneId(lanes.mpStartLane), laneId(lanes.mpEndLane)});
+                 {store.netId(), connector.connID, lanes.mpStartLane->laneID, lanes.mpEndLane->laneID});
     return update.bind(":otherAttrsJson", lanes.otherAttrsJson).exec();
 }
 
@@ -239,6 +236,8 @@ void readLaneConnectors(const Store &store, Connector &connector) {
 bool insert(const Store &store, Connector *connector, bool inTransaction) {
     if (!connector)
         return true;
+    if (!wholeness::isWhole(store, *connector))
+        return false;
     Transaction transaction(store, inTransaction);
     bool written = insertRow(store, *connector);
     written = updateGeometry(store, *connector) && written;
@@ -248,6 +247,8 @@ bool insert(const Store &store, Connector *connector, bool inTransaction) {
 }
 
 bool insertAll(Store &store, const QList<Connector *> &connectors) {
+    if (!wholeness::hasNoNull(store, connectors))
+        return false;
     store.keepStatements();
     bool written = true;
     for (Connector *connector : connectors)

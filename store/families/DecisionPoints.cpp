@@ -6,6 +6,7 @@
 #include "store/core/Transaction.h"
 #include "store/families/CurrentNet.h"
 #include "store/families/Routings.h"
+#include "store/families/Wholeness.h"
 #include "store/whole/NetLoad.h"
 #include "store/whole/NetSave.h"
 
@@ -30,7 +31,7 @@ template <class Row>
 Row &bindRow(Row &row, const DecisionPoint &point) {
     return row.bind(":deciPointID", point.deciPointID)
         .bind(":deciPointName", point.deciPointName)
-        .bind(":linkID", point.mpLink ? point.mpLink->linkID : 0L)
+        .bind(":linkID", point.mpLink->linkID)
         .bind(":x", point.x)
         .bind(":y", point.y)
         .bind(":z", point.z);
@@ -139,6 +140,8 @@ void readFlows(const Store &store, DecisionPoint &point) {
 bool insert(const Store &store, DecisionPoint *point, bool useTransaction) {
     if (!point)
         return true;
+    if (!wholeness::isWhole(store, *point))
+        return false;
     Transaction transaction(store, useTransaction);
     bool written = insertRow(store, *point);
     written = insertRoutes(store, *point) && written;

@@ -13,6 +13,7 @@
 #include "store/core/Transaction.h"
 #include "store/families/CurrentNet.h"
 #include "store/families/Lanes.h"
+#include "store/families/Wholeness.h"
 #include "store/whole/NetLoad.h"
 #include "store/whole/NetSave.h"
 
@@ -430,6 +431,8 @@ void saveRows(NetSave &net) {
 bool insert(const Store &store, Link *link, bool inTransaction) {
     if (!link)
         return true;
+    if (!wholeness::isWhole(store, *link))
+        return false;
     Transaction transaction(store, inTransaction);
     bool written = insertVertices(store, *link);
     written = insertNode(store, link->mpStartNode) && written;
@@ -444,6 +447,8 @@ bool insert(const Store &store, Link *link, bool inTransaction) {
 }
 
 bool insertAll(Store &store, const QList<Link *> &links) {
+    if (!wholeness::hasNoNull(store, links))
+        return false;
     store.keepStatements();
     return std::all_of(links.cbegin(), links.cend(),
                        [&store](Link *link) { return insert(store, link, false); });

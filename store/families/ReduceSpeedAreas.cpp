@@ -4,6 +4,7 @@
 #include "store/core/Columns.h"
 #include "store/core/Query.h"
 #include "store/core/Transaction.h"
+#include "store/families/Wholeness.h"
 #include "store/whole/NetSave.h"
 #include "store/whole/Owners.h"
 
@@ -128,6 +129,8 @@ void sortByCode(QList<ReduceSpeedVehiType *> &types) {
 bool insert(const Store &store, const ReduceSpeedArea *area, bool inTransaction) {
     if (!area)
         return true;
+    if (!wholeness::isWhole(store, *area))
+        return false;
     Transaction transaction(store, inTransaction);
     Query insert(store, kInsert);
     bool written = insertRow(insert, kColumns, *area);

@@ -7,6 +7,7 @@
 #include "store/core/Query.h"
 #include "store/core/Transaction.h"
 #include "store/families/CurrentNet.h"
+#include "store/families/Wholeness.h"
 #include "store/whole/NetSave.h"
 #include "store/whole/Owners.h"
 
@@ -53,9 +54,9 @@ Row &bindRow(Row &row, const Routing &route) {
 }
 
 template <class Row>
-Row &bindChainLink(Row &row, const Routing &route, const Link *link, int chainNumber, int linkNumber) {
+Row &bindChainLink(Row &row, const Routing &route, const Link &link, int chainNumber, int linkNumber) {
     return row.bind(":routingID", route.routingID)
-        .bind(":linkID", link ? link->linkID : 0L)
+        .bind(":linkID", link.linkID)
         .bind(":num1", chainNumber)
         .bind(":num2", linkNumber);
 }
@@ -90,7 +91,7 @@ bool insertChains(const Store &store, const Routing &route) {
         ++chainNumber;
         int linkNumber = 0;
         for (const Link *link : chain) {
-            bindChainLink(insert.bindNet(), route, link, chainNumber, ++linkNumber);
+            bindChainLink(insert.bindNet(), route, *link, chainNumber, ++linkNumber);
             written = insert.exec() && written;
         }
     }
@@ -164,6 +165,8 @@ void readChains(const Store &store, Routing &route, long routingId) {
 bool insert(const Store &store, Routing *route, bool useTransaction) {
     if (!route)
         return true;
+    if (!wholeness::isWhole(store, *route))
+        return false;
     Transaction transaction(store, useTransaction);
     bool written = insertRow(store, *route);
     written = insertChains(store, *route) && written;
@@ -191,6 +194,8 @@ bool listIds(const Store &store, long deciPointId, QList<long> &ids) {
 bool insertFlowRatios(const Store &store, long start, RoutingFlowByInterval *interval, bool useTransaction) {
     if (!interval)
         return true;
+    if (!wholeness::isWhole(store, *interval))
+        return false;
     Transaction transaction(store, useTransaction);
     bool written = true;
     Query insert(store, kInsertFlowRatio);
@@ -284,7 +289,7 @@ void save(NetSave &net) {
             for (int chain = 0; chain < route->mlLinkChain.size(); ++chain) {
                 int number = 0;
                 for (const Link *link : route->mlLinkChain.at(chain))
-                    bindChainLink(row.bindNet(), *route, link, chain + 1, ++number).exec();
+                    bindChainLink(row.bindNet(), *route, *link, chain + 1, ++number).exec();
             }
         }
     });

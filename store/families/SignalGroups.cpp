@@ -5,6 +5,7 @@
 #include "store/core/Query.h"
 #include "store/core/Transaction.h"
 #include "store/families/CurrentNet.h"
+#include "store/families/Wholeness.h"
 #include "store/whole/NetSave.h"
 #include "store/whole/Owners.h"
 
@@ -143,6 +144,8 @@ void readColors(const Store &store, SignalPhase &phase) {
 bool insert(const Store &store, SignalGroup *group, bool inTransaction) {
     if (!group)
         return true;
+    if (!wholeness::isWhole(store, *group))
+        return false;
     Transaction transaction(store, inTransaction);
     bool written = insertRow(store, *group);
     written = insertPhases(store, *group) && written;

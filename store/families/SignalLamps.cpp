@@ -4,6 +4,7 @@
 #include "store/core/Query.h"
 #include "store/core/Transaction.h"
 #include "store/families/CurrentNet.h"
+#include "store/families/Wholeness.h"
 #include "store/whole/NetLoad.h"
 #include "store/whole/NetSave.h"
 
@@ -28,7 +29,7 @@ constexpr Sql kSelectIds = {"select signalLampID from SignalLamp order by signal
 template <class Row>
 Row &bindRow(Row &row, const SignalLamp &lamp) {
     return row.bind(":signalLampID", lamp.signalLampID)
-        .bind(":signalPhaseID", lamp.mpPhase ? lamp.mpPhase->signalPhaseID : 0L)
+        .bind(":signalPhaseID", lamp.mpPhase->signalPhaseID)
         .bind(":laneID", lamp.laneID)
         .bind(":toLaneID", lamp.toLaneID)
         .bind(":name", lamp.name)
@@ -73,6 +74,8 @@ std::unique_ptr<SignalLamp> readRow(Row &row) {
 bool insert(const Store &store, SignalLamp *lamp, bool inTransaction) {
     if (!lamp)
         return true;
+    if (!wholeness::isWhole(store, *lamp))
+        return false;
     Transaction transaction(store, inTransaction);
     Query insert(store, kInsert);
     return transaction.commit(bindRow(insert.bindNet(), *lamp).exec());

@@ -24,6 +24,7 @@
 #include "store/families/VehicleCompositions.h"
 #include "store/families/VehicleDetectors.h"
 #include "store/families/VehicleTypes.h"
+#include "store/families/Wholeness.h"
 #include "store/families/Zones.h"
 #include "store/whole/NetLoad.h"
 #include "store/whole/NetSave.h"
@@ -153,6 +154,8 @@ bool load(const Store &store, NetContents &contents, const NetProgress &progress
 }
 
 bool save(const Store &store, NetContents &contents, bool useTransaction, const NetProgress &progress) {
+    if (!wholeness::isWhole(store, contents))
+        return false;
     identifiers::Reservations reserved;
     Transaction transaction(store, useTransaction);
     NetSave net(store, contents, progress);
