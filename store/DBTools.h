@@ -562,18 +562,21 @@ public:
                         const NetProgress &progress = {});
     /// Saves all of a network under @p netId, as a whole or not at all.
     ///
-    /// Network @p netId must not have links yet. Its record is written unless there is one. Catalogues that
-    /// @p contents has replace those that initDictionary() gives a network. Rows hold what the single inserts
-    /// write and, in generation 6, what those leave out: attributes and restrictions of lanes, restrictions
-    /// of connectors, the geometry of lane connectors, detectors' vehicle types. So a network that was loaded
-    /// comes back equal. A link's break points are its own, or those of its outer lanes where it has none.
-    /// @param contents objects whose id is 0 get one from a block of new identifiers; on false it is 0 again.
-    ///        Ids that they bring along are not given out again.
-    /// @param useTransaction save in a transaction of the operation's own. Without it the caller rolls back
-    ///        on false.
+    /// Network @p netId must not have links yet, and must be the one of a store that holds one network. Its
+    /// record is written unless there is one. Catalogues that @p contents has replace those that
+    /// initDictionary() gives a network. Rows hold what the single inserts write (so a link's break points
+    /// are those of its outer lanes, and flow ratios start where the slice before ends) and, in generation 6,
+    /// what those leave out: attributes and restrictions of lanes, restrictions of connectors, the geometry
+    /// of lane connectors, detectors' vehicle types. Restrictions that a removal left are emptied.
+    /// @param contents objects whose id is 0 get one from a block of new identifiers; ids that they bring
+    /// along
+    ///        are not given out again. On false all objects are as they were.
+    /// @param useTransaction save in a transaction of the operation's own. Without it the save joins the
+    ///        caller's, and on false takes back what it wrote there. Outside a transaction it has one of its
+    ///        own all the same.
     /// @param progress as for loadNet().
     /// @return false when the network is there already, a statement failed (the first one ends the save) or
-    ///         the save was cancelled.
+    ///         the save was cancelled. The store is as it was then.
     static bool saveNet(QSqlDatabase &db, long netId, NetContents &contents, bool useTransaction,
                         const NetProgress &progress = {});
     /// @}

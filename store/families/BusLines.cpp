@@ -324,7 +324,7 @@ void save(NetSave &net) {
     std::vector<BusStationLine *> stops;
     for (const auto &line : lines) {
         for (BusStationLine *stop : distinctStops(*line)) {
-            stop->busLineID = stop->busLineID == 0 ? line->busLineID : stop->busLineID;
+            net.setIfUnset(stop->busLineID, line->busLineID);
             stops.push_back(stop);
         }
     }

@@ -167,6 +167,13 @@ void saveLaneConnectors(NetSave &net) {
     const bool withCenterLine = store.hasColumn("LaneConnector", "centerLinePointsJson");
     const bool withBreakPoints = withCenterLine && store.hasColumn("LaneConnector", "leftBreakPointsJson");
     const bool withAttributes = store.hasColumn("LaneConnector", "otherAttrsJson");
+    // Single inserts write the shape also when it is empty, those of generation 6 never.
+    const auto bindShape = [withId](const char *name, RowWriter &row, const StoredJson &shape) {
+        if (withId)
+            row.bindFilled(name, shape);
+        else
+            row.bind(name, shape);
+    };
     if (withId)
         net.giveIds("LaneConnector", net.contents.connectors, &Connector::mlLaneConnector,
                     &LaneConnector::laneConnId);
@@ -174,10 +181,11 @@ void saveLaneConnectors(NetSave &net) {
                    [&](RowWriter &row, const Connector &connector, const LaneConnector *lanes) {
                        bindRow(row, withId, connector, *lanes);
                        if (withCenterLine)
-                           row.bindFilled(":centerLinePointsJson", lanes->centerLinePointsJson);
-                       if (withBreakPoints)
-                           row.bindFilled(":leftBreakPointsJson", lanes->leftBreakPointsJson)
-                               .bindFilled(":rightBreakPointsJson", lanes->rightBreakPointsJson);
+                           bindShape(":centerLinePointsJson", row, lanes->centerLinePointsJson);
+                       if (withBreakPoints) {
+                           bindShape(":leftBreakPointsJson", row, lanes->leftBreakPointsJson);
+                           bindShape(":rightBreakPointsJson", row, lanes->rightBreakPointsJson);
+                       }
                        if (withAttributes)
                            row.bindFilled(":otherAttrsJson", lanes->otherAttrsJson);
                    });
@@ -310,6 +318,8 @@ void save(NetSave &net) {
     const bool withRoad = hasRoadIds(net.store);
     const bool withGeometry = net.store.hasColumn("Connector", "leftBreakPointsJson");
     net.writeEach("Connector", connectors, [&](RowWriter &row, Connector &connector) {
+        if (withRoad)
+            net.setIfUnset(connector.roadId, connector.connID);
         bindRow(row, withRoad, connector);
         if (withGeometry)
             bindGeometry(row, connector).bindFilled(":otherAttrsJson", connector.otherAttrsJson);

@@ -12,8 +12,10 @@
 
 #include <QSet>
 
+#include <algorithm>
 #include <map>
 #include <memory>
+#include <vector>
 
 namespace decisionpoints {
 
@@ -79,6 +81,41 @@ bool insertFlows(const Store &store, const DecisionPoint &point) {
         start = interval->endDateTime + 1;
     }
     return written;
+}
+
+/// The same for a save: the records come back unless it is kept.
+void takeOutForeignRatios(NetSave &net, RoutingFlowByInterval &interval, const QSet<long> &routeIds) {
+    QList<RoutingFLowRatio *> &ratios = interval.mlFlowRatio;
+    const QList<RoutingFLowRatio *> before = ratios;
+    const auto own = std::stable_partition(ratios.begin(), ratios.end(), [&](const RoutingFLowRatio *ratio) {
+        return routeIds.contains(ratio->routingID);
+    });
+    const auto kept = int(own - ratios.begin());
+    if (kept == ratios.size())
+        return;
+    const auto foreign = std::make_shared<OwningList<RoutingFLowRatio>>();
+    while (ratios.size() > kept)
+        foreign->append(ratios.takeLast());
+    net.onUndo([&ratios, before, foreign] {
+        foreign->clear();
+        ratios = before;
+    });
+}
+
+/// The route of a point that has no id yet; null when there is none or more than one.
+const Routing *newRouteOf(const DecisionPoint &point) {
+    const auto isNew = [](const Routing *route) { return route->routingID == 0; };
+    const QList<Routing *> &routes = point.mlRouting;
+    const auto first = std::find_if(routes.cbegin(), routes.cend(), isNew);
+    return first != routes.cend() && std::none_of(first + 1, routes.cend(), isNew) ? *first : nullptr;
+}
+
+/// Flow ratios that name no route are those of the route that had no id, either.
+void nameNewRoute(NetSave &net, const DecisionPoint &point, const Routing &route) {
+    for (const RoutingFlowByInterval *interval : point.mlFlowByInterval) {
+        for (RoutingFLowRatio *ratio : interval->mlFlowRatio)
+            net.setIfUnset(ratio->routingID, route.routingID);
+    }
 }
 
 template <class Row>
@@ -194,11 +231,19 @@ void save(NetSave &net) {
     net.giveIds("DecisionPoint", points, &DecisionPoint::deciPointID);
     net.writeEach("DecisionPoint", points,
                   [](RowWriter &row, const DecisionPoint &point) { bindRow(row, point); });
+    std::vector<const Routing *> newRoutes;
+    for (const auto &point : points)
+        newRoutes.push_back(newRouteOf(*point));
     routings::save(net);
-    for (const auto &point : points) {
+    if (!net.isGood())
+        return;
+    for (std::size_t i = 0; i < points.size(); ++i) {
+        const auto &point = points[i];
+        if (newRoutes[i])
+            nameNewRoute(net, *point, *newRoutes[i]);
         const QSet<long> routeIds = routeIdsOf(*point);
         for (RoutingFlowByInterval *interval : qAsConst(point->mlFlowByInterval))
-            dropForeignRatios(*interval, routeIds);
+            takeOutForeignRatios(net, *interval, routeIds);
     }
     routings::saveFlowRatios(net);
 }

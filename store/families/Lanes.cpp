@@ -209,7 +209,8 @@ void save(NetSave &net) {
     const char *serialNumber = net.store.hasMisspeltSerialNumber() ? ":SerialNnumber" : ":SerialNumber";
     qint64 restrictions = 0;
     net.writeOwned("Lane", links, &Link::mlLane, [&](RowWriter &row, const Link &link, Lane *lane) {
-        lane->linkID = link.linkID;
+        if (lane->linkID != link.linkID)
+            net.set(lane->linkID, link.linkID);
         bindRow(row, serialNumber, withGeometry, link, *lane);
         if (withGeometry)
             row.bindFilled(":otherAttrsJson", lane->otherAttrsJson);

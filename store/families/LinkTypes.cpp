@@ -59,6 +59,8 @@ void load(NetLoad &net) {
 }
 
 void save(NetSave &net) {
+    if (!net.isGood())
+        return;
     QList<LinkType> present;
     readAll(net.store, present);
     QList<const LinkType *> added;

@@ -71,10 +71,12 @@ Row &bindRow(Row &row, const Vertex &vertex) {
 }
 
 /// A node without a name takes its id as name.
+QString nameOf(const Node &node) {
+    return node.nodeName.isEmpty() ? QString::number(node.nodeID) : node.nodeName;
+}
+
 template <class Row>
-Row &bindRow(Row &row, Node &node) {
-    if (node.nodeName.isEmpty())
-        node.nodeName = QString::number(node.nodeID);
+Row &bindRow(Row &row, const Node &node) {
     return row.bind(":nodeID", node.nodeID)
         .bind(":nodeName", node.nodeName)
         .bind(":vertexID", node.mpVertex ? node.mpVertex->vertexID : 0L);
@@ -96,6 +98,7 @@ bool insertVertices(const Store &store, const Link &link) {
 bool insertNode(const Store &store, Node *node) {
     if (!node)
         return true;
+    node->nodeName = nameOf(*node);
     Query insert(store, kInsertNode);
     return bindRow(insert.bindNet(), *node).exec();
 }
@@ -135,14 +138,19 @@ bool insertRow(const Store &store, Link &link) {
     return insert.exec();
 }
 
-bool updateGeometry(const Store &store, const Link &link) {
+/// The break points of a link are those of its outer lanes.
+template <class Row>
+Row &bindGeometry(Row &row, const Link &link) {
     const Lane *leftmost = lanes::last(link);
     const Lane *rightmost = lanes::first(link);
-    Query geometry(store, kUpdateGeometry, {link.linkID});
-    geometry.bind(":centerLinePointsJson", link.centerLinePointsJson)
+    return row.bind(":centerLinePointsJson", link.centerLinePointsJson)
         .bind(":leftBreakPointsJson", leftmost ? leftmost->leftBreakPointsJson : StoredJson())
         .bind(":rightBreakPointsJson", rightmost ? rightmost->rightBreakPointsJson : StoredJson());
-    bool written = geometry.exec();
+}
+
+bool updateGeometry(const Store &store, const Link &link) {
+    Query geometry(store, kUpdateGeometry, {link.linkID});
+    bool written = bindGeometry(geometry, link).exec();
     if (!link.otherAttrsJson.holdsNothing()) {
         Query attributes(store, kUpdateAttributes, {link.linkID});
         written = attributes.bind(":otherAttrsJson", link.otherAttrsJson).exec() && written;
@@ -346,21 +354,6 @@ private:
     std::vector<LoadedLink> mLinks;
 };
 
-/// The geometry of a link that has none of its own is that of its outer lanes, as in single inserts.
-template <class Row>
-void bindGeometry(Row &row, const Link &link) {
-    const Lane *leftmost = lanes::last(link);
-    const Lane *rightmost = lanes::first(link);
-    const auto own = [](const StoredJson &mine, const Lane *lane,
-                        StoredJson Lane::*side) -> const StoredJson & {
-        return mine.holdsNothing() && lane ? lane->*side : mine;
-    };
-    row.bind(":centerLinePointsJson", link.centerLinePointsJson)
-        .bind(":leftBreakPointsJson", own(link.leftBreakPointsJson, leftmost, &Lane::leftBreakPointsJson))
-        .bind(":rightBreakPointsJson", own(link.rightBreakPointsJson, rightmost, &Lane::rightBreakPointsJson))
-        .bindFilled(":otherAttrsJson", link.otherAttrsJson);
-}
-
 void giveIds(NetSave &net) {
     const Objects<Link> &links = net.contents.links;
     net.giveIds("Link", links, &Link::linkID);
@@ -396,13 +389,14 @@ std::vector<const Vertex *> distinctVertices(const Objects<Link> &links) {
 
 /// The nodes of all links, each once; two of one id with different names are both here, for the key to
 /// refuse.
-std::vector<Node *> distinctNodes(const Objects<Link> &links) {
-    std::vector<Node *> nodes;
+std::vector<const Node *> distinctNodes(NetSave &net) {
+    std::vector<const Node *> nodes;
     std::unordered_map<long, const Node *> firstOf;
-    for (const auto &link : links) {
+    for (const auto &link : net.contents.links) {
         for (Node *node : {link->mpStartNode, link->mpEndNode}) {
             if (!node)
                 continue;
+            net.setIfUnset(node->nodeName, nameOf(*node));
             const auto [entry, isNew] = firstOf.emplace(node->nodeID, node);
             if (isNew || entry->second->nodeName != node->nodeName)
                 nodes.push_back(node);
@@ -417,9 +411,11 @@ void saveRows(NetSave &net) {
     const bool withGeometry = net.store.hasColumn("Link", "centerLinePointsJson");
     net.write("Link", qint64(links.size()), [&](RowWriter &row) {
         for (const auto &link : links) {
+            if (withRoad)
+                net.setIfUnset(link->roadId, link->linkID);
             bindRow(row, net.store, withRoad, *link);
             if (withGeometry)
-                bindGeometry(row, *link);
+                bindGeometry(row, *link).bindFilled(":otherAttrsJson", link->otherAttrsJson);
             if (!row.exec())
                 return;
         }
@@ -487,7 +483,7 @@ void save(NetSave &net) {
     const Objects<Link> &links = net.contents.links;
     net.writeEach("Vertex", distinctVertices(links),
                   [](RowWriter &row, const Vertex &vertex) { bindRow(row, vertex); });
-    net.writeEach("Node", distinctNodes(links), [](RowWriter &row, Node &node) { bindRow(row, node); });
+    net.writeEach("Node", distinctNodes(net), [](RowWriter &row, const Node &node) { bindRow(row, node); });
     saveRows(net);
     const Link *of = nullptr;
     int number = 0;

@@ -109,9 +109,8 @@ template <class Child, std::size_t N>
 void saveChildren(NetSave &net, const char *table, const Column<Child> (&columns)[N],
                   OwningList<Child> ReduceSpeedArea::*children) {
     net.writeOwned(table, net.contents.traffic.speedAreas, children,
-                   [&columns](RowWriter &row, const ReduceSpeedArea &area, Child *child) {
-                       if (child->reduceSpeedAreaID == 0)
-                           child->reduceSpeedAreaID = area.reduceSpeedAreaID;
+                   [&](RowWriter &row, const ReduceSpeedArea &area, Child *child) {
+                       net.setIfUnset(child->reduceSpeedAreaID, area.reduceSpeedAreaID);
                        bindAll(row, columns, *child);
                    });
 }

@@ -273,9 +273,8 @@ void save(NetSave &net) {
     net.giveIds("Routing", traffic.decisionPoints, &DecisionPoint::mlRouting, &Routing::routingID);
     std::vector<const Routing *> routes;
     net.writeOwned("Routing", traffic.decisionPoints, &DecisionPoint::mlRouting,
-                   [&routes](RowWriter &row, DecisionPoint &point, Routing *route) {
-                       if (!route->mpDecisionPoint)
-                           route->mpDecisionPoint = &point;
+                   [&](RowWriter &row, DecisionPoint &point, Routing *route) {
+                       net.setIfUnset(route->mpDecisionPoint, &point);
                        bindRow(row, *route);
                        routes.push_back(route);
                    });
@@ -313,10 +312,8 @@ void saveFlowRatios(NetSave &net) {
         for (const auto &point : points) {
             long start = 1;
             for (const RoutingFlowByInterval *interval : qAsConst(point->mlFlowByInterval)) {
-                for (const RoutingFLowRatio *ratio : interval->mlFlowRatio) {
-                    const long from = ratio->startDateTime > 0 ? ratio->startDateTime : start;
-                    bindRatio(row.bindNet(), *ratio, from, interval->endDateTime).exec();
-                }
+                for (const RoutingFLowRatio *ratio : interval->mlFlowRatio)
+                    bindRatio(row.bindNet(), *ratio, start, interval->endDateTime).exec();
                 start = interval->endDateTime + 1;
             }
         }

@@ -6,8 +6,8 @@
 #include <algorithm>
 
 NetSave::~NetSave() {
-    for (long *id : mGiven)
-        *id = 0;
+    for (auto undo = mUndo.rbegin(); undo != mUndo.rend(); ++undo)
+        (*undo)();
 }
 
 void NetSave::giveIds(const char *table, const std::vector<long *> &ids) {
@@ -28,8 +28,7 @@ void NetSave::giveIds(const char *table, const std::vector<long *> &ids) {
     for (long *id : ids) {
         if (*id != 0 || given.isEmpty())
             continue;
-        *id = given.takeFirst();
-        mGiven.push_back(id);
+        set(*id, given.takeFirst());
     }
 }
 

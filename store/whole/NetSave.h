@@ -3,6 +3,8 @@
 #include "model/NetContents.h"
 #include "store/core/RowWriter.h"
 
+#include <functional>
+#include <utility>
 #include <vector>
 
 /// What the families share while a network is saved as a whole.
@@ -10,10 +12,27 @@ class NetSave {
 public:
     NetSave(const Store &into, NetContents &from, const NetProgress &progress)
         : store(into), contents(from), mMeter(progress) {}
-    /// Takes identifiers back unless the save was kept.
+    /// Undoes what the save has changed in memory, unless it was kept.
     ~NetSave();
     NetSave(const NetSave &) = delete;
     NetSave &operator=(const NetSave &) = delete;
+
+    /// Changes a member of the contents, or of what they own, as the rows have it. Whatever the save changes
+    /// in memory goes through here or through onUndo().
+    template <class T>
+    void set(T &member, const T &value) {
+        onUndo([&member, before = member] { member = before; });
+        member = value;
+    }
+    /// The same for a member that has no value of its own yet.
+    template <class T>
+    void setIfUnset(T &member, const T &value) {
+        if (member == T())
+            set(member, value);
+    }
+    /// @p undo runs unless the save is kept, the last one first. It may own what was taken out of the
+    /// contents.
+    void onUndo(std::function<void()> undo) { mUndo.push_back(std::move(undo)); }
 
     /// Gives identifiers of @p table to those of @p ids that are 0, and keeps the others.
     void giveIds(const char *table, const std::vector<long *> &ids);
@@ -86,8 +105,8 @@ public:
     void check(bool good) { mFailed = mFailed || !good; }
     /// Neither cancelled nor failed so far.
     bool isGood() const { return !mFailed && !mMeter.isCancelled(); }
-    /// The save stands: its identifiers stay given.
-    void keep() { mGiven.clear(); }
+    /// The save stands, and memory stays as it is. @return true
+    bool keep() { return mUndo.clear(), true; }
 
     const Store &store;
     NetContents &contents;
@@ -95,5 +114,5 @@ public:
 private:
     ProgressMeter mMeter;
     bool mFailed = false;
-    std::vector<long *> mGiven;
+    std::vector<std::function<void()>> mUndo;
 };

@@ -1,6 +1,8 @@
 #include "store/whole/WholeNet.h"
 
+#include "store/core/OperationSavepoint.h"
 #include "store/core/Query.h"
+#include "store/core/Savepoint.h"
 #include "store/core/Transaction.h"
 #include "store/families/BusLines.h"
 #include "store/families/BusStations.h"
@@ -29,12 +31,22 @@
 #include "store/whole/NetLoad.h"
 #include "store/whole/NetSave.h"
 
+#include <algorithm>
+
 namespace wholenet {
 
 namespace {
 
 constexpr Sql kAnyLink = {"select LinkID from Link limit 1",
                           "select linkID from Link where NetId = %0 limit 1"};
+
+/// Removing a network of generation 6 leaves these rows, and they would fall to roads of the same ids.
+void emptyWhatRemovalLeaves(NetSave &net) {
+    if (!net.store.hasSeveralNets())
+        return;
+    for (const char *table : {"LaneLimitVehicle", "ConnectorLimitVehicle"})
+        net.empty(table);
+}
 
 /// What a network starts with gives way to types and compositions of its own.
 void emptyVehicleCatalogue(NetSave &net) {
@@ -72,6 +84,7 @@ void loadKinds(NetLoad &net) {
 
 /// Later rows refer to earlier ones.
 void saveKinds(NetSave &net) {
+    emptyWhatRemovalLeaves(net);
     emptyVehicleCatalogue(net);
     vehicletypes::save(net);
     vehiclecompositions::save(net);
@@ -118,15 +131,33 @@ bool isFree(const Store &store) {
                                               "store."));
 }
 
-/// The record under the network's id, unless there is one. A store of one network keeps the one that it has.
+/// What is saved beside the record of a store of one network could not be loaded.
+bool hasNoOtherRecord(const Store &store) {
+    const auto isThere = store.hasSeveralNets() ? std::optional<bool>(false) : networks::isAnyThere(store);
+    if (!isThere.value_or(true))
+        return true;
+    return isThere &&
+           refuse(store, QStringLiteral("The store holds one network, whose id is %1: save under that id.")
+                             .arg(networks::all(store).value(0).netId));
+}
+
+/// The record under the network's id, unless there is one.
 bool saveRecord(const Store &store, const NetContents &contents) {
-    const auto isThere = store.hasSeveralNets() ? networks::exists(store) : networks::isAnyThere(store);
+    const auto isThere = networks::exists(store);
     if (isThere.value_or(true))
         return isThere.has_value();
+    if (!hasNoOtherRecord(store))
+        return false;
     networks::Record record = networks::recordOf(contents.record);
     record.id = store.netId();
     return networks::insert(store, record, false) &&
            (!store.hasSeveralNets() || networks::update(store, record, false));
+}
+
+void saveAll(NetSave &net) {
+    const Store &store = net.store;
+    net.check(isFree(store) && saveRecord(store, net.contents));
+    saveKinds(net);
 }
 
 void forget(NetContents &contents) {
@@ -156,12 +187,18 @@ bool load(const Store &store, NetContents &contents, const NetProgress &progress
 bool save(const Store &store, NetContents &contents, bool useTransaction, const NetProgress &progress) {
     if (!wholeness::isWhole(store, contents))
         return false;
+    // Without a transaction around it a save on PostgreSQL could not take back what it wrote.
+    const bool ownTransaction =
+        useTransaction || (store.isPostgreSql() && !Savepoint::isInsideTransaction(store.db()));
     identifiers::Reservations reserved;
-    Transaction transaction(store, useTransaction);
+    Transaction transaction(store, ownTransaction);
     NetSave net(store, contents, progress);
-    net.check(isFree(store) && saveRecord(store, contents));
-    saveKinds(net);
-    if (!transaction.commitIfGood(net.isGood()))
+    std::optional<OperationSavepoint> savepoint;
+    if (!ownTransaction)
+        savepoint.emplace(store);
+    saveAll(net);
+    const bool isKept = savepoint ? savepoint->end(net.isGood()) : transaction.commitIfGood(net.isGood());
+    if (!isKept)
         return false;
     net.keep();
     reserved.keep();

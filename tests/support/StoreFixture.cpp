@@ -131,6 +131,13 @@ void StoreFixture::refuse(const QString &event, const QString &table) {
                 .arg(event, table));
 }
 
+void StoreFixture::letPass(const QString &table) {
+    execute(mDatabase ? QStringLiteral("drop trigger refusal on ") + table
+                      : QStringLiteral("drop trigger refusal"));
+    if (mDatabase)
+        execute(QStringLiteral("drop function refuse()"));
+}
+
 void StoreFixture::dropTable(const QString &table) {
     letReferencesDangle();
     execute(QStringLiteral("drop table %1").arg(table));

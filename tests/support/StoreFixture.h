@@ -57,6 +57,8 @@ protected:
     void letReferencesDangle();
     /// Makes the engine refuse an event ("insert", "delete") on the rows of a table, with the text "refused".
     void refuse(const QString &event, const QString &table);
+    /// Ends that.
+    void letPass(const QString &table);
     void dropTable(const QString &table);
 
     /// Failures recorded in both classes since the last opening.
