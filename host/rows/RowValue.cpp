@@ -27,22 +27,31 @@ QString dayOf(const QString &text) {
     return text.size() >= length && ends && QDate::fromString(day, Qt::ISODate).isValid() ? day : text;
 }
 
+/// Whether a text comes back as it is written. SQLite, which is given UTF-16, takes a leading byte order mark
+/// off; a server's texts end at the first NUL.
+bool isKept(const QString &text, bool isSqlite) {
+    if (!text.isValidUtf16())
+        return false;
+    if (!isSqlite)
+        return !text.contains(QChar::Null);
+    return text.isEmpty() || (text.at(0) != QChar::ByteOrderMark && text.at(0) != QChar::ByteOrderSwapped);
+}
+
 bool toText(QVariant &value, bool isSqlite) {
     if (value.userType() == QMetaType::QByteArray) {
         const QByteArray bytes = value.toByteArray();
-        QTextCodec::ConverterState state;
+        QTextCodec::ConverterState state(QTextCodec::IgnoreHeader);
         const QString text =
             QTextCodec::codecForName("UTF-8")->toUnicode(bytes.constData(), bytes.size(), &state);
         if (state.invalidChars > 0 || state.remainingChars > 0)
             return false;
         value = text.isNull() ? QStringLiteral("") : text;
     }
-    // A server's texts end at the first NUL.
-    return value.userType() == QMetaType::QString && (isSqlite || !value.toString().contains(QChar::Null));
+    return value.userType() == QMetaType::QString && isKept(value.toString(), isSqlite);
 }
 
 bool toBytes(QVariant &value) {
-    if (value.userType() == QMetaType::QString) {
+    if (value.userType() == QMetaType::QString && value.toString().isValidUtf16()) {
         const QByteArray bytes = value.toString().toUtf8();
         value = bytes.isNull() ? QByteArray("", 0) : bytes;
     }
@@ -97,6 +106,8 @@ bool fit(QVariant &value, ColumnKind kind, bool isSqlite) {
         return true;
     switch (kind) {
     case ColumnKind::Any:
+        if (value.userType() == QMetaType::QString)
+            return isKept(value.toString(), isSqlite);
         // SQLite keeps NULL for what is not a number.
         return value.userType() != QMetaType::Double || !std::isnan(value.toDouble());
     case ColumnKind::Integer:

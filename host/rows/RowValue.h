@@ -21,7 +21,8 @@ namespace rowvalue {
 QVariant fromDriver(const QVariant &value, bool isSqlite, ColumnKind kind);
 
 /// `value` as a column of `kind` takes it, without any loss: bytes become text and text bytes (UTF-8),
-/// integers reals, integral reals integers, a time of a day the day. False when it cannot be kept.
+/// integers reals, integral reals integers, a time of a day the day. False when it cannot be kept: texts that
+/// are not valid Unicode, and on SQLite those that begin with a byte order mark, which it takes off.
 bool fit(QVariant &value, ColumnKind kind, bool isSqlite);
 
 /// Appends a form of `value` that is the same on every engine: a number that is integral as a 64-bit integer,

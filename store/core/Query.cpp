@@ -51,7 +51,7 @@ Query &Query::bind(const char *name, const QString &value) {
 Query &Query::bind(const char *name, const StoredJson &value) {
     const QByteArray text = value.text();
     return put(name, mStore.isSqlite() ? QVariant(text) : QVariant(QString::fromUtf8(text)),
-               storablevalue::objection(value, text));
+               storablevalue::objection(value, text, !mStore.isSqlite()));
 }
 
 Query &Query::bindFlag(const char *name, bool value) {
@@ -63,7 +63,7 @@ Query &Query::bindNet() {
 }
 
 Query &Query::bindValue(const char *name, const QVariant &value) {
-    return put(name, value, storablevalue::objection(value));
+    return put(name, storablevalue::bound(value, mStore.isPostgreSql()), storablevalue::objection(value));
 }
 
 Query &Query::put(const char *name, const QVariant &value, const QString &objection) {

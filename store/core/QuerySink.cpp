@@ -1,5 +1,6 @@
 #include "store/core/RowSink.h"
 #include "store/core/Savepoint.h"
+#include "store/core/StorableValue.h"
 #include "store/core/Store.h"
 
 #include <QSqlQuery>
@@ -15,7 +16,9 @@ public:
 
     void setNull(int column) override { mQuery.bindValue(column, QVariant(QVariant::String)); }
     void set(int column, qint64 value) override { mQuery.bindValue(column, value); }
-    void set(int column, double value) override { mQuery.bindValue(column, value); }
+    void set(int column, double value) override {
+        mQuery.bindValue(column, storablevalue::bound(value, mStore.isPostgreSql()));
+    }
     void set(int column, const QString &value) override {
         mQuery.bindValue(column, value.isNull() ? QString(QLatin1String("")) : value);
     }

@@ -19,7 +19,7 @@ RowWriter &RowWriter::bind(const char *name, const StoredJson &value) {
     if (!mGood)
         return *this;
     const QByteArray text = value.text();
-    refuse(name, storablevalue::objection(value, text));
+    refuse(name, storablevalue::objection(value, text, !mStore.isSqlite()));
     return put(name, text);
 }
 

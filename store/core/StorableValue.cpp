@@ -4,6 +4,7 @@
 #include <QtNumeric>
 
 #include <algorithm>
+#include <cmath>
 #include <cstring>
 
 namespace storablevalue {
@@ -31,7 +32,23 @@ bool isFinite(const QJsonValue &value) {
                        [](const QJsonValue &member) { return isFinite(member); });
 }
 
+QString hasMark() {
+    return QStringLiteral("begins with a byte order mark");
+}
+
+bool isMark(QChar c) {
+    return c == QChar::ByteOrderMark || c == QChar::ByteOrderSwapped;
+}
+
+/// Whether the bytes are one text and no other.
+bool isUtf8(const QByteArray &text) {
+    const bool isAscii = std::all_of(text.begin(), text.end(), [](char c) { return (c & 0x80) == 0; });
+    return isAscii || QString::fromUtf8(text).toUtf8() == text;
+}
+
 QString objectionToText(const QString &text) {
+    if (!text.isEmpty() && isMark(text.at(0)))
+        return hasMark();
     bool needsALook = false;
     for (const QChar c : text)
         needsALook |= c.isNull() || c.isSurrogate();
@@ -57,13 +74,25 @@ QString objection(const QVariant &value) {
     }
 }
 
-QString objection(const StoredJson &value, const QByteArray &text) {
+QString objection(const StoredJson &value, const QByteArray &text, bool asText) {
     if (std::memchr(text.constData(), 0, std::size_t(text.size())))
         return hasNul();
+    if (asText && value.hasText()) {
+        if (text.startsWith("\xef\xbb\xbf"))
+            return hasMark();
+        if (!isUtf8(text))
+            return QStringLiteral("is not valid UTF-8");
+    }
     // Qt writes numbers that JSON does not have as null, so a text without that word needs no second look.
     if (value.hasText() || !text.contains("null") || isFinite(value.object()))
         return {};
     return notFinite();
+}
+
+QVariant bound(const QVariant &value, bool isPostgreSql) {
+    const bool isNegativeZero =
+        value.userType() == QMetaType::Double && value.toDouble() == 0 && std::signbit(value.toDouble());
+    return isNegativeZero && isPostgreSql ? QVariant(QStringLiteral("-0")) : value;
 }
 
 } // namespace storablevalue

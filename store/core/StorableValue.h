@@ -8,9 +8,10 @@
 #include <limits>
 
 /// What every store takes and gives back unchanged. The engines differ in what they make of the rest: SQLite
-/// turns NaN into NULL and cuts texts at NUL when they are read, PostgreSQL refuses both in its own words.
-/// Such a value is refused on all of them before its statement runs. So is an identifier, or another whole
-/// number, that does not fit into the 32 bits that are read back.
+/// turns NaN into NULL, cuts texts at NUL when they are read and takes a leading byte order mark off (a
+/// swapped one turns every character round), PostgreSQL refuses or keeps these in its own way. Such a value
+/// is refused on all of them before its statement runs. So is an identifier, or another whole number, that
+/// does not fit into the 32 bits that are read back.
 namespace storablevalue {
 
 constexpr qint64 kLargestId = std::numeric_limits<qint32>::max();
@@ -23,7 +24,12 @@ constexpr bool holdsId(qint64 id) {
 QString objection(const QVariant &value);
 
 /// @p text is the stored form of the JSON object @p value. JSON has no NaN and no infinities.
-QString objection(const StoredJson &value, const QByteArray &text);
+/// @param asText whether the column takes text; one of bytes keeps also what is no valid text.
+QString objection(const StoredJson &value, const QByteArray &text, bool asText);
 /// @}
+
+/// What is given to Qt's driver for @p value. It writes numbers into the statement, and PostgreSQL reads -0
+/// as an integer, which has no sign.
+QVariant bound(const QVariant &value, bool isPostgreSql);
 
 } // namespace storablevalue

@@ -72,7 +72,7 @@ bool hasStorableAttributes(const Store &store, const Record &record) {
 void Record::setAttributes(const StoredJson &attributes) {
     const QByteArray text = attributes.text();
     otherAttrsJson = QString::fromUtf8(text);
-    attributesObjection = storablevalue::objection(attributes, text);
+    attributesObjection = storablevalue::objection(attributes, text, true);
 }
 
 Record recordOf(const NetRecord &net) {

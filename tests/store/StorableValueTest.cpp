@@ -1,5 +1,6 @@
 #include "model/GeometryJson.h"
 #include "model/Link.h"
+#include "model/NetContents.h"
 #include "tests/support/Builders.h"
 #include "tests/support/StoreFixture.h"
 
@@ -44,6 +45,10 @@ TEST_P(StorableValueTest, WhatNoStoreKeepsIsRefusedBeforeItsStatementRuns) {
          [](Link &link) { link.linkName = QString(QChar::Null) + QStringLiteral("Main Road"); }},
         {"linkName cannot be stored: it is not valid Unicode",
          [](Link &link) { link.linkName = QString(QChar(0xd83d)); }},
+        {"linkName cannot be stored: it begins with a byte order mark",
+         [](Link &link) { link.linkName = QChar(QChar::ByteOrderMark) + QStringLiteral("Main"); }},
+        {"linkName cannot be stored: it begins with a byte order mark",
+         [](Link &link) { link.linkName = QChar(QChar::ByteOrderSwapped) + QStringLiteral("Main"); }},
         {"length cannot be stored: it is not a finite number", [&](Link &link) { link.length = nan; }},
         {"curvature cannot be stored: it is not a finite number",
          [&](Link &link) { link.curvature = -infinity; }},
@@ -60,7 +65,16 @@ TEST_P(StorableValueTest, WhatNoStoreKeepsIsRefusedBeforeItsStatementRuns) {
                 return failure.sql.startsWith(QLatin1String("insert into Link("));
             });
         ASSERT_NE(refusal, failures().cend());
-        EXPECT_EQ(refusal->error, QStringLiteral("The value of ") + QLatin1String(spoilt.error));
+        const QString error = QStringLiteral("The value of ") + QLatin1String(spoilt.error);
+        EXPECT_EQ(refusal->error, error);
+        clearFailures();
+
+        NetContents whole;
+        whole.links.push_back(sampleLink(7));
+        spoilt.spoil(*whole.links.front());
+        EXPECT_FALSE(DBTools::saveNet(gDB, kNet, whole, true)) << spoilt.error;
+        ASSERT_EQ(failures().size(), 1) << spoilt.error;
+        EXPECT_EQ(failures().first().error, error);
         clearFailures();
     }
     const auto line = sampleLink(7);
@@ -78,6 +92,55 @@ TEST_P(StorableValueTest, WhatNoStoreKeepsIsRefusedBeforeItsStatementRuns) {
     EXPECT_EQ(failures().first().error,
               QStringLiteral("The value of otherAttrsJson cannot be stored: it is not a finite number"));
     EXPECT_EQ(count(QStringLiteral("Link")), 2) << "only the statements with such a value are left out";
+}
+
+TEST_P(StorableValueTest, TextThatIsNoUtf8IsKeptAsBytesOrRefused) {
+    const QByteArray bytes("{\"a\":\"\xff\"}");
+    const QByteArray marked("\xef\xbb\xbf{}");
+    for (const QByteArray &text : {bytes, marked}) {
+        for (const bool isWhole : {false, true}) {
+            NetContents net;
+            net.links.push_back(sampleLink(7));
+            Link &link = *net.links.front();
+            link.centerLinePointsJson = StoredJson::fromText(text);
+            const bool written = isWhole ? DBTools::saveNet(gDB, kNet, net, true)
+                                         : DBTools::insertLink(gDB, kNet, &link, true);
+            EXPECT_EQ(written, !isPostgres());
+            if (isPostgres()) {
+                ASSERT_EQ(failures().size(), 1);
+                EXPECT_EQ(failures().first().error,
+                          QStringLiteral("The value of centerLinePointsJson cannot be stored: it ") +
+                              (text == marked ? QStringLiteral("begins with a byte order mark")
+                                              : QStringLiteral("is not valid UTF-8")));
+            } else {
+                EXPECT_EQ(rows(QStringLiteral("select hex(centerLinePointsJson) from Link")),
+                          QStringList(QString::fromLatin1(text.toHex().toUpper())));
+            }
+            clearFailures();
+            ASSERT_TRUE(DBTools::removeNetData(gDB, kNet, true));
+        }
+    }
+}
+
+TEST_P(StorableValueTest, NegativeZeroKeepsItsSignWhereTheEngineHasOne) {
+    for (const bool isWhole : {false, true}) {
+        NetContents net;
+        net.links.push_back(sampleLink(7));
+        Link &link = *net.links.front();
+        link.addValue = -0.0;
+        link.mlVertex.first()->x = -0.0;
+        ASSERT_TRUE(isWhole ? DBTools::saveNet(gDB, kNet, net, true)
+                            : DBTools::insertLink(gDB, kNet, &link, true));
+        // SQLite stores a real that is whole as an integer, which has no sign.
+        const QString zero = isPostgres() ? QStringLiteral("-0|-0") : QStringLiteral("0|0");
+        EXPECT_EQ(
+            rows(QStringLiteral("select cast(cast(addValue as %1) as varchar(9)), cast(cast(x as %1) as "
+                                "varchar(9)) from Link, Vertex where vertexID = 71")
+                     .arg(isPostgres() ? QStringLiteral("float8") : QStringLiteral("integer"))),
+            QStringList(zero))
+            << isWhole;
+        ASSERT_TRUE(DBTools::removeNetData(gDB, kNet, true));
+    }
 }
 
 TEST_P(StorableValueTest, AttributesOfANetworkAreRefusedToo) {
