@@ -36,7 +36,8 @@ public:
     double laneNumber = 0;
     double laneWidth = 0; ///< metres
     QString laneColor;
-    QString linkType; ///< display word
+    QString linkType;       ///< display word
+    QString storedLinkType; ///< as a whole load found it, where the displayed word would be written otherwise
     double length = 0;
     double curvature = 0;
     double nonLinearCoefficient = 0;

@@ -13,6 +13,8 @@ struct LinkType {
     double trafficSpeed = 0;    ///< km/h
     double limitSpeed = 0;      ///< km/h
     double minSpeed = 0;        ///< km/h
+    /// The name as a whole load found it, where the displayed one would be written otherwise.
+    QString storedTypeName = {};
 };
 
 /// The link types of the open store; the host fills it from DBTools::selectLinkType.

@@ -5,6 +5,7 @@
 #include <MoraInterfaces/ISignalPhase.h>
 
 #include <QObject>
+#include <QStringList>
 
 class SignalLamp;
 
@@ -30,5 +31,7 @@ public:
     int serialNumber = 0; ///< position in the group
     QString name;
     QList<Online::ColorInterval> mlColor; ///< colours as display words
-    QList<SignalLamp *> mlLamp;           ///< not owned; filled by SignalLamp::setPhase
+    /// The colours as a whole load found them, where one of the displayed would be written otherwise.
+    QStringList storedColors;
+    QList<SignalLamp *> mlLamp; ///< not owned; filled by SignalLamp::setPhase
 };

@@ -51,6 +51,8 @@ public:
     double avgDece = 6;
     double deceSD = 0.5;
     double maxDece = 7.5;
+    /// The name as a whole load found it, where the displayed one would be written otherwise.
+    QString storedTypeName;
 };
 
 /// The vehicle types of the open network by code; the host fills it from DBTools::selectVehicleType.

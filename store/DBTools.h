@@ -563,20 +563,27 @@ public:
     /// Saves all of a network under @p netId, as a whole or not at all.
     ///
     /// Network @p netId must not have links yet, and must be the one of a store that holds one network. Its
-    /// record is written unless there is one. Catalogues that @p contents has replace those that
-    /// initDictionary() gives a network. Rows hold what the single inserts write (so a link's break points
-    /// are those of its outer lanes, and flow ratios start where the slice before ends) and, in generation 6,
-    /// what those leave out: attributes and restrictions of lanes, restrictions of connectors, the geometry
-    /// of lane connectors, detectors' vehicle types. Restrictions that a removal left are emptied.
+    /// record is written unless there is one. Vehicle types and compositions that @p contents has replace
+    /// those that initDictionary() gives a network; where it has types alone, the store's compositions must
+    /// consist of them. Rows hold what the single inserts write (so a link's break points are those of its
+    /// outer lanes, and flow ratios start where the slice before ends) and, in generation 6, what those leave
+    /// out: attributes and restrictions of lanes, restrictions of connectors, the geometry of lane
+    /// connectors, detectors' vehicle types. Words that were loaded with the network and not changed are
+    /// written as they were stored. Restrictions that a removal left are emptied.
+    ///
+    /// Before anything is written @p contents is looked through: what objects point to is part of it, and
+    /// what they name by id has an id.
     /// @param contents objects whose id is 0 get one from a block of new identifiers; ids that they bring
     /// along
-    ///        are not given out again. On false all objects are as they were.
+    ///        are not given out again. A guide arrow in the list of a lane, and flow ratios of a point with
+    ///        one new route, follow those. On false all objects are as they were.
     /// @param useTransaction save in a transaction of the operation's own. Without it the save joins the
     ///        caller's, and on false takes back what it wrote there. Outside a transaction it has one of its
     ///        own all the same.
     /// @param progress as for loadNet().
-    /// @return false when the network is there already, a statement failed (the first one ends the save) or
-    ///         the save was cancelled. The store is as it was then.
+    /// @return false when the network is there already, an object was refused, a statement failed (the first
+    /// one
+    ///         ends the save) or the save was cancelled. The store is as it was then.
     static bool saveNet(QSqlDatabase &db, long netId, NetContents &contents, bool useTransaction,
                         const NetProgress &progress = {});
     /// @}

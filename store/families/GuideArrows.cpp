@@ -71,8 +71,33 @@ void load(NetLoad &net) {
     });
 }
 
+QHash<const GuideArrow *, const Lane *> lanesOfUnnamed(const NetContents &contents) {
+    QHash<const GuideArrow *, const Lane *> laneOf;
+    for (const auto &arrow : contents.guideArrows) {
+        if (arrow->laneID == 0)
+            laneOf.insert(arrow.get(), nullptr);
+    }
+    if (laneOf.isEmpty())
+        return laneOf;
+    for (const auto &link : contents.links) {
+        for (const Lane *lane : qAsConst(link->mlLane)) {
+            // The lists may hold arrows that are gone: their addresses alone are looked at.
+            for (const GuideArrow *arrow : lane->mlGuideArrow) {
+                if (laneOf.contains(arrow))
+                    laneOf.insert(arrow, lane);
+            }
+        }
+    }
+    return laneOf;
+}
+
 void save(NetSave &net) {
     net.giveIds("GuideArrow", net.contents.guideArrows, &GuideArrow::guideArrowID);
+    const QHash<const GuideArrow *, const Lane *> laneOf = lanesOfUnnamed(net.contents);
+    for (const auto &arrow : net.contents.guideArrows) {
+        if (const Lane *lane = laneOf.value(arrow.get()))
+            net.set(arrow->laneID, lane->laneID);
+    }
     net.writeEach("GuideArrow", net.contents.guideArrows,
                   [](RowWriter &row, const GuideArrow &arrow) { bindRow(row, arrow); });
 }

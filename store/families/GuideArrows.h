@@ -2,11 +2,14 @@
 
 #include "store/core/Store.h"
 
+#include <QHash>
 #include <QList>
 
 class NetLoad;
 class NetSave;
 struct GuideArrow;
+class Lane;
+struct NetContents;
 
 /// Guide arrows painted on lanes.
 namespace guidearrows {
@@ -15,6 +18,9 @@ bool insert(const Store &store, GuideArrow *arrow, bool inTransaction);
 GuideArrow *read(const Store &store, long id);
 /// The arrows whose lane exists.
 bool listIds(const Store &store, QList<long> &ids);
+
+/// The lanes of those arrows that name none by id, and that a lane has in its list.
+QHash<const GuideArrow *, const Lane *> lanesOfUnnamed(const NetContents &contents);
 
 void load(NetLoad &net);
 void save(NetSave &net);

@@ -2,6 +2,7 @@
 
 #include "model/SpecialWords.h"
 #include "store/core/Query.h"
+#include "store/core/StoredWord.h"
 #include "store/whole/NetLoad.h"
 #include "store/whole/NetSave.h"
 
@@ -34,7 +35,7 @@ LinkType readRow(Row &row) {
 template <class Row>
 Row &bindRow(Row &row, const LinkType &type) {
     return row.bind(":linkTypeID", type.linkTypeID)
-        .bind(":typeName", gSpecialWords.trZhToEn(type.typeName))
+        .bind(":typeName", storedword::of(type.typeName, type.storedTypeName))
         .bind(":trafficCapacity", type.trafficCapacity)
         .bind(":trafficSpeed", type.trafficSpeed)
         .bind(":limitSpeed", type.limitSpeed)
@@ -53,8 +54,11 @@ bool readAll(const Store &store, QList<LinkType> &types) {
 }
 
 void load(NetLoad &net) {
-    net.forEachRow("LinkType", "linkTypeID",
-                   [&net](Rows &row) { net.contents.linkTypes.append(readRow(row)); });
+    net.forEachRow("LinkType", "linkTypeID", [&net](Rows &row) {
+        LinkType type = readRow(row);
+        type.storedTypeName = storedword::kept(row.text("typeName"), type.typeName);
+        net.contents.linkTypes.append(type);
+    });
     glLinkType = net.contents.linkTypes;
 }
 

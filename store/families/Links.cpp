@@ -10,6 +10,7 @@
 #include "store/core/Probes.h"
 #include "store/core/Query.h"
 #include "store/core/SortedById.h"
+#include "store/core/StoredWord.h"
 #include "store/core/Transaction.h"
 #include "store/families/CurrentNet.h"
 #include "store/families/Lanes.h"
@@ -105,7 +106,7 @@ bool insertNode(const Store &store, Node *node) {
 
 /// A link without a road id takes its own.
 template <class Row>
-void bindRow(Row &row, const Store &store, bool withRoad, Link &link) {
+void bindRow(Row &row, const Store &store, bool withRoad, Link &link, const QString &storedType) {
     if (withRoad && link.roadId == 0)
         link.roadId = link.linkID;
     row.bind(":linkID", link.linkID);
@@ -119,7 +120,7 @@ void bindRow(Row &row, const Store &store, bool withRoad, Link &link) {
         .bind(":laneNumber", link.laneNumber)
         .bind(":laneWidth", link.laneWidth)
         .bind(":laneColor", link.laneColor)
-        .bind(":linkType", gSpecialWords.trZhToEn(link.linkType))
+        .bind(":linkType", storedType)
         .bind(":length", link.length)
         .bind(":curvature", link.curvature)
         .bind(":nonLinearCoefficient", link.nonLinearCoefficient)
@@ -134,7 +135,7 @@ void bindRow(Row &row, const Store &store, bool withRoad, Link &link) {
 bool insertRow(const Store &store, Link &link) {
     const bool withRoad = hasRoadIds(store);
     Query insert(store, withRoad ? store.text(kInsertLink) : QString::fromLatin1(kInsertLinkWithoutRoad));
-    bindRow(insert, store, withRoad, link);
+    bindRow(insert, store, withRoad, link, gSpecialWords.trZhToEn(link.linkType));
     return insert.exec();
 }
 
@@ -284,6 +285,7 @@ private:
         mNet.forEachRow("Link", "linkID", [&](Rows &row) {
             auto link = std::make_unique<Link>();
             const NodeIds nodes = readRow(row, withRoad, *link);
+            link->storedLinkType = storedword::kept(link->linkType, link->linkType);
             mLinks.push_back({std::move(link), nodes});
         });
         sortById(mLinks, [](const LoadedLink &loaded) { return loaded.link->linkID; });
@@ -413,7 +415,7 @@ void saveRows(NetSave &net) {
         for (const auto &link : links) {
             if (withRoad)
                 net.setIfUnset(link->roadId, link->linkID);
-            bindRow(row, net.store, withRoad, *link);
+            bindRow(row, net.store, withRoad, *link, storedword::of(link->linkType, link->storedLinkType));
             if (withGeometry)
                 bindGeometry(row, *link).bindFilled(":otherAttrsJson", link->otherAttrsJson);
             if (!row.exec())

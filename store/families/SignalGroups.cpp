@@ -3,6 +3,7 @@
 #include "model/SignalGroup.h"
 #include "model/SpecialWords.h"
 #include "store/core/Query.h"
+#include "store/core/StoredWord.h"
 #include "store/core/Transaction.h"
 #include "store/families/CurrentNet.h"
 #include "store/families/Wholeness.h"
@@ -60,10 +61,10 @@ Row &bindRow(Row &row, const SignalGroup &group, const SignalPhase &phase) {
 
 template <class Row>
 Row &bindColor(Row &row, const char *serialNumber, const SignalPhase &phase, int number,
-               const Online::ColorInterval &step) {
+               const Online::ColorInterval &step, const QString &storedColor) {
     return row.bind(":signalPhaseID", phase.signalPhaseID)
         .bind(serialNumber, number)
-        .bind(":color", gSpecialWords.trZhToEn(step.color))
+        .bind(":color", storedColor)
         .bind(":timeLength", step.interval);
 }
 
@@ -76,7 +77,8 @@ bool insertColors(Query &insert, const SignalPhase &phase) {
     bool written = true;
     int number = 0;
     for (const Online::ColorInterval &step : phase.mlColor) {
-        bindColor(insert.bindNet(), ":serialNumber", phase, ++number, step);
+        bindColor(insert.bindNet(), ":serialNumber", phase, ++number, step,
+                  gSpecialWords.trZhToEn(step.color));
         written = insert.exec() && written;
     }
     return written;
@@ -117,6 +119,19 @@ std::unique_ptr<SignalPhase> readPhase(Row &row) {
 template <class Row>
 Online::ColorInterval readColor(Row &row) {
     return {gSpecialWords.trEnToZh(row.text("color")), row.integer("timeLength")};
+}
+
+/// Appends a colour to a phase, and its word as it is stored when one of the phase would be written
+/// otherwise.
+void loadColor(Rows &row, SignalPhase &phase) {
+    const QString stored = row.text("color");
+    const Online::ColorInterval step = readColor(row);
+    if (!phase.storedColors.isEmpty() || !storedword::kept(stored, step.color).isEmpty()) {
+        for (int i = phase.storedColors.size(); i < phase.mlColor.size(); ++i)
+            phase.storedColors.append(gSpecialWords.trZhToEn(phase.mlColor.at(i).color));
+        phase.storedColors.append(stored);
+    }
+    phase.mlColor.append(step);
 }
 
 /// Phases come in the store's row order.
@@ -190,7 +205,7 @@ void load(NetLoad &net) {
         net.store.hasMisspeltSerialNumber() ? "signalPhaseID, serialNnumber" : "signalPhaseID, serialNumber";
     net.forEachRowAsWritten("SignalColor", order, [&](Rows &row) {
         if (SignalPhase *phase = phaseOf.of(row, "signalPhaseID"))
-            phase->mlColor.append(readColor(row));
+            loadColor(row, *phase);
     });
 }
 
@@ -213,7 +228,8 @@ void save(NetSave &net) {
                    [&](RowWriter &row, const SignalPhase &phase, const Online::ColorInterval &step) {
                        number = of == &phase ? number + 1 : 1;
                        of = &phase;
-                       bindColor(row, serialNumber, phase, number, step);
+                       bindColor(row, serialNumber, phase, number, step,
+                                 storedword::of(step.color, phase.storedColors, number - 1));
                    });
 }
 

@@ -2,8 +2,11 @@
 
 #include "store/core/Columns.h"
 #include "store/core/Transaction.h"
+#include "store/families/VehicleTypes.h"
 #include "store/whole/NetSave.h"
 #include "store/whole/Owners.h"
+
+#include <QSet>
 
 #include <algorithm>
 
@@ -27,6 +30,10 @@ constexpr Sql kSelectDetails = {
     "select * from VehicleConsDetail where vehicleConsCode = %1 order by vehicleTypeCode",
     "select * from VehicleConsDetail where NetId = %0 and vehicleConsCode = %1 order by vehicleTypeCode"};
 
+constexpr Sql kSelectStaying = {
+    "select d.*, c.name from VehicleConsDetail d left join VehicleConstitutent c on c.vehicleConsCode = d.vehicleConsCode",
+    "select d.*, c.name from VehicleConsDetail d left join VehicleConstitutent c on c.NetId = d.NetId and c.vehicleConsCode = d.vehicleConsCode where d.NetId = %0"};
+
 constexpr Column<VehicleConsDetail> kDetailColumns[] = {
     {":vehicleConsCode", &VehicleConsDetail::vehicleConsCode},
     {":vehicleTypeCode", &VehicleConsDetail::vehicleTypeCode},
@@ -49,6 +56,48 @@ void readRow(Row &row, VehicleComposition &composition) {
     composition.vehicleConsCode = row.id("vehicleConsCode");
     composition.name = row.text("name");
     composition.isDefault = isYes(row.text("IsDefault"));
+}
+
+/// The details of the compositions in the store. One with a type that is not among the new ones refuses the
+/// save.
+QList<VehicleConsDetail> stayingDetails(NetSave &net) {
+    QSet<long> types;
+    for (const auto &type : net.contents.traffic.vehicleTypes)
+        types.insert(type->vehicleTypeCode);
+    QList<VehicleConsDetail> details;
+    Query rows(net.store, kSelectStaying);
+    net.check(rows.exec());
+    while (rows.next()) {
+        VehicleConsDetail detail;
+        ::readAll(rows, kDetailColumns, detail);
+        details.append(detail);
+        if (!types.contains(detail.vehicleTypeCode)) {
+            net.refuse(
+                detail.vehicleConsCode,
+                QStringLiteral("Vehicle composition %1 of the store (%2) consists of type %3, which is not "
+                               "among the types to save: save compositions with them.")
+                    .arg(QString::number(detail.vehicleConsCode), rows.text("name"),
+                         QString::number(detail.vehicleTypeCode)));
+            break;
+        }
+    }
+    net.check(rows.isComplete());
+    return details;
+}
+
+void saveCompositions(NetSave &net) {
+    const Objects<VehicleComposition> &compositions = net.contents.traffic.compositions;
+    std::vector<long> codes;
+    codes.reserve(compositions.size());
+    for (const auto &composition : compositions)
+        codes.push_back(composition->vehicleConsCode);
+    net.keepIds("VehicleConstitutent", codes);
+    net.writeEach("VehicleConstitutent", compositions,
+                  [](RowWriter &row, const VehicleComposition &composition) { bindRow(row, composition); });
+    net.writeOwned("VehicleConsDetail", compositions, &VehicleComposition::mlDetail,
+                   [](RowWriter &row, const VehicleComposition &, const VehicleConsDetail &detail) {
+                       bindAll(row, kDetailColumns, detail);
+                   });
 }
 
 } // namespace
@@ -143,19 +192,27 @@ void load(NetLoad &net) {
     }
 }
 
-void save(NetSave &net) {
-    const Objects<VehicleComposition> &compositions = net.contents.traffic.compositions;
-    std::vector<long> codes;
-    codes.reserve(compositions.size());
-    for (const auto &composition : compositions)
-        codes.push_back(composition->vehicleConsCode);
-    net.keepIds("VehicleConstitutent", codes);
-    net.writeEach("VehicleConstitutent", compositions,
-                  [](RowWriter &row, const VehicleComposition &composition) { bindRow(row, composition); });
-    net.writeOwned("VehicleConsDetail", compositions, &VehicleComposition::mlDetail,
-                   [](RowWriter &row, const VehicleComposition &, const VehicleConsDetail &detail) {
-                       bindAll(row, kDetailColumns, detail);
-                   });
+void saveCatalogue(NetSave &net) {
+    const TrafficObjects &traffic = net.contents.traffic;
+    const bool withTypes = !traffic.vehicleTypes.empty();
+    const bool withCompositions = !traffic.compositions.empty();
+    if (!net.isGood() || (!withTypes && !withCompositions))
+        return;
+    // Engines that enforce their keys let go of a type only without the details that refer to it.
+    const QList<VehicleConsDetail> staying =
+        withCompositions ? QList<VehicleConsDetail>() : stayingDetails(net);
+    net.empty("VehicleConsDetail");
+    if (withCompositions)
+        net.empty("VehicleConstitutent");
+    if (withTypes) {
+        net.empty("VehicleType");
+        vehicletypes::save(net);
+    }
+    saveCompositions(net);
+    net.write("VehicleConsDetail", staying.size(), [&staying](RowWriter &row) {
+        for (const VehicleConsDetail &detail : staying)
+            bindAll(row.bindNet(), kDetailColumns, detail).exec();
+    });
 }
 
 } // namespace vehiclecompositions

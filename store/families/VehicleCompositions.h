@@ -16,6 +16,8 @@ VehicleComposition read(const Store &store, long consCode);
 QList<VehicleConsDetail> readDetails(const Store &store, long consCode);
 
 void load(NetLoad &net);
-void save(NetSave &net);
+/// Writes the catalogue of types and compositions, each in place of what the network starts with where the
+/// contents have any. Compositions that stay consist of the new types, or the save is refused.
+void saveCatalogue(NetSave &net);
 
 } // namespace vehiclecompositions

@@ -2,6 +2,7 @@
 
 #include "model/SpecialWords.h"
 #include "store/core/Columns.h"
+#include "store/core/StoredWord.h"
 #include "store/core/Transaction.h"
 #include "store/whole/NetLoad.h"
 #include "store/whole/NetSave.h"
@@ -35,9 +36,8 @@ constexpr Column<VehicleType> kColumns[] = {
 };
 
 template <class Row>
-Row &bindRow(Row &row, const VehicleType &type) {
-    return bindAll(row, kColumns, type)
-        .bind(":vehicleTypeName", gSpecialWords.trZhToEn(type.vehicleTypeName));
+Row &bindRow(Row &row, const VehicleType &type, const QString &storedName) {
+    return bindAll(row, kColumns, type).bind(":vehicleTypeName", storedName);
 }
 
 template <class Row>
@@ -51,7 +51,8 @@ void readRow(Row &row, VehicleType &type) {
 bool insert(const Store &store, const VehicleType &type, bool useTransaction) {
     Transaction transaction(store, useTransaction);
     Query insert(store, kInsert);
-    return transaction.commit(bindRow(insert.bindNet(), type).exec());
+    const QString storedName = gSpecialWords.trZhToEn(type.vehicleTypeName);
+    return transaction.commit(bindRow(insert.bindNet(), type, storedName).exec());
 }
 
 bool readAll(const Store &store, QHash<long, VehicleType> &types) {
@@ -71,6 +72,7 @@ void load(NetLoad &net) {
     net.forEachRow("VehicleType", "vehicleTypeCode", [&net](Rows &row) {
         auto type = std::make_unique<VehicleType>();
         readRow(row, *type);
+        type->storedTypeName = storedword::kept(row.text("vehicleTypeName"), type->vehicleTypeName);
         ghVehicleType.insert(type->vehicleTypeCode, *type);
         net.contents.traffic.vehicleTypes.push_back(std::move(type));
     });
@@ -78,7 +80,9 @@ void load(NetLoad &net) {
 
 void save(NetSave &net) {
     const Objects<VehicleType> &types = net.contents.traffic.vehicleTypes;
-    net.writeEach("VehicleType", types, [](RowWriter &row, const VehicleType &type) { bindRow(row, type); });
+    net.writeEach("VehicleType", types, [](RowWriter &row, const VehicleType &type) {
+        bindRow(row, type, storedword::of(type.vehicleTypeName, type.storedTypeName));
+    });
 }
 
 } // namespace vehicletypes

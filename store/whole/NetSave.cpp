@@ -37,6 +37,15 @@ void NetSave::keepIds(const char *table, const std::vector<long> &ids) {
         check(identifiers::keepFrom(store, QLatin1String(table), ids));
 }
 
+bool NetSave::refuse(long id, const QString &reason) {
+    CallDbResult failure;
+    failure.id = id;
+    failure.error = reason;
+    store.failures().append(failure);
+    check(false);
+    return false;
+}
+
 void NetSave::empty(const char *table) {
     if (!isGood())
         return;

@@ -103,6 +103,8 @@ public:
 
     /// A statement that is no row of a writer has failed.
     void check(bool good) { mFailed = mFailed || !good; }
+    /// Ends the save, with a record. @return false
+    bool refuse(long id, const QString &reason);
     /// Neither cancelled nor failed so far.
     bool isGood() const { return !mFailed && !mMeter.isCancelled(); }
     /// The save stands, and memory stays as it is. @return true

@@ -30,8 +30,9 @@
 #include "store/families/Zones.h"
 #include "store/whole/NetLoad.h"
 #include "store/whole/NetSave.h"
+#include "store/whole/SaveCheck.h"
 
-#include <algorithm>
+#include <optional>
 
 namespace wholenet {
 
@@ -45,15 +46,6 @@ void emptyWhatRemovalLeaves(NetSave &net) {
     if (!net.store.hasSeveralNets())
         return;
     for (const char *table : {"LaneLimitVehicle", "ConnectorLimitVehicle"})
-        net.empty(table);
-}
-
-/// What a network starts with gives way to types and compositions of its own.
-void emptyVehicleCatalogue(NetSave &net) {
-    const TrafficObjects &traffic = net.contents.traffic;
-    if (traffic.vehicleTypes.empty() && traffic.compositions.empty())
-        return;
-    for (const char *table : {"VehicleConsDetail", "VehicleConstitutent", "VehicleType"})
         net.empty(table);
 }
 
@@ -85,9 +77,7 @@ void loadKinds(NetLoad &net) {
 /// Later rows refer to earlier ones.
 void saveKinds(NetSave &net) {
     emptyWhatRemovalLeaves(net);
-    emptyVehicleCatalogue(net);
-    vehicletypes::save(net);
-    vehiclecompositions::save(net);
+    vehiclecompositions::saveCatalogue(net);
     linktypes::save(net);
     links::save(net);
     guidearrows::save(net);
@@ -109,54 +99,50 @@ void saveKinds(NetSave &net) {
     sceneconfigurations::save(net);
 }
 
-bool refuse(const Store &store, const QString &reason) {
-    CallDbResult failure;
-    failure.id = store.netId();
-    failure.error = reason;
-    store.failures().append(failure);
-    return false;
-}
-
 /// A network that is in the store already would be mixed with the new one.
-bool isFree(const Store &store) {
+bool isFree(NetSave &net) {
+    const Store &store = net.store;
     const auto holdsLinks = Query(store, kAnyLink).returnsRow();
     if (!holdsLinks.value_or(true))
         return true;
     return holdsLinks &&
-           refuse(store, store.hasSeveralNets()
-                             ? QStringLiteral("The store holds links of network %1 already: remove it, or "
-                                              "save under another id.")
-                                   .arg(store.netId())
-                             : QStringLiteral("The store holds one network and has one: save into a new "
-                                              "store."));
+           net.refuse(store.netId(),
+                      store.hasSeveralNets()
+                          ? QStringLiteral("The store holds links of network %1 already: remove it, or "
+                                           "save under another id.")
+                                .arg(store.netId())
+                          : QStringLiteral("The store holds one network and has one: save into a new "
+                                           "store."));
 }
 
 /// What is saved beside the record of a store of one network could not be loaded.
-bool hasNoOtherRecord(const Store &store) {
+bool hasNoOtherRecord(NetSave &net) {
+    const Store &store = net.store;
     const auto isThere = store.hasSeveralNets() ? std::optional<bool>(false) : networks::isAnyThere(store);
     if (!isThere.value_or(true))
         return true;
     return isThere &&
-           refuse(store, QStringLiteral("The store holds one network, whose id is %1: save under that id.")
-                             .arg(networks::all(store).value(0).netId));
+           net.refuse(store.netId(),
+                      QStringLiteral("The store holds one network, whose id is %1: save under that id.")
+                          .arg(networks::all(store).value(0).netId));
 }
 
 /// The record under the network's id, unless there is one.
-bool saveRecord(const Store &store, const NetContents &contents) {
+bool saveRecord(NetSave &net) {
+    const Store &store = net.store;
     const auto isThere = networks::exists(store);
     if (isThere.value_or(true))
         return isThere.has_value();
-    if (!hasNoOtherRecord(store))
+    if (!hasNoOtherRecord(net))
         return false;
-    networks::Record record = networks::recordOf(contents.record);
+    networks::Record record = networks::recordOf(net.contents.record);
     record.id = store.netId();
     return networks::insert(store, record, false) &&
            (!store.hasSeveralNets() || networks::update(store, record, false));
 }
 
 void saveAll(NetSave &net) {
-    const Store &store = net.store;
-    net.check(isFree(store) && saveRecord(store, net.contents));
+    net.check(refersToItself(net.store, net.contents) && isFree(net) && saveRecord(net));
     saveKinds(net);
 }
 

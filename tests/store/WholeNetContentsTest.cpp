@@ -1,0 +1,368 @@
+#include "model/NetContents.h"
+#include "model/SpecialWords.h"
+#include "tests/support/Builders.h"
+#include "tests/support/StoreFixture.h"
+
+#include <functional>
+
+namespace {
+
+/// Two links, 5 and 6, and connector 8 between them.
+std::unique_ptr<NetContents> roads() {
+    auto net = std::make_unique<NetContents>();
+    for (const long id : {5L, 6L})
+        net->links.push_back(sampleLink(id));
+    net->connectors.push_back(sampleConnector(8, net->links[0].get(), net->links[1].get()));
+    return net;
+}
+
+DecisionPoint &addPoint(NetContents &net, Link *link) {
+    net.traffic.decisionPoints.push_back(std::make_unique<DecisionPoint>());
+    DecisionPoint &point = *net.traffic.decisionPoints.back();
+    point.deciPointID = 4;
+    point.mpLink = link;
+    return point;
+}
+
+SignalLamp &addLamp(NetContents &net) {
+    auto group = std::make_unique<SignalGroup>();
+    group->signalGroupID = 2;
+    group->mlPhase.append(new SignalPhase);
+    group->mlPhase.first()->signalPhaseID = 3;
+    net.traffic.signalLamps.push_back(std::make_unique<SignalLamp>());
+    SignalLamp &lamp = *net.traffic.signalLamps.back();
+    lamp.signalLampID = 9;
+    lamp.laneID = 51;
+    lamp.setPhase(group->mlPhase.first());
+    net.traffic.signalGroups.push_back(std::move(group));
+    return lamp;
+}
+
+template <class T>
+T &add(Objects<T> &objects, long T::*id) {
+    objects.push_back(std::make_unique<T>());
+    (*objects.back()).*id = 9;
+    return *objects.back();
+}
+
+/// Destroys link 6, and with it what it owns.
+void takeOutLink(NetContents &net) {
+    net.connectors.clear();
+    net.links.pop_back();
+}
+
+struct Refusal {
+    const char *error;
+    std::function<void(NetContents &)> spoil;
+};
+
+const Refusal kPointers[] = {
+    {"Connector 8 joins a lane that is not part of the network.",
+     [](NetContents &net) { delete net.links[0]->mlLane.takeLast(); }},
+    {"Connector 8 joins a link that is not part of the network.",
+     [](NetContents &net) { net.links.pop_back(); }},
+    {"Connector 8 joins a link that is not part of the network.",
+     [](NetContents &net) { net.connectors[0]->mpEndLink = nullptr; }},
+    {"Connector 8 joins a lane that is not part of the network.",
+     [](NetContents &net) { net.connectors[0]->mlLaneConnector.first()->mpStartLane = nullptr; }},
+    {"Node 51 stands on a vertex that is not part of the network.",
+     [](NetContents &net) { delete net.links[0]->mlVertex.takeFirst(); }},
+    {"Decision point 4 stands on a link that is not part of the network.",
+     [](NetContents &net) {
+         addPoint(net, net.links[1].get());
+         takeOutLink(net);
+     }},
+    {"Decision point 4 stands on a link that is not part of the network.",
+     [](NetContents &net) { addPoint(net, nullptr); }},
+    {"Route 7 follows a link that is not part of the network.",
+     [](NetContents &net) {
+         auto *route = new Routing;
+         route->routingID = 7;
+         route->mlLinkChain = {{net.links[0].get()}, {net.links[1].get()}};
+         addPoint(net, net.links[0].get()).mlRouting.append(route);
+         takeOutLink(net);
+     }},
+    {"Route 7 leads back to a decision point that is not part of the network.",
+     [](NetContents &net) {
+         auto *route = new Routing;
+         route->routingID = 7;
+         route->mpDecisionPoint = std::make_unique<DecisionPoint>().get();
+         addPoint(net, net.links[0].get()).mlRouting.append(route);
+     }},
+    {"Bus station 9 stands on a link that is not part of the network.",
+     [](NetContents &net) {
+         add(net.traffic.busStations, &BusStation::busStationID).mpLink = net.links[1].get();
+         takeOutLink(net);
+     }},
+    {"Bus line 9 follows a link that is not part of the network.",
+     [](NetContents &net) {
+         add(net.traffic.busLines, &BusLine::busLineID).mlLink = {net.links[0].get(), net.links[1].get()};
+         takeOutLink(net);
+     }},
+    {"Signal lamp 9 shows a phase that is not part of the network.",
+     [](NetContents &net) {
+         addLamp(net);
+         net.traffic.signalGroups.clear();
+     }},
+};
+
+const Refusal kIds[] = {
+    {"Signal lamp 9 names no lane: draw the lane's id before.",
+     [](NetContents &net) { addLamp(net).laneID = 0; }},
+    {"Guide arrow 9 names no lane: enter its lane's id, or the arrow into the list of its lane.",
+     [](NetContents &net) { add(net.guideArrows, &GuideArrow::guideArrowID); }},
+    {"Lanes of route 7 name a route, connector or lane without an id: draw its id before.",
+     [](NetContents &net) {
+         net.connectors[0]->connID = 0;
+         net.traffic.routeLanes = {{7, 0, {51, 61}}};
+     }},
+    {"Lanes of route 7 name a route, connector or lane without an id: draw its id before.",
+     [](NetContents &net) {
+         net.links[1]->mlLane.first()->laneID = 0;
+         net.traffic.routeLanes = {{7, 8, {51, 0}}};
+     }},
+    {"Decision point 4 has flow ratios that name no route, and more than one route without an id: draw the "
+     "routes' ids before.",
+     [](NetContents &net) {
+         DecisionPoint &point = addPoint(net, net.links[0].get());
+         point.mlRouting.append(new Routing);
+         point.mlRouting.append(new Routing);
+         point.mlFlowByInterval.append(new RoutingFlowByInterval);
+         point.mlFlowByInterval.first()->mlFlowRatio.append(new RoutingFLowRatio);
+     }},
+    {"Bus line 9 has a stop that names no station: draw the station's id before.",
+     [](NetContents &net) {
+         BusLine &line = add(net.traffic.busLines, &BusLine::busLineID);
+         line.mlLink = {net.links[0].get()};
+         line.mlStationLine.append(new BusStationLine);
+     }},
+    {"Vehicle detector 9 names no road: draw the road's id before.",
+     [](NetContents &net) {
+         net.links[0]->linkID = 0;
+         add(net.traffic.vehicleDetectors, &VehicleDetector::vehicleDetectorId);
+     }},
+    {"Vehicle detector 9 names no signal group: draw the group's id before.",
+     [](NetContents &net) {
+         addLamp(net);
+         net.traffic.signalGroups[0]->signalGroupID = 0;
+         add(net.traffic.vehicleDetectors, &VehicleDetector::vehicleDetectorId).roadId = 5;
+     }},
+    {"Queue counter 9 names no road: draw the road's id before.",
+     [](NetContents &net) {
+         net.connectors[0]->connID = 0;
+         add(net.traffic.queueCounters, &VehicleQueueCounter::queueCounterID);
+     }},
+    {"Travel-time detector 9 names no road: draw the road's id before.",
+     [](NetContents &net) {
+         net.links[1]->linkID = 0;
+         add(net.traffic.travelDetectors, &VehicleTravelDetector::detectorId).startRoadId = 5;
+     }},
+    {"Driving-data collector 9 names no road: draw the road's id before.",
+     [](NetContents &net) {
+         net.links[1]->linkID = 0;
+         add(net.traffic.collectors, &VehicleDrivInfoCollector::collecterID);
+     }},
+    {"Departure point 9 names no road: draw the road's id before.",
+     [](NetContents &net) {
+         net.links[0]->linkID = 0;
+         add(net.traffic.departurePoints, &DeparturePoint::departurePointID);
+     }},
+};
+
+class WholeContentsTest : public StoreKindFixture {
+protected:
+    void prepare() override { DBTools::initDictionary(gDB, kNet, true); }
+
+    void expectRefusal(const Refusal &refusal) {
+        const auto net = roads();
+        refusal.spoil(*net);
+        clearFailures();
+        int steps = 0;
+        EXPECT_FALSE(DBTools::saveNet(gDB, kNet, *net, true, [&steps](const NetStep &) {
+            return ++steps > 0;
+        })) << refusal.error;
+        EXPECT_EQ(steps, 0) << refusal.error;
+        ASSERT_EQ(failures().size(), 1) << refusal.error;
+        EXPECT_EQ(failures().first().error, QLatin1String(refusal.error));
+        EXPECT_EQ(count(QStringLiteral("Vertex")), 0) << refusal.error;
+    }
+
+    QStringList details() {
+        return rows(
+            QStringLiteral("select vehicleConsCode, vehicleTypeCode, proportion from VehicleConsDetail "
+                           "order by 1, 2"));
+    }
+};
+
+TEST_P(WholeContentsTest, WhatIsNotPartOfTheNetworkIsRefusedAndNotLookedInto) {
+    for (const Refusal &refusal : kPointers)
+        expectRefusal(refusal);
+}
+
+TEST_P(WholeContentsTest, WhatNamesAnObjectWithoutAnIdIsRefused) {
+    for (const Refusal &refusal : kIds)
+        expectRefusal(refusal);
+}
+
+/// Rows of other writers name no road where none is meant; what loads saves.
+TEST_P(WholeContentsTest, AReferenceThatNoNewObjectCanBeMeantByStays) {
+    if (isPostgres())
+        letReferencesDangle();
+    const auto net = roads();
+    add(net->traffic.vehicleDetectors, &VehicleDetector::vehicleDetectorId);
+    add(net->traffic.departurePoints, &DeparturePoint::departurePointID);
+    if (hasSeveralNets())
+        add(net->traffic.queueCounters, &VehicleQueueCounter::queueCounterID);
+    EXPECT_TRUE(DBTools::saveNet(gDB, kNet, *net, true));
+    EXPECT_EQ(failureCount(), 0);
+}
+
+TEST_P(WholeContentsTest, AnArrowInTheListOfANewLaneStandsOnThatLane) {
+    const auto net = roads();
+    Lane *lane = net->links[1]->mlLane.last();
+    lane->laneID = 0;
+    GuideArrow &arrow = add(net->guideArrows, &GuideArrow::guideArrowID);
+    auto gone = std::make_unique<GuideArrow>();
+    lane->mlGuideArrow = {gone.get(), &arrow};
+    gone.reset();
+    ASSERT_TRUE(DBTools::saveNet(gDB, kNet, *net, true));
+    EXPECT_GT(lane->laneID, 0);
+    EXPECT_EQ(rows(QStringLiteral("select laneID from GuideArrow")),
+              QStringList(QString::number(lane->laneID)));
+}
+
+TEST_P(WholeContentsTest, BreakPointsOfAnOuterLaneThatWasEditedAreSaved) {
+    ASSERT_TRUE(DBTools::saveNet(gDB, kNet, *roads(), true));
+    NetContents net;
+    ASSERT_TRUE(DBTools::loadNet(gDB, kNet, net));
+    net.links[0]->mlLane.last()->leftBreakPointsJson = {{QStringLiteral("left"), 1}};
+    net.links[0]->mlLane.first()->rightBreakPointsJson = QJsonObject();
+    openNewStore();
+    ASSERT_TRUE(DBTools::saveNet(gDB, kNet, net, true));
+    const QString asText = isPostgres() ? QStringLiteral("%1") : QStringLiteral("cast(%1 as text)");
+    EXPECT_EQ(rows(QStringLiteral("select %1, %2 from Link where linkID = 5")
+                       .arg(asText.arg(QStringLiteral("leftBreakPointsJson")),
+                            asText.arg(QStringLiteral("rightBreakPointsJson")))),
+              QStringList(QStringLiteral("{\"left\":1}|{}")));
+}
+
+TEST_P(WholeContentsTest, OnlyACatalogueThatTheContentsHaveIsReplaced) {
+    const QStringList standard = {QStringLiteral("1|1|90"), QStringLiteral("1|2|10")};
+    ASSERT_EQ(details(), standard);
+    auto net = roads();
+    for (const long code : {1L, 3L}) {
+        VehicleType &type = add(net->traffic.vehicleTypes, &VehicleType::vehicleTypeCode);
+        type.vehicleTypeCode = code;
+        type.vehicleTypeName = QStringLiteral("type");
+    }
+    EXPECT_FALSE(DBTools::saveNet(gDB, kNet, *net, true));
+    ASSERT_EQ(failures().size(), 1);
+    EXPECT_EQ(
+        failures().first().error.section(QLatin1Char(')'), -1),
+        QStringLiteral(" consists of type 2, which is not among the types to save: save compositions with "
+                       "them."));
+    EXPECT_EQ(count(QStringLiteral("VehicleType")), 12);
+    EXPECT_EQ(details(), standard);
+    clearFailures();
+
+    net->traffic.vehicleTypes.back()->vehicleTypeCode = 2;
+    ASSERT_TRUE(DBTools::saveNet(gDB, kNet, *net, true));
+    EXPECT_EQ(rows(QStringLiteral("select vehicleTypeCode, vehicleTypeName from VehicleType order by 1")),
+              QStringList({QStringLiteral("1|type"), QStringLiteral("2|type")}));
+    EXPECT_EQ(details(), standard);
+    EXPECT_EQ(count(QStringLiteral("VehicleConstitutent")), 1);
+
+    openNewStore();
+    DBTools::initDictionary(gDB, kNet, true);
+    net = roads();
+    VehicleComposition &composition = add(net->traffic.compositions, &VehicleComposition::vehicleConsCode);
+    composition.mlDetail = {{9, 7, 100}};
+    ASSERT_TRUE(DBTools::saveNet(gDB, kNet, *net, true));
+    EXPECT_EQ(count(QStringLiteral("VehicleType")), 12);
+    EXPECT_EQ(details(), QStringList(QStringLiteral("9|7|100")));
+    EXPECT_EQ(rows(QStringLiteral("select vehicleConsCode from VehicleConstitutent")),
+              QStringList(QStringLiteral("9")));
+    EXPECT_EQ(failureCount(), 0);
+}
+
+/// A store whose words are English, under a host whose language is Chinese.
+class StoredWordsTest : public WholeContentsTest {
+protected:
+    static void speak(bool hostIsChinese) {
+        gSpecialWords.setDbIsEnglish(true);
+        gSpecialWords.setLangIsNotZh(!hostIsChinese);
+        gSpecialWords.initVars();
+    }
+    void writeWords() {
+        ASSERT_TRUE(DBTools::saveNet(gDB, kNet, *roads(), true));
+        execute(QStringLiteral("update Link set linkType = '高速路' where linkID = 5"));
+        execute(QStringLiteral("update LinkType set typeName = 'Freeway' where linkTypeID = 1"));
+        execute(QStringLiteral("update LinkType set typeName = '匝道' where linkTypeID = 2"));
+        execute(QStringLiteral("update VehicleType set vehicleTypeName = 'Plane' where vehicleTypeCode = 1"));
+        addRow("SignalGroup", "signalGroupID, name, timeLength, startTime, endTime", "1, 'g', 1, 2, 3");
+        addRow("SignalPhase", "signalPhaseID, signalGroupID, serialNumber, name", "1, 1, 1, 'p'");
+        int number = 0;
+        for (const char *color : {"Yellow", "Red", "红", "Green"})
+            addRow("SignalColor", "signalPhaseID, serialNumber, color, timeLength",
+                   QStringLiteral("1, %1, '%2', 5").arg(QString::number(++number), QString::fromUtf8(color)));
+    }
+    QStringList words() {
+        return rows(QStringLiteral("select linkType from Link where linkID = 5")) +
+               rows(
+                   QStringLiteral("select typeName from LinkType where linkTypeID < 3 order by linkTypeID")) +
+               rows(QStringLiteral("select vehicleTypeName from VehicleType where vehicleTypeCode = 1")) +
+               rows(QStringLiteral("select color from SignalColor order by serialNumber"));
+    }
+};
+
+TEST_P(StoredWordsTest, AWholeSaveWritesBackWhatWasLoaded) {
+    writeWords();
+    const QStringList written = {QStringLiteral("高速路"), QStringLiteral("Freeway"), QStringLiteral("匝道"),
+                                 QStringLiteral("Plane"),  QStringLiteral("Yellow"),  QStringLiteral("Red"),
+                                 QStringLiteral("红"),     QStringLiteral("Green")};
+    ASSERT_EQ(words(), written);
+    for (const bool hostIsChinese : {true, false}) {
+        speak(hostIsChinese);
+        NetContents net;
+        ASSERT_TRUE(DBTools::loadNet(gDB, kNet, net));
+        SignalPhase &phase = *net.traffic.signalGroups[0]->mlPhase.first();
+        EXPECT_EQ(phase.signalColorInStr(), hostIsChinese ? QStringLiteral("黄5,红5,红5,绿5")
+                                                          : QStringLiteral("Yellow5,Red5,红5,Green5"));
+        openNewStore();
+        DBTools::initDictionary(gDB, kNet, true);
+        speak(hostIsChinese);
+        ASSERT_TRUE(DBTools::saveNet(gDB, kNet, net, true));
+        EXPECT_EQ(words(), written) << hostIsChinese;
+    }
+}
+
+TEST_P(StoredWordsTest, WordsThatWereChangedAreTranslatedAsSingleInsertsDo) {
+    writeWords();
+    speak(true);
+    NetContents net;
+    ASSERT_TRUE(DBTools::loadNet(gDB, kNet, net));
+    SignalPhase &phase = *net.traffic.signalGroups[0]->mlPhase.first();
+    phase.setColorList({{QStringLiteral("绿"), 1}, {QStringLiteral("灰"), 2}});
+    net.traffic.vehicleTypes[0]->vehicleTypeName = QStringLiteral("小客车");
+    net.links[0]->linkType = QStringLiteral("匝道");
+    openNewStore();
+    DBTools::initDictionary(gDB, kNet, true);
+    speak(true);
+    ASSERT_TRUE(DBTools::saveNet(gDB, kNet, net, true));
+    // What a phase shows in its stored word goes on to do so.
+    EXPECT_EQ(words(),
+              QStringList({QStringLiteral("匝道"), QStringLiteral("Freeway"), QStringLiteral("匝道"),
+                           QStringLiteral("小客车"), QStringLiteral("Green"), QStringLiteral("灰")}));
+    // Single inserts know the displayed word alone.
+    net.traffic.signalGroups[0]->signalGroupID = 2;
+    phase.signalPhaseID = 2;
+    ASSERT_TRUE(DBTools::insertSignalGroup(gDB, kNet, net.traffic.signalGroups[0].get(), true));
+    EXPECT_EQ(
+        rows(QStringLiteral("select color from SignalColor where signalPhaseID = 2 order by serialNumber")),
+        QStringList({QStringLiteral("绿"), QStringLiteral("灰")}));
+}
+
+INSTANTIATE_TEST_SUITE_P(Stores, WholeContentsTest, testing::ValuesIn(kStoreKinds), storeKindName);
+INSTANTIATE_TEST_SUITE_P(Stores, StoredWordsTest, testing::ValuesIn(kStoreKinds), storeKindName);
+
+} // namespace
