@@ -135,7 +135,7 @@ bool RandomNet::chance(double probability) {
 double RandomNet::number() {
     switch (below(8)) {
     case 0:
-        return kNegativeZero ? -0.0 : 0;
+        return mPlan.hasNegativeZero ? -0.0 : 0;
     case 1:
         return below(1000);
     case 2:
@@ -163,8 +163,6 @@ QString RandomNet::text() {
                                        QStringLiteral("NULL"),
                                        QStringLiteral("0012.50"),
                                        QStringLiteral("\\N")};
-    if (kLeadingByteOrderMark && chance(0.05))
-        return QChar(0xFEFF) + QStringLiteral("mark");
     return chance(0.5) ? kTexts.at(below(kTexts.size())) : QStringLiteral("text %1").arg(below(1000000));
 }
 
@@ -385,7 +383,7 @@ void RandomNet::makeRoutes(NetContents &net) {
                 auto *ratio = new RoutingFLowRatio;
                 ratio->routingFLowRatioID = ratioIds.next();
                 ratio->routingID = route->routingID;
-                ratio->startDateTime = kStaleStartsOfRatios && chance(0.2) ? 7 : start;
+                ratio->startDateTime = chance(0.2) ? 7 : start;
                 ratio->endDateTime = interval->endDateTime;
                 interval->mlFlowRatio.append(ratio);
             }
@@ -547,11 +545,6 @@ void settleHeights(Link &link) {
 }
 
 void settleLanes(Link &link, const NetContents &net) {
-    if (!kOwnBreakPointsOfLinks) {
-        link.leftBreakPointsJson = StoredJson();
-        link.rightBreakPointsJson = StoredJson();
-    }
-    int highest = 0;
     for (Lane *lane : qAsConst(link.mlLane)) {
         if (lane->expectTravelDirection.isEmpty())
             lane->expectTravelDirection = QStringLiteral("直行");
@@ -560,24 +553,6 @@ void settleLanes(Link &link, const NetContents &net) {
                 if (type->vehicleTypeCode == restriction.first)
                     restriction.second = type->vehicleTypeName;
             }
-        }
-        if (kOwnBreakPointsOfLinks)
-            continue;
-        if (lane->serialNumber > highest)
-            link.leftBreakPointsJson = lane->leftBreakPointsJson;
-        highest = std::max(highest, lane->serialNumber);
-        if (lane->serialNumber == 1)
-            link.rightBreakPointsJson = lane->rightBreakPointsJson;
-    }
-}
-
-void settleLaneConnectors(Connector &connector) {
-    for (LaneConnector *lanes : qAsConst(connector.mlLaneConnector)) {
-        for (StoredJson LaneConnector::*geometry :
-             {&LaneConnector::centerLinePointsJson, &LaneConnector::leftBreakPointsJson,
-              &LaneConnector::rightBreakPointsJson}) {
-            if (!kEmptyGeometryOfLaneConnectors && (lanes->*geometry).isEmpty())
-                lanes->*geometry = QJsonObject{{QStringLiteral("data"), QJsonArray()}};
         }
     }
 }
@@ -590,6 +565,29 @@ template <class List, class Key>
 void sortBy(List &list, const Key &key) {
     std::stable_sort(list.begin(), list.end(),
                      [&key](const auto &a, const auto &b) { return key(a) < key(b); });
+}
+
+/// A link has the break points of its outer lanes, whatever it had of its own.
+void arrangeBreakPoints(Link &link) {
+    link.leftBreakPointsJson = link.rightBreakPointsJson = StoredJson();
+    int highest = 0;
+    for (const Lane *lane : qAsConst(link.mlLane)) {
+        if (lane->serialNumber > highest)
+            link.leftBreakPointsJson = lane->leftBreakPointsJson;
+        highest = std::max(highest, lane->serialNumber);
+        if (lane->serialNumber == 1)
+            link.rightBreakPointsJson = lane->rightBreakPointsJson;
+    }
+}
+
+/// Flow ratios start where the slice before them ends.
+void arrangeStarts(DecisionPoint &point) {
+    long start = 1;
+    for (RoutingFlowByInterval *interval : qAsConst(point.mlFlowByInterval)) {
+        for (RoutingFLowRatio *ratio : qAsConst(interval->mlFlowRatio))
+            ratio->startDateTime = start;
+        start = interval->endDateTime + 1;
+    }
 }
 
 /// For each link of the route its stops, as written; twice for a link that the route passes twice.
@@ -630,8 +628,6 @@ std::unique_ptr<NetContents> RandomNet::make() {
         settleHeights(*link);
         settleLanes(*link, *net);
     }
-    for (const auto &connector : net->connectors)
-        settleLaneConnectors(*connector);
     net->record.name = text();
     net->record.sourceUrl = text();
     net->record.sourceType = text();
@@ -670,6 +666,7 @@ void arrangeAsRead(NetContents &net, bool severalNets) {
     for (const auto &composition : traffic.compositions)
         sortBy(composition->mlDetail, [](const VehicleConsDetail &detail) { return detail.vehicleTypeCode; });
     for (const auto &link : net.links) {
+        arrangeBreakPoints(*link);
         sortBy(link->mlLane, [](const Lane *lane) { return lane->serialNumber; });
         for (Lane *lane : qAsConst(link->mlLane))
             sortBy(lane->mlLimitVehicle, [](const auto &restriction) { return restriction.first; });
@@ -679,6 +676,7 @@ void arrangeAsRead(NetContents &net, bool severalNets) {
     for (const auto &point : traffic.departurePoints)
         sortBy(point->mlInterval, [](const auto &interval) { return interval.departureIntervalD; });
     for (const auto &point : traffic.decisionPoints) {
+        arrangeStarts(*point);
         sortById(point->mlRouting, &Routing::routingID);
         for (RoutingFlowByInterval *interval : qAsConst(point->mlFlowByInterval))
             sortById(interval->mlFlowRatio, &RoutingFLowRatio::routingID);

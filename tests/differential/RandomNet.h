@@ -18,16 +18,8 @@ struct NetPlan {
     /// Ids of connectors and accident zones start behind it: single operations of generation 6 do not always
     /// keep those of the networks of a store apart.
     long firstSharedId = 0;
+    bool hasNegativeZero = false; ///< SQLite has none
 };
-
-/// @{ What the generator does not make yet, because single and whole operations do not agree about it. Each
-/// is to go as soon as they do.
-constexpr bool kEmptyGeometryOfLaneConnectors = false; ///< {} from single writes, NULL from whole saves
-constexpr bool kOwnBreakPointsOfLinks = false;         ///< those of the outer lanes from single writes
-constexpr bool kStaleStartsOfRatios = false;           ///< computed by single writes
-constexpr bool kNegativeZero = false;                  ///< on PostgreSQL
-constexpr bool kLeadingByteOrderMark = false;          ///< lost where SQLite gets UTF-16
-/// @}
 
 /// A sound network: every reference leads somewhere, every id is given, every object can be read again.
 /// Texts, numbers, JSON and the numbers of children vary.

@@ -36,6 +36,7 @@ protected:
             plan.owners = IdOrder(seed % 3);
             plan.children = IdOrder(seed / 3 % 3);
             plan.severalNets = hasSeveralNets();
+            plan.hasNegativeZero = isPostgres();
             plan.firstSharedId = hasSeveralNets() ? seed * 1000L : 0;
             body(plan);
             if (HasFailure())

@@ -86,7 +86,8 @@ const Refusal kPointers[] = {
      [](NetContents &net) {
          auto *route = new Routing;
          route->routingID = 7;
-         route->mpDecisionPoint = std::make_unique<DecisionPoint>().get();
+         static DecisionPoint elsewhere;
+         route->mpDecisionPoint = &elsewhere;
          addPoint(net, net.links[0].get()).mlRouting.append(route);
      }},
     {"Bus station 9 stands on a link that is not part of the network.",

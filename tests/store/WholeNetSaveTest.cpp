@@ -197,6 +197,7 @@ protected:
         traffic.busLines.insert(traffic.busLines.begin(), std::move(line));
         auto area = std::make_unique<ReduceSpeedArea>();
         area->name = QStringLiteral("front");
+        area->roadID = 5;
         traffic.speedAreas.insert(traffic.speedAreas.begin(), std::move(area));
         auto point = std::make_unique<DecisionPoint>();
         point->deciPointName = QStringLiteral("front");
