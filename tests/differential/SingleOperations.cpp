@@ -7,9 +7,11 @@
 #include <QJsonDocument>
 #include <QSqlError>
 #include <QSqlQuery>
+
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cmath>
 #include <tuple>
 
 namespace differential {
@@ -58,8 +60,12 @@ private:
     static void run(const QString &sql, const QVariantList &values = {}) {
         QSqlQuery query(gDB);
         EXPECT_TRUE(query.prepare(sql)) << qPrintable(sql);
-        for (const QVariant &value : values)
-            query.addBindValue(value);
+        for (const QVariant &value : values) {
+            // A number in a statement has no sign when it is 0; the text of one has.
+            const bool isZero = value.userType() == QMetaType::Double && value.toDouble() == 0;
+            query.addBindValue(isZero && std::signbit(value.toDouble()) ? QVariant(QStringLiteral("-0"))
+                                                                        : value);
+        }
         EXPECT_TRUE(query.exec()) << qPrintable(sql + QStringLiteral(": ") + query.lastError().text());
     }
     QString ofNet() const {
