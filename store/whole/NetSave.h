@@ -107,8 +107,8 @@ public:
     bool refuse(long id, const QString &reason);
     /// Neither cancelled nor failed so far.
     bool isGood() const { return !mFailed && !mMeter.isCancelled(); }
-    /// The save stands, and memory stays as it is. @return true
-    bool keep() { return mUndo.clear(), true; }
+    /// The save stands, and memory stays as it is.
+    void keep() { mUndo.clear(); }
 
     const Store &store;
     NetContents &contents;
