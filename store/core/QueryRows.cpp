@@ -3,8 +3,15 @@
 #include "store/core/Savepoint.h"
 
 #include <QSqlRecord>
+#include <QtNumeric>
+
+#include <cmath>
 
 namespace {
+
+bool holdsNothing(const QVariant &value) {
+    return value.isNull() || value.toByteArray().isEmpty();
+}
 
 /// Rows through Qt's driver.
 class QueryRows : public RowSource {
@@ -26,8 +33,8 @@ public:
     int indexOf(const char *column) override { return mQuery.record().indexOf(QLatin1String(column)); }
     bool isNull(int column) override { return mQuery.isNull(column); }
     QVariant value(int column) override { return mQuery.value(column); }
-    double number(int column) override { return mQuery.value(column).toDouble(); }
-    qint64 whole(int column) override { return mQuery.value(column).toLongLong(); }
+    double number(int column, bool &isNumber) override { return numberOf(mQuery.value(column), isNumber); }
+    qint64 whole(int column, bool &isNumber) override { return wholeOf(mQuery.value(column), isNumber); }
     QString text(int column) override { return mQuery.value(column).toString(); }
     QByteArray bytes(int column) override { return mQuery.value(column).toByteArray(); }
 
@@ -38,6 +45,21 @@ private:
 };
 
 } // namespace
+
+double numberOf(const QVariant &value, bool &isNumber) {
+    bool converted = false;
+    const double number = value.toDouble(&converted);
+    isNumber = isNumber && (converted ? qIsFinite(number) : holdsNothing(value));
+    return number;
+}
+
+qint64 wholeOf(const QVariant &value, bool &isNumber) {
+    bool converted = false;
+    const qint64 number = value.toLongLong(&converted);
+    const bool fits = value.userType() != QMetaType::Double || std::abs(value.toDouble()) < 9.2e18;
+    isNumber = isNumber && (converted ? fits : holdsNothing(value));
+    return number;
+}
 
 std::unique_ptr<RowSource> queryRows(const Store &store, const QString &sql) {
     return std::make_unique<QueryRows>(store, sql);

@@ -19,8 +19,11 @@ public:
     virtual int indexOf(const char *column) = 0;
     virtual bool isNull(int column) = 0;
     virtual QVariant value(int column) = 0;
-    virtual double number(int column) = 0;
-    virtual qint64 whole(int column) = 0;
+    /// @{ @p isNumber becomes false where the value is neither NULL nor empty and no finite number of that
+    /// kind.
+    virtual double number(int column, bool &isNumber) = 0;
+    virtual qint64 whole(int column, bool &isNumber) = 0;
+    /// @}
     virtual QString text(int column) = 0;
     virtual QByteArray bytes(int column) = 0;
     /// The name of a column whose text has been read of the current row and is not UTF-8; empty without one.
@@ -32,3 +35,8 @@ public:
 std::unique_ptr<RowSource> sqliteRows(const Store &store, const QString &sql);
 /// The rows of @p sql through Qt's driver.
 std::unique_ptr<RowSource> queryRows(const Store &store, const QString &sql);
+
+/// @{ A value as a number, by QVariant's conversion; see RowSource.
+double numberOf(const QVariant &value, bool &isNumber);
+qint64 wholeOf(const QVariant &value, bool &isNumber);
+/// @}

@@ -66,6 +66,7 @@ Rows::Rows(const Store &store, const char *table, const char *order, Ties ties, 
 bool Rows::next() {
     mNext = 0;
     mJsonParses = true;
+    mNumbersParse = true;
     if (mSource && mSource->next())
         return mMeter.step();
     mMeter.end();

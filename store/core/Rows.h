@@ -34,12 +34,21 @@ public:
     /// The identifier in a column whose name is no literal.
     long idIn(const QByteArray &column) {
         const int index = mSource->indexOf(column.constData());
-        return index >= 0 ? static_cast<long>(static_cast<qint32>(mSource->whole(index))) : 0;
+        bool isNumber = true;
+        return index >= 0 ? static_cast<long>(static_cast<qint32>(mSource->whole(index, isNumber))) : 0;
     }
     /// Whether every JSON text that was read of the current row is an object.
     bool jsonParses() const { return mJsonParses; }
     /// The column of a text that was read of the current row and is not UTF-8; empty without one.
     QByteArray damagedText() const { return mSource->damagedText(); }
+    /// Whether everything that was read of the current row as a number is a finite one, or nothing.
+    bool numbersParse() const { return mNumbersParse; }
+
+    /// A whole number as the store has it; 0 for NULL and for what is none.
+    qint64 whole(const char *column) {
+        const int index = columnIndex(column);
+        return index >= 0 ? mSource->whole(index, mNumbersParse) : 0;
+    }
 
     /// @{ As those of Query.
     QVariant value(const char *column) {
@@ -57,16 +66,10 @@ public:
     }
     double number(const char *column) {
         const int index = columnIndex(column);
-        return index >= 0 ? mSource->number(index) : 0;
+        return index >= 0 ? mSource->number(index, mNumbersParse) : 0;
     }
-    int integer(const char *column) {
-        const int index = columnIndex(column);
-        return index >= 0 ? static_cast<int>(mSource->whole(index)) : 0;
-    }
-    long id(const char *column) {
-        const int index = columnIndex(column);
-        return index >= 0 ? static_cast<long>(static_cast<qint32>(mSource->whole(index))) : 0;
-    }
+    int integer(const char *column) { return static_cast<int>(whole(column)); }
+    long id(const char *column) { return static_cast<long>(static_cast<qint32>(whole(column))); }
     StoredJson json(const char *column) {
         const int index = columnIndex(column);
         if (index < 0)
@@ -86,6 +89,7 @@ private:
     int mFailuresBefore;
     bool mFailed = false;
     bool mJsonParses = true;
+    bool mNumbersParse = true;
     /// Columns by the address of their name, in the order in which the first row asked for them. The later
     /// rows ask in the same order, so the next one is the one that is asked for.
     std::vector<std::pair<const char *, int>> mColumns;

@@ -5,6 +5,8 @@
 
 #ifdef MORASTORE_WITH_SQLITE
 
+#include <QtNumeric>
+
 #include <sqlite3.h>
 
 #include <cstring>
@@ -66,26 +68,29 @@ public:
         }
     }
 
-    double number(int column) override {
+    double number(int column, bool &isNumber) override {
         switch (sqlite3_column_type(mStatement, column)) {
         case SQLITE_INTEGER:
-        case SQLITE_FLOAT:
-            return sqlite3_column_double(mStatement, column);
+        case SQLITE_FLOAT: {
+            const double number = sqlite3_column_double(mStatement, column);
+            isNumber = isNumber && qIsFinite(number);
+            return number;
+        }
         case SQLITE_NULL:
             return 0;
         default:
-            return value(column).toDouble();
+            return numberOf(value(column), isNumber);
         }
     }
 
-    qint64 whole(int column) override {
+    qint64 whole(int column, bool &isNumber) override {
         switch (sqlite3_column_type(mStatement, column)) {
         case SQLITE_INTEGER:
             return sqlite3_column_int64(mStatement, column);
         case SQLITE_NULL:
             return 0;
         default:
-            return value(column).toLongLong();
+            return wholeOf(value(column), isNumber);
         }
     }
 
@@ -96,6 +101,9 @@ public:
         // UTF-16.
         const char *text = reinterpret_cast<const char *>(sqlite3_column_text(mStatement, column));
         const int size = sqlite3_column_bytes(mStatement, column);
+        // Without memory the engine has no address to compare with.
+        if (size == 0)
+            return QStringLiteral("");
         // Many columns hold the same word in row after row: their objects share one copy of it.
         LastText &last = mLastTexts[std::size_t(column)];
         if (size != last.bytes.size() || std::memcmp(text, last.bytes.constData(), std::size_t(size)) != 0) {
@@ -123,7 +131,7 @@ public:
 private:
     struct LastText {
         QByteArray bytes;
-        QString text = QLatin1String("");
+        QString text;
         bool isWhole = true;
     };
 

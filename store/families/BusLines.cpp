@@ -287,7 +287,7 @@ bool listIds(const Store &store, QList<long> &ids) {
 
 void load(NetLoad &net) {
     Objects<BusLine> &lines = net.contents.traffic.busLines;
-    net.forEachRow("BusLine", "busLineID", [&lines](Rows &row) { lines.push_back(readRow(row)); });
+    net.forEachObject("BusLine", "busLineID", [&lines](Rows &row) { lines.push_back(readRow(row)); });
     Owners lineOf(net, lines, &BusLine::busLineID, "BusLineRoad", "belongs to no bus line");
     net.forEachRow("BusLineRoad", "busLineID, serialNumber, roadID", [&](Rows &row) {
         BusLine *line = lineOf.of(row, "busLineID");

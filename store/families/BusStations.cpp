@@ -69,7 +69,7 @@ bool listIds(const Store &store, QList<long> &ids) {
 }
 
 void load(NetLoad &net) {
-    net.forEachRow("BusStation", "busStationID", [&net](Rows &row) {
+    net.forEachObject("BusStation", "busStationID", [&net](Rows &row) {
         auto station = std::make_unique<BusStation>();
         readAll(row, kColumns, *station);
         station->mpLink = gNet.getLinkById(row.id("linkID"));

@@ -283,7 +283,7 @@ Connector *read(const Store &store, long connectorId) {
 void load(NetLoad &net) {
     Objects<Connector> &connectors = net.contents.connectors;
     const bool withRoad = hasRoadIds(net.store);
-    net.forEachRow("Connector", "connID", [&](Rows &row) {
+    net.forEachObject("Connector", "connID", [&](Rows &row) {
         if (auto connector = readRow(row, withRoad))
             connectors.push_back(std::move(connector));
         else

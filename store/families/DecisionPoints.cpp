@@ -204,7 +204,7 @@ bool listIds(const Store &store, QList<long> &ids) {
 
 void load(NetLoad &net) {
     Objects<DecisionPoint> &points = net.contents.traffic.decisionPoints;
-    net.forEachRow("DecisionPoint", "deciPointID", [&](Rows &row) {
+    net.forEachObject("DecisionPoint", "deciPointID", [&](Rows &row) {
         // A point without its link reads on its own, and could not be saved again.
         if (auto point = readRow(row, true); point->mpLink)
             points.push_back(std::move(point));

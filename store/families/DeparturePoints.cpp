@@ -111,7 +111,7 @@ bool listIds(const Store &store, QList<long> &ids) {
 
 void load(NetLoad &net) {
     Objects<DeparturePoint> &points = net.contents.traffic.departurePoints;
-    net.forEachRow("DeparturePoint", "departurePointID", [&](Rows &row) {
+    net.forEachObject("DeparturePoint", "departurePointID", [&](Rows &row) {
         points.push_back(std::make_unique<DeparturePoint>());
         points.back()->departurePointID = row.id("departurePointID");
         readRow(row, *points.back());

@@ -57,7 +57,7 @@ bool listIds(const Store &store, QList<long> &ids) {
 }
 
 void load(NetLoad &net) {
-    net.forEachRow("VehicleDrivInfoCollecter", "collecterID", [&net](Rows &row) {
+    net.forEachObject("VehicleDrivInfoCollecter", "collecterID", [&net](Rows &row) {
         auto collector = std::make_unique<VehicleDrivInfoCollector>();
         readAll(row, kColumns, *collector);
         if (net.store.hasSeveralNets() || net.isLoaded(collector->roadID))

@@ -61,7 +61,7 @@ GuideArrow *read(const Store &store, long id) {
 /// The single reads give an arrow also where its lane belongs to no link. Such a lane is not loaded, so that
 /// the arrow could not be saved again.
 void load(NetLoad &net) {
-    net.forEachRow("GuideArrow", "guideArrowID", [&](Rows &row) {
+    net.forEachObject("GuideArrow", "guideArrowID", [&](Rows &row) {
         auto arrow = std::make_unique<GuideArrow>();
         readRow(row, *arrow);
         if (gNet.getLaneById(arrow->laneID))

@@ -54,7 +54,7 @@ bool readAll(const Store &store, QList<LinkType> &types) {
 }
 
 void load(NetLoad &net) {
-    net.forEachRow("LinkType", "linkTypeID", [&net](Rows &row) {
+    net.forEachObject("LinkType", "linkTypeID", [&net](Rows &row) {
         LinkType type = readRow(row);
         type.storedTypeName = storedword::kept(row.text("typeName"), type.typeName);
         net.contents.linkTypes.append(type);

@@ -282,7 +282,7 @@ private:
 
     void loadLinks() {
         const bool withRoad = hasRoadIds(mNet.store);
-        mNet.forEachRow("Link", "linkID", [&](Rows &row) {
+        mNet.forEachObject("Link", "linkID", [&](Rows &row) {
             auto link = std::make_unique<Link>();
             const NodeIds nodes = readRow(row, withRoad, *link);
             link->storedLinkType = storedword::kept(link->linkType, link->linkType);
@@ -293,7 +293,7 @@ private:
 
     void loadVertices() {
         std::vector<Vertex> vertices;
-        mNet.forEachRow("Vertex", "vertexID", [&](Rows &row) {
+        mNet.forEachObject("Vertex", "vertexID", [&](Rows &row) {
             vertices.emplace_back();
             readRow(row, vertices.back());
         });
@@ -321,7 +321,7 @@ private:
 
     void loadNodes() {
         std::vector<NodeName> names;
-        mNet.forEachRow("Node", "nodeID", [&](Rows &row) {
+        mNet.forEachObject("Node", "nodeID", [&](Rows &row) {
             names.push_back({row.id("nodeID"), row.text("nodeName")});
         });
         const auto idOf = [](const NodeName &node) { return node.id; };

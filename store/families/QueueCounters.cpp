@@ -67,7 +67,7 @@ bool listIds(const Store &store, QList<long> &ids) {
 }
 
 void load(NetLoad &net) {
-    net.forEachRow("VehicleQueueCounter", "queueCounterID", [&net](Rows &row) {
+    net.forEachObject("VehicleQueueCounter", "queueCounterID", [&net](Rows &row) {
         auto counter = std::make_unique<VehicleQueueCounter>();
         readAll(row, kColumns, *counter);
         if (net.store.hasSeveralNets() || net.isLoaded(counter->roadID))

@@ -159,7 +159,7 @@ bool listIds(const Store &store, QList<long> &ids) {
 
 void load(NetLoad &net) {
     Objects<ReduceSpeedArea> &areas = net.contents.traffic.speedAreas;
-    net.forEachRow("ReduceSpeedArea", "reduceSpeedAreaID", [&areas](Rows &row) {
+    net.forEachObject("ReduceSpeedArea", "reduceSpeedAreaID", [&areas](Rows &row) {
         areas.push_back(std::make_unique<ReduceSpeedArea>());
         readAll(row, kColumns, *areas.back());
     });

@@ -188,7 +188,7 @@ bool listIds(const Store &store, QList<long> &ids) {
 
 void load(NetLoad &net) {
     Objects<SignalGroup> &groups = net.contents.traffic.signalGroups;
-    net.forEachRow("SignalGroup", "signalGroupID", [&](Rows &row) { groups.push_back(readRow(row)); });
+    net.forEachObject("SignalGroup", "signalGroupID", [&](Rows &row) { groups.push_back(readRow(row)); });
     Owners groupOf(net, groups, &SignalGroup::signalGroupID, "SignalPhase", "belongs to no signal group");
     net.forEachRowAsWritten("SignalPhase", "signalGroupID", [&](Rows &row) {
         if (SignalGroup *group = groupOf.of(row, "signalGroupID"))

@@ -94,7 +94,7 @@ SignalLamp *read(const Store &store, long id) {
 /// The single reads give a lamp also where its lane belongs to no link, or to another network. Such a lane is
 /// not loaded, so that the lamp could not be saved again.
 void load(NetLoad &net) {
-    net.forEachRow("SignalLamp", "signalLampID", [&net](Rows &row) {
+    net.forEachObject("SignalLamp", "signalLampID", [&net](Rows &row) {
         const long laneId = row.id("laneID");
         const long id = row.id("signalLampID");
         if (!gNet.getLaneById(laneId))

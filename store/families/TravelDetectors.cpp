@@ -69,7 +69,7 @@ bool listIds(const Store &store, QList<long> &ids) {
 }
 
 void load(NetLoad &net) {
-    net.forEachRow("VehicleTravelDetector", "detectorId", [&net](Rows &row) {
+    net.forEachObject("VehicleTravelDetector", "detectorId", [&net](Rows &row) {
         auto detector = std::make_unique<VehicleTravelDetector>();
         readAll(row, kColumns, *detector);
         if (net.store.hasSeveralNets() ||

@@ -172,7 +172,7 @@ QList<VehicleConsDetail> readDetails(const Store &store, long consCode) {
 
 void load(NetLoad &net) {
     Objects<VehicleComposition> &compositions = net.contents.traffic.compositions;
-    net.forEachRow("VehicleConstitutent", "vehicleConsCode", [&](Rows &row) {
+    net.forEachObject("VehicleConstitutent", "vehicleConsCode", [&](Rows &row) {
         compositions.push_back(std::make_unique<VehicleComposition>());
         readRow(row, *compositions.back());
     });

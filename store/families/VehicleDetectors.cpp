@@ -128,7 +128,7 @@ bool listIds(const Store &store, QList<long> &ids) {
 
 void load(NetLoad &net) {
     Objects<VehicleDetector> &detectors = net.contents.traffic.vehicleDetectors;
-    net.forEachRow("VehicleDetector", "vehicleDetectorId", [&](Rows &row) {
+    net.forEachObject("VehicleDetector", "vehicleDetectorId", [&](Rows &row) {
         detectors.push_back(std::make_unique<VehicleDetector>());
         readRow(row, *detectors.back());
     });

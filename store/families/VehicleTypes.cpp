@@ -69,7 +69,7 @@ bool readAll(const Store &store, QHash<long, VehicleType> &types) {
 
 void load(NetLoad &net) {
     ghVehicleType.clear();
-    net.forEachRow("VehicleType", "vehicleTypeCode", [&net](Rows &row) {
+    net.forEachObject("VehicleType", "vehicleTypeCode", [&net](Rows &row) {
         auto type = std::make_unique<VehicleType>();
         readRow(row, *type);
         type->storedTypeName = storedword::kept(row.text("vehicleTypeName"), type->vehicleTypeName);

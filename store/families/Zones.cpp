@@ -124,7 +124,7 @@ constexpr ZoneTables kRoadWork = {"RoadWorkZone", "RoadWorkZoneWithLane", "roadW
 
 template <class Zone>
 void loadZones(NetLoad &net, const ZoneTables &tables, Objects<Zone> &zones, long Zone::*id) {
-    net.forEachRow(tables.zones, tables.id, [&zones](Rows &row) {
+    net.forEachObject(tables.zones, tables.id, [&zones](Rows &row) {
         zones.push_back(std::make_unique<Zone>());
         readRow(row, *zones.back());
     });

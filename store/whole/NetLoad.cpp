@@ -26,6 +26,36 @@ void NetLoad::refuseText(const char *table, long id, const QByteArray &column) {
             .arg(QString::fromLatin1(column), QLatin1String(table), QString::number(id)));
 }
 
+QByteArray NetLoad::ownId(const char *table) {
+    return identifiers::idColumn(QLatin1String(table)).toLatin1();
+}
+
+void NetLoad::judge(const char *table, const char *order, Rows &row, RowIds &ids) {
+    if (!row.jsonParses())
+        skip(table, idOf(table, order, row), "holds JSON that does not parse and reads as empty");
+    if (!row.numbersParse())
+        skip(table, idOf(table, order, row),
+             "holds no finite number where one belongs and reads as 0 or infinite");
+    const char *own = ids.column.constData();
+    if (ids.column.isEmpty() || !row.hasColumn(own))
+        return;
+    if (row.isNull(own))
+        return skip(table, 0, "has no id");
+    const qint64 id = row.whole(own);
+    if (id != static_cast<qint32>(id))
+        skip(table, static_cast<qint32>(id), "has an id of more than 32 bits and reads as one of 32");
+    ids.met.push_back(id);
+}
+
+void NetLoad::reportRepeated(const char *table, RowIds &ids) {
+    std::vector<qint64> &met = ids.met;
+    if (!std::is_sorted(met.begin(), met.end()))
+        std::sort(met.begin(), met.end());
+    for (auto at = std::adjacent_find(met.begin(), met.end()); at != met.end();
+         at = std::adjacent_find(at + 1, met.end()))
+        skip(table, static_cast<qint32>(*at), "is there more than once");
+}
+
 long NetLoad::idOf(const char *table, const char *order, Rows &row) {
     const QByteArray own = identifiers::idColumn(QLatin1String(table)).toLatin1();
     return row.idIn(own.isEmpty() ? QByteArray(order).split(',').first() : own);

@@ -3,6 +3,9 @@
 #include "model/NetContents.h"
 #include "store/core/Rows.h"
 
+#include <optional>
+#include <vector>
+
 /// What the families share while a network is loaded as a whole.
 class NetLoad {
 public:
@@ -21,6 +24,21 @@ public:
     void forEachRowAsWritten(const char *table, const char *order, const Visit &visit) {
         pass(table, order, Rows::Ties::AsWritten, visit);
     }
+    /// The same as forEachRow() for a table whose rows are read by their ids: one without an id, and one with
+    /// that of the row before, are read by none and left out.
+    template <class Visit>
+    void forEachObject(const char *table, const char *id, const Visit &visit) {
+        std::optional<qint64> before;
+        pass(
+            table, id, Rows::Ties::None,
+            [&](Rows &row) {
+                const qint64 own = row.whole(id);
+                if (!row.isNull(id) && before != own)
+                    visit(row);
+                before = own;
+            },
+            id);
+    }
 
     /// Reports the row or object of that id, which the load leaves out or takes only in part.
     /// @param reason a clause that follows the id.
@@ -36,20 +54,34 @@ public:
     NetContents &contents;
 
 private:
+    /// The ids that a pass meets; @p column is empty for a table without.
+    struct RowIds {
+        QByteArray column;
+        std::vector<qint64> met;
+    };
+
     template <class Visit>
-    void pass(const char *table, const char *order, Rows::Ties ties, const Visit &visit) {
+    void pass(const char *table, const char *order, Rows::Ties ties, const Visit &visit,
+              const char *id = nullptr) {
         Rows rows(store, table, order, ties, mMeter);
+        RowIds ids{id ? QByteArray(id) : ownId(table), {}};
         while (rows.next()) {
             visit(rows);
             if (const QByteArray column = rows.damagedText(); !column.isEmpty())
                 return refuseText(table, idOf(table, order, rows), column);
-            if (!rows.jsonParses())
-                skip(table, idOf(table, order, rows), "holds JSON that does not parse and reads as empty");
+            judge(table, order, rows, ids);
         }
+        reportRepeated(table, ids);
         mFailed = mFailed || rows.hasFailed();
     }
     /// A text that is not UTF-8 ends the load: what would be read is not what is stored.
     void refuseText(const char *table, long id, const QByteArray &column);
+    /// The column of a table's own ids; empty without one.
+    static QByteArray ownId(const char *table);
+    /// Reports what is wrong with a row that was read.
+    void judge(const char *table, const char *order, Rows &row, RowIds &ids);
+    /// Reports ids that more than one row has, which no key of a sound store lets happen.
+    void reportRepeated(const char *table, RowIds &ids);
     static long idOf(const char *table, const char *order, Rows &row);
 
     ProgressMeter mMeter;
