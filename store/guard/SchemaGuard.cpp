@@ -147,7 +147,8 @@ std::optional<long> namedVersion(const QSqlDatabase &db, const QString &name, Fa
 }
 
 /// Whether the keys of the roads' tables are led by the network: "0" or "1" for each table, without
-/// repetition.
+/// repetition. A store without networks says no: older ones get the table when they are brought forward, and
+/// it is not that of newer ones.
 QString keyQuestion(const QSqlDatabase &db) {
     const QString tables = QStringLiteral("('link', 'lane', 'connector', 'vertex')");
     if (isPostgreSql(db))
@@ -155,11 +156,13 @@ QString keyQuestion(const QSqlDatabase &db) {
                    "select distinct bool_or(a.attname = 'netid')::int from pg_index i join pg_class c "
                    "on c.oid = i.indrelid join pg_attribute a on a.attrelid = c.oid and a.attnum = "
                    "any (i.indkey) where i.indisprimary and c.relname in %1 and "
-                   "pg_table_is_visible(c.oid) group by c.relname")
+                   "pg_table_is_visible(c.oid) group by c.relname "
+                   "union select 0 where to_regclass('net') is null")
             .arg(tables);
     return QStringLiteral("select distinct max(lower(c.name) = 'netid') from sqlite_master m, "
                           "pragma_table_info(m.name) c where m.type = 'table' and lower(m.name) in %1 and "
-                          "c.pk > 0 group by m.name")
+                          "c.pk > 0 group by m.name union select 0 where not exists "
+                          "(select 1 from sqlite_master where lower(name) = 'net')")
         .arg(tables);
 }
 
