@@ -1,6 +1,8 @@
+#include "host/Failure.h"
 #include "host/commands/Commands.h"
 #include "host/drawing/NetworkDrawing.h"
 #include "host/store/NetworkChoice.h"
+#include "host/store/NetworkObjects.h"
 #include "host/store/OpenStore.h"
 
 namespace commands {
@@ -30,7 +32,15 @@ void addDraw(CLI::App &program, Run &run) {
             const OpenStore store(QString::fromStdString(options->store), Access::Read);
             Progress reading(QStringLiteral("reading"));
             const NetworkObjects network = readNetwork(chosenNetwork(options->net), reading);
-            drawToFile(network, QString::fromStdString(options->picture), options->size);
+            const QStringList leftOut =
+                damageOf(network) +
+                drawToFile(network, QString::fromStdString(options->picture), options->size);
+            for (const QString &line : leftOut)
+                tell(QStringLiteral("left out: ") + line);
+            if (!leftOut.isEmpty())
+                throw Incomplete(
+                    QStringLiteral("drawn, but the store is damaged and not all of it is in the picture; "
+                                   "restore it from a copy"));
         };
     });
 }

@@ -2,7 +2,6 @@
 
 #include "host/drawing/Shapes.h"
 #include "host/geometry/Polyline.h"
-#include "host/import/GeometryObject.h"
 #include "model/SpecialWords.h"
 
 #include <QFontMetricsF>
@@ -12,7 +11,7 @@
 #include <algorithm>
 #include <cmath>
 
-using geometryobject::toPolyline;
+using shapes::lineOf;
 
 namespace {
 
@@ -104,9 +103,10 @@ NetworkDrawing::NetworkDrawing(const NetworkObjects &network)
     for (const auto &link : network.links) {
         addLink(*link);
         lanes += link->mlLane.size();
-        length += link->length;
-        mExtent = boundsOf(toPolyline(link->leftBreakPointsJson), mExtent, any);
-        mExtent = boundsOf(toPolyline(link->rightBreakPointsJson), mExtent, any);
+        if (shapes::isOnPlan({link->length}))
+            length += link->length;
+        mExtent = boundsOf(lineOf(link->leftBreakPointsJson), mExtent, any);
+        mExtent = boundsOf(lineOf(link->rightBreakPointsJson), mExtent, any);
     }
     for (const auto &connector : network.connectors)
         addConnector(*connector);
@@ -128,13 +128,29 @@ NetworkDrawing::LaneKind &NetworkDrawing::kindOf(const QString &name) {
     return mKinds.back();
 }
 
+QStringList NetworkDrawing::leftOut() const {
+    constexpr int named = 10;
+    QStringList lines = mTraffic.leftOut();
+    if (mLinksLeftOut.isEmpty())
+        return lines;
+    QStringList ids;
+    for (const long id : mLinksLeftOut.mid(0, named))
+        ids.append(QString::number(id));
+    lines.prepend(QStringLiteral("%1 links without a geometry on the plan: %2%3")
+                      .arg(QString::number(mLinksLeftOut.size()), ids.join(QStringLiteral(", ")),
+                           mLinksLeftOut.size() > named ? QStringLiteral(", ...") : QString()));
+    return lines;
+}
+
 void NetworkDrawing::addLink(const Link &link) {
+    bool isDrawn = false;
     for (const Lane *lane : link.mlLane) {
         LaneKind &kind = kindOf(lane->actionType);
-        const Polyline left = toPolyline(lane->leftBreakPointsJson);
-        const Polyline right = toPolyline(lane->rightBreakPointsJson);
-        const Polyline centre = toPolyline(lane->centerLinePointsJson);
+        const Polyline left = lineOf(lane->leftBreakPointsJson);
+        const Polyline right = lineOf(lane->rightBreakPointsJson);
+        const Polyline centre = lineOf(lane->centerLinePointsJson);
         ++kind.count;
+        isDrawn = isDrawn || centre.size() >= 2;
         shapes::addArea(kind.surface, left, right);
         shapes::addLine(kind.axis, centre);
         addArrow(centre, lane->width);
@@ -142,28 +158,31 @@ void NetworkDrawing::addLink(const Link &link) {
         if (lane == link.mlLane.first())
             shapes::addLine(mEdges, right);
     }
+    if (!isDrawn)
+        mLinksLeftOut.append(link.linkID);
 }
 
 void NetworkDrawing::addArrow(const Polyline &centre, double width) {
     if (geometry::length(centre) > 2 * (kArrowBeforeEnd + kArrowLength))
-        shapes::addArrow(mArrows, centre, kArrowBeforeEnd, kArrowLength, std::min(1.3, width * 0.6));
+        shapes::addArrow(mArrows, centre, kArrowBeforeEnd, kArrowLength,
+                         shapes::isOnPlan({width}) ? std::min(1.3, std::abs(width) * 0.6) : 1.3);
 }
 
 void NetworkDrawing::addConnector(const Connector &connector) {
     // With a single lane connector the stored borders are its own: its curve runs halfway between them.
-    const Polyline left = toPolyline(connector.leftBreakPointsJson);
-    const Polyline right = toPolyline(connector.rightBreakPointsJson);
+    const Polyline left = lineOf(connector.leftBreakPointsJson);
+    const Polyline right = lineOf(connector.rightBreakPointsJson);
     const bool bordersAreItsOwn = connector.mlLaneConnector.size() == 1 && left.size() == right.size();
     shapes::addArea(mJunctions, left, right);
     for (const LaneConnector *laneConnector : connector.mlLaneConnector) {
-        Polyline curve = toPolyline(laneConnector->centerLinePointsJson);
+        Polyline curve = lineOf(laneConnector->centerLinePointsJson);
         if (curve.size() < 2 && bordersAreItsOwn)
             curve = geometry::midway(left, right);
         if (curve.size() >= 2)
             shapes::addLine(mConnectors, curve);
         else
-            shapes::addTurn(mConnectors, toPolyline(laneConnector->mpStartLane->centerLinePointsJson),
-                            toPolyline(laneConnector->mpEndLane->centerLinePointsJson));
+            shapes::addTurn(mConnectors, lineOf(laneConnector->mpStartLane->centerLinePointsJson),
+                            lineOf(laneConnector->mpEndLane->centerLinePointsJson));
     }
 }
 

@@ -10,6 +10,7 @@
 #include <QRectF>
 #include <QSizeF>
 #include <QString>
+#include <QStringList>
 
 #include <vector>
 
@@ -27,6 +28,9 @@ public:
     /// Paints the plan into `size`. `zoomable` says that the viewer may magnify it (a vector picture), so
     /// that detail is worth its bytes.
     void paint(QPainter &painter, const QSizeF &size, bool zoomable) const;
+
+    /// What the plan lacks since its geometry is missing or not on a plan: a line for each kind of object.
+    QStringList leftOut() const;
 
 private:
     struct LaneKind {
@@ -49,6 +53,7 @@ private:
     double headerHeight(double width) const;
 
     TrafficLayer mTraffic;
+    QList<long> mLinksLeftOut;
     QString mTitle;
     QString mSummary;
     QRectF mExtent; ///< metres, y upwards
@@ -66,4 +71,5 @@ void requirePicturePath(const QString &path);
 /// Paints `network` into an SVG or PNG file, told by the name's ending. `longSide` is the picture's longer
 /// side in pixels. The file, the one that a link leads to, is replaced in one go; a device or a pipe is
 /// written to. Throws `Failure` when it cannot be written, and as requirePicturePath() does.
-void drawToFile(const NetworkObjects &network, const QString &path, double longSide);
+/// What the picture lacks, a line for each kind of object, is returned.
+QStringList drawToFile(const NetworkObjects &network, const QString &path, double longSide);

@@ -107,7 +107,7 @@ void requirePicturePath(const QString &path) {
         throw Failure(QStringLiteral("%1: this is a store; give another path for the picture").arg(path));
 }
 
-void drawToFile(const NetworkObjects &network, const QString &path, double longSide) {
+QStringList drawToFile(const NetworkObjects &network, const QString &path, double longSide) {
     requirePicturePath(path);
     const NetworkDrawing drawing(network);
     const QSize size = drawing.sizeFor(longSide).toSize();
@@ -121,4 +121,5 @@ void drawToFile(const NetworkObjects &network, const QString &path, double longS
         QSaveFile file(info.filePath());
         write(file, bytes, path);
     }
+    return drawing.leftOut();
 }

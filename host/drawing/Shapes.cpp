@@ -1,8 +1,13 @@
 #include "host/drawing/Shapes.h"
 
+#include "host/import/GeometryObject.h"
+
+#include <algorithm>
 #include <cmath>
 
 namespace {
+
+constexpr double kFarthest = 1e9; // metres; 25 times around the earth
 
 QPointF pointOf(const Point3 &point) {
     return {point.x, point.y};
@@ -18,6 +23,20 @@ QPointF directionOf(const QPointF &a, const QPointF &b) {
 } // namespace
 
 namespace shapes {
+
+bool isOnPlan(std::initializer_list<double> metres) {
+    // Not a number is not less than anything.
+    return std::all_of(metres.begin(), metres.end(),
+                       [](double value) { return std::abs(value) <= kFarthest; });
+}
+
+Polyline lineOf(const StoredJson &geometry) {
+    Polyline line = geometryobject::toPolyline(geometry);
+    const bool isDrawn = std::all_of(line.begin(), line.end(), [](const Point3 &point) {
+        return isOnPlan({point.x, point.y, point.z});
+    });
+    return isDrawn ? line : Polyline();
+}
 
 void addLine(QPainterPath &path, const Polyline &line) {
     if (line.empty())

@@ -1,11 +1,20 @@
 #pragma once
 
 #include "host/geometry/Polyline.h"
+#include "model/StoredJson.h"
 
 #include <QPainterPath>
 
+#include <initializer_list>
+
 /// Parts of a plan as paths, in metres.
 namespace shapes {
+
+/// Whether numbers that a store holds are places or lengths on a plan, in metres: finite, and no farther than
+/// any place is from another, so that sums and squares of them are numbers, too.
+bool isOnPlan(std::initializer_list<double> metres);
+/// The points of a geometry object; none where one of them is not on a plan.
+Polyline lineOf(const StoredJson &geometry);
 
 void addLine(QPainterPath &path, const Polyline &line);
 /// The area between two borders that run the same way.

@@ -1,7 +1,6 @@
 #include "host/drawing/TrafficLayer.h"
 
 #include "host/drawing/Shapes.h"
-#include "host/import/GeometryObject.h"
 #include "model/SpecialWords.h"
 
 #include <QFontMetricsF>
@@ -12,7 +11,7 @@
 #include <algorithm>
 #include <cmath>
 
-using geometryobject::toPolyline;
+using shapes::lineOf;
 
 namespace {
 
@@ -58,6 +57,7 @@ TrafficLayer::TrafficLayer(const NetworkObjects &network) {
     addBands(network);
     addDemand(network);
     addDevices(network);
+    noteLeftOut();
     mBands.erase(
         std::remove_if(mBands.begin(), mBands.end(), [](const Band &band) { return band.count == 0; }),
         mBands.end());
@@ -66,20 +66,67 @@ TrafficLayer::TrafficLayer(const NetworkObjects &network) {
         mKinds.end());
 }
 
+void TrafficLayer::noteLeftOut() {
+    const auto note = [this](const QString &name, int count) {
+        if (count > 0)
+            mLeftOut.append(
+                QStringLiteral("%1 %2s without a place on the plan").arg(QString::number(count), name));
+    };
+    for (const Band &band : mBands)
+        note(band.name, band.leftOut);
+    for (const Kind &kind : mKinds)
+        note(kind.name, kind.leftOut / kind.marksOfOne + kind.leftOut % kind.marksOfOne);
+}
+
+void TrafficLayer::Kind::add(const Mark &mark) {
+    if (shapes::isOnPlan({mark.position.x(), mark.position.y()}))
+        marks.push_back(mark);
+    else
+        ++leftOut;
+}
+
 /// A piece of a lane's centre line; laneNumber 0 stands for the middle of the link.
 void TrafficLayer::addStretch(Band &band, long linkId, int laneNumber, double start, double length) {
     const Link *link = mLinks.value(linkId);
     if (!link || laneNumber > link->mlLane.size())
         return;
-    const Polyline line = toPolyline(laneNumber > 0 ? link->mlLane.at(laneNumber - 1)->centerLinePointsJson
-                                                    : link->centerLinePointsJson);
+    const Polyline line = lineOf(laneNumber > 0 ? link->mlLane.at(laneNumber - 1)->centerLinePointsJson
+                                                : link->centerLinePointsJson);
     if (line.size() < 2 || link->length <= 0)
         return;
+    if (!shapes::isOnPlan({start, length, link->length})) {
+        ++band.leftOut;
+        return;
+    }
     Polyline piece;
     for (int i = 0; i <= kStepsOfStretch; ++i)
         piece.push_back(
             geometry::pointAt(line, std::min(1.0, (start + length * i / kStepsOfStretch) / link->length)));
     shapes::addLine(band.path, piece);
+}
+
+void TrafficLayer::addStation(Band &band, const BusStation &station) {
+    const Polyline line = station.mpLink ? lineOf(station.mpLink->centerLinePointsJson) : Polyline();
+    if (line.size() < 2)
+        return;
+    if (!shapes::isOnPlan({station.x, station.y, station.length})) {
+        ++band.leftOut;
+        return;
+    }
+    // Along the lane, which runs like the nearest piece of its link.
+    std::size_t nearest = 0;
+    const Point3 here{station.x, station.y, 0};
+    const auto away = [&](std::size_t i) {
+        const Point3 middle{(line[i].x + line[i + 1].x) / 2, (line[i].y + line[i + 1].y) / 2, 0};
+        return geometry::distance(here, middle);
+    };
+    for (std::size_t i = 1; i + 1 < line.size(); ++i)
+        nearest = away(i) < away(nearest) ? i : nearest;
+    const double angle = qDegreesToRadians(directionAt(line, nearest));
+    const QPointF half(std::cos(angle) * station.length / 2, std::sin(angle) * station.length / 2);
+    band.path.moveTo(QPointF(here.x, here.y) - half);
+    band.path.lineTo(QPointF(here.x, here.y) + half);
+    ++band.count;
 }
 
 void TrafficLayer::addBands(const NetworkObjects &network) {
@@ -109,26 +156,8 @@ void TrafficLayer::addBands(const NetworkObjects &network) {
         ++queues.count;
     }
     Band stations{QStringLiteral("bus station"), QColor(0x0b, 0x3d, 0x91), 2.6, 0, {}};
-    for (const auto &station : traffic.busStations) {
-        const Polyline line =
-            station->mpLink ? toPolyline(station->mpLink->centerLinePointsJson) : Polyline();
-        if (line.size() < 2)
-            continue;
-        // Along the lane, which runs like the nearest piece of its link.
-        std::size_t nearest = 0;
-        const Point3 here{station->x, station->y, 0};
-        const auto away = [&](std::size_t i) {
-            const Point3 middle{(line[i].x + line[i + 1].x) / 2, (line[i].y + line[i + 1].y) / 2, 0};
-            return geometry::distance(here, middle);
-        };
-        for (std::size_t i = 1; i + 1 < line.size(); ++i)
-            nearest = away(i) < away(nearest) ? i : nearest;
-        const double angle = qDegreesToRadians(directionAt(line, nearest));
-        const QPointF half(std::cos(angle) * station->length / 2, std::sin(angle) * station->length / 2);
-        stations.path.moveTo(QPointF(here.x, here.y) - half);
-        stations.path.lineTo(QPointF(here.x, here.y) + half);
-        ++stations.count;
-    }
+    for (const auto &station : traffic.busStations)
+        addStation(stations, *station);
     mBands = {lines, areas, works, queues, stations};
 }
 
@@ -137,14 +166,14 @@ void TrafficLayer::addDemand(const NetworkObjects &network) {
         QStringLiteral("departure point"), QColor(0x0f, 0x8b, 0x6d), Shape::Arrow, 7, kSmallPoint, {}};
     for (const auto &point : network.traffic.departurePoints) {
         const Link *link = mLinks.value(point->linkID);
-        const Polyline line = link ? toPolyline(link->centerLinePointsJson) : Polyline();
+        const Polyline line = link ? lineOf(link->centerLinePointsJson) : Polyline();
         if (line.size() >= 2)
-            departures.marks.push_back({{line.front().x, line.front().y}, directionAt(line, 0), {}});
+            departures.add({{line.front().x, line.front().y}, directionAt(line, 0), {}});
     }
     Kind decisions{
         QStringLiteral("decision point"), QColor(0x6a, 0x3d, 0x9a), Shape::Diamond, 3.5, kSmallPoint, {}};
     for (const auto &point : network.traffic.decisionPoints)
-        decisions.marks.push_back({{point->x, point->y}, 0, {}});
+        decisions.add({{point->x, point->y}, 0, {}});
     mKinds.push_back(departures);
     mKinds.push_back(decisions);
 }
@@ -153,7 +182,7 @@ void TrafficLayer::addDevices(const NetworkObjects &network) {
     const TrafficObjects &traffic = network.traffic;
     Kind lamps{QStringLiteral("signal lamp"), QColor(0xd6, 0x2f, 0x2f), Shape::Disc, 2, kSmallDevice, {}};
     for (const auto &lamp : traffic.signalLamps)
-        lamps.marks.push_back({{lamp->x, lamp->y}, 0, colourOf(*lamp)});
+        lamps.add({{lamp->x, lamp->y}, 0, colourOf(*lamp)});
     Kind collectors{QStringLiteral("driving-data collector"),
                     QColor(0x12, 0xa5, 0xb8),
                     Shape::Square,
@@ -161,7 +190,7 @@ void TrafficLayer::addDevices(const NetworkObjects &network) {
                     kSmallDevice,
                     {}};
     for (const auto &collector : traffic.collectors)
-        collectors.marks.push_back({{collector->x, collector->y}, 0, {}});
+        collectors.add({{collector->x, collector->y}, 0, {}});
     Kind travel{QStringLiteral("travel-time detector"),
                 QColor(0x8a, 0x5a, 0x1c),
                 Shape::Square,
@@ -170,8 +199,8 @@ void TrafficLayer::addDevices(const NetworkObjects &network) {
                 {}};
     travel.marksOfOne = 2;
     for (const auto &detector : traffic.travelDetectors) {
-        travel.marks.push_back({{detector->startX, detector->startY}, 0, {}});
-        travel.marks.push_back({{detector->teminalX, detector->teminalY}, 0, {}});
+        travel.add({{detector->startX, detector->startY}, 0, {}});
+        travel.add({{detector->teminalX, detector->teminalY}, 0, {}});
     }
     Kind accidents{
         QStringLiteral("accident zone"), QColor(0xc0, 0x10, 0x30), Shape::Cross, 5, kSmallPoint, {}};
@@ -180,8 +209,9 @@ void TrafficLayer::addDevices(const NetworkObjects &network) {
         for (const ZoneLane *lane : zone->mlLane)
             addStretch(place, zone->roadId, lane->laneNumber, double(zone->location),
                        double(zone->zoneLength));
+        accidents.leftOut += place.leftOut > 0 ? 1 : 0;
         if (!place.path.isEmpty())
-            accidents.marks.push_back({place.path.boundingRect().center(), 0, {}});
+            accidents.add({place.path.boundingRect().center(), 0, {}});
     }
     for (const Kind &kind : {lamps, collectors, travel, accidents})
         mKinds.push_back(kind);
@@ -233,6 +263,10 @@ void TrafficLayer::paint(QPainter &painter, double pixelsPerMetre) const {
             painter.restore();
         }
     }
+}
+
+QStringList TrafficLayer::leftOut() const {
+    return mLeftOut;
 }
 
 QStringList TrafficLayer::legendLabels() const {

@@ -7,6 +7,7 @@
 #include <QPainterPath>
 #include <QPointF>
 #include <QString>
+#include <QStringList>
 
 #include <vector>
 
@@ -25,6 +26,9 @@ public:
     double legendHeight(double width) const;
     void paintLegend(QPainter &painter, const QPointF &topLeft, double width) const;
 
+    /// What has no place on the plan, a line for each kind.
+    QStringList leftOut() const;
+
 private:
     enum class Shape { Disc, Square, Diamond, Arrow, Cross };
 
@@ -41,6 +45,9 @@ private:
         double pixels; ///< at least
         std::vector<Mark> marks;
         int marksOfOne = 1; ///< marks for each object
+        int leftOut = 0;    ///< marks without a place
+
+        void add(const Mark &mark);
     };
     struct Band {
         QString name;
@@ -48,6 +55,7 @@ private:
         double width; ///< metres
         int count = 0;
         QPainterPath path;
+        int leftOut = 0;
     };
     struct LegendPlace {
         double x;
@@ -58,11 +66,14 @@ private:
     void addDemand(const NetworkObjects &network);
     void addDevices(const NetworkObjects &network);
     void addStretch(Band &band, long linkId, int laneNumber, double start, double length);
+    static void addStation(Band &band, const BusStation &station);
+    void noteLeftOut();
     static QPainterPath outlineOf(Shape shape, double size);
     std::vector<LegendPlace> legendPlaces(double width) const;
     QStringList legendLabels() const;
 
     QHash<long, const Link *> mLinks;
+    QStringList mLeftOut;
     std::vector<Band> mBands;
     std::vector<Kind> mKinds;
 };

@@ -364,8 +364,10 @@ template <class T>
 Objects<T> readAll(long netId, const std::function<void(double)> &progress) {
     const KindReader<T> kind = access<T>();
     Objects<T> objects;
-    const QList<long> ids = kind.ids(netId);
-    for (const long id : ids) {
+    // Where a store lost its keys it may list an id twice; the library hands out one object for it.
+    QList<long> ids = kind.ids(netId);
+    ids.erase(std::unique(ids.begin(), ids.end()), ids.end());
+    for (const long id : qAsConst(ids)) {
         objects.push_back(kind.read(netId, id));
         if (!objects.back())
             refuseReading(QStringLiteral("%1 %2 of network \"%3\"")

@@ -69,3 +69,17 @@ NetworkObjects readNetwork(long netId, Progress &progress) {
     requireComplete(network);
     return network;
 }
+
+QStringList damageOf(const NetworkObjects &network) {
+    QStringList lines;
+    for (const SkippedRows &rows : network.skipped) {
+        QStringList ids;
+        for (const long id : rows.ids)
+            ids.append(QString::number(id));
+        lines.append(QStringLiteral("%1 rows of table %2: each %3 (%4%5)")
+                         .arg(QString::number(rows.count), rows.table, rows.reason,
+                              ids.join(QStringLiteral(", ")),
+                              rows.count > rows.ids.size() ? QStringLiteral(", ...") : QString()));
+    }
+    return lines;
+}

@@ -3,6 +3,8 @@
 #include "host/Progress.h"
 #include "host/store/TrafficObjects.h"
 
+#include <QStringList>
+
 /// The objects of a network, owned: as they were written into a store or as they were read from it.
 using NetworkObjects = NetContents;
 
@@ -14,3 +16,7 @@ NetworkObjects openNetwork(long netId);
 /// gNet, whose tables hold these objects alone. Throws `Failure` when there
 /// is no such network or an object that the store lists cannot be read.
 NetworkObjects readNetwork(long netId, Progress &progress);
+
+/// What the reading of a damaged store left out or took only in part, a line for each reason; empty for a
+/// sound one.
+QStringList damageOf(const NetworkObjects &network);
