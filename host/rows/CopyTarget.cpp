@@ -1,6 +1,7 @@
 #include "host/rows/CopyTarget.h"
 
 #include "host/Failure.h"
+#include "host/rows/Renumbering.h"
 #include "host/store/OpenStore.h"
 
 #include <QSqlError>
@@ -56,7 +57,9 @@ void CopyTarget::requireFreeName(const QString &name) const {
 long CopyTarget::networkId(long wanted) const {
     const bool isFree =
         wanted > 0 && number(QStringLiteral("select count(*) from Net where NetId = %1").arg(wanted)) == 0;
-    return isFree ? wanted : long(number(QStringLiteral("select max(NetId) from Net"))) + 1;
+    return isFree ? wanted
+                  : long(Renumbering::firstAfter(number(QStringLiteral("select max(NetId) from Net")), 1,
+                                                 QStringLiteral("Net")));
 }
 
 bool CopyTarget::hasDefaultNetwork() const {

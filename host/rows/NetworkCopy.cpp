@@ -83,16 +83,16 @@ void NetworkCopy::renumber(const NetworkTable &entry) {
     const StoreColumn *column = table->column(QLatin1String(entry.id));
     if (!column) {
         // Only older lane connectors have none.
-        mChanges.nextLaneConnector = mTarget.largest(entry) + 1;
+        mChanges.nextLaneConnector =
+            Renumbering::firstAfter(mTarget.largest(entry), mSource.count(*table, mNetwork), name);
         return;
     }
     std::vector<qint64> own = mSource.integers(*table, *column, mNetwork);
     std::vector<qint64> taken = mTarget.taken(entry, own);
-    const qint64 first =
-        taken.empty() ? 0 : std::max(mTarget.largest(entry), largestMentioned(entry, own)) + 1;
+    const qint64 largest = taken.empty() ? 0 : std::max(mTarget.largest(entry), largestMentioned(entry, own));
     // Only roads are asked whose they are.
     const bool isRoad = name == QLatin1String("Link") || name == QLatin1String("Connector");
-    mIds.add(name, isRoad ? std::move(own) : std::vector<qint64>(), std::move(taken), first);
+    mIds.add(name, isRoad ? std::move(own) : std::vector<qint64>(), std::move(taken), largest);
 }
 
 /// The largest identifier of a table that the network has or refers to: a reference that leads nowhere does

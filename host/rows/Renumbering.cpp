@@ -5,12 +5,18 @@
 #include <algorithm>
 #include <limits>
 
-void Renumbering::add(const QString &table, std::vector<qint64> own, std::vector<qint64> taken,
-                      qint64 first) {
-    if (!taken.empty() && first + qint64(taken.size()) - 1 > std::numeric_limits<qint32>::max())
+qint64 Renumbering::firstAfter(qint64 largest, qint64 count, const QString &table) {
+    // Subtracted, since the sum may not be a number of 64 bits.
+    if (count > 0 && largest > std::numeric_limits<qint32>::max() - count)
         throw Failure(QStringLiteral("the identifiers of table %1 are used up in the target; copy into a new "
                                      "store")
                           .arg(table));
+    return count > 0 ? largest + 1 : 0;
+}
+
+void Renumbering::add(const QString &table, std::vector<qint64> own, std::vector<qint64> taken,
+                      qint64 largest) {
+    const qint64 first = firstAfter(largest, qint64(taken.size()), table);
     mTables.insert(table, {std::move(own), std::move(taken), first});
 }
 
