@@ -1,6 +1,7 @@
 #include "host/sumo/XmlInput.h"
 
 #include "host/Failure.h"
+#include "host/sumo/AttributeCount.h"
 #include "host/sumo/GzipDevice.h"
 
 #include <QCoreApplication>
@@ -15,6 +16,7 @@ namespace {
 constexpr char kGzipMagic[] = "\x1f\x8b";
 constexpr qint64 kLongestToken = 16 * 1024 * 1024; // bytes
 constexpr int kDeepestElement = 1000;
+constexpr int kMostAttributes = 1000; // SUMO's elements have some twenty
 // QXmlStreamReader has a text for this error and no code.
 constexpr char kMisencoded[] = "Encountered incorrectly encoded content.";
 
@@ -45,14 +47,20 @@ public:
     explicit Source(QIODevice &from) : mFrom(from) { open(QIODevice::ReadOnly | QIODevice::Unbuffered); }
 
     bool isSequential() const override { return true; }
-    void beginToken() { mSinceToken = 0; }
+    void beginToken() {
+        mSinceToken = 0;
+        mAttributes.begin();
+    }
     bool isOverLimit() const { return mIsOverLimit; }
+    bool hasTooManyAttributes() const { return mAttributes.count() > kMostAttributes && mIsOverLimit; }
+    void countComments() { mAttributes.countComments(); }
 
 protected:
     qint64 readData(char *data, qint64 size) override {
-        mIsOverLimit = mSinceToken > kLongestToken;
+        mIsOverLimit = mSinceToken > kLongestToken || mAttributes.count() > kMostAttributes;
         const qint64 got = mIsOverLimit ? -1 : mFrom.read(data, size);
         mSinceToken += std::max<qint64>(got, 0);
+        mAttributes.take(data, std::max<qint64>(got, 0));
         return got;
     }
     qint64 writeData(const char *, qint64) override { return -1; }
@@ -60,6 +68,7 @@ protected:
 private:
     QIODevice &mFrom;
     qint64 mSinceToken = 0;
+    AttributeCount mAttributes;
     bool mIsOverLimit = false;
 };
 
@@ -95,6 +104,8 @@ QXmlStreamReader::TokenType XmlInput::next() {
     mSource->beginToken();
     const QXmlStreamReader::TokenType token = mXml.readNext();
     check();
+    if (token == QXmlStreamReader::DTD || token == QXmlStreamReader::ProcessingInstruction || mXml.isCDATA())
+        mSource->countComments();
     if (token == QXmlStreamReader::StartElement && ++mDepth > kDeepestElement)
         fail(QStringLiteral("more than %1 elements are within each other; correct the file or write it again")
                  .arg(kDeepestElement));
@@ -132,6 +143,9 @@ void XmlInput::fail(const QString &what) const {
 void XmlInput::check() const {
     if (mFile.error() != QFileDevice::NoError)
         fail(QStringLiteral("cannot be read (%1)").arg(mFile.errorString()));
+    if (mSource->hasTooManyAttributes())
+        fail(QStringLiteral("an element has more than %1 attributes; correct the file or write it again")
+                 .arg(kMostAttributes));
     if (mSource->isOverLimit())
         fail(QStringLiteral("a text is longer than %1 bytes; correct the file or write it again")
                  .arg(kLongestToken));

@@ -230,6 +230,33 @@ TEST_F(NetReader, RefusesWhatIsNoNetwork) {
     }
 }
 
+TEST_F(NetReader, RefusesAnElementWithAttributesWithoutMeasure) {
+    const auto element = [](int attributes) {
+        QByteArray text = "<param";
+        for (int i = 0; i < attributes; ++i)
+            text += " a" + QByteArray::number(i) + " = '='";
+        return text + "/>";
+    };
+    const auto net = [](const QByteArray &more) {
+        return QString::fromUtf8(smallNet())
+            .replace(QLatin1String("</net>"), QString::fromUtf8(more) + QLatin1String("</net>"));
+    };
+    const QByteArray many = element(100'000);
+    const QString expected = QStringLiteral("an element has more than 1000 attributes");
+    for (const char *before : {"", "<![CDATA[<!--]]>", "<?x <!-- ?>", "<!-- -->"}) {
+        const QString path = write(QStringLiteral("many"), net(QByteArray(before) + many).toUtf8());
+        EXPECT_TRUE(failureOf(path).contains(expected)) << before;
+    }
+    QByteArray wide("\xff\xfe");
+    const QString text = net(many).replace(QLatin1String("UTF-8"), QLatin1String("UTF-16"));
+    wide.append(reinterpret_cast<const char *>(text.utf16()), 2 * text.size());
+    EXPECT_TRUE(failureOf(write(QStringLiteral("wide"), wide)).contains(expected));
+
+    // Many in small elements, and a network that is commented out. (A sign in a value counts, too.)
+    const QByteArray fine = element(450) + "<!-- <!- ===" + many + " -->" + element(450).repeated(20);
+    EXPECT_EQ(readSumoNet(write(QStringLiteral("fine"), net(fine).toUtf8())).edges.size(), 2U);
+}
+
 TEST_F(NetReader, ReadsACompressedFileOfSeveralPartsToItsEnd) {
     const QByteArray whole = smallNet() + "\n<!-- the end -->\n";
     const int middle = whole.size() / 2;
