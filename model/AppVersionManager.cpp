@@ -27,7 +27,10 @@ public:
         if (line.startsWith(QLatin1String("## ")))
             return heading(line);
         if (line.startsWith(QLatin1String("- ")) && !versions.isEmpty()) {
-            versions.last().notes.append(line.mid(2).trimmed());
+            const QString note = line.mid(2).trimmed();
+            if (note.isEmpty())
+                return QStringLiteral("a note without text");
+            versions.last().notes.append(note);
             mInNote = true;
             return {};
         }
@@ -52,7 +55,7 @@ private:
     }
 
     QString heading(const QString &line) {
-        static const QRegularExpression form(QStringLiteral(R"(^## (\S+) \((\d{4}-\d\d-\d\d)\)$)"));
+        static const QRegularExpression form(QStringLiteral(R"(\A## (\S+) \((\d{4}-\d\d-\d\d)\)\z)"));
         const QRegularExpressionMatch parts = form.match(line);
         AppVersion version;
         version.number = AppVersionManager::numberOf(parts.captured(1));

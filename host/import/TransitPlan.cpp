@@ -49,7 +49,7 @@ QString lineNameOf(const SumoVehicle &vehicle) {
         return vehicle.line;
     if (vehicle.isFlow)
         return vehicle.id;
-    static const QRegularExpression runningNumber(QStringLiteral("[_.]\\d+$"));
+    static const QRegularExpression runningNumber(QStringLiteral("[_.]\\d+\\z"));
     const int end = vehicle.id.indexOf(runningNumber);
     return end > 0 ? vehicle.id.left(end) : vehicle.id;
 }

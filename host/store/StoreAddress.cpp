@@ -38,10 +38,10 @@ bool isConnectionString(const QString &text) {
     return false;
 }
 
-/// A value as connection strings spell it.
+/// A value as connection strings spell it. (A pattern's $ would also match before a line break at the end.)
 QString spelled(const QByteArray &value) {
     QString text = QString::fromUtf8(value);
-    static const QRegularExpression plain(QStringLiteral("^[^\\s'\\\\]+$"));
+    static const QRegularExpression plain(QStringLiteral("\\A[^\\s'\\\\]+\\z"));
     if (plain.match(text).hasMatch())
         return text;
     text.replace(QLatin1Char('\\'), QLatin1String("\\\\")).replace(QLatin1Char('\''), QLatin1String("\\'"));

@@ -60,6 +60,7 @@ TEST(AppVersionManagerTest, RefusesWhatIsMalformedOrOutOfOrder) {
         {"# C\n- a\n## 1.0 (2026-01-01)", "line 2: this is no heading"},
         {"# C\n## 1.0 (2026-01-01)\n- a\n\n  b", "line 5: this is no heading"},
         {"# C\n## 1.0 (2026-01-01)\ntext", "line 3: this is no heading"},
+        {"# C\n## 1.0 (2026-01-01)\n- \n  b", "line 3: a note without text"},
         {"# C\n## 1.0 (2026-01-01)\n", "line 3: version 1.0 has no notes"},
         {"# C\n## 1.1 (2026-01-01)\n## 1.0 (2026-01-01)\n- a", "line 3: version 1.1 has no notes"},
         {"# C\n## 1.9 (2026-01-01)\n- a\n## 1.10 (2026-01-01)\n- b",
