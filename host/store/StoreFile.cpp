@@ -131,14 +131,18 @@ Age probe(const QString &path, Access access) {
     return *isPending ? Age::Older : Age::Current;
 }
 
+void requireSafeNeighbours(const QString &path) {
+    const QString refusal = fileguard::refusal(path, fileguard::Purpose::Write);
+    if (!refusal.isEmpty())
+        throw Failure(QStringLiteral("%1: %2").arg(path, refusal));
+}
+
 } // namespace
 
 Age requireStore(const QString &path, Access access) {
     requireReadableFile(path, access);
     requireWholeFile(path);
-    const QString refusal = fileguard::refusal(path, fileguard::Purpose::Write);
-    if (!refusal.isEmpty())
-        throw Failure(QStringLiteral("%1: %2").arg(path, refusal));
+    requireSafeNeighbours(path);
     const RemoveProbe removeProbe;
     return probe(path, access);
 }
@@ -150,6 +154,7 @@ void requireNoNewerStore(const QString &path) {
         file.read(sizeof kMagic) != QByteArray(kMagic, sizeof kMagic))
         return;
     file.close();
+    requireSafeNeighbours(path);
     const RemoveProbe removeProbe;
     QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), kProbe);
     db.setDatabaseName(path);
