@@ -71,12 +71,13 @@ struct NetSettings {
 
 /// Rows that a whole load left out, or took only in part, for one reason.
 ///
-/// Left out is what no single read gives: rows that belong to nothing, or that refer to what is not there; second
-/// rows of settings; stops off the route of their line; ratios that end with an earlier one of the same route.
-/// Left out, too, is what a single read gives and a save could not keep: decision points whose link is gone,
-/// arrows and lamps on a lane that belongs to no link of the network, and in stores of one network devices on a
-/// connector that lacks a link. Taken in part are objects with JSON that does not parse, links with a node that is
-/// missing, and references to vehicle types and compositions that the catalogue does not have.
+/// Left out is what no single read gives: rows that belong to nothing, or that refer to what is not there;
+/// second rows of settings; stops off the route of their line; ratios that end with an earlier one of the
+/// same route. Left out, too, is what a single read gives and a save could not keep: decision points whose
+/// link is gone, arrows and lamps on a lane that belongs to no link of the network, and in stores of one
+/// network devices on a connector that lacks a link. Taken in part are objects with JSON that does not parse,
+/// links with a node that is missing, and references to vehicle types and compositions that the catalogue
+/// does not have.
 struct SkippedRows {
     QString table;
     QString reason; ///< a clause that follows the id, "belongs to no link"

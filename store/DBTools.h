@@ -554,7 +554,8 @@ public:
     /// host whose other threads look types up holds it for writing around the call. The tables are read one
     /// after the other: inside a transaction of the caller's, as they are at one moment.
     /// @param contents takes the objects and owns them; what it held before is destroyed. Its `skipped`
-    ///        reports every row that was left out, or was taken in part (NetContents.h says what is left out).
+    ///        reports every row that was left out, or was taken in part (NetContents.h says what is left
+    ///        out).
     /// @param progress hears, now and then, how far the load has come; it must not use the store.
     /// @return false when there is no such network, a statement failed or the load was cancelled. Then
     ///         @p contents, gNet (record, configuration and tables) and the registries are empty.

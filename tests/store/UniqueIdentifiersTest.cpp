@@ -150,8 +150,7 @@ TEST_P(UniqueIdentifiersTest, OneBeyond32BitsIsNotGivenOut) {
         expectNone("Node");
     }
     letReferencesDangle();
-    addRow(QStringLiteral("SignalPhase"),
-           QStringLiteral("signalPhaseID, signalGroupID, serialNumber, name"),
+    addRow(QStringLiteral("SignalPhase"), QStringLiteral("signalPhaseID, signalGroupID, serialNumber, name"),
            QStringLiteral("%1, 1, 1, 'a'").arg(qint64(1) << 33));
     expectNone("SignalPhase");
     EXPECT_EQ(DBTools::getMaxID(gDB, kNet, QStringLiteral("SignalPhase")), largest);
