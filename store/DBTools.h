@@ -132,7 +132,18 @@ public:
     /// @return whether the store is open. On false the reason is in mlCallDbResult (but for an empty path),
     /// and
     ///         settings taken from the host stay changed.
+    ///
+    /// A store is tables and rows. One whose tables are more than that (triggers, views and what else would
+    /// run with the operations), whose version does not fit its tables, or beside which lies a journal that
+    /// would have the engine delete another file, is refused before anything is written.
     static bool openDatabase(QSqlDatabase &db, QString path, bool resetIdCache);
+    /// Opens a store for reading, in all else as openDatabase() does: neither the file nor its folder
+    /// changes, not even by the engine. Operations that write fail, with a record.
+    ///
+    /// An SQLite store that must be changed before it can be read (one of an older schema, also of the first
+    /// generation; a journal or a log that a program left when it died) is read from a private copy, which
+    /// goes with the connection. In a database of a server, transactions are read-only.
+    static bool openDatabaseReadOnly(QSqlDatabase &db, QString path, bool resetIdCache);
 
     /// Switches @p db from an SQLite file to the PostgreSQL server that the host's JSON settings name
     /// ("__pgdbdriver",
@@ -638,7 +649,9 @@ public:
 
 private:
     static bool takeSettings();
-    /// @{ Steps of openDatabase(); false when the store could not be asked.
+    /// @{ Steps of an opening; false when it ends there.
+    static bool nameStore(QSqlDatabase &db, const QString &path);
+    static bool learnAboutStore(QSqlDatabase &db, const QString &path, bool resetIdCache, bool mayUpgrade);
     static bool bringForward(QSqlDatabase &db);
     static bool judgeIsInter(QSqlDatabase &db);
     /// @}

@@ -4,6 +4,8 @@
 #include "host/store/ConnectionSettings.h"
 #include "host/store/Server.h"
 #include "host/store/StoreFile.h"
+#include "store/guard/ConnectionGuard.h"
+#include "store/guard/SchemaGuard.h"
 
 #include <QFileInfo>
 #include <QSqlError>
@@ -47,11 +49,21 @@ void StoreReader::open(const StoreAddress &address) {
     const ConnectionSettings settings(address);
     QSqlDatabase db = QSqlDatabase::addDatabase(settings.driver(), kConnection);
     settings.applyTo(db);
-    if (!address.isServer())
-        db.setConnectOptions(QStringLiteral("QSQLITE_BUSY_TIMEOUT=500;QSQLITE_OPEN_READONLY"));
+    if (!address.isServer()) {
+        mFile = std::make_unique<ReadOnlyFile>(address.path());
+        if (!mFile->refusal().isEmpty())
+            throw Failure(QStringLiteral("%1: %2").arg(mName, mFile->refusal()));
+        mFile->applyTo(db);
+        db.setConnectOptions(db.connectOptions() + QStringLiteral(";QSQLITE_BUSY_TIMEOUT=500"));
+    }
     if (!db.open())
         throw Failure(QStringLiteral("%1: cannot be opened (%2)")
                           .arg(mName, db.lastError().databaseText().simplified()));
+    connectionguard::harden(db);
+    FailureList reasons;
+    if (!schemaguard::hasPlainTables(db, mName, reasons) ||
+        !schemaguard::hasFittingVersion(db, mName, reasons))
+        throw Failure(reasons.last().error);
     run(address.isServer() ? QStringLiteral("begin transaction isolation level repeatable read read only")
                            : QStringLiteral("begin"));
 }

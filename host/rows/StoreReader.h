@@ -4,11 +4,13 @@
 #include "host/rows/StoreTables.h"
 #include "host/store/NetworkChoice.h"
 #include "host/store/StoreAddress.h"
+#include "store/guard/ReadOnlyFile.h"
 
 #include <QList>
 #include <QVector>
 
 #include <functional>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -75,6 +77,7 @@ private:
                      const StoreColumn &column) const;
 
     QString mName;
+    std::unique_ptr<ReadOnlyFile> mFile; ///< how an SQLite file is read
     int mGeneration = 0;
     QHash<QString, StoreTable> mTables;
     QList<Network> mNetworks;

@@ -39,7 +39,8 @@ ColumnKind serverKind(const QString &type) {
 
 constexpr const char *kSqliteColumns =
     "select m.name, c.name, c.type from sqlite_master m, pragma_table_info(m.name) c "
-    "where m.type = 'table' and m.name not like 'sqlite\\_%' escape '\\' order by m.name, c.cid";
+    // A virtual table of a plug-in's would run its module.
+    "where m.type = 'table' and m.sql like 'create table%' and m.name not like 'sqlite\\_%' escape '\\' order by m.name, c.cid";
 constexpr const char *kServerColumns =
     "select c.table_name, c.column_name, c.data_type from information_schema.columns c "
     "join information_schema.tables t on t.table_schema = c.table_schema and t.table_name = c.table_name "

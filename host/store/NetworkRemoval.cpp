@@ -5,6 +5,7 @@
 #include "host/store/OpenStore.h"
 #include "model/Net.h"
 #include "store/DBTools.h"
+#include "store/guard/ConnectionGuard.h"
 
 #include <QSqlError>
 #include <QSqlField>
@@ -81,6 +82,8 @@ void removeNetwork(long netId) {
         std::copy_if(tables.cbegin(), tables.cend(), std::back_inserter(led), isDeletedFrom);
 
     const int failures = unexpectedFailures();
+    // What a plug-in's table would do to the others when its rows go is not asked for.
+    connectionguard::runNoTriggers(gDB);
     GuardedTransaction transaction(gDB);
     for (const char *table : kOfOtherWriters) {
         if (tables.contains(QLatin1String(table), Qt::CaseInsensitive))

@@ -3,7 +3,6 @@
 #include "host/Failure.h"
 #include "host/store/ConnectionSettings.h"
 #include "host/store/Server.h"
-#include "host/store/StoreBackup.h"
 #include "model/Net.h"
 #include "store/DBTools.h"
 #include "store/DBTools_V6.h"
@@ -54,24 +53,19 @@ QList<CallDbResult> passFirstGeneration(const QString &path) {
 
 } // namespace
 
-QList<CallDbResult> OpenStore::prepareFile(QString &path, Access access, const QString &name) {
+QList<CallDbResult> OpenStore::prepareFile(const QString &path, Access access, const QString &name) {
     const Age age = requireStore(name, access);
     if (age == Age::FirstGeneration && access == Access::Write)
         throw Failure(
             QStringLiteral("%1: the store is of the first generation; run \"morastore upgrade\" on it first")
                 .arg(name));
-    if (age != Age::Current && access == Access::Read) {
-        mCopy = std::make_unique<TemporaryFolder>();
-        const QString copy = mCopy->newFile(QFileInfo(path).fileName());
-        backUpStore(path, copy);
-        path = copy;
-    }
-    return age == Age::FirstGeneration ? passFirstGeneration(path) : QList<CallDbResult>();
+    return age == Age::FirstGeneration && access != Access::Read ? passFirstGeneration(path)
+                                                                 : QList<CallDbResult>();
 }
 
 OpenStore::OpenStore(const StoreAddress &address, Access access) {
     // An absolute path is never one of the names that SQLite takes for something else.
-    QString path = QFileInfo(address.path()).absoluteFilePath();
+    const QString path = QFileInfo(address.path()).absoluteFilePath();
     QList<CallDbResult> earlier;
     if (address.isServer())
         requireServerStore(address, access);
@@ -79,7 +73,8 @@ OpenStore::OpenStore(const StoreAddress &address, Access access) {
         earlier = prepareFile(path, access, address.name());
     const ConnectionSettings settings(address);
     settings.applyToLibrary();
-    const bool opened = DBTools::openDatabase(gDB, path, true);
+    const auto open = access == Access::Read ? DBTools::openDatabaseReadOnly : DBTools::openDatabase;
+    const bool opened = open(gDB, path, true);
     DBTools::mDbPassword.clear();
     if (!opened) {
         const QString reason = firstFailureText();

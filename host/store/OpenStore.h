@@ -2,19 +2,16 @@
 
 #include "host/store/StoreAddress.h"
 #include "host/store/StoreFile.h"
-#include "host/store/TemporaryFolder.h"
 #include "model/CallDbResult.h"
 
 #include <QString>
-
-#include <memory>
 
 /// The store that a command works on: opened through the library for the life of this object, as the current
 /// connection gDB. One at a time.
 class OpenStore {
 public:
-    /// Opens the store. An SQLite store that is not current is brought forward: the store itself for writing,
-    /// a temporary copy for reading. One of the first generation is not written to, but by an upgrade. Throws
+    /// Opens the store. For reading, nothing of it changes. For writing, an SQLite store that is not current
+    /// is brought forward; one of the first generation is not written to, but by an upgrade. Throws
     /// `Failure`.
     OpenStore(const StoreAddress &address, Access access);
     /// Hands what the library recorded as failed to its log and closes the store; gNet no longer holds a
@@ -27,11 +24,9 @@ public:
 private:
     Q_DISABLE_COPY(OpenStore)
 
-    /// Checks the store file that the user calls `name`, and makes `path` that of one which the library can
-    /// open; what the upgrade of a first-generation store was refused.
-    QList<CallDbResult> prepareFile(QString &path, Access access, const QString &name);
-
-    std::unique_ptr<TemporaryFolder> mCopy;
+    /// Checks the store file `path`, which the user calls `name`, and makes it one that the library can open;
+    /// what the upgrade of a first-generation store was refused.
+    static QList<CallDbResult> prepareFile(const QString &path, Access access, const QString &name);
 };
 
 /// What the library recorded as failed since the store was opened, but for the one record that the first

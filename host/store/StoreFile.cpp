@@ -2,7 +2,10 @@
 
 #include "host/Failure.h"
 #include "store/DBTools.h"
+#include "store/guard/ConnectionGuard.h"
 #include "store/guard/FileGuard.h"
+#include "store/guard/ReadOnlyFile.h"
+#include "store/guard/SchemaGuard.h"
 #include "store/schema/Upgrade.h"
 
 #include <QFile>
@@ -90,6 +93,13 @@ int codeOf(const QSqlError &error) {
                       .arg(path, error.databaseText()));
 }
 
+/// That the engine may write to the file without writing to, or deleting, another one.
+void requireNoGuest(const QString &path) {
+    const QString refusal = fileguard::refusal(path, fileguard::Purpose::Write);
+    if (!refusal.isEmpty())
+        throw Failure(QStringLiteral("%1: %2").arg(path, refusal));
+}
+
 void run(QSqlDatabase &db, const QString &path, const char *sql) {
     QSqlQuery query(db);
     if (!query.exec(QLatin1String(sql)))
@@ -97,28 +107,44 @@ void run(QSqlDatabase &db, const QString &path, const char *sql) {
 }
 
 /// The highest version that the store names; 0 without a table of versions, which the oldest stores lack.
-int versionOf(const QSqlDatabase &db, const QString &path) {
+qint64 versionOf(const QSqlDatabase &db, const QString &path) {
     QSqlQuery version(db);
     if (!version.exec(QStringLiteral("select max(versionId) from DbVersion")) &&
         codeOf(version.lastError()) != kGeneralError)
         refuse(path, version.lastError());
-    return version.next() ? version.value(0).toInt() : 0;
+    return version.next() ? version.value(0).toLongLong() : 0;
 }
 
-Age probe(const QString &path, Access access) {
+bool isLedByNetwork(const QSqlDatabase &db) {
+    QSqlQuery column(
+        QStringLiteral("select 1 from pragma_table_info('Link') where pk > 0 and lower(name) = 'netid'"), db);
+    return column.next();
+}
+
+/// The store is one that the library would open, asked without a trace.
+Age judge(const QString &path) {
+    const ReadOnlyFile file(path);
+    if (!file.refusal().isEmpty())
+        throw Failure(QStringLiteral("%1: %2").arg(path, file.refusal()));
+    const RemoveProbe removeProbe;
     QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), kProbe);
-    db.setDatabaseName(path);
-    // For reading, too: what a process that died left half-written is taken back by the first that may write.
-    db.setConnectOptions(QStringLiteral("QSQLITE_BUSY_TIMEOUT=500"));
+    file.applyTo(db);
+    db.setConnectOptions(db.connectOptions() + QStringLiteral(";QSQLITE_BUSY_TIMEOUT=500"));
     if (!db.open())
         throw Failure(QStringLiteral("%1: cannot be opened (%2)").arg(path, db.lastError().databaseText()));
+    connectionguard::harden(db);
+    const connectionguard::QuickQuestions quick(db);
+    run(db, path, "select count(*) from sqlite_master");
+    FailureList reasons;
+    if (!schemaguard::hasPlainTables(db, path, reasons) || !schemaguard::hasFittingVersion(db, path, reasons))
+        throw Failure(reasons.last().error);
     run(db, path, "select count(*) from IDGenerater");
     run(db, path, "select count(*) from Link");
-    requireKnownVersion(versionOf(db, path), path);
-    if (access != Access::Read) {
-        run(db, path, "begin immediate");
-        run(db, path, "rollback");
-    }
+    // The library takes a store that names no version for one of a single network.
+    if (versionOf(db, path) == 0 && isLedByNetwork(db))
+        throw Failure(
+            QStringLiteral("%1: the store does not say of which version it is; restore it from a copy")
+                .arg(path));
     FailureList unanswered;
     const auto isFirst = upgrade::isFirstGeneration(db, unanswered);
     const auto isPending = isFirst ? upgrade::isPending(db, unanswered) : std::nullopt;
@@ -131,10 +157,16 @@ Age probe(const QString &path, Access access) {
     return *isPending ? Age::Older : Age::Current;
 }
 
-void requireSafeNeighbours(const QString &path) {
-    const QString refusal = fileguard::refusal(path, fileguard::Purpose::Write);
-    if (!refusal.isEmpty())
-        throw Failure(QStringLiteral("%1: %2").arg(path, refusal));
+/// That nobody else writes to the store now. What a process that died left half-written is taken back.
+void requireWriteLock(const QString &path) {
+    const RemoveProbe removeProbe;
+    QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), kProbe);
+    db.setDatabaseName(path);
+    db.setConnectOptions(QStringLiteral("QSQLITE_BUSY_TIMEOUT=500"));
+    if (!db.open())
+        throw Failure(QStringLiteral("%1: cannot be opened (%2)").arg(path, db.lastError().databaseText()));
+    run(db, path, "begin immediate");
+    run(db, path, "rollback");
 }
 
 } // namespace
@@ -142,28 +174,33 @@ void requireSafeNeighbours(const QString &path) {
 Age requireStore(const QString &path, Access access) {
     requireReadableFile(path, access);
     requireWholeFile(path);
-    requireSafeNeighbours(path);
-    const RemoveProbe removeProbe;
-    return probe(path, access);
+    if (access != Access::Read)
+        requireNoGuest(path);
+    const Age age = judge(path);
+    if (access != Access::Read)
+        requireWriteLock(path);
+    return age;
 }
 
 void requireNoNewerStore(const QString &path) {
-    // One that is protected does not begin as SQLite's files do.
-    QFile file(path);
-    if (!QFileInfo(path).isFile() || !file.open(QIODevice::ReadOnly) ||
-        file.read(sizeof kMagic) != QByteArray(kMagic, sizeof kMagic))
+    QFile start(path);
+    if (!QFileInfo(path).isFile() || !start.open(QIODevice::ReadOnly) ||
+        start.read(sizeof kMagic) != QByteArray(kMagic, sizeof kMagic))
         return;
-    file.close();
-    requireSafeNeighbours(path);
+    start.close();
+    requireNoGuest(path);
+    const ReadOnlyFile file(path);
     const RemoveProbe removeProbe;
     QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), kProbe);
-    db.setDatabaseName(path);
-    db.setConnectOptions(QStringLiteral("QSQLITE_OPEN_READONLY"));
-    db.open();
+    file.applyTo(db);
+    if (!db.open())
+        return;
+    connectionguard::harden(db);
+    const connectionguard::QuickQuestions quick(db);
     requireKnownVersion(versionOf(db, path), path);
 }
 
-void requireKnownVersion(int version, const QString &name) {
+void requireKnownVersion(qint64 version, const QString &name) {
     constexpr int newest = 6;
     if (version > newest)
         throw Failure(

@@ -21,4 +21,4 @@ Age requireStore(const QString &path, Access access);
 void requireNoNewerStore(const QString &path);
 
 /// Throws `Failure` when `version`, that of the store called `name`, is one that the library does not know.
-void requireKnownVersion(int version, const QString &name);
+void requireKnownVersion(qint64 version, const QString &name);

@@ -13,6 +13,8 @@ namespace probes {
 
 namespace {
 
+constexpr qint64 kNewestVersion = 6;
+
 bool isPostgreSql(const QSqlDatabase &db) {
     return db.driverName() == QLatin1String("QPSQL");
 }
@@ -63,6 +65,22 @@ std::optional<Result> whole(const Result &result, const QSqlQuery &rows, Failure
     return checkStatement(rows, failures) ? std::make_optional(result) : std::nullopt;
 }
 
+/// A version is an integer from 1 on; PostgreSQL's driver gives numbers that are not negative without a sign.
+std::optional<qint64> versionIn(const QVariant &value) {
+    const auto type = value.type();
+    const bool isInteger = type == QVariant::Int || type == QVariant::LongLong || type == QVariant::ULongLong;
+    const qint64 number = value.toLongLong();
+    return isInteger && !value.isNull() && number >= 1 ? std::make_optional(number) : std::nullopt;
+}
+
+std::nullopt_t refuse(const QSqlQuery &query, const QString &reason, FailureList &failures) {
+    CallDbResult failure;
+    failure.sql = query.lastQuery();
+    failure.error = reason;
+    failures.append(failure);
+    return std::nullopt;
+}
+
 bool isKeyColumn(const QSqlQuery &column, const QString &table) {
     const bool isNetColumn = column.value(QStringLiteral("name"))
                                  .toString()
@@ -73,12 +91,27 @@ bool isKeyColumn(const QSqlQuery &column, const QString &table) {
 } // namespace
 
 std::optional<long> dbVersion(const QSqlDatabase &db, FailureList &failures) {
-    auto version = ask(db, QStringLiteral("select * from DbVersion"), failures, QStringLiteral("DbVersion"));
-    if (!version)
+    auto rows = ask(db, QStringLiteral("select * from DbVersion"), failures, QStringLiteral("DbVersion"));
+    if (!rows)
         return std::nullopt;
-    if (version->next())
-        return static_cast<long>(version->value(QStringLiteral("versionId")).toInt());
-    return whole(0L, *version, failures);
+    qint64 version = 0;
+    while (rows->next()) {
+        const auto named = versionIn(rows->value(QStringLiteral("versionId")));
+        if (!named || (version != 0 && version != *named))
+            return refuse(
+                *rows,
+                QStringLiteral("the store does not say of which version it is; restore it from a copy"),
+                failures);
+        version = *named;
+    }
+    if (version > kNewestVersion)
+        return refuse(
+            *rows,
+            QStringLiteral(
+                "the store is of version %1, and this release knows none above %2; use a newer release")
+                .arg(QString::number(version), QString::number(kNewestVersion)),
+            failures);
+    return whole(static_cast<long>(version), *rows, failures);
 }
 
 Answer hasTable(const QSqlDatabase &db, const QString &table, FailureList &failures) {

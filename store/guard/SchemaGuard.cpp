@@ -1,5 +1,6 @@
 #include "store/guard/SchemaGuard.h"
 
+#include "store/core/Probes.h"
 #include "store/guard/PlainTable.h"
 
 #include <QSet>
@@ -13,8 +14,6 @@
 namespace schemaguard {
 
 namespace {
-
-constexpr int kNewest = 6;
 
 bool isPostgreSql(const QSqlDatabase &db) {
     return db.driverName() == QLatin1String("QPSQL");
@@ -103,49 +102,6 @@ bool hasPlainServerTables(const QSqlDatabase &db, const QString &name, FailureLi
                   failures);
 }
 
-/// PostgreSQL's driver gives numbers that are not negative without a sign.
-bool isInteger(const QVariant &value) {
-    const auto type = value.type();
-    return !value.isNull() &&
-           (type == QVariant::Int || type == QVariant::LongLong || type == QVariant::ULongLong);
-}
-
-/// The version that the store names; 0 where it names none, and nothing where it is no version.
-std::optional<long> namedVersion(const QSqlDatabase &db, const QString &name, FailureList &failures) {
-    QSqlQuery table(db);
-    if (!ask(table,
-             isPostgreSql(db)
-                 ? QStringLiteral("select to_regclass('dbversion')")
-                 : QStringLiteral("select max(name) from sqlite_master where lower(name) = 'dbversion'"),
-             failures))
-        return std::nullopt;
-    if (!table.next() || table.value(0).isNull())
-        return 0;
-    QSqlQuery rows(db);
-    if (!ask(rows, QStringLiteral("select distinct versionId from DbVersion"), failures))
-        return std::nullopt;
-    long version = 0;
-    while (rows.next()) {
-        const QVariant named = rows.value(0);
-        if (!isInteger(named) || named.toLongLong() < 1 || version != 0) {
-            refuse(name,
-                   QStringLiteral("the store does not say of which version it is; restore it from a copy"),
-                   failures);
-            return std::nullopt;
-        }
-        if (named.toLongLong() > kNewest) {
-            refuse(name,
-                   QStringLiteral("the store is of version %1, and this release knows none above %2; use a "
-                                  "newer release")
-                       .arg(named.toString(), QString::number(kNewest)),
-                   failures);
-            return std::nullopt;
-        }
-        version = static_cast<long>(named.toLongLong());
-    }
-    return checkStatement(rows, failures) ? std::optional<long>(version) : std::nullopt;
-}
-
 /// Whether the keys of the roads' tables are led by the network: "0" or "1" for each table, without
 /// repetition. A store without networks says no: older ones get the table when they are brought forward, and
 /// it is not that of newer ones.
@@ -195,7 +151,11 @@ bool hasPlainTables(const QSqlDatabase &db, const QString &name, FailureList &fa
 }
 
 bool hasFittingVersion(const QSqlDatabase &db, const QString &name, FailureList &failures) {
-    const std::optional<long> version = namedVersion(db, name, failures);
+    FailureList reasons;
+    const std::optional<long> version = probes::dbVersion(db, reasons);
+    for (CallDbResult &reason : reasons)
+        reason.error = QStringLiteral("%1: %2").arg(name, reason.error);
+    failures += reasons;
     if (!version || *version == 0)
         return version.has_value();
     QSqlQuery keys(db);

@@ -6,8 +6,10 @@
 #include "store/families/Identifiers.h"
 #include "store/guard/ConnectionGuard.h"
 #include "store/guard/FileGuard.h"
+#include "store/guard/ReadOnlyFile.h"
 #include "store/guard/SchemaGuard.h"
 #include "store/protection/FileProtection.h"
+#include "store/schema/Upgrade.h"
 
 #include <MoraInterfaces/MoraInterfaces.h>
 
@@ -15,6 +17,9 @@
 #include <QFileInfo>
 #include <QJsonObject>
 #include <QSqlQuery>
+
+#include <memory>
+#include <optional>
 
 namespace {
 
@@ -55,24 +60,28 @@ void replaceDefaultConnection(QSqlDatabase &db, const QString &driver) {
     db = QSqlDatabase::addDatabase(driver);
 }
 
-/// Why the file is not to be opened; empty where it may be. SQLite would make a file for a path that does not
-/// exist, and opening leaves no traces; of a protected file it would say that it is no database.
-QString refusalOf(const QString &path) {
-    if (!QFileInfo::exists(path))
-        return QStringLiteral("no such file");
-    if (fileprotection::isProtected(path))
-        return QStringLiteral("the store is protected; unprotect it first");
-    return fileguard::refusal(path, fileguard::Purpose::Write);
+bool refuse(const QString &path, const QString &reason, FailureList &failures) {
+    CallDbResult failure;
+    failure.error = QStringLiteral("%1: %2").arg(QDir::toNativeSeparators(path), reason);
+    failures.append(failure);
+    return false;
 }
 
-bool isNoStoreFile(const QString &path, FailureList &failures) {
-    const QString refusal = refusalOf(path);
-    if (refusal.isEmpty())
-        return false;
-    CallDbResult failure;
-    failure.error = QStringLiteral("%1: %2").arg(QDir::toNativeSeparators(path), refusal);
-    failures.append(failure);
+/// Records why the file is not to be opened. SQLite would make a file for a path that does not exist, and
+/// opening leaves no traces; of a protected file it would say that it is no database.
+bool isStoreFile(const QString &path, FailureList &failures) {
+    if (!QFileInfo::exists(path))
+        return refuse(path, QStringLiteral("no such file"), failures);
+    if (fileprotection::isProtected(path))
+        return refuse(path, QStringLiteral("the store is protected; unprotect it first"), failures);
     return true;
+}
+
+bool isWritableStoreFile(const QString &path, FailureList &failures) {
+    if (!isStoreFile(path, failures))
+        return false;
+    const QString reason = fileguard::refusal(path, fileguard::Purpose::Write);
+    return reason.isEmpty() || refuse(path, reason, failures);
 }
 
 /// Opens a connection that takes a backslash in a text for what it is, as the library's statements count on.
@@ -105,6 +114,14 @@ bool openGuarded(QSqlDatabase &db, FailureList &failures) {
     return schemaguard::hasPlainTables(db, QDir::toNativeSeparators(db.databaseName()), failures);
 }
 
+/// How the store of the default connection is read, while it is open read-only.
+std::unique_ptr<ReadOnlyFile> readOnlyFile;
+
+bool execute(const QSqlDatabase &db, const char *sql, FailureList &failures) {
+    const QSqlQuery query(QLatin1String(sql), db);
+    return checkStatement(query, failures);
+}
+
 } // namespace
 
 bool DBTools::takeSettings() {
@@ -116,7 +133,7 @@ bool DBTools::takeSettings() {
     return mDbDriver == QLatin1String("QSQLITE");
 }
 
-bool DBTools::openDatabase(QSqlDatabase &db, QString path, bool resetIdCache) {
+bool DBTools::nameStore(QSqlDatabase &db, const QString &path) {
     mhId.clear();
     mhNetMaxId.clear();
     mlCallDbResult.clear();
@@ -127,24 +144,26 @@ bool DBTools::openDatabase(QSqlDatabase &db, QString path, bool resetIdCache) {
     if (isSqlite)
         mDbName = path;
     replaceDefaultConnection(db, mDbDriver);
+    readOnlyFile.reset();
     db.setHostName(mDbHost);
     db.setPort(mDbPort);
     db.setDatabaseName(mDbName);
     db.setUserName(mDbUser);
     db.setPassword(mDbPassword);
-    if (isSqlite && isNoStoreFile(path, mlCallDbResult))
-        return false;
-    if (!openGuarded(db, mlCallDbResult) || !validateDatabase(db) ||
+    return true;
+}
+
+bool DBTools::learnAboutStore(QSqlDatabase &db, const QString &path, bool resetIdCache, bool mayUpgrade) {
+    if (!validateDatabase(db) ||
         !schemaguard::hasFittingVersion(db, QDir::toNativeSeparators(mDbName), mlCallDbResult))
         return false;
-
     const auto version = probes::dbVersion(db, mlCallDbResult);
     if (!version)
         return false;
     mDbVer = static_cast<int>(*version);
     if (resetIdCache)
         mhId.clear();
-    if (isSqlite && !bringForward(db))
+    if (mayUpgrade && !bringForward(db))
         return false;
     const Store store(db, 0, mDbVer >= 6 ? Generation::SeveralNets : Generation::OneNet, mDbVer,
                       mlCallDbResult);
@@ -155,8 +174,52 @@ bool DBTools::openDatabase(QSqlDatabase &db, QString path, bool resetIdCache) {
     if (!hasRoadId)
         return false;
     mbLinkHasRouadId = *hasRoadId;
-    gsDbPath = isSqlite ? path : QString();
+    gsDbPath = db.driverName() == QLatin1String("QSQLITE") ? path : QString();
     return true;
+}
+
+bool DBTools::openDatabase(QSqlDatabase &db, QString path, bool resetIdCache) {
+    if (!nameStore(db, path))
+        return false;
+    const bool isSqlite = mDbDriver == QLatin1String("QSQLITE");
+    if (isSqlite && !isWritableStoreFile(path, mlCallDbResult))
+        return false;
+    return openGuarded(db, mlCallDbResult) && learnAboutStore(db, path, resetIdCache, isSqlite);
+}
+
+bool DBTools::openDatabaseReadOnly(QSqlDatabase &db, QString path, bool resetIdCache) {
+    if (!nameStore(db, path))
+        return false;
+    if (mDbDriver != QLatin1String("QSQLITE"))
+        return openGuarded(db, mlCallDbResult) && learnAboutStore(db, path, resetIdCache, false) &&
+               execute(db, "set default_transaction_read_only = on", mlCallDbResult);
+    if (!isStoreFile(path, mlCallDbResult))
+        return false;
+    readOnlyFile = std::make_unique<ReadOnlyFile>(path);
+    if (!readOnlyFile->refusal().isEmpty())
+        return refuse(path, readOnlyFile->refusal(), mlCallDbResult);
+    readOnlyFile->applyTo(db);
+    if (!openGuarded(db, mlCallDbResult) || !validateDatabase(db))
+        return false;
+    const auto isFirst = upgrade::isFirstGeneration(db, mlCallDbResult);
+    const auto isPending = isFirst ? upgrade::isPending(db, mlCallDbResult) : std::nullopt;
+    if (!isPending)
+        return false;
+    const bool isOlder = *isFirst || *isPending;
+    if (isOlder && !readOnlyFile->isCopy()) {
+        db.close();
+        if (!readOnlyFile->turnIntoCopy())
+            return refuse(path, readOnlyFile->refusal(), mlCallDbResult);
+        readOnlyFile->applyTo(db);
+        if (!openGuarded(db, mlCallDbResult))
+            return false;
+    }
+    if (*isFirst && schemaguard::hasFittingVersion(db, QDir::toNativeSeparators(path), mlCallDbResult))
+        updateDatabase1x(db);
+    if (!learnAboutStore(db, path, resetIdCache, isOlder))
+        return false;
+    readOnlyFile->hideCopy();
+    return execute(db, "pragma query_only = on", mlCallDbResult);
 }
 
 bool DBTools::judgeIsInter(QSqlDatabase &db) {
@@ -206,7 +269,7 @@ bool DBTools_V6::openDatabaseForBackup(QSqlDatabase &db, QString path, bool) {
     replaceDefaultConnection(db, QStringLiteral("QSQLITE"));
     db.setHostName(QStringLiteral("127.0.0.1"));
     db.setDatabaseName(path);
-    if (isNoStoreFile(path, mlCallDbResult))
+    if (!isWritableStoreFile(path, mlCallDbResult))
         return false;
     return openGuarded(db, mlCallDbResult) && validateDatabase(db);
 }
