@@ -19,14 +19,21 @@ struct Options {
 void import(const Options &options) {
     const QString path = QString::fromStdString(options.network);
     const QString name = options.name.empty() ? networkNameOf(path) : QString::fromStdString(options.name);
-    // The store is asked first: it takes no time, and reading a large network may.
-    const OpenStore store(QString::fromStdString(options.store), Access::Write);
+    // The store is asked first: it takes no time, and reading a large network may. It is opened last: what
+    // brings an older store forward stays, whatever becomes of the import.
+    const StoreAddress address(QString::fromStdString(options.store));
+    OpenStore::require(address, Access::Write);
+    {
+        const OpenStore store(address, Access::Read);
+        requirePlaceFor(name);
+    }
     SumoNet net;
     {
         Progress reading(QStringLiteral("reading"));
         net = readSumoNet(path, [&reading](double share) { reading.at(share); });
     }
     const CompanionPlan plan = options.companions.plan(net);
+    const OpenStore store(address, Access::Write);
     NetworkObjects network;
     {
         Progress writing(QStringLiteral("writing"));

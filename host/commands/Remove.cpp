@@ -33,8 +33,12 @@ bool isConfirmed() {
 
 void remove(const QString &address, const QString &wanted, bool isSure) {
     const StoreAddress store(address);
-    const OpenStore open(store, Access::Write);
-    const NetworkInfo network = takeStockBeforeRemoval(networkIdOf(wanted));
+    OpenStore::require(store, Access::Write);
+    // Opening for writing brings an older store forward, so it waits until there is something to remove.
+    const NetworkInfo network = [&] {
+        const OpenStore open(store, Access::Read);
+        return takeStockBeforeRemoval(networkIdOf(wanted));
+    }();
     const QString title =
         QStringLiteral("network %1 \"%2\"").arg(QString::number(network.id), printable::line(network.name));
     if (!isSure) {
@@ -44,6 +48,7 @@ void remove(const QString &address, const QString &wanted, bool isSure) {
         if (!isConfirmed())
             throw Failure(QStringLiteral("nothing was removed"));
     }
+    const OpenStore open(store, Access::Write);
     removeNetwork(network.id);
     const QString gone = title + QStringLiteral(" is gone");
     QStringList account{gone + QLatin1Char(':')};

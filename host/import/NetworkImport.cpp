@@ -70,12 +70,6 @@ QPointF centreOf(const SumoNet &net) {
 /// The record that the new network gets in a store of one network: the one that is there already (the upgrade
 /// of the oldest stores makes it), or a new one without what such a store has no place for.
 NetRecord recordOfOneNetwork(const QList<Net> &present, NetRecord record) {
-    QList<long> links;
-    if (!DBTools::selectLinkIDs(gDB, 0, links) || !links.isEmpty())
-        throw Failure(
-            QStringLiteral("the store is of generation %1, which holds one network, and has one; import "
-                           "into a new store")
-                .arg(DBTools::dbVer()));
     if (!present.isEmpty() && DBTools::selectNetById(gDB, present.first().id()))
         return gNet.record();
     record.sourceUrl.clear();
@@ -84,13 +78,8 @@ NetRecord recordOfOneNetwork(const QList<Net> &present, NetRecord record) {
 }
 
 NetRecord recordFor(const SumoNet &net, const QString &name) {
+    requirePlaceFor(name);
     const QList<Net> present = DBTools::selectNets(gDB);
-    for (const Net &other : present) {
-        if (other.netName() == name)
-            throw Failure(
-                QStringLiteral("the store has a network \"%1\" already; give another name with --name")
-                    .arg(name));
-    }
     NetRecord record;
     record.netId = DBTools::selectMaxNetId(gDB) + 1;
     record.name = name;
@@ -129,6 +118,24 @@ QString networkNameOf(const QString &path) {
             name.chop(int(qstrlen(ending)));
     }
     return name;
+}
+
+void requirePlaceFor(const QString &name) {
+    const QList<Net> present = DBTools::selectNets(gDB);
+    for (const Net &other : present) {
+        if (other.netName() == name)
+            throw Failure(
+                QStringLiteral("the store has a network \"%1\" already; give another name with --name")
+                    .arg(name));
+    }
+    if (storeHasSeveralNetworks())
+        return;
+    QList<long> links;
+    if (!DBTools::selectLinkIDs(gDB, 0, links) || !links.isEmpty())
+        throw Failure(
+            QStringLiteral("the store is of generation %1, which holds one network, and has one; import "
+                           "into a new store")
+                .arg(DBTools::dbVer()));
 }
 
 NetworkObjects importNetwork(const SumoNet &net, const CompanionPlan &plan, const QString &name,

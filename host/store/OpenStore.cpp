@@ -12,6 +12,7 @@
 #include <QSqlQuery>
 
 #include <algorithm>
+#include <optional>
 
 namespace {
 
@@ -51,26 +52,32 @@ QList<CallDbResult> passFirstGeneration(const QString &path) {
     return refused;
 }
 
-} // namespace
-
-QList<CallDbResult> OpenStore::prepareFile(const QString &path, Access access, const QString &name) {
-    const Age age = requireStore(name, access);
+/// How old the store is; none for a database of a server, which is current from the start.
+std::optional<Age> ageOf(const StoreAddress &address, Access access) {
+    if (address.isServer()) {
+        requireServerStore(address, access);
+        return std::nullopt;
+    }
+    const Age age = requireStore(address.path(), access);
     if (age == Age::FirstGeneration && access == Access::Write)
         throw Failure(
             QStringLiteral("%1: the store is of the first generation; run \"morastore upgrade\" on it first")
-                .arg(name));
-    return age == Age::FirstGeneration && access != Access::Read ? passFirstGeneration(path)
-                                                                 : QList<CallDbResult>();
+                .arg(address.name()));
+    return age;
+}
+
+} // namespace
+
+void OpenStore::require(const StoreAddress &address, Access access) {
+    ageOf(address, access);
 }
 
 OpenStore::OpenStore(const StoreAddress &address, Access access) {
     // An absolute path is never one of the names that SQLite takes for something else.
     const QString path = QFileInfo(address.path()).absoluteFilePath();
     QList<CallDbResult> earlier;
-    if (address.isServer())
-        requireServerStore(address, access);
-    else
-        earlier = prepareFile(path, access, address.name());
+    if (ageOf(address, access) == Age::FirstGeneration && access == Access::Upgrade)
+        earlier = passFirstGeneration(path);
     const ConnectionSettings settings(address);
     settings.applyToLibrary();
     const auto open = access == Access::Read ? DBTools::openDatabaseReadOnly : DBTools::openDatabase;

@@ -14,6 +14,9 @@ public:
     /// is brought forward; one of the first generation is not written to, but by an upgrade. Throws
     /// `Failure`.
     OpenStore(const StoreAddress &address, Access access);
+    /// Throws `Failure` when the store cannot be had for `access`; nothing of it changes. What else may keep
+    /// a command from its work is found out before the store is opened for writing, which brings it forward.
+    static void require(const StoreAddress &address, Access access);
     /// Hands what the library recorded as failed to its log and closes the store; gNet no longer holds a
     /// network.
     ~OpenStore();
@@ -23,10 +26,6 @@ public:
 
 private:
     Q_DISABLE_COPY(OpenStore)
-
-    /// Checks the store file `path`, which the user calls `name`, and makes it one that the library can open;
-    /// what the upgrade of a first-generation store was refused.
-    static QList<CallDbResult> prepareFile(const QString &path, Access access, const QString &name);
 };
 
 /// What the library recorded as failed since the store was opened, but for the one record that the first

@@ -105,6 +105,27 @@ TEST_F(Morastore, ANewerStoreIsRefusedByEveryCommand) {
             QStringLiteral("of version 7, and this release knows none above 6"));
 }
 
+TEST_F(Morastore, ARefusedCommandDoesNotBringAnOlderStoreForward) {
+    const QString store = file(QStringLiteral("store"));
+    copyTemplate("EmptyNet_V2.00.00", store);
+    const QStringList import{QStringLiteral("import"), store};
+    const QString noNetwork = write(QStringLiteral("no.net.xml"), "<net/>");
+    const QStringList remove{QStringLiteral("remove"), store, QStringLiteral("9")};
+    expectRefusal([&] { return run(import + QStringList(file(QStringLiteral("none.net.xml")))); },
+                  QStringLiteral("no such file"));
+    expectRefusal([&] { return run(import + QStringList(noNetwork)); }, QStringLiteral("no.net.xml"));
+    expectRefusal([&] { return run(remove + QStringList(QStringLiteral("--yes"))); },
+                  QStringLiteral("no network \"9\""));
+    // What the store would call its network is taken, and so is its only place.
+    expectRefusal(
+        [&] {
+            return run(import + QStringList{kExample, QStringLiteral("--name"), QStringLiteral("MoraSim")});
+        },
+        QStringLiteral("has a network \"MoraSim\" already"));
+    ::alter(store, {QStringLiteral("insert into Link(LinkID, StartNodeID, EndNodeID) values (1, 1, 2)")});
+    expectRefusal([&] { return run(import + QStringList(kExample)); }, QStringLiteral("and has one"));
+}
+
 TEST_F(Morastore, RemovesANetworkAndLeavesTheOther) {
     const QString small = realDataFile(QStringLiteral("rilsa/net.net.xml"));
     const QString large = realDataFile(QStringLiteral("bologna/joined_buslanes.net.xml.gz"));
@@ -153,10 +174,11 @@ TEST_F(Morastore, ARefusedRemovalLeavesTheNetworkWhole) {
             .exitCode,
         0);
     ASSERT_EQ(run({QStringLiteral("import"), store, kExample}).exitCode, 0);
-    // A row that cannot be deleted, in the middle of the removal: its text goes on in a page that is not there.
+    // A row that cannot be deleted, in the middle of the removal: its text goes on in a page that is not
+    // there.
     ::alter(store,
-          {QStringLiteral("update LaneConnector set otherAttrsJson = replace(hex(zeroblob(6000)), '0', "
-                          "'q') where rowid = (select min(rowid) from LaneConnector)")});
+            {QStringLiteral("update LaneConnector set otherAttrsJson = replace(hex(zeroblob(6000)), '0', "
+                            "'q') where rowid = (select min(rowid) from LaneConnector)")});
     const QByteArray sound = read(store);
     const int page = qFromBigEndian<quint16>(sound.constData() + 16);
     int broken = 0;
