@@ -61,9 +61,10 @@ const Refusal kPointers[] = {
      [](NetContents &net) { delete net.links[0]->mlLane.takeLast(); }},
     {"Connector 8 joins a link that is not part of the network.",
      [](NetContents &net) { net.links.pop_back(); }},
-    {"Connector 8 joins a link that is not part of the network.",
+    {"Connector 8 has no link at an end: set mpStartLink and mpEndLink before it is stored.",
      [](NetContents &net) { net.connectors[0]->mpEndLink = nullptr; }},
-    {"Connector 8 joins a lane that is not part of the network.",
+    {"Connector 8 has a lane connector without a lane at an end: set mpStartLane and mpEndLane before it is "
+     "stored.",
      [](NetContents &net) { net.connectors[0]->mlLaneConnector.first()->mpStartLane = nullptr; }},
     {"Node 51 stands on a vertex that is not part of the network.",
      [](NetContents &net) { delete net.links[0]->mlVertex.takeFirst(); }},
@@ -72,7 +73,7 @@ const Refusal kPointers[] = {
          addPoint(net, net.links[1].get());
          takeOutLink(net);
      }},
-    {"Decision point 4 stands on a link that is not part of the network.",
+    {"Decision point 4 has no link: set mpLink before it is stored.",
      [](NetContents &net) { addPoint(net, nullptr); }},
     {"Route 7 follows a link that is not part of the network.",
      [](NetContents &net) {
@@ -100,7 +101,7 @@ const Refusal kPointers[] = {
          add(net.traffic.busLines, &BusLine::busLineID).mlLink = {net.links[0].get(), net.links[1].get()};
          takeOutLink(net);
      }},
-    {"Signal lamp 9 shows a phase that is not part of the network.",
+    {"Signal lamp 9 has no phase: set it with setPhase() before it is stored.",
      [](NetContents &net) {
          addLamp(net);
          net.traffic.signalGroups.clear();

@@ -133,6 +133,7 @@ TEST_P(DamagedNetTest, LoadsADamagedNetworkAsFarAsSingleReadsDo) {
     expectWhatSingleReadsGive(contents, "guideArrows");
     EXPECT_EQ(reportOf(contents),
               Report({"Link 7 holds JSON that does not parse and reads as empty",
+                      "Link 7 holds no finite number where one belongs and reads as 0 or infinite",
                       "LinkVertex 3,3,3 belongs to no link", "LinkVertex 7 names a vertex that is missing",
                       "Vertex 31,32,33 belongs to no link", "Node 32 belongs to no link",
                       "Lane 31,32,71 belongs to no link", "GuideArrow 1 belongs to no lane",
