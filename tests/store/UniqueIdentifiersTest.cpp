@@ -132,6 +132,7 @@ TEST_P(UniqueIdentifiersTest, TablesThatHostsDoNotListAreAskedToo) {
 TEST_P(UniqueIdentifiersTest, ALaneConnectorThatNumbersItselfPassesThoseThatWereDrawn) {
     if (!hasSeveralNets())
         GTEST_SKIP() << "such a store keeps no identifiers of lane connectors";
+    LaneConnector::generId = 0;
     const long drawn = draw("LaneConnector");
     EXPECT_GT(LaneConnector(nullptr, nullptr, nullptr).laneConnId, drawn);
     const long next = draw("LaneConnector");

@@ -72,6 +72,7 @@ void noteChange(const struct stat &before, mode_t mode) {
 } // namespace
 
 // The libraries find these before those of the system.
+// NOLINTBEGIN(readability-inconsistent-declaration-parameter-name): the system's names are reserved ones.
 extern "C" {
 
 Q_DECL_EXPORT int fsync(int file) {
@@ -108,6 +109,7 @@ Q_DECL_EXPORT int pthread_create(pthread_t *thread, const pthread_attr_t *attrib
 }
 
 } // extern "C"
+// NOLINTEND(readability-inconsistent-declaration-parameter-name)
 
 #else
 
