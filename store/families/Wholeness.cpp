@@ -16,7 +16,7 @@ struct Named {
     QString name;
 
     QString text() const {
-        const QString first = QLatin1String(kind);
+        QString first = QLatin1String(kind);
         if (!id)
             return first;
         const bool byName = *id == 0 && !name.isEmpty();

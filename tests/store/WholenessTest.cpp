@@ -8,7 +8,7 @@ namespace {
 
 /// An object that lacks something, and the two ways to write it.
 struct NotWhole {
-    const char *error;
+    const char *error = nullptr;
     /// Null where no single operation writes the kind.
     std::function<bool(Link *, Link *, bool)> insert;
     std::function<void(NetContents &)> addTo;
@@ -113,87 +113,90 @@ std::vector<NotWhole> roadsAndSignals() {
 }
 
 std::vector<NotWhole> demand() {
+    std::vector<NotWhole> objects;
     const auto point = [](const auto &change) {
         return with(&DecisionPoint::deciPointID, [change](DecisionPoint &made, Link *from, Link *to) {
             made.mpLink = from;
             change(made, to);
         });
     };
-    const auto lackingPoint = [point](const char *error, const auto &change) {
-        return lacking<DecisionPoint>(error, DBTools::insertDecisionPoint,
-                                      ofTraffic(&TrafficObjects::decisionPoints), point(change));
+    const auto addPoint = [&](const char *error, const auto &change) {
+        objects.push_back(lacking<DecisionPoint>(error, DBTools::insertDecisionPoint,
+                                                 ofTraffic(&TrafficObjects::decisionPoints), point(change)));
     };
-    return {
-        lackingPoint("Decision point 5 has no link: set mpLink before it is stored.",
-                     [](DecisionPoint &made, Link *) { made.mpLink = nullptr; }),
-        lackingPoint("Decision point 5 has a null entry in mlRouting: take the entry out before it is "
-                     "stored.",
-                     [](DecisionPoint &made, Link *) {
-                         made.mlRouting = {new Routing, nullptr};
-                     }),
-        lackingPoint("Decision point 5 has a null entry in mlFlowByInterval: take the entry out before it "
-                     "is stored.",
-                     [](DecisionPoint &made, Link *) { made.mlFlowByInterval = {nullptr}; }),
-        lackingPoint("Decision point 5 has a null entry in mlFlowRatio until 600: take the entry out before "
-                     "it is stored.",
-                     [](DecisionPoint &made, Link *) {
-                         made.mlFlowByInterval = {new RoutingFlowByInterval};
-                         made.mlFlowByInterval.first()->endDateTime = 600;
-                         made.mlFlowByInterval.first()->mlFlowRatio = {nullptr};
-                     }),
-        lackingPoint("Route 6 has a null entry in mlLinkChain: take the entry out before it is stored.",
-                     [](DecisionPoint &made, Link *to) {
-                         made.mlRouting = {new Routing};
-                         made.mlRouting.first()->routingID = 6;
-                         made.mlRouting.first()->mlLinkChain = {{to}, {to, nullptr}};
-                     }),
-    };
+    addPoint("Decision point 5 has no link: set mpLink before it is stored.",
+             [](DecisionPoint &made, Link *) { made.mpLink = nullptr; });
+    addPoint("Decision point 5 has a null entry in mlRouting: take the entry out before it is "
+             "stored.",
+             [](DecisionPoint &made, Link *) {
+                 made.mlRouting.append(new Routing);
+                 made.mlRouting.append(nullptr);
+             });
+    addPoint("Decision point 5 has a null entry in mlFlowByInterval: take the entry out before it "
+             "is stored.",
+             [](DecisionPoint &made, Link *) { made.mlFlowByInterval = {nullptr}; });
+    addPoint("Decision point 5 has a null entry in mlFlowRatio until 600: take the entry out before "
+             "it is stored.",
+             [](DecisionPoint &made, Link *) {
+                 made.mlFlowByInterval.append(new RoutingFlowByInterval);
+                 made.mlFlowByInterval.first()->endDateTime = 600;
+                 made.mlFlowByInterval.first()->mlFlowRatio = {nullptr};
+             });
+    addPoint("Route 6 has a null entry in mlLinkChain: take the entry out before it is stored.",
+             [](DecisionPoint &made, Link *to) {
+                 made.mlRouting.append(new Routing);
+                 made.mlRouting.first()->routingID = 6;
+                 made.mlRouting.first()->mlLinkChain = {{to}, {to, nullptr}};
+             });
+    return objects;
 }
 
 std::vector<NotWhole> transportAndZones() {
-    const auto lackingLine = [](const char *error, const auto &change) {
-        return lacking<BusLine>(error, DBTools::insertBusLine, ofTraffic(&TrafficObjects::busLines),
-                                with(&BusLine::busLineID, change));
+    std::vector<NotWhole> objects;
+    const auto addLine = [&objects](const char *error, const auto &change) {
+        objects.push_back(lacking<BusLine>(error, DBTools::insertBusLine,
+                                           ofTraffic(&TrafficObjects::busLines),
+                                           with(&BusLine::busLineID, change)));
     };
-    const auto lackingArea = [](const char *error, const auto &change) {
-        return lacking<ReduceSpeedArea>(error, DBTools::insertReduceSpeedArea,
-                                        ofTraffic(&TrafficObjects::speedAreas),
-                                        with(&ReduceSpeedArea::reduceSpeedAreaID, change));
+    const auto addArea = [&objects](const char *error, const auto &change) {
+        objects.push_back(lacking<ReduceSpeedArea>(error, DBTools::insertReduceSpeedArea,
+                                                   ofTraffic(&TrafficObjects::speedAreas),
+                                                   with(&ReduceSpeedArea::reduceSpeedAreaID, change)));
     };
-    return {
+    objects.push_back(
         lacking<BusStation>("Bus station 5 has no link: set mpLink before it is stored.",
                             DBTools::insertBusStation, ofTraffic(&TrafficObjects::busStations),
-                            with(&BusStation::busStationID, [](BusStation &, Link *, Link *) {})),
-        lackingLine("Bus line 5 has a null entry in mlLink: take the entry out before it is stored.",
-                    [](BusLine &line, Link *from, Link *) {
-                        line.mlLink = {from, nullptr};
-                    }),
-        lackingLine("Bus line 5 has a null entry in mlStationLine: take the entry out before it is stored.",
-                    [](BusLine &line, Link *, Link *) { line.mlStationLine = {nullptr}; }),
-        lackingLine("Bus line 5 has a null entry in mlPassengerArriving of stop 7: take the entry out before "
-                    "it is stored.",
-                    [](BusLine &line, Link *, Link *) {
-                        line.mlStationLine = {new BusStationLine};
-                        line.mlStationLine.first()->stationLineID = 7;
-                        line.mlStationLine.first()->mlPassengerArriving = {nullptr};
-                    }),
-        lackingArea("Speed reduction area 5 has a null entry in mlSpeedInterval: take the entry out before "
-                    "it is stored.",
-                    [](ReduceSpeedArea &area, Link *, Link *) { area.mlSpeedInterval = {nullptr}; }),
-        lackingArea("Speed reduction area 5 has a null entry in mlSpeedVehiType: take the entry out before "
-                    "it is stored.",
-                    [](ReduceSpeedArea &area, Link *, Link *) { area.mlSpeedVehiType = {nullptr}; }),
-        lacking<AccidentZone>(
-            "Accident zone 5 has a null entry in mlLane: take the entry out before it is stored.", nullptr,
-            ofTraffic(&TrafficObjects::accidentZones),
-            with(&AccidentZone::accidentZoneId,
-                 [](AccidentZone &zone, Link *, Link *) { zone.mlLane = {nullptr}; })),
-        lacking<RoadWorkZone>(
-            "Road-work zone 5 has a null entry in mlLane: take the entry out before it is stored.", nullptr,
-            ofTraffic(&TrafficObjects::roadWorkZones),
-            with(&RoadWorkZone::roadWorkZoneId,
-                 [](RoadWorkZone &zone, Link *, Link *) { zone.mlLane = {nullptr}; })),
-    };
+                            with(&BusStation::busStationID, [](BusStation &, Link *, Link *) {})));
+    addLine("Bus line 5 has a null entry in mlLink: take the entry out before it is stored.",
+            [](BusLine &line, Link *from, Link *) {
+                line.mlLink = {from, nullptr};
+            });
+    addLine("Bus line 5 has a null entry in mlStationLine: take the entry out before it is stored.",
+            [](BusLine &line, Link *, Link *) { line.mlStationLine = {nullptr}; });
+    addLine("Bus line 5 has a null entry in mlPassengerArriving of stop 7: take the entry out before "
+            "it is stored.",
+            [](BusLine &line, Link *, Link *) {
+                line.mlStationLine.append(new BusStationLine);
+                line.mlStationLine.first()->stationLineID = 7;
+                line.mlStationLine.first()->mlPassengerArriving = {nullptr};
+            });
+    addArea("Speed reduction area 5 has a null entry in mlSpeedInterval: take the entry out before "
+            "it is stored.",
+            [](ReduceSpeedArea &area, Link *, Link *) { area.mlSpeedInterval = {nullptr}; });
+    addArea("Speed reduction area 5 has a null entry in mlSpeedVehiType: take the entry out before "
+            "it is stored.",
+            [](ReduceSpeedArea &area, Link *, Link *) { area.mlSpeedVehiType = {nullptr}; });
+    objects.push_back(lacking<AccidentZone>(
+        "Accident zone 5 has a null entry in mlLane: take the entry out before it is stored.", nullptr,
+        ofTraffic(&TrafficObjects::accidentZones),
+        with(&AccidentZone::accidentZoneId,
+             [](AccidentZone &zone, Link *, Link *) { zone.mlLane = {nullptr}; })));
+    objects.push_back(lacking<RoadWorkZone>(
+        "Road-work zone 5 has a null entry in mlLane: take the entry out before it is stored.", nullptr,
+        ofTraffic(&TrafficObjects::roadWorkZones),
+        with(&RoadWorkZone::roadWorkZoneId,
+             [](RoadWorkZone &zone, Link *, Link *) { zone.mlLane = {nullptr}; })));
+    return objects;
 }
 
 class WholenessTest : public StoreKindFixture {
