@@ -580,16 +580,6 @@ void arrangeBreakPoints(Link &link) {
     }
 }
 
-/// Flow ratios start where the slice before them ends.
-void arrangeStarts(DecisionPoint &point) {
-    long start = 1;
-    for (RoutingFlowByInterval *interval : qAsConst(point.mlFlowByInterval)) {
-        for (RoutingFLowRatio *ratio : qAsConst(interval->mlFlowRatio))
-            ratio->startDateTime = start;
-        start = interval->endDateTime + 1;
-    }
-}
-
 /// For each link of the route its stops, as written; twice for a link that the route passes twice.
 void arrangeStops(BusLine &line, const Objects<BusStation> &stations) {
     OwningList<BusStationLine> arranged;
@@ -640,6 +630,17 @@ std::unique_ptr<NetContents> RandomNet::make() {
     return net;
 }
 
+void arrangeStarts(NetContents &net) {
+    for (const auto &point : net.traffic.decisionPoints) {
+        long start = 1;
+        for (RoutingFlowByInterval *interval : qAsConst(point->mlFlowByInterval)) {
+            for (RoutingFLowRatio *ratio : qAsConst(interval->mlFlowRatio))
+                ratio->startDateTime = start;
+            start = interval->endDateTime + 1;
+        }
+    }
+}
+
 void arrangeAsRead(NetContents &net, bool severalNets) {
     TrafficObjects &traffic = net.traffic;
     sortById(traffic.vehicleTypes, &VehicleType::vehicleTypeCode);
@@ -675,8 +676,8 @@ void arrangeAsRead(NetContents &net, bool severalNets) {
         sortBy(connector->mlLimitVehicle, [](long code) { return code; });
     for (const auto &point : traffic.departurePoints)
         sortBy(point->mlInterval, [](const auto &interval) { return interval.departureIntervalD; });
+    arrangeStarts(net);
     for (const auto &point : traffic.decisionPoints) {
-        arrangeStarts(*point);
         sortById(point->mlRouting, &Routing::routingID);
         for (RoutingFlowByInterval *interval : qAsConst(point->mlFlowByInterval))
             sortById(interval->mlFlowRatio, &RoutingFLowRatio::routingID);
