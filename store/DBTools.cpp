@@ -33,11 +33,14 @@
 #include "store/families/VehicleDetectors.h"
 #include "store/families/VehicleTypes.h"
 #include "store/families/Zones.h"
+#include "store/guard/ConnectionGuard.h"
+#include "store/guard/SchemaGuard.h"
 #include "store/protection/FileProtection.h"
 #include "store/schema/Dictionaries.h"
 #include "store/schema/Upgrade.h"
 #include "store/whole/WholeNet.h"
 
+#include <QDir>
 #include <QSysInfo>
 
 #include <algorithm>
@@ -149,12 +152,12 @@ bool DBTools::hasErrorFieldName(QSqlDatabase &db) {
 void DBTools::metadata(QSqlDatabase &db) {
     if (!mlTableName.isEmpty())
         return;
-    const auto names = probes::tableNames(db, mlCallDbResult);
-    const auto keys = names ? probes::keyColumns(db, *names, mlCallDbResult) : std::nullopt;
+    const auto tables = probes::tables(db, mlCallDbResult);
+    const auto keys = tables ? probes::keyColumns(db, tables->plain, mlCallDbResult) : std::nullopt;
     // What could not be read is read the next time.
     if (!keys)
         return;
-    mlTableName = *names;
+    mlTableName = tables->names;
     mhTablePK = *keys;
 }
 
@@ -174,7 +177,15 @@ bool DBTools::bringForward(QSqlDatabase &db) {
 }
 
 void DBTools::updateDatabase1x(QSqlDatabase &db) {
-    const auto version = isPostgreSql(db) ? std::nullopt : probes::dbVersion(db, mlCallDbResult);
+    if (isPostgreSql(db))
+        return;
+    // A host opens such a store by itself.
+    connectionguard::harden(db);
+    const QString name = QDir::toNativeSeparators(db.databaseName());
+    if (!schemaguard::hasPlainTables(db, name, mlCallDbResult) ||
+        !schemaguard::hasFittingVersion(db, name, mlCallDbResult))
+        return;
+    const auto version = probes::dbVersion(db, mlCallDbResult);
     // No store of several networks has ever been of the first generation.
     if (!version || *version >= 6)
         return;

@@ -195,7 +195,8 @@ public:
     static void updateDatabase(QSqlDatabase &db);
     /// Brings a store of the first generation to the layout that updateDatabase() expects, with its rules for
     /// failures. The host calls it on an open store, then updateDatabase(); dbVer() follows what the store
-    /// says afterwards. Does nothing on a store of several networks and on a server.
+    /// says afterwards. Does nothing on a store of several networks and on a server; a store that
+    /// openDatabase() would refuse for its tables or its version is refused here, too, and recorded.
     static void updateDatabase1x(QSqlDatabase &db);
 
     /// Seeds the dictionaries of a network where it has none yet: link types, vehicle types, the standard

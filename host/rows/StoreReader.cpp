@@ -4,6 +4,7 @@
 #include "host/store/ConnectionSettings.h"
 #include "host/store/Server.h"
 #include "host/store/StoreFile.h"
+#include "store/core/StorableValue.h"
 #include "store/guard/ConnectionGuard.h"
 #include "store/guard/SchemaGuard.h"
 
@@ -34,6 +35,8 @@ StoreReader::StoreReader(const StoreAddress &address) : mName(address.name()) {
         mGeneration = readGeneration();
         readNetworks(address);
         takeOlderArrivals();
+        if (mFile)
+            mFile->hideCopy();
     } catch (...) {
         QSqlDatabase::removeDatabase(kConnection);
         throw;
@@ -56,10 +59,9 @@ void StoreReader::open(const StoreAddress &address) {
         mFile->applyTo(db);
         db.setConnectOptions(db.connectOptions() + QStringLiteral(";QSQLITE_BUSY_TIMEOUT=500"));
     }
-    if (!db.open())
+    if (!connectionguard::open(db))
         throw Failure(QStringLiteral("%1: cannot be opened (%2)")
                           .arg(mName, db.lastError().databaseText().simplified()));
-    connectionguard::harden(db);
     FailureList reasons;
     if (!schemaguard::hasPlainTables(db, mName, reasons) ||
         !schemaguard::hasFittingVersion(db, mName, reasons))
@@ -164,7 +166,7 @@ void StoreReader::read(const StoreTable &table, const NetworkTable &entry, const
         for (int i = 0; i < row.size(); ++i) {
             const QVariant value = rows.value(i);
             if (sqlite)
-                requireUtf8(value, sql, number, table, table.columns[i]);
+                requireText(value, sql, number, table, table.columns[i]);
             row[i] = rowvalue::fromDriver(value, sqlite, table.columns[i].kind);
         }
         use(row);
@@ -174,9 +176,19 @@ void StoreReader::read(const StoreTable &table, const NetworkTable &entry, const
 
 /// SQLite's driver replaces what is not UTF-8 by a character that may as well be stored: then the bytes are
 /// asked for.
-void StoreReader::requireUtf8(const QVariant &value, const QString &sql, qint64 row, const StoreTable &table,
+void StoreReader::requireText(const QVariant &value, const QString &sql, qint64 row, const StoreTable &table,
                               const StoreColumn &column) const {
-    if (value.userType() != QMetaType::QString || !value.toString().contains(QChar::ReplacementCharacter))
+    using storablevalue::kLongestText;
+    const bool isText = value.userType() == QMetaType::QString;
+    const int size = isText                                      ? value.toString().size()
+                     : value.userType() == QMetaType::QByteArray ? value.toByteArray().size()
+                                                                 : 0;
+    if (size > kLongestText && !storablevalue::mayBeLonger(column.name))
+        throw Failure(QStringLiteral("%1: the text in column %2 of table %3, row %4, is longer than %5 "
+                                     "characters; shorten it")
+                          .arg(mName, column.name, table.name, QString::number(row + 1),
+                               QString::number(kLongestText)));
+    if (!isText || !value.toString().contains(QChar::ReplacementCharacter))
         return;
     QSqlQuery encoding = run(QStringLiteral("pragma encoding"));
     if (encoding.next() && encoding.value(0).toString() != QLatin1String("UTF-8"))

@@ -73,7 +73,7 @@ private:
     QString condition(const StoreTable &table, const Network &network) const;
     QSqlQuery run(const QString &sql) const;
     void check(const QSqlQuery &query) const;
-    void requireUtf8(const QVariant &value, const QString &sql, qint64 row, const StoreTable &table,
+    void requireText(const QVariant &value, const QString &sql, qint64 row, const StoreTable &table,
                      const StoreColumn &column) const;
 
     QString mName;

@@ -2,6 +2,7 @@
 
 #include "host/Failure.h"
 #include "host/store/OpenStore.h"
+#include "store/guard/ConnectionGuard.h"
 
 #include <QSqlError>
 #include <QSqlQuery>
@@ -17,7 +18,7 @@ GuardedTransaction::Reader::Reader(const QString &path) {
     QSqlDatabase reader = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), kReader);
     reader.setDatabaseName(path);
     reader.setConnectOptions(QStringLiteral("QSQLITE_OPEN_READONLY"));
-    reader.open();
+    connectionguard::open(reader);
     for (const char *sql : {"begin", "select count(*) from IDGenerater"}) {
         QSqlQuery query(reader);
         if (!query.exec(QLatin1String(sql)))

@@ -4,6 +4,7 @@
 #include "host/store/StoreInfo.h"
 #include "model/Net.h"
 #include "store/DBTools.h"
+#include "store/core/StorableValue.h"
 
 #include <QSqlError>
 #include <QSqlQuery>
@@ -41,8 +42,14 @@ std::function<QList<NamedObject>(long)> listOf(const NameColumns &columns) {
             QStringLiteral("%1, %2").arg(QLatin1String(columns.id), QLatin1String(columns.name)),
             columns.table, netId, QStringLiteral(" order by ") + QLatin1String(columns.id));
         QList<NamedObject> list;
-        while (rows.next())
+        while (rows.next()) {
             list.append({long(qint32(rows.value(0).toLongLong())), rows.value(1).toString()});
+            if (list.last().name.size() > storablevalue::kLongestText)
+                refuseReading(
+                    QLatin1String(columns.table),
+                    QStringLiteral("the name in row %1 is longer than %2 characters")
+                        .arg(QString::number(list.last().id), QString::number(storablevalue::kLongestText)));
+        }
         if (rows.lastError().isValid())
             refuseReading(QLatin1String(columns.table), rows.lastError().databaseText());
         return list;

@@ -62,10 +62,12 @@ NetworkObjects openNetwork(long netId) {
 
 NetworkObjects readNetwork(long netId, Progress &progress) {
     NetworkObjects network = openNetwork(netId);
+    // A load that fails leaves nothing, not even the record.
+    const QString name = network.record.name;
     const ShareOfSteps share(progress, 0, 1);
     const Snapshot snapshot;
     if (!DBTools::loadNet(gDB, gNet.id(), network, share))
-        refuseReading(QStringLiteral("network \"%1\"").arg(network.record.name));
+        refuseReading(QStringLiteral("network \"%1\"").arg(name));
     requireComplete(network);
     return network;
 }

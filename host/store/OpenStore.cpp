@@ -6,6 +6,7 @@
 #include "model/Net.h"
 #include "store/DBTools.h"
 #include "store/DBTools_V6.h"
+#include "store/guard/ConnectionGuard.h"
 
 #include <QFileInfo>
 #include <QSqlError>
@@ -45,7 +46,7 @@ QList<CallDbResult> passFirstGeneration(const QString &path) {
     DBTools::mlCallDbResult.clear();
     gDB = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"));
     gDB.setDatabaseName(path);
-    gDB.open();
+    connectionguard::open(gDB);
     DBTools::updateDatabase1x(gDB);
     const QList<CallDbResult> refused = DBTools::mlCallDbResult;
     closeStore();

@@ -1,6 +1,7 @@
 #include "host/store/SqliteConnection.h"
 
 #include "host/Failure.h"
+#include "store/guard/ConnectionGuard.h"
 
 #include <QSqlDatabase>
 #include <QSqlError>
@@ -10,7 +11,7 @@ SqliteConnection::SqliteConnection(const char *name, const QString &path) : mNam
     QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), mName);
     db.setDatabaseName(path);
     db.setConnectOptions(QStringLiteral("QSQLITE_BUSY_TIMEOUT=500"));
-    db.open();
+    connectionguard::open(db);
 }
 
 SqliteConnection::~SqliteConnection() {

@@ -130,9 +130,8 @@ Age judge(const QString &path) {
     QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), kProbe);
     file.applyTo(db);
     db.setConnectOptions(db.connectOptions() + QStringLiteral(";QSQLITE_BUSY_TIMEOUT=500"));
-    if (!db.open())
+    if (!connectionguard::open(db))
         throw Failure(QStringLiteral("%1: cannot be opened (%2)").arg(path, db.lastError().databaseText()));
-    connectionguard::harden(db);
     const connectionguard::QuickQuestions quick(db);
     run(db, path, "select count(*) from sqlite_master");
     FailureList reasons;
@@ -163,7 +162,7 @@ void requireWriteLock(const QString &path) {
     QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), kProbe);
     db.setDatabaseName(path);
     db.setConnectOptions(QStringLiteral("QSQLITE_BUSY_TIMEOUT=500"));
-    if (!db.open())
+    if (!connectionguard::open(db))
         throw Failure(QStringLiteral("%1: cannot be opened (%2)").arg(path, db.lastError().databaseText()));
     run(db, path, "begin immediate");
     run(db, path, "rollback");
@@ -193,9 +192,8 @@ void requireNoNewerStore(const QString &path) {
     const RemoveProbe removeProbe;
     QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), kProbe);
     file.applyTo(db);
-    if (!db.open())
+    if (!connectionguard::open(db))
         return;
-    connectionguard::harden(db);
     const connectionguard::QuickQuestions quick(db);
     requireKnownVersion(versionOf(db, path), path);
 }

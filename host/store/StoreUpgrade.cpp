@@ -2,13 +2,13 @@
 
 #include "host/Failure.h"
 #include "host/store/OpenStore.h"
+#include "host/store/SqliteConnection.h"
 #include "host/store/StoreBackup.h"
 
 #include <QDateTime>
 #include <QFile>
 #include <QFileInfo>
 #include <QMap>
-#include <QSqlDatabase>
 #include <QSqlQuery>
 #include <QVariant>
 
@@ -18,20 +18,14 @@ using Columns = QMap<QString, QStringList>;
 
 /// The columns of every table of the store.
 Columns columnsOf(const QString &path) {
-    const QString connection = QStringLiteral("morastore-columns");
     Columns columns;
-    {
-        QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), connection);
-        db.setDatabaseName(path);
-        db.open();
-        QSqlQuery query(
-            QStringLiteral("select t.name, c.name from sqlite_master t, pragma_table_info(t.name) c "
-                           "where t.type = 'table' order by t.name, c.cid"),
-            db);
-        while (query.next())
-            columns[query.value(0).toString()].append(query.value(1).toString());
-    }
-    QSqlDatabase::removeDatabase(connection);
+    const SqliteConnection store("morastore-columns", path);
+    QSqlQuery query = store.run(QStringLiteral(
+        "select t.name, c.name from sqlite_master t, pragma_table_info(t.name) c where t.type = 'table' "
+        // A virtual table of a plug-in's would run its module.
+        "and t.sql like 'create table%' order by t.name, c.cid"));
+    while (query.next())
+        columns[query.value(0).toString()].append(query.value(1).toString());
     return columns;
 }
 

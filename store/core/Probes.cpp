@@ -162,11 +162,27 @@ std::optional<QStringList> columnsContaining(const QSqlDatabase &db, const QStri
     return whole(names, *columns, failures);
 }
 
-Answer hasMisspeltColumn(const QSqlDatabase &db, FailureList &failures) {
-    const auto tables = tableNames(db, failures);
-    if (!tables)
+std::optional<Tables> tables(const QSqlDatabase &db, FailureList &failures) {
+    auto rows =
+        ask(db, QStringLiteral("select * from sqlite_master where type = 'table' order by name"), failures);
+    if (!rows)
         return std::nullopt;
-    for (const QString &table : *tables) {
+    Tables tables;
+    while (rows->next()) {
+        const QString name = rows->value(QStringLiteral("name")).toString();
+        tables.names.append(name);
+        // The engine keeps the first words of a statement in this form, whatever they were.
+        if (!rows->value(QStringLiteral("sql")).toString().startsWith(QLatin1String("CREATE VIRTUAL TABLE")))
+            tables.plain.append(name);
+    }
+    return whole(tables, *rows, failures);
+}
+
+Answer hasMisspeltColumn(const QSqlDatabase &db, FailureList &failures) {
+    const auto found = tables(db, failures);
+    if (!found)
+        return std::nullopt;
+    for (const QString &table : found->plain) {
         const auto columns = columnsContaining(db, table, QStringLiteral("Nnumber"), failures);
         if (!columns)
             return std::nullopt;
@@ -174,17 +190,6 @@ Answer hasMisspeltColumn(const QSqlDatabase &db, FailureList &failures) {
             return true;
     }
     return false;
-}
-
-std::optional<QStringList> tableNames(const QSqlDatabase &db, FailureList &failures) {
-    auto tables =
-        ask(db, QStringLiteral("select * from sqlite_master where type = 'table' order by name"), failures);
-    if (!tables)
-        return std::nullopt;
-    QStringList names;
-    while (tables->next())
-        names.append(tables->value(QStringLiteral("name")).toString());
-    return whole(names, *tables, failures);
 }
 
 std::optional<QHash<QString, QString>> keyColumns(const QSqlDatabase &db, const QStringList &tables,

@@ -48,11 +48,16 @@ std::optional<qint64> number(const QSqlDatabase &db, const QString &sql, Failure
 std::optional<QStringList> columnsContaining(const QSqlDatabase &db, const QString &table,
                                              const QString &part, FailureList &failures);
 
+/// The tables of an SQLite store.
+struct Tables {
+    QStringList names; ///< of all, ascending
+    /// Without virtual ones, which a plug-in may have: to ask for their columns would run their module.
+    QStringList plain;
+};
+std::optional<Tables> tables(const QSqlDatabase &db, FailureList &failures);
+
 /// Whether a column of any table carries the misspelling "Nnumber" of first-generation stores.
 Answer hasMisspeltColumn(const QSqlDatabase &db, FailureList &failures);
-
-/// Names of all tables of an SQLite store, ascending.
-std::optional<QStringList> tableNames(const QSqlDatabase &db, FailureList &failures);
 
 /// For each of @p tables the first column of its primary key; the network column is skipped in every table
 /// but Net, so that generation-6 tables give the column of their own id.

@@ -144,21 +144,32 @@ bool Query::isWhole() {
     if (!mStore.isSqlite())
         return true;
     for (int i = 0; i < mResult.count(); ++i) {
-        const QVariant value = mQuery.value(i);
-        const bool isSuspect =
-            value.userType() == QMetaType::QString &&
-            static_cast<const QString *>(value.constData())->contains(QChar::ReplacementCharacter);
-        if (!isSuspect || isStoredAsUtf8(i))
+        const QString objection = objectionTo(i);
+        if (objection.isEmpty())
             continue;
         mBrokeOff = true;
         if (mIsPart)
             mStore.requireAnswer(false);
-        return mStore.fail(
-            mText, QStringLiteral(
-                       "The text in column %1 is not UTF-8: write it anew, the row cannot be read with it.")
-                       .arg(mResult.fieldName(i)));
+        return mStore.fail(mText, QStringLiteral("The text in column %1 %2, the row cannot be read with it.")
+                                      .arg(mResult.fieldName(i), objection));
     }
     return true;
+}
+
+QString Query::objectionTo(int column) const {
+    const QVariant value = mQuery.value(column);
+    const auto *text =
+        value.userType() == QMetaType::QString ? static_cast<const QString *>(value.constData()) : nullptr;
+    const int size = text ? text->size()
+                     : value.userType() == QMetaType::QByteArray
+                         ? static_cast<const QByteArray *>(value.constData())->size()
+                         : 0;
+    using storablevalue::kLongestText;
+    if (size > kLongestText && !storablevalue::mayBeLonger(mResult.fieldName(column)))
+        return QStringLiteral("is longer than %1 characters: shorten it").arg(kLongestText);
+    if (!text || !text->contains(QChar::ReplacementCharacter) || isStoredAsUtf8(column))
+        return {};
+    return QStringLiteral("is not UTF-8: write it anew");
 }
 
 /// The driver replaces what is not UTF-8 by a character that may as well be stored: the bytes tell.

@@ -68,7 +68,8 @@ public:
 
     /// Goes to the next row; false after the last one, and where the engine cannot read on, which is
     /// recorded.
-    /// So it is where a row holds a text that is not UTF-8, which SQLite would replace without a word.
+    /// So it is where a row of a file holds a text that is not UTF-8, which SQLite would replace without a
+    /// word, or one that is too long.
     bool next() { return mQuery.next() ? isWhole() : breaksOff(); }
     /// False once reading broke off before the last row.
     bool isComplete() const { return !mBrokeOff; }
@@ -106,6 +107,8 @@ private:
     bool breaksOff();
     /// Whether the texts of the current row are what is stored; recorded when one is not.
     bool isWhole();
+    /// Why the value of a column is none that can be read, and what to do; empty when it is one.
+    QString objectionTo(int column) const;
     bool isStoredAsUtf8(int column) const;
     int columnIndex(const char *column);
 

@@ -8,6 +8,12 @@
 
 class Store;
 
+/// A text that is not what is stored, or not to be read.
+struct DamagedText {
+    QByteArray column; ///< empty without one
+    QString objection; ///< what it is, and what to do, as the end of a sentence
+};
+
 /// Where the rows of a cursor come from. Values are by number of column and convert as QVariant does.
 class RowSource {
 public:
@@ -26,9 +32,8 @@ public:
     /// @}
     virtual QString text(int column) = 0;
     virtual QByteArray bytes(int column) = 0;
-    /// The name of a column whose text has been read of the current row and is not UTF-8; empty without one.
-    /// Engines that keep such texts out need not look.
-    virtual QByteArray damagedText() { return {}; }
+    /// One that has been read of the current row. Engines that keep such texts out need not look.
+    virtual DamagedText damagedText() { return {}; }
 };
 
 /// The rows of @p sql on the engine itself; null where its handle is not to be had.

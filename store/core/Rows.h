@@ -39,8 +39,8 @@ public:
     }
     /// Whether every JSON text that was read of the current row is an object.
     bool jsonParses() const { return mJsonParses; }
-    /// The column of a text that was read of the current row and is not UTF-8; empty without one.
-    QByteArray damagedText() const { return mSource->damagedText(); }
+    /// A text that was read of the current row and is not UTF-8, or too long.
+    DamagedText damagedText() const { return mSource->damagedText(); }
     /// Whether everything that was read of the current row as a number is a finite one, or nothing.
     bool numbersParse() const { return mNumbersParse; }
 

@@ -1,5 +1,6 @@
 #include "store/core/EngineHandle.h"
 #include "store/core/RowSource.h"
+#include "store/core/StorableValue.h"
 #include "store/core/Store.h"
 #include "store/core/Utf8.h"
 
@@ -34,7 +35,7 @@ public:
         if (!mReady)
             return false;
         const int result = sqlite3_step(mStatement);
-        mDamaged = -1;
+        mDamaged = {};
         if (result == SQLITE_ROW)
             return true;
         mReady = false;
@@ -62,7 +63,7 @@ public:
         case SQLITE_BLOB:
             return bytes(column);
         case SQLITE_TEXT:
-            return text(column);
+            return decoded(column);
         default:
             return {};
         }
@@ -95,8 +96,41 @@ public:
     }
 
     QString text(int column) override {
-        if (sqlite3_column_type(mStatement, column) != SQLITE_TEXT)
-            return value(column).toString();
+        using storablevalue::kLongestText;
+        constexpr int bytesOfUnit = 3; // at most, in UTF-8
+        const int type = sqlite3_column_type(mStatement, column);
+        const bool hasBytes = type == SQLITE_TEXT || type == SQLITE_BLOB;
+        // What is far too long is not even decoded.
+        const bool isHuge = hasBytes && sqlite3_column_bytes(mStatement, column) > bytesOfUnit * kLongestText;
+        const QString text = isHuge                ? QString()
+                             : type == SQLITE_TEXT ? decoded(column)
+                                                   : value(column).toString();
+        if (isHuge || text.size() > kLongestText)
+            mDamaged = {nameOf(column),
+                        QStringLiteral("is longer than %1 characters: shorten it").arg(kLongestText)};
+        return text;
+    }
+
+    QByteArray bytes(int column) override {
+        if (sqlite3_column_type(mStatement, column) == SQLITE_TEXT)
+            return decoded(column).toUtf8();
+        const auto *start = static_cast<const char *>(sqlite3_column_blob(mStatement, column));
+        return {start, sqlite3_column_bytes(mStatement, column)};
+    }
+
+    DamagedText damagedText() override { return mDamaged; }
+
+private:
+    struct LastText {
+        QByteArray bytes;
+        QString text;
+        bool isWhole = true;
+    };
+
+    QByteArray nameOf(int column) const { return sqlite3_column_name(mStatement, column); }
+
+    /// What a column holds as text.
+    QString decoded(int column) {
         // Asked before the number of bytes, as the engine wants it. It makes UTF-8 of what it keeps as
         // UTF-16.
         const char *text = reinterpret_cast<const char *>(sqlite3_column_text(mStatement, column));
@@ -113,27 +147,9 @@ public:
             last.isWhole = utf8::isWhole(last.text, text, size);
         }
         if (!last.isWhole)
-            mDamaged = column;
+            mDamaged = {nameOf(column), QStringLiteral("is not UTF-8: write it anew")};
         return last.text;
     }
-
-    QByteArray bytes(int column) override {
-        if (sqlite3_column_type(mStatement, column) == SQLITE_TEXT)
-            return text(column).toUtf8();
-        const auto *start = static_cast<const char *>(sqlite3_column_blob(mStatement, column));
-        return {start, sqlite3_column_bytes(mStatement, column)};
-    }
-
-    QByteArray damagedText() override {
-        return mDamaged < 0 ? QByteArray() : QByteArray(sqlite3_column_name(mStatement, mDamaged));
-    }
-
-private:
-    struct LastText {
-        QByteArray bytes;
-        QString text;
-        bool isWhole = true;
-    };
 
     void recordFailure() {
         CallDbResult failure;
@@ -147,7 +163,7 @@ private:
     QString mSql;
     sqlite3_stmt *mStatement = nullptr;
     bool mReady = false;
-    int mDamaged = -1;
+    DamagedText mDamaged;
     std::vector<LastText> mLastTexts;
 };
 

@@ -47,6 +47,8 @@ bool isUtf8(const QByteArray &text) {
 }
 
 QString objectionToText(const QString &text) {
+    if (text.size() > kLongestText)
+        return QStringLiteral("is longer than %1 characters").arg(kLongestText);
     if (!text.isEmpty() && isMark(text.at(0)))
         return hasMark();
     bool needsALook = false;
@@ -60,6 +62,11 @@ QString objectionToText(const QString &text) {
 }
 
 } // namespace
+
+bool mayBeLonger(const QString &column) {
+    return column.endsWith(QLatin1String("Json"), Qt::CaseInsensitive) ||
+           column.compare(QLatin1String("backgroundMap"), Qt::CaseInsensitive) == 0;
+}
 
 QString objection(const QVariant &value) {
     switch (value.userType()) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "model/MoraStoreExport.h"
 #include "model/StoredJson.h"
 
 #include <QString>
@@ -11,8 +12,15 @@
 /// turns NaN into NULL, cuts texts at NUL when they are read and takes a leading byte order mark off (a
 /// swapped one turns every character round), PostgreSQL refuses or keeps these in its own way. Such a value
 /// is refused on all of them before its statement runs. So is an identifier, or another whole number, that
-/// does not fit into the 32 bits that are read back.
+/// does not fit into the 32 bits that are read back, and a text that is longer than texts are.
 namespace storablevalue {
+
+/// The longest text, in UTF-16 units. No name comes near it, and a store from somebody else is not to fill
+/// the memory with one.
+constexpr int kLongestText = 1024 * 1024;
+
+/// Whether @p column holds what is no text in this sense, and as long as the engine takes: JSON and pictures.
+MORASTORE_EXPORT bool mayBeLonger(const QString &column);
 
 constexpr qint64 kLargestId = std::numeric_limits<qint32>::max();
 

@@ -13,9 +13,10 @@ namespace connectionguard {
 
 namespace {
 
-// https://www.sqlite.org/security.html. A background map is the largest value that a store holds; statements
-// of the library have no expression that is deeper than a few levels.
-constexpr int kLongestValue = 64 * 1024 * 1024;
+// https://www.sqlite.org/security.html. A background map is the largest value that a store holds (texts have
+// a limit of their own, store/core/StorableValue.h); statements of the library have no expression that is
+// deeper than a few levels.
+constexpr int kLongestValue = 256 * 1024 * 1024;
 constexpr int kLongestStatement = 1024 * 1024;
 constexpr int kDeepestExpression = 100;
 constexpr int kDeepestTrigger = 10;
@@ -25,6 +26,13 @@ constexpr int kOperationsInAStep = 10000;
 constexpr int kSteps = 2000;
 
 } // namespace
+
+bool open(QSqlDatabase &db) {
+    if (!db.open())
+        return false;
+    harden(db);
+    return true;
+}
 
 void harden(const QSqlDatabase &db) {
     if (!db.isOpen() || db.driverName() != QLatin1String("QSQLITE"))

@@ -12,8 +12,11 @@ struct sqlite3;
 /// where the library does not have the engine's handle (store/core/EngineHandle.h).
 namespace connectionguard {
 
+/// Opens @p db and hardens it; false where it cannot be opened. All that opens a store does it here.
+MORASTORE_EXPORT bool open(QSqlDatabase &db);
+
 /// What a file brings along may call harmless functions only; its pages are looked at with care; neither
-/// texts nor statements of any size are taken.
+/// values nor statements of any size are taken. For a connection that somebody else has opened.
 MORASTORE_EXPORT void harden(const QSqlDatabase &db);
 
 /// From here on no trigger runs: for statements on the tables of plug-ins, which may have some.

@@ -1,5 +1,6 @@
 #include "store/guard/ReadOnlyFile.h"
 
+#include "store/guard/ConnectionGuard.h"
 #include "store/guard/FileGuard.h"
 
 #include <QDateTime>
@@ -26,7 +27,7 @@ public:
         QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), kTrial);
         file.applyTo(db);
         db.setConnectOptions(db.connectOptions() + QStringLiteral(";QSQLITE_BUSY_TIMEOUT=500"));
-        db.open();
+        connectionguard::open(db);
         for (const char *sql : {"begin", "select count(*) from sqlite_master"}) {
             QSqlQuery query(db);
             if (mCode == 0 && !query.exec(QLatin1String(sql)))
@@ -68,19 +69,19 @@ bool hasLogAndIndex(const QString &path) {
 
 } // namespace
 
-ReadOnlyFile::ReadOnlyFile(const QString &path)
+ReadOnlyFile::ReadOnlyFile(const QString &path, Medium medium)
     : mPath(fileguard::resolved(path)), mRefusal(fileguard::refusal(path, fileguard::Purpose::Read)) {
     if (!mRefusal.isEmpty())
         return;
     if (usesLog(mPath) || QFileInfo::exists(mPath + QLatin1String("-wal")))
-        chooseBesideLog();
+        chooseBesideLog(medium);
     else
         chooseBesideJournal();
 }
 
 ReadOnlyFile::~ReadOnlyFile() = default;
 
-void ReadOnlyFile::chooseBesideLog() {
+void ReadOnlyFile::chooseBesideLog(Medium medium) {
     if (hasLogAndIndex(mPath)) {
         mWay = Way::BesideLog;
         if (Trial(*this).isGood())
@@ -88,7 +89,9 @@ void ReadOnlyFile::chooseBesideLog() {
         mWay = Way::Plain;
     }
     const bool isLogEmpty = QFileInfo(mPath + QLatin1String("-wal")).size() == 0;
-    if (isLogEmpty && QStorageInfo(mPath).isReadOnly())
+    const bool isFixed =
+        medium == Medium::Unknown ? QStorageInfo(mPath).isReadOnly() : medium == Medium::ReadOnly;
+    if (isLogEmpty && isFixed)
         mWay = Way::Alone;
     else
         turnIntoCopy();

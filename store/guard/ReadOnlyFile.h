@@ -13,12 +13,16 @@ class QTemporaryDir;
 /// whatever lies beside it:
 ///
 /// - Where the engine can read the file itself without a trace it does, also beside a program that writes.
+/// - A store with a write-ahead log on a medium where nothing changes is read without one.
 /// - What it could read only by writing (a transaction of a program that died, a write-ahead log without the
 ///   index of a running program) is read from a private copy, with journal and log, in which the engine may
 ///   do so. The copy goes with this object.
 class MORASTORE_EXPORT ReadOnlyFile {
 public:
-    explicit ReadOnlyFile(const QString &path);
+    /// Whether a file can change where it lies; Unknown asks the system.
+    enum class Medium { Unknown, Writable, ReadOnly };
+
+    explicit ReadOnlyFile(const QString &path, Medium medium = Medium::Unknown);
     ~ReadOnlyFile();
 
     /// Why the file cannot be read so, as a clause for the user; empty when it can.
@@ -42,7 +46,7 @@ private:
         Alone      ///< read-only, on a medium where nothing changes
     };
 
-    void chooseBesideLog();
+    void chooseBesideLog(Medium medium);
     void chooseBesideJournal();
     bool tryCopy(QString &reason);
 

@@ -21,7 +21,7 @@ bool isPostgreSql(const QSqlDatabase &db) {
 
 bool refuse(const QString &name, const QString &reason, FailureList &failures) {
     CallDbResult failure;
-    failure.error = QStringLiteral("%1: %2").arg(name, reason);
+    failure.error = name.isEmpty() ? reason : QStringLiteral("%1: %2").arg(name, reason);
     failures.append(failure);
     return false;
 }
@@ -103,8 +103,9 @@ bool hasPlainServerTables(const QSqlDatabase &db, const QString &name, FailureLi
 }
 
 /// Whether the keys of the roads' tables are led by the network: "0" or "1" for each table, without
-/// repetition. A store without networks says no: older ones get the table when they are brought forward, and
-/// it is not that of newer ones.
+/// repetition. A table of a file that has lost its key is judged by its columns, but for Link, which has that
+/// of the network in older stores, too. A store without networks says no: older ones get the table when they
+/// are brought forward, and it is not that of newer ones.
 QString keyQuestion(const QSqlDatabase &db) {
     const QString tables = QStringLiteral("('link', 'lane', 'connector', 'vertex')");
     if (isPostgreSql(db))
@@ -115,10 +116,12 @@ QString keyQuestion(const QSqlDatabase &db) {
                    "pg_table_is_visible(c.oid) group by c.relname "
                    "union select 0 where to_regclass('net') is null")
             .arg(tables);
-    return QStringLiteral("select distinct max(lower(c.name) = 'netid') from sqlite_master m, "
-                          "pragma_table_info(m.name) c where m.type = 'table' and lower(m.name) in %1 and "
-                          "c.pk > 0 group by m.name union select 0 where not exists "
-                          "(select 1 from sqlite_master where lower(name) = 'net')")
+    return QStringLiteral(
+               "select distinct case when max(c.pk) > 0 then max(lower(c.name) = 'netid' and c.pk > 0) "
+               "else max(lower(c.name) = 'netid') end from sqlite_master m, "
+               "pragma_table_info(m.name) c where m.type = 'table' and lower(m.name) in %1 "
+               "group by m.name having max(c.pk) > 0 or lower(m.name) <> 'link' union select 0 where not exists "
+               "(select 1 from sqlite_master where lower(name) = 'net')")
         .arg(tables);
 }
 
@@ -153,9 +156,8 @@ bool hasPlainTables(const QSqlDatabase &db, const QString &name, FailureList &fa
 bool hasFittingVersion(const QSqlDatabase &db, const QString &name, FailureList &failures) {
     FailureList reasons;
     const std::optional<long> version = probes::dbVersion(db, reasons);
-    for (CallDbResult &reason : reasons)
-        reason.error = QStringLiteral("%1: %2").arg(name, reason.error);
-    failures += reasons;
+    for (const CallDbResult &reason : qAsConst(reasons))
+        refuse(name, reason.error, failures);
     if (!version || *version == 0)
         return version.has_value();
     QSqlQuery keys(db);

@@ -21,7 +21,7 @@ MORASTORE_EXPORT const QStringList &tablesOfTheFormat();
 /// with the operations of whoever opens the store. Tables of plug-ins are not looked at.
 ///
 /// Otherwise, and when the store cannot be asked, the reason is appended to @p failures; @p name is what it
-/// calls the store.
+/// calls the store; without one the reason stands alone.
 MORASTORE_EXPORT bool hasPlainTables(const QSqlDatabase &db, const QString &name, FailureList &failures);
 
 /// Whether the version that the store names is a known one, and that of its tables: keys led by the network

@@ -1,6 +1,8 @@
 #include "store/protection/FileReplacement.h"
 
+#include "store/guard/ConnectionGuard.h"
 #include "store/guard/FileGuard.h"
+#include "store/guard/SchemaGuard.h"
 #include "store/protection/Refusal.h"
 
 #include <QFileInfo>
@@ -58,21 +60,32 @@ void requireNotOpenHere(const QString &path) {
     }
 }
 
+/// Why the open store is none that would be opened; empty when it is one.
+QString objectionTo(const QSqlDatabase &db) {
+    const connectionguard::QuickQuestions quick(db);
+    FailureList reasons;
+    const bool isGood = schemaguard::hasPlainTables(db, QString(), reasons) &&
+                        schemaguard::hasFittingVersion(db, QString(), reasons);
+    return isGood ? QString() : reasons.last().error;
+}
+
 /// An exclusive transaction takes back what a crash left half done, and closing puts a write-ahead log into
 /// the file.
 void settle(const QString &path) {
     const QString name = QStringLiteral("morastore-protection");
     QString reason;
+    QString objection;
     {
         QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), name);
         db.setConnectOptions(QStringLiteral("QSQLITE_BUSY_TIMEOUT=500"));
         db.setDatabaseName(path);
-        QSqlQuery query(db.open() ? QSqlQuery(db) : QSqlQuery());
+        QSqlQuery query(connectionguard::open(db) ? QSqlQuery(db) : QSqlQuery());
         for (const char *sql : {"begin exclusive", "select count(*) from sqlite_master", "commit"}) {
             if (reason.isEmpty() && !query.exec(QLatin1String(sql)))
                 reason = db.isOpen() ? query.lastError().databaseText() : db.lastError().text();
         }
         query.clear();
+        objection = reason.isEmpty() ? objectionTo(db) : QString();
         db.close();
     }
     QSqlDatabase::removeDatabase(name);
@@ -80,6 +93,8 @@ void settle(const QString &path) {
         throw Refusal(
             QStringLiteral("another program is using the store, or it is damaged (%1): close it there")
                 .arg(reason));
+    if (!objection.isEmpty())
+        throw Refusal(objection);
 }
 
 bool startsAsSqlite(const QString &path) {

@@ -88,7 +88,7 @@ bool isWritableStoreFile(const QString &path, FailureList &failures) {
 /// The driver finds out while it connects what the server is set to, and escapes bound texts accordingly: to
 /// change the setting afterwards would double their backslashes.
 bool openWithPlainBackslashes(QSqlDatabase &db) {
-    if (!db.open() || db.driverName() != QLatin1String("QPSQL"))
+    if (!connectionguard::open(db) || db.driverName() != QLatin1String("QPSQL"))
         return db.isOpen();
     {
         QSqlQuery setting(QStringLiteral("show standard_conforming_strings"), db);
@@ -109,7 +109,6 @@ bool openWithPlainBackslashes(QSqlDatabase &db) {
 bool openGuarded(QSqlDatabase &db, FailureList &failures) {
     if (!openWithPlainBackslashes(db))
         return true;
-    connectionguard::harden(db);
     const connectionguard::QuickQuestions quick(db);
     return schemaguard::hasPlainTables(db, QDir::toNativeSeparators(db.databaseName()), failures);
 }

@@ -245,10 +245,10 @@ bool respell(const Store &store, const QString &table) {
 void repairMisspeltColumns(const Store &store) {
     if (store.isGivenUp() || !isMisspelt(store))
         return;
-    const auto tables = probes::tableNames(store.db(), store.failures());
+    const auto tables = probes::tables(store.db(), store.failures());
     Transaction transaction(store, true);
     bool repaired = tables.has_value();
-    for (const QString &table : tables.value_or(QStringList()))
+    for (const QString &table : tables.value_or(probes::Tables()).plain)
         repaired = respell(store, table) && repaired;
     if (repaired)
         repaired = Query(store, "update DbVersion set versionId = 2 where versionId = 1").exec();

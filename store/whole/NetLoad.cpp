@@ -17,13 +17,12 @@ void NetLoad::skip(const char *table, long id, const char *reason) {
         entry->ids.append(id);
 }
 
-void NetLoad::refuseText(const char *table, long id, const QByteArray &column) {
+void NetLoad::refuseText(const char *table, long id, const DamagedText &text) {
     mFailed = true;
-    store.fail(
-        QStringLiteral("select * from ") + QLatin1String(table),
-        QStringLiteral("The text in column %1 of table %2, row %3, is not UTF-8: write it anew, nothing "
-                       "can be loaded with it.")
-            .arg(QString::fromLatin1(column), QLatin1String(table), QString::number(id)));
+    store.fail(QStringLiteral("select * from ") + QLatin1String(table),
+               QStringLiteral("The text in column %1 of table %2, row %3, %4, nothing can be loaded with it.")
+                   .arg(QString::fromLatin1(text.column), QLatin1String(table), QString::number(id),
+                        text.objection));
 }
 
 QByteArray NetLoad::ownId(const char *table) {

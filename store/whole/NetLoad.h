@@ -67,15 +67,15 @@ private:
         RowIds ids{id ? QByteArray(id) : ownId(table), {}};
         while (rows.next()) {
             visit(rows);
-            if (const QByteArray column = rows.damagedText(); !column.isEmpty())
-                return refuseText(table, idOf(table, order, rows), column);
+            if (const DamagedText text = rows.damagedText(); !text.column.isEmpty())
+                return refuseText(table, idOf(table, order, rows), text);
             judge(table, order, rows, ids);
         }
         reportRepeated(table, ids);
         mFailed = mFailed || rows.hasFailed();
     }
-    /// A text that is not UTF-8 ends the load: what would be read is not what is stored.
-    void refuseText(const char *table, long id, const QByteArray &column);
+    /// A damaged text ends the load: what would be read is not what is stored.
+    void refuseText(const char *table, long id, const DamagedText &text);
     /// The column of a table's own ids; empty without one.
     static QByteArray ownId(const char *table);
     /// Reports what is wrong with a row that was read.

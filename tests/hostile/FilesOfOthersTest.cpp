@@ -7,21 +7,6 @@
 
 namespace {
 
-/// All commands that open a store, each as the arguments behind the program's name.
-QList<QStringList> commandsOn(const QString &store, const QString &sound, const QString &picture) {
-    const QString copy = QStringLiteral("copy");
-    return {{QStringLiteral("info"), store},
-            {QStringLiteral("show"), store, QStringLiteral("links")},
-            {QStringLiteral("draw"), store, picture},
-            {QStringLiteral("digest"), store},
-            {copy, store, sound},
-            {copy, sound, store},
-            {QStringLiteral("import"), store, kExample, QStringLiteral("--name"), QStringLiteral("more")},
-            {QStringLiteral("remove"), store, QStringLiteral("1"), QStringLiteral("--yes")},
-            {QStringLiteral("upgrade"), store},
-            {QStringLiteral("protect"), store}};
-}
-
 class HostileFiles : public Morastore {
 protected:
     void SetUp() override {
@@ -42,7 +27,7 @@ protected:
     /// `expected`, and no file of the folder changes.
     void expectRefusalByAll(const QString &expected) const {
         const QString picture = file(QStringLiteral("p.svg"));
-        for (const QStringList &command : commandsOn(mStore, mSound, picture))
+        for (const QStringList &command : commandsThatOpen(mStore, mSound, picture))
             expectRefusal(
                 [&] {
                     SCOPED_TRACE(command.join(QLatin1Char(' ')).toStdString());

@@ -1,5 +1,7 @@
 #include "tests/hostile/HostileFiles.h"
 
+#include "tests/host/Morastore.h"
+
 #include <QSqlDatabase>
 #include <QSqlError>
 #include <QSqlQuery>
@@ -32,6 +34,22 @@ void alter(const QString &path, const QStringList &statements) {
         }
     }
     QSqlDatabase::removeDatabase(connection);
+}
+
+QList<QStringList> commandsThatOpen(const QString &store, const QString &sound, const QString &picture) {
+    const QString copy = QStringLiteral("copy");
+    return {{QStringLiteral("info"), store},
+            {QStringLiteral("show"), store, QStringLiteral("links")},
+            {QStringLiteral("draw"), store, picture},
+            {QStringLiteral("digest"), store},
+            {copy, store, sound},
+            {copy, sound, store},
+            {QStringLiteral("import"), store, kExample, QStringLiteral("--name"), QStringLiteral("more")},
+            {QStringLiteral("remove"), store, QStringLiteral("1"), QStringLiteral("--yes")},
+            {QStringLiteral("upgrade"), store},
+            {QStringLiteral("upgrade"), store, QStringLiteral("--no-backup")},
+            {QStringLiteral("compact"), store},
+            {QStringLiteral("protect"), store}};
 }
 
 // https://www.sqlite.org/fileformat.html, 3: magic, number of pages kept (none), nonce, pages of the store

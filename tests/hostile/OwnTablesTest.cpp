@@ -29,6 +29,13 @@ QStringList rewritten(const char *table, const char *what, const char *with) {
                 .arg(QLatin1String(what), QLatin1String(with), QLatin1String(table))};
 }
 
+/// Makes a table anew without the keys that it had.
+QStringList withoutKeys(const char *table) {
+    return {QStringLiteral("create table open_%1 as select * from %1").arg(QLatin1String(table)),
+            QStringLiteral("drop table %1").arg(QLatin1String(table)),
+            QStringLiteral("alter table open_%1 rename to %1").arg(QLatin1String(table))};
+}
+
 QStringList versions(const char *values) {
     return {QStringLiteral("drop table DbVersion"), QStringLiteral("create table DbVersion(versionId)"),
             QStringLiteral("insert into DbVersion values %1").arg(QLatin1String(values))};
@@ -84,6 +91,10 @@ const Hostile kStores[] = {
     {"VersionsDisagree", kOne, versions("(3), (6)"), kNoVersion},
     {"VersionBeyond32Bits", kMany, versions("(4294967302)"), "is of version 4294967302"},
     {"VersionOfOneNetwork", kMany, {"update DbVersion set versionId = 3"}, "says that it is of version 3"},
+    {"VersionOfOneNetworkWithoutKeys", kMany,
+     QStringList{"update DbVersion set versionId = 3"} + withoutKeys("Link") + withoutKeys("Lane") +
+         withoutKeys("Connector") + withoutKeys("Vertex"),
+     "says that it is of version 3"},
     {"VersionOfSeveral", kOne, {"update DbVersion set versionId = 6"}, "says that it is of version 6"},
 };
 
@@ -109,11 +120,11 @@ TEST_P(OwnTables, IsRefusedByNameBeforeAnythingIsWritten) {
     }
     gDB.close();
     EXPECT_TRUE(read(store) == before);
-    for (const QStringList &command :
-         {QStringList{QStringLiteral("info"), store}, QStringList{QStringLiteral("digest"), store},
-          QStringList{QStringLiteral("import"), store, kExample},
-          QStringList{QStringLiteral("upgrade"), store}})
+    const QString sound = newStore(QStringLiteral("sound.mora"));
+    for (const QStringList &command : commandsThatOpen(store, sound, file(QStringLiteral("p.svg")))) {
+        SCOPED_TRACE(command.join(QLatin1Char(' ')).toStdString());
         expectRefusal([&] { return run(command); }, QLatin1String(GetParam().expected));
+    }
 }
 
 INSTANTIATE_TEST_SUITE_P(Stores, OwnTables, testing::ValuesIn(kStores),
@@ -140,6 +151,43 @@ TEST_F(Morastore, TablesOfPluginsAreFreeAndRunNothing) {
     EXPECT_EQ(row(store, QStringLiteral("select count(*), min(NetId), max(NetId) from Link")),
               QVariantList({links.first() / 2, 1, 1}));
     EXPECT_EQ(row(store, QStringLiteral("select count(*) from Kiosk")), QVariantList({1}));
+}
+
+TEST_F(Morastore, TablesOfPluginsMayNeedWhatIsNotHere) {
+    for (const char *name : {kMany, kOne, "EmptyNet_V2.00.00"}) {
+        SCOPED_TRACE(name);
+        const QString store = file(QLatin1String(name));
+        copyTemplate(name, store);
+        ::alter(store,
+                {"insert into sqlite_master values('table', 'Odd', 'Odd', 0, 'CREATE VIRTUAL TABLE Odd "
+                 "using nonesuch(NetId, SerialNnumber)')"});
+        for (const QStringList &command :
+             {QStringList{"info", store}, QStringList{"upgrade", store, "--no-backup"},
+              QStringList{"import", store, kExample}, QStringList{"digest", store}}) {
+            const Outcome outcome = run(command);
+            EXPECT_EQ(outcome.exitCode, 0) << outcome.err.toStdString();
+            EXPECT_EQ(outcome.err.toStdString(), "") << command.first().toStdString();
+        }
+    }
+}
+
+/// A host brings a store of the first generation forward on a connection of its own.
+TEST_F(Morastore, AStoreOfTheFirstGenerationIsJudgedBeforeItIsBroughtForward) {
+    const QString store = file(QStringLiteral("first.mora"));
+    makeFirstGenerationStore(store);
+    ::alter(store, {"create trigger t after delete on Link begin delete from Node; end"});
+    const QByteArray before = read(store);
+    {
+        QSqlDatabase own = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), QStringLiteral("own"));
+        own.setDatabaseName(store);
+        ASSERT_TRUE(own.open());
+        DBTools::mlCallDbResult.clear();
+        DBTools::updateDatabase1x(own);
+        ASSERT_EQ(DBTools::mlCallDbResult.size(), 1);
+        EXPECT_TRUE(DBTools::mlCallDbResult.first().error.contains("table Link has the trigger \"t\""));
+    }
+    QSqlDatabase::removeDatabase(QStringLiteral("own"));
+    EXPECT_TRUE(read(store) == before);
 }
 
 TEST_F(Morastore, AStoreThatNamesNoVersionIsOneOfASingleNetwork) {

@@ -1,12 +1,15 @@
 #include "model/Net.h"
 #include "store/DBTools.h"
 #include "store/DBTools_V6.h"
+#include "store/guard/ReadOnlyFile.h"
 #include "tests/host/Morastore.h"
 #include "tests/hostile/HostileFiles.h"
 #include "tests/support/OldStores.h"
 
 #include <filesystem>
 #include <memory>
+#include <sys/types.h>
+#include <unistd.h>
 
 // Reading leaves a store, its time stamp and its folder as they were.
 
@@ -31,6 +34,8 @@ protected:
         ASSERT_EQ(run({QStringLiteral("import"), made, kExample}).exitCode, 0);
         mTarget = newStore(QStringLiteral("target.mora"));
         prepare(made, QLatin1String(GetParam()));
+        ASSERT_TRUE(QDir(mFolder.path()).mkdir(QStringLiteral("temporary")));
+        qputenv("TMPDIR", file(QStringLiteral("temporary")).toUtf8());
     }
     void TearDown() override {
         closeLibrary();
@@ -56,6 +61,8 @@ protected:
             leaveLog(made, state);
         else
             ASSERT_TRUE(QFile::copy(made, mStore));
+        if (state == QLatin1String("Newer"))
+            alter(mStore, {QStringLiteral("update DbVersion set versionId = 7")});
     }
 
     void connect(const QString &path, const QStringList &statements) {
@@ -118,6 +125,11 @@ protected:
         return all;
     }
 
+    QStringList temporaryFiles() const {
+        return QDir(file(QStringLiteral("temporary")))
+            .entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot);
+    }
+
     /// `work` leaves everything as it was; time stamps are set back before, so that any writing shows.
     template <class Work>
     void expectNoTrace(const char *what, const Work &work) {
@@ -129,10 +141,17 @@ protected:
         const Traces before = traces();
         work();
         const Traces after = traces();
+        EXPECT_EQ(temporaryFiles(), QStringList()) << what;
         EXPECT_EQ(after.keys(), before.keys()) << what;
         for (auto entry = before.cbegin(); entry != before.cend(); ++entry)
             EXPECT_TRUE(after.value(entry.key()) == entry.value())
                 << what << ": " << entry.key().toStdString();
+    }
+
+    void expectRefusalByLibrary() const {
+        EXPECT_FALSE(DBTools::openDatabaseReadOnly(gDB, mStore, true));
+        ASSERT_EQ(DBTools::mlCallDbResult.size(), 1);
+        EXPECT_TRUE(DBTools::mlCallDbResult.first().error.contains(QLatin1String("is of version 7")));
     }
 
     /// What the network of the store is called.
@@ -157,6 +176,8 @@ TEST_P(Reading, EveryCommandLeavesNoTrace) {
           QStringList{QStringLiteral("copy"), mStore, mTarget}})
         expectNoTrace(command.first().toUtf8().constData(), [&] {
             const Outcome outcome = run(command);
+            if (GetParam() == QStringLiteral("Newer"))
+                return expectSentence(outcome, QStringLiteral("is of version 7"));
             EXPECT_TRUE(outcome.exitCode == 0 || outcome.exitCode == 3) << outcome.err.toStdString();
             if (command.first() == QLatin1String("info")) {
                 EXPECT_TRUE(outcome.out.contains(QLatin1String(": ") + expectedName()))
@@ -167,9 +188,13 @@ TEST_P(Reading, EveryCommandLeavesNoTrace) {
 
 TEST_P(Reading, TheLibraryReadsAndRefusesToWrite) {
     expectNoTrace("openDatabaseReadOnly", [&] {
+        if (GetParam() == QStringLiteral("Newer"))
+            return expectRefusalByLibrary();
         ASSERT_TRUE(DBTools::openDatabaseReadOnly(gDB, mStore, true))
             << DBTools::mlCallDbResult.first().error.toStdString();
         EXPECT_EQ(gsDbPath, mStore);
+        // A process that is killed now leaves none either.
+        EXPECT_EQ(temporaryFiles(), QStringList());
         const QList<Net> nets = DBTools::selectNets(gDB);
         ASSERT_EQ(nets.size(), 1);
         EXPECT_EQ(nets.first().netName(), expectedName());
@@ -183,9 +208,71 @@ TEST_P(Reading, TheLibraryReadsAndRefusesToWrite) {
     });
 }
 
+/// A process without the rights that the system's administrator has over others' files.
+class Unprivileged : public QProcess {
+protected:
+    void setupChildProcess() override {
+        constexpr uid_t nobody = 65534;
+        if (geteuid() == 0 && (setgid(nobody) != 0 || setuid(nobody) != 0))
+            _exit(127);
+    }
+};
+
+TEST_P(Reading, NeedsNoRightToWrite) {
+    const QString folder = QFileInfo(mStore).path();
+    for (const auto &entry : fs::directory_iterator(native(folder)))
+        fs::permissions(entry.path(), fs::perms(0444));
+    fs::permissions(native(folder), fs::perms(0555));
+    fs::permissions(native(mFolder.path()), fs::perms(0755));
+    fs::permissions(native(file(QStringLiteral("temporary"))), fs::perms(0777));
+    const auto start = [](QProcess &process, const QStringList &arguments) {
+        process.start(morastoreProgram(), arguments);
+        return process.waitForFinished(60000) && process.exitStatus() == QProcess::NormalExit;
+    };
+    Unprivileged trial;
+    if (!start(trial, {QStringLiteral("--version")}) || trial.exitCode() != 0)
+        GTEST_SKIP() << "the program is where other users cannot start it";
+    expectNoTrace("without rights", [&] {
+        for (const char *command : {"info", "digest"}) {
+            Unprivileged process;
+            ASSERT_TRUE(start(process, {QLatin1String(command), mStore}));
+            EXPECT_EQ(process.exitCode(), GetParam() == QStringLiteral("Newer") ? 1 : 0)
+                << process.readAllStandardError().toStdString();
+            if (GetParam() != QStringLiteral("Newer")) {
+                EXPECT_TRUE(process.readAllStandardOutput().contains(expectedName().toUtf8()));
+            }
+        }
+    });
+    fs::permissions(native(folder), fs::perms(0755));
+}
+
+TEST_F(Morastore, AStoreWithALogIsReadAsItIsWhereNothingChanges) {
+    const QString store = newStore();
+    ::alter(store, {QStringLiteral("pragma journal_mode = wal")});
+    const auto files = [this] { return QDir(mFolder.path()).entryList(QDir::Files).join(QLatin1Char(' ')); };
+    ASSERT_EQ(files(), QStringLiteral("store.mora"));
+    {
+        const ReadOnlyFile file(store, ReadOnlyFile::Medium::ReadOnly);
+        EXPECT_EQ(file.refusal(), QString());
+        EXPECT_FALSE(file.isCopy());
+        QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), QStringLiteral("live"));
+        file.applyTo(db);
+        ASSERT_TRUE(db.open());
+        QSqlQuery version(QStringLiteral("select versionId from DbVersion"), db);
+        EXPECT_TRUE(version.next() && version.value(0).toInt() == 6)
+            << qPrintable(version.lastError().text());
+        EXPECT_EQ(files(), QStringLiteral("store.mora"));
+    }
+    QSqlDatabase::removeDatabase(QStringLiteral("live"));
+    // Elsewhere a program may write at any time, and what a log holds is part of the store.
+    EXPECT_TRUE(ReadOnlyFile(store, ReadOnlyFile::Medium::Writable).isCopy());
+    write(QStringLiteral("store.mora-wal"), "not empty");
+    EXPECT_TRUE(ReadOnlyFile(store, ReadOnlyFile::Medium::ReadOnly).isCopy());
+}
+
 INSTANTIATE_TEST_SUITE_P(States, Reading,
-                         testing::Values("Current", "Older", "FirstGeneration", "HotJournal", "LogWithIndex",
-                                         "LogAlone", "LogClosed", "LogInUse"),
+                         testing::Values("Current", "Newer", "Older", "FirstGeneration", "HotJournal",
+                                         "LogWithIndex", "LogAlone", "LogClosed", "LogInUse"),
                          [](const auto &state) { return std::string(state.param); });
 
 } // namespace

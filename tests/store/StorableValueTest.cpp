@@ -49,6 +49,8 @@ TEST_P(StorableValueTest, WhatNoStoreKeepsIsRefusedBeforeItsStatementRuns) {
          [](Link &link) { link.linkName = QChar(QChar::ByteOrderMark) + QStringLiteral("Main"); }},
         {"linkName cannot be stored: it begins with a byte order mark",
          [](Link &link) { link.linkName = QChar(QChar::ByteOrderSwapped) + QStringLiteral("Main"); }},
+        {"linkName cannot be stored: it is longer than 1048576 characters",
+         [](Link &link) { link.linkName = QString(1048577, QLatin1Char('x')); }},
         {"length cannot be stored: it is not a finite number", [&](Link &link) { link.length = nan; }},
         {"curvature cannot be stored: it is not a finite number",
          [&](Link &link) { link.curvature = -infinity; }},

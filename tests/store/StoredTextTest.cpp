@@ -62,6 +62,42 @@ TEST_P(StoredTextTest, WhatIsNoUtf8IsRefusedByName) {
     }
 }
 
+TEST_P(StoredTextTest, WhatIsFarTooLongIsRefusedByName) {
+    const QString update = QStringLiteral("update Link set %1 = %2");
+    const auto objects = [this](bool areThere, const char *of) {
+        SCOPED_TRACE(of);
+        reopen();
+        const std::unique_ptr<Link> link(DBTools::selectLinkByID(gDB, kNet, 7));
+        EXPECT_EQ(link != nullptr, areThere);
+        EXPECT_EQ(failureCount(), areThere ? 0 : 1) << lastFailure();
+        clearFailures();
+        NetContents contents;
+        EXPECT_EQ(DBTools::loadNet(gDB, kNet, contents), areThere);
+        EXPECT_EQ(failureCount(), areThere ? 0 : 1) << lastFailure();
+        return lastFailure();
+    };
+    for (const char *text : {"printf('%.*c', 1048577, 'x')", "cast(printf('%.*c', 4000000, 'x') as blob)"}) {
+        execute(update.arg(QStringLiteral("linkName"), QLatin1String(text)));
+        const std::string failure = objects(false, text);
+        EXPECT_NE(failure.find("the text in column linkname of table link, row 7, is longer than 1048576 "
+                               "characters"),
+                  std::string::npos)
+            << failure;
+    }
+    // 3 bytes each.
+    execute(update.arg(QStringLiteral("linkName"),
+                       QStringLiteral("replace(printf('%.*c', 1048576, 'x'), 'x', '路')")));
+    objects(true, "the longest");
+    execute(update.arg(QStringLiteral("otherAttrsJson"),
+                       QStringLiteral("'{\"a\":\"' || printf('%.*c', 2000000, 'x') || '\"}'")));
+    objects(true, "attributes");
+    gNet.config().backgroundMap = QByteArray(80000000, 'x');
+    ASSERT_TRUE(DBTools::saveConfiguration(gDB, kNet, true));
+    NetContents contents;
+    ASSERT_TRUE(DBTools::loadNet(gDB, kNet, contents));
+    EXPECT_EQ(contents.settings.scene->backgroundMap.size(), 80000000);
+}
+
 TEST_P(StoredTextTest, EveryCharacterIsReadAsItIsStored) {
     const QString mark(1, QChar(0xFEFF));
     const QString replacement(1, QChar(0xFFFD));
