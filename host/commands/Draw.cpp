@@ -32,15 +32,18 @@ void addDraw(CLI::App &program, Run &run) {
             const OpenStore store(QString::fromStdString(options->store), Access::Read);
             Progress reading(QStringLiteral("reading"));
             const NetworkObjects network = readNetwork(chosenNetwork(options->net), reading);
+            const QStringList damage = damageOf(network);
             const QStringList leftOut =
-                damageOf(network) +
-                drawToFile(network, QString::fromStdString(options->picture), options->size);
+                damage + drawToFile(network, QString::fromStdString(options->picture), options->size);
             for (const QString &line : leftOut)
                 tell(QStringLiteral("left out: ") + line);
-            if (!leftOut.isEmpty())
+            if (!damage.isEmpty())
                 throw Incomplete(
                     QStringLiteral("drawn, but the store is damaged and not all of it is in the picture; "
                                    "restore it from a copy"));
+            if (!leftOut.isEmpty())
+                throw Incomplete(QStringLiteral("drawn, but what has no place on the plan is not in the "
+                                                "picture; the lines above name it"));
         };
     });
 }

@@ -119,10 +119,10 @@ NetworkDrawing::NetworkDrawing(const NetworkObjects &network)
 }
 
 NetworkDrawing::LaneKind &NetworkDrawing::kindOf(const QString &name) {
-    const auto known = std::find_if(mKinds.begin(), mKinds.end(),
-                                    [&name](const LaneKind &kind) { return kind.name == name; });
-    if (known != mKinds.end())
-        return *known;
+    const auto known = mKindNumbers.constFind(name);
+    if (known != mKindNumbers.cend())
+        return mKinds[*known];
+    mKindNumbers.insert(name, mKinds.size());
     mKinds.push_back({name, colourOf(name), 0, {}, {}});
     mKinds.back().surface.setFillRule(Qt::WindingFill);
     return mKinds.back();
@@ -265,6 +265,9 @@ void NetworkDrawing::paintLegend(QPainter &painter, const QSizeF &size, double p
     const double baseline = size.height() - kMargin;
     double x = kMargin;
     for (const LaneKind &kind : mKinds) {
+        // What is beside the picture nobody sees.
+        if (x > size.width())
+            break;
         const QString label = QStringLiteral("%1 (%2)").arg(kind.name, QLocale().toString(kind.count));
         painter.fillRect(QRectF(x, baseline - 11, 22, 12), kind.colour);
         painter.setPen(kInk);

@@ -5,6 +5,7 @@
 #include "host/store/NetworkObjects.h"
 
 #include <QColor>
+#include <QHash>
 #include <QPainterPath>
 #include <QPointF>
 #include <QRectF>
@@ -58,6 +59,7 @@ private:
     QString mSummary;
     QRectF mExtent; ///< metres, y upwards
     std::vector<LaneKind> mKinds;
+    QHash<QString, std::size_t> mKindNumbers; ///< by name; a store may name each lane's kind otherwise
     QPainterPath mDividers;
     QPainterPath mEdges; ///< outer borders of the carriageways
     QPainterPath mArrows;

@@ -1,9 +1,12 @@
+#include "host/drawing/NetworkDrawing.h"
 #include "host/store/StoreAddress.h"
 #include "model/NetContents.h"
 #include "store/DBTools.h"
 #include "tests/host/Morastore.h"
 #include "tests/hostile/HostileFiles.h"
 #include "tests/support/StoreFixture.h"
+
+#include <QElapsedTimer>
 
 // What is said of rows that are damaged, and what must not come of them.
 
@@ -115,6 +118,35 @@ TEST_F(DamagedDrawing, NamesTheRoadsThatItLacks) {
         draw().err.contains(QLatin1String("rows of table Lane: each holds JSON that does not parse")));
 }
 
+TEST_F(DamagedDrawing, CallsNoStoreDamagedThatHasNoGeometry) {
+    alter(mStore, {QStringLiteral("update Lane set centerLinePointsJson = null")});
+    expectIncomplete(QStringLiteral("links without a geometry on the plan"));
+    EXPECT_FALSE(draw().err.contains(QLatin1String("damaged"))) << draw().err.toStdString();
+}
+
+TEST_F(DamagedDrawing, TakesNoLongerForKindsThatAreAllDifferent) {
+    NetworkObjects network;
+    network.links.push_back(std::make_unique<Link>());
+    for (int i = 0; i < 100000; ++i) {
+        auto lane = std::make_unique<Lane>();
+        lane->actionType = QStringLiteral("kind %1").arg(i);
+        network.links.front()->mlLane.append(lane.release());
+    }
+    QElapsedTimer timer;
+    timer.start();
+    const NetworkDrawing drawing(network);
+    EXPECT_LT(timer.elapsed(), 5000);
+    EXPECT_EQ(drawing.leftOut().size(), 1);
+    // The legend ends with the picture.
+    alter(mStore,
+          {QStringLiteral("insert into Lane(NetId, laneID, linkID, serialNumber, width, "
+                          "expectTravelDirection, actionType) with recursive n(i) as (select 1 union "
+                          "all select i + 1 from n limit 2000) select 1, 5000 + i, (select min(linkID) "
+                          "from Link), i + 10, 3.5, '', 'kind ' || i from n")});
+    EXPECT_EQ(draw().exitCode, 0) << draw().err.toStdString();
+    EXPECT_LT(read(file(QStringLiteral("p.svg"))).count("<text"), 100);
+}
+
 TEST_F(DamagedDrawing, HasNumbersOnly) {
     const QString far =
         QStringLiteral("'{\"data\":[{\"x\":1e308,\"y\":0,\"z\":0},{\"x\":-1e308,\"y\":1,\"z\":0}]}'");
@@ -141,6 +173,27 @@ TEST_F(DamagedDrawing, ShowsALinkOnceThatComesTwice) {
         const Outcome outcome = run({QStringLiteral("show"), mStore, QLatin1String(kind)});
         EXPECT_EQ(outcome.exitCode, 0) << kind << qPrintable(outcome.err);
     }
+}
+
+TEST_F(DamagedDrawing, TakesLongPicturesAndNoLongNames) {
+    const QString target = newStore(QStringLiteral("target.mora"));
+    alter(mStore, {QStringLiteral("update Configuration set backgroundMap = zeroblob(70000000)")});
+    for (const QStringList &command : {QStringList{QStringLiteral("digest"), mStore},
+                                       QStringList{QStringLiteral("copy"), mStore, target}}) {
+        const Outcome outcome = run(command);
+        EXPECT_EQ(outcome.exitCode, 0) << outcome.err.toStdString();
+    }
+    EXPECT_EQ(row(target, QStringLiteral("select length(backgroundMap) from Configuration")),
+              QVariantList({70000000}));
+    alter(mStore, {QStringLiteral("update Configuration set backgroundMap = null"),
+                   QStringLiteral("update Link set LinkName = printf('%.*c', 5000000, 'x') where linkID = "
+                                  "(select min(linkID) from Link)")});
+    for (const QStringList &command :
+         {QStringList{QStringLiteral("show"), mStore, QStringLiteral("links")},
+          QStringList{QStringLiteral("draw"), mStore, file(QStringLiteral("p.svg"))},
+          QStringList{QStringLiteral("digest"), mStore},
+          QStringList{QStringLiteral("copy"), mStore, target, QStringLiteral("--name"), QStringLiteral("b")}})
+        expectSentence(run(command), QStringLiteral("is longer than 1048576 characters"));
 }
 
 TEST_F(DamagedDrawing, CopiesNoIdBeyondThoseThatAreRead) {
