@@ -96,6 +96,8 @@ void write(File &file, const QByteArray &bytes, const QString &path) {
 } // namespace
 
 void requirePicturePath(const QString &path) {
+    if (path.isEmpty())
+        throw Failure(QStringLiteral("the name of the picture is empty; give one that ends in .svg or .png"));
     if (!isSvg(path) && !path.endsWith(QLatin1String(".png"), Qt::CaseInsensitive))
         throw Failure(
             QStringLiteral("%1: a picture's name ends in .svg or .png; give one of these").arg(path));

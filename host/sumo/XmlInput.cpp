@@ -159,7 +159,8 @@ void XmlInput::check() const {
 
 void XmlInput::refuse() const {
     const bool isCutOff = mInflated && mInflated->fault() == GzipDevice::Fault::CutOff;
-    if (mSize == 0)
+    // A pipe or a device has no size, whatever comes from it.
+    if (mSize == 0 && !mFile.isSequential())
         throw Failure(QStringLiteral("%1: the file is empty; give %2").arg(path(), mExpected));
     if (isCutOff || mXml.error() == QXmlStreamReader::PrematureEndOfDocumentError)
         fail(QStringLiteral("the file ends in the middle; it was cut off, so copy it or write it again"));

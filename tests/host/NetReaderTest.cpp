@@ -203,6 +203,9 @@ TEST_F(NetReader, RefusesWhatIsNoNetwork) {
         {mFolder.filePath(QStringLiteral("missing.xml")), "no such file"},
         {mFolder.path(), "this is a folder"},
         {write(QStringLiteral("empty"), {}), "the file is empty"},
+#ifdef Q_OS_UNIX
+        {QStringLiteral("/dev/zero"), "this is not XML"},
+#endif
         {write(QStringLiteral("text"), "Dear reader,\n"), "this is not XML"},
         {write(QStringLiteral("binary"), QByteArray(300, '\0')), "this is not XML"},
         {write(QStringLiteral("routes"), "<routes><vType id=\"a\"/></routes>"),

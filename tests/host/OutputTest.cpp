@@ -1,4 +1,5 @@
 #include "tests/host/Morastore.h"
+#include "tests/support/OldStores.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -29,7 +30,8 @@ TEST_F(Morastore, OutputThatCannotBeWrittenIsNoFailureOfWhatWasDone) {
 #ifdef Q_OS_LINUX
     const QString store = newStore();
     const QString target = newStore(QStringLiteral("target"));
-    const QString quoted = QStringLiteral("\"crossing\"");
+    const QString older = file(QStringLiteral("older"));
+    copyTemplate("EmptyNet_V2.1.1", older);
     const auto networks = [this](const QString &path) {
         return row(path, QStringLiteral("select count(*) from Net")).first().toInt();
     };
@@ -46,6 +48,7 @@ TEST_F(Morastore, OutputThatCannotBeWrittenIsNoFailureOfWhatWasDone) {
          store,
          0},
         {{QStringLiteral("compact"), store}, "the store is compacted, but the output cannot", store, 0},
+        {{QStringLiteral("upgrade"), older}, "the store is current now, but the output cannot", older, 0},
         {{QStringLiteral("info"), target}, "morastore: the output cannot be written", target, 1},
         {{QStringLiteral("info"), target, QStringLiteral("--json")}, ": the output cannot", target, 1},
         {{QStringLiteral("show"), target, QStringLiteral("links")}, ": the output cannot", target, 1},
@@ -164,6 +167,8 @@ TEST_F(Morastore, AWrongCommandLineIsNamed) {
                        QStringLiteral("morastore: the name of the store is empty"));
     expectSentence(run({QStringLiteral("import"), store, QString()}),
                    QStringLiteral("the name of a file is empty"));
+    expectSentence(run({QStringLiteral("draw"), store, QString()}),
+                   QStringLiteral("the name of the picture is empty"));
     const QString help = run({QStringLiteral("--help")}).out;
     for (int code = 0; code <= 4; ++code)
         EXPECT_TRUE(help.contains(QStringLiteral("\n  %1  ").arg(code))) << code;

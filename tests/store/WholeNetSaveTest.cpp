@@ -2,6 +2,8 @@
 #include "tests/support/Builders.h"
 #include "tests/support/StoreFixture.h"
 
+#include <QSqlQuery>
+
 #include <memory>
 
 namespace {
@@ -204,7 +206,7 @@ protected:
         point->mpLink = mContents->links[0].get();
         traffic.decisionPoints.insert(traffic.decisionPoints.begin(), std::move(point));
         clearFailures();
-        ASSERT_TRUE(DBTools::saveNet(gDB, kNet, *mContents, true));
+        ASSERT_TRUE(DBTools::saveNet(gDB, kNet, *mContents, true)) << qPrintable(failures().value(0).error);
         EXPECT_EQ(failureCount(), 0);
         EXPECT_EQ(ownersOf("BusLine", "busLineID", "name", "BusStationLine"), "front 0, one 2, two 2");
         EXPECT_EQ(ownersOf("ReduceSpeedArea", "reduceSpeedAreaID", "name", "ReduceSpeedInterval"),
@@ -277,6 +279,36 @@ TEST_P(WholeSaveTest, OneThatFailsAtAnyTableChangesNothing) {
     refuse(QStringLiteral("update"), QStringLiteral("LinkType"));
     expectNoSave(None, QStringLiteral("link types"));
     letPass(QStringLiteral("LinkType"));
+    expectThatOthersCanBePutInFront();
+}
+
+/// Another program reads the file, or a check of the server waits for the end.
+TEST_P(WholeSaveTest, OneWhoseEndIsRefusedChangesNothing) {
+    const QString reader = QStringLiteral("reader");
+    if (isPostgres())
+        execute(QStringLiteral("create function late() returns trigger language plpgsql as "
+                               "'begin raise exception ''refused''; end'"));
+    for (const Way way : {Own, None}) {
+        if (isPostgres()) {
+            execute(QStringLiteral("create constraint trigger late after insert on Link deferrable initially "
+                                   "deferred for each row execute function late()"));
+        } else {
+            execute(QStringLiteral("pragma busy_timeout = 0"));
+            QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), reader);
+            db.setDatabaseName(path());
+            ASSERT_TRUE(db.open());
+            QSqlQuery query(db);
+            ASSERT_TRUE(query.exec(QStringLiteral("begin")) &&
+                        query.exec(QStringLiteral("select count(*) from Link")) && query.next());
+        }
+        expectNoSave(way, QStringLiteral("the end is refused"));
+        EXPECT_EQ(failureCount(), 1);
+        if (isPostgres())
+            execute(QStringLiteral("drop trigger late on Link"));
+        QSqlDatabase::removeDatabase(reader);
+        // A connection keeps the error of a commit, and is not used before it is opened again.
+        reopen();
+    }
     expectThatOthersCanBePutInFront();
 }
 
