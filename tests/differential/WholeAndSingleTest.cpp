@@ -96,6 +96,12 @@ protected:
     std::string firstFailure() const {
         return failures().isEmpty() ? std::string() : qPrintable(failures().first().error);
     }
+    /// A server puts new rows where those that are gone have left room, and children in the order of their
+    /// places would not come as written.
+    void closeGaps(const QStringList &tables) {
+        if (isPostgres())
+            execute(QStringLiteral("vacuum full ") + tables.join(QLatin1String(", ")));
+    }
     /// Takes the standard compositions out of a new store of one network: they would refuse a network that
     /// has types only.
     void emptyCatalogue() {
@@ -206,9 +212,8 @@ TEST_P(WholeAndSingleTest, LoadADamagedNetworkAndReportAllThatIsLeftOut) {
 }
 
 TEST_P(WholeAndSingleTest, SaveWhatADamagedNetworkLoadsAs) {
-    if (isPostgres())
-        GTEST_SKIP() << "a server puts new rows where damage has left room";
-    forEachPlan([this](const NetPlan &plan) {
+    letReferencesDangle();
+    const auto saveAgain = [this](const NetPlan &plan) {
         auto net = make(plan);
         const long first = nextNet();
         save(*net, first);
@@ -218,6 +223,7 @@ TEST_P(WholeAndSingleTest, SaveWhatADamagedNetworkLoadsAs) {
         const auto once = load(first);
         const long second = nextNet();
         emptyCatalogue();
+        closeGaps(storedRows(first, hasSeveralNets()).keys());
         save(*once, second);
         dropRepeatedDetectorTypes(*once);
         dropBreakPointsOfLinks(*once);
@@ -227,7 +233,8 @@ TEST_P(WholeAndSingleTest, SaveWhatADamagedNetworkLoadsAs) {
         dropBreakPointsOfLinks(*twice);
         expectSame(texts, textsOf(*twice));
         expectSame({}, rowsUnaccountedFor(*twice, storedRows(second, hasSeveralNets())));
-    });
+    };
+    forEachPlan(saveAgain, isPostgres() ? 3 : 9);
 }
 
 /// A load and a save that are given up at a step, or that the engine refuses a table.
@@ -328,9 +335,7 @@ TEST_P(GivingUpTest, ASaveLeavesNothingAndTheNextOneIsLikeTheFirst) {
         if (withOthers)
             putOthersInFront(*net);
         steps.removeDuplicates();
-        // A server would put new rows where withdrawn ones have left room.
-        if (isPostgres())
-            execute(QStringLiteral("vacuum full ") + steps.join(QLatin1String(", ")));
+        closeGaps(steps);
         save(*net, second);
         expectSame(expected, readTexts(second));
     };
