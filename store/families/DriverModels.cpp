@@ -63,7 +63,7 @@ bool readSet(const Store &store, const Sql &sql, DriveFollowedModelParam &param)
         return false;
     if (row.next())
         ::readAll(row, kFollowingColumns, param);
-    return true;
+    return row.isComplete();
 }
 
 } // namespace

@@ -79,7 +79,7 @@ bool read(const Store &store, Configuration &configuration) {
         return false;
     if (row.next())
         readRow(row, configuration);
-    return true;
+    return row.isComplete();
 }
 
 void load(NetLoad &net) {

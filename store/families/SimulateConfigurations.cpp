@@ -90,7 +90,7 @@ bool read(const Store &store, SimulateConfiguration &configuration) {
         return false;
     if (row.next())
         readRow(row, configuration);
-    return true;
+    return row.isComplete();
 }
 
 void load(NetLoad &net) {

@@ -13,6 +13,8 @@ namespace usagelog {
 
 namespace {
 
+const QString kTable = QStringLiteral("Logger");
+
 constexpr const char *kColumnsOfStore = "select * from Logger where 1 = 0";
 constexpr Sql kSelectId = {"select logID from Logger where logID = %1",
                            "select logID from Logger where NetId = %0 and logID = %1"};
@@ -56,16 +58,16 @@ void fillIn(const Store &store, Logger &event) {
 
 /// An id from the counter; past the largest in use when a row that was written without the counter has it.
 bool drawId(const Store &store, long &id) {
-    if (!identifiers::next(store, QStringLiteral("Logger"), id))
+    if (!identifiers::next(store, kTable, id))
         return false;
     Query taken(store, kSelectId, {id});
     if (!taken.exec())
         return false;
     if (!taken.next())
-        return true;
+        return taken.isComplete();
     taken.finish();
     Query largest(store, kSelectLargestId);
-    if (!largest.execAndNext())
+    if (!largest.execAndNext() || !identifiers::requireId(store, kTable, largest.firstInteger() + 1))
         return false;
     id = largest.firstId() + 1;
     return true;

@@ -6,6 +6,7 @@
 #include "host/store/GuardedTransaction.h"
 #include "host/sumo/NetReader.h"
 #include "tests/support/Places.h"
+#include "tests/support/Reads.h"
 #include "tests/support/StoreFixture.h"
 
 #include <QSqlQuery>
@@ -229,6 +230,17 @@ TEST_F(NetworkImport, PassesHighIdentifiersOfOtherNetworksAtOnceAndRefusesToGoBe
             << failure.what();
     }
     EXPECT_EQ(rows(QStringLiteral("select * from IDGenerater")) + contents(second + 1), before);
+}
+
+TEST_F(NetworkImport, IdentifiersThatCannotBeAskedForAreNotTakenForFree) {
+    openTemplate("EmptyNet_V6.0.0");
+    const Reads reads("Lane");
+    try {
+        import(twoEdges(false), QStringLiteral("n"));
+        FAIL() << "the import went through";
+    } catch (const Failure &failure) {
+        EXPECT_TRUE(failure.message().startsWith(QLatin1String("Lane cannot be read ("))) << failure.what();
+    }
 }
 
 TEST_F(NetworkImport, ARefusedRowLeavesTheStoreAsItWas) {

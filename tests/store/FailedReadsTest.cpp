@@ -1,17 +1,14 @@
-#include "model/Net.h"
 #include "model/NetContents.h"
-#include "model/SignalGroup.h"
-#include "tests/support/Builders.h"
-#include "tests/support/OldStores.h"
+#include "tests/differential/RandomNet.h"
 #include "tests/support/OtherProcess.h"
+#include "tests/support/Reads.h"
 #include "tests/support/StatementList.h"
 #include "tests/support/StatementTrace.h"
 #include "tests/support/StoreFixture.h"
-#include "tests/support/StoreText.h"
 
+#include <QRegularExpression>
 #include <QSqlQuery>
 
-#include <set>
 #include <sqlite3.h>
 
 // A read that fails is no answer: every operation says so, writes nothing on the strength of it, and leaves a
@@ -47,37 +44,24 @@ private:
     Trial mTrial;
 };
 
+/// Whole networks, which the golden lists do without.
+void saveAndLoad(StatementList &list) {
+    differential::NetPlan plan;
+    plan.severalNets = DBTools::dbVer() >= 6;
+    const long net = plan.severalNets ? 2 : StatementList::kNet;
+    const auto contents = differential::RandomNet(plan).make();
+    list.addWrite(QStringLiteral("saveNet"), [&](bool flag) { DBTools::saveNet(gDB, net, *contents, flag); });
+    NetContents loaded;
+    list.add(QStringLiteral("loadNet"), [&] { DBTools::loadNet(gDB, net, loaded); });
+    EXPECT_EQ(loaded.links.size(), contents->links.size());
+}
+
 QString recordedTexts() {
     QStringList texts;
     for (const CallDbResult &failure : DBTools::mlCallDbResult + DBTools_V6::mlCallDbResult)
         texts.append(failure.sql + QStringLiteral(": ") + failure.error);
     return texts.join(QLatin1Char('\n'));
 }
-
-/// What the engine asks leave for: reading tables, and questions for columns.
-class Reads {
-public:
-    Reads() { sqlite3_set_authorizer(engineOf(gDB), onRead, this); }
-    explicit Reads(std::string denied) : Reads() { mDenied = std::move(denied); }
-    ~Reads() { sqlite3_set_authorizer(engineOf(gDB), nullptr, nullptr); }
-    Reads(const Reads &) = delete;
-    Reads &operator=(const Reads &) = delete;
-
-    const std::set<std::string> &tables() const { return mTables; }
-
-private:
-    static int onRead(void *self, int action, const char *name, const char *, const char *, const char *) {
-        auto *reads = static_cast<Reads *>(self);
-        if ((action != SQLITE_READ && action != SQLITE_PRAGMA) || !name)
-            return SQLITE_OK;
-        const std::string table = action == SQLITE_PRAGMA ? "a pragma" : name;
-        reads->mTables.insert(table);
-        return table == reads->mDenied ? SQLITE_DENY : SQLITE_OK;
-    }
-
-    std::string mDenied;
-    std::set<std::string> mTables;
-};
 
 class FailedReadsTest : public StoreKindFixture {
 protected:
@@ -93,6 +77,7 @@ protected:
                         trial(operation, call);
                 });
         }
+        tryAll(saveAndLoad, trial);
     }
     virtual void tryAll(StatementFamily::Recorder recorder, const Trials::Trial &trial) {
         openNewStore();
@@ -161,14 +146,25 @@ INSTANTIATE_TEST_SUITE_P(Stores, FailedReadsFileTest, testing::ValuesIn(kFileKin
 class FailedReadsServerTest : public FailedReadsTest {
 protected:
     void tryAll(StatementFamily::Recorder recorder, const Trials::Trial &trial) override {
-        openNewStore();
-        letReferencesDangle();
+        emptyDatabase();
         execute(QStringLiteral("create temp table own(id int)"));
         Trials trials(trial);
         recorder(trials);
     }
+    void prepare() override { letReferencesDangle(); }
 
-    /// Carries out @p call in a transaction with a row of the caller's, after @p fault; the row must stay.
+    /// The database with nothing but its network 1 again: a new one takes its time.
+    void emptyDatabase() {
+        for (const QString &statement :
+             rows(QStringLiteral("select 'delete from ' || tablename from pg_tables where schemaname = "
+                                 "'public' and tablename not in ('dbversion', 'net')")))
+            execute(statement);
+        execute(QStringLiteral("delete from Net where NetId <> 1"));
+        reopen();
+    }
+
+    /// Carries out @p call in a transaction with a row of the caller's, after @p fault; the transaction must
+    /// still be that of the row.
     static void tryWith(const QString &fault, const QString &operation, const Call &call) {
         clearFailures();
         Trials::insideTransaction([&] {
@@ -176,46 +172,43 @@ protected:
             ASSERT_TRUE(own.exec(QStringLiteral("insert into pg_temp.own values(7)")));
             ASSERT_TRUE(own.exec(fault)) << qPrintable(fault);
             call(false);
-            EXPECT_TRUE(own.exec(QStringLiteral("select id from pg_temp.own")) && own.next())
+            EXPECT_TRUE(own.exec(QStringLiteral("select id from pg_temp.own where xmin::text = "
+                                                "txid_current()::text")) &&
+                        own.next())
                 << qPrintable(operation + QStringLiteral(" after ") + fault);
         });
     }
-    /// The tables, or the sequences, that @p call needs.
-    static QStringList needsOf(const Call &call, QChar kind) {
+    /// The tables and the sequences that @p call needs, each led by its kind.
+    static QStringList needsOf(const Call &call) {
         QStringList needs;
         Trials::insideTransaction([&] {
             call(false);
             QSqlQuery locks(gDB);
-            ASSERT_TRUE(locks.exec(
-                QStringLiteral(
-                    "select distinct relname from pg_locks join pg_class on pg_class.oid = relation "
-                    "where pid = pg_backend_pid() and relnamespace = 'public'::regnamespace and "
-                    "relkind = '%1'")
-                    .arg(kind)));
+            ASSERT_TRUE(locks.exec(QStringLiteral(
+                "select distinct case relkind when 'S' then 'sequence ' else 'table ' end || relname "
+                "from pg_locks join pg_class on pg_class.oid = relation where pid = pg_backend_pid() and "
+                "relnamespace = 'public'::regnamespace and relkind in ('r', 'S') order by 1")));
             while (locks.next())
                 needs.append(locks.value(0).toString());
         });
         return needs;
     }
-    /// A role without rights, one that may only ask for the version, one that may only read; each table and
-    /// each sequence missing, and all of them.
+    /// Nothing that can be found; a table or a sequence that is missing; a role that may only ask for the
+    /// version, and one that may only read.
     static QStringList faultsOf(const Call &call) {
         QStringList faults = {QStringLiteral("set local search_path = pg_temp")};
-        const QStringList tables = needsOf(call, QLatin1Char('r'));
-        const QStringList sequences = needsOf(call, QLatin1Char('S'));
-        // What goes through all tables treats them alike.
-        const int step = 1 + tables.size() / 4;
-        for (int i = 0; i < tables.size(); i += step)
-            faults.append(QStringLiteral("alter table %1 rename to gone").arg(tables.at(i)));
-        for (const QString &sequence : sequences)
-            faults.append(QStringLiteral("alter sequence %1 rename to gone").arg(sequence));
-        const QString all = (tables + sequences).join(QLatin1String(", "));
-        if (all.isEmpty())
+        QStringList needs = needsOf(call);
+        // What goes through all of them treats them alike, and takes its time.
+        const int step = 1 + needs.size() / 6;
+        for (int i = 0; i < needs.size(); i += step)
+            faults.append(QStringLiteral("alter %1 rename to gone").arg(needs.at(i)));
+        if (needs.isEmpty())
             return faults;
+        needs.replaceInStrings(QRegularExpression(QStringLiteral("^\\w+ ")), QString());
+        const QString all = needs.join(QLatin1String(", "));
         const QString revoke = QStringLiteral("revoke all on %1 from current_user").arg(all);
         const QString grant = QStringLiteral("; grant select on %1 to current_user");
-        return faults +
-               QStringList{revoke, revoke + grant.arg(QStringLiteral("DbVersion")), revoke + grant.arg(all)};
+        return faults + QStringList{revoke + grant.arg(QStringLiteral("DbVersion")), revoke + grant.arg(all)};
     }
 };
 
@@ -230,210 +223,28 @@ TEST_P(FailedReadsServerTest, ATransactionOfTheCallersSurvivesEveryFailure) {
     EXPECT_GT(recorded, 200) << "the faults have to be faults";
 }
 
+TEST_P(FailedReadsServerTest, AnOwnTransactionDoesNotEndTheCallers) {
+    int refused = 0;
+    onEveryOperation([&](const QString &operation, const Call &call) {
+        tryWith(QStringLiteral("select 1"), operation, [&call](bool) { call(true); });
+        refused += recordedTexts().contains(QStringLiteral("within a transaction")) ? 1 : 0;
+    });
+    EXPECT_GT(refused, 30);
+}
+
+TEST_P(FailedReadsServerTest, InATransactionThatHasFailedNothingIsAnswered) {
+    int recorded = 0;
+    onEveryOperation([&](const QString &, const Call &call) {
+        clearFailures();
+        Trials::insideTransaction([&] {
+            QSqlQuery(gDB).exec(QStringLiteral("nonsense"));
+            call(false);
+        });
+        recorded += failureCount() > 0 ? 1 : 0;
+    });
+    EXPECT_GT(recorded, 100);
+}
+
 INSTANTIATE_TEST_SUITE_P(Stores, FailedReadsServerTest, testing::Values(kStoreKinds[2]), storeKindName);
-
-/// What a version that cannot be read used to do.
-class UnreadableVersionTest : public StoreFixture {
-protected:
-    void fill() {
-        ASSERT_TRUE(DBTools_V6::insertNet(gDB, 2, QStringLiteral("b"), {}, {}, {}, {}, false, true));
-        for (const long net : {kNet, 2L}) {
-            ASSERT_TRUE(DBTools_V6::insertLink(gDB, net, sampleLink(7 + net).get(), true));
-            ASSERT_TRUE(DBTools_V6::initDictionary(gDB, net, true));
-        }
-        clearFailures();
-    }
-    static void expectRefused(bool result, const char *operation) {
-        EXPECT_FALSE(result) << operation;
-        EXPECT_EQ(DBTools::mlCallDbResult.size(), 1) << operation;
-        EXPECT_EQ(failureCount(), 1) << operation;
-        EXPECT_TRUE(DBTools::mlCallDbResult.value(0).sql.contains(QStringLiteral("DbVersion"))) << operation;
-        clearFailures();
-    }
-};
-
-TEST_F(UnreadableVersionTest, NoOtherNetworkIsTouched) {
-    openTemplate("EmptyNet_V6.0.0");
-    fill();
-    const QStringList before = contentOf(path());
-    QList<ChangeLaneModelParam> sets = {ChangeLaneModelParam(1)};
-    NetContents contents;
-    NetContents another;
-    const std::pair<const char *, std::function<bool()>> operations[] = {
-        {"removeNetData", [] { return DBTools::removeNetData(gDB, 2, true); }},
-        {"saveChangeLaneParam", [&] { return DBTools::saveChangeLaneParam(gDB, 2, sets, true); }},
-        {"loadNet", [&] { return DBTools::loadNet(gDB, 2, contents); }},
-        {"saveNet", [&] { return DBTools::saveNet(gDB, 3, another, true); }},
-        {"updateNet", [] { return DBTools::updateNet(gDB, 2, true); }},
-        {"selectLinkByID", [] { return DBTools::selectLinkByID(gDB, 2, 8) != nullptr; }},
-    };
-    const std::unique_ptr<Link> held(DBTools::selectLinkByID(gDB, kNet, 8));
-    for (const auto &[name, operation] : operations) {
-        OtherProcess other(OtherProcess::Holds::File);
-        other.letGoAtTheFirstWait();
-        expectRefused(operation(), name);
-    }
-    EXPECT_TRUE(contents.links.empty());
-    EXPECT_TRUE(contentOf(path()) == before);
-
-    gDB.close();
-    EXPECT_FALSE(DBTools::updateNet(gDB, kNet, true));
-    EXPECT_EQ(failureCount(), 1);
-    EXPECT_FALSE(DBTools::hasTable(gDB, QStringLiteral("Link")));
-    EXPECT_FALSE(DBTools::tableHasField(gDB, QStringLiteral("Link"), QStringLiteral("roadid")));
-    EXPECT_EQ(DBTools::selectDbVersion(gDB), 0);
-    EXPECT_EQ(failureCount(), 4);
-}
-
-TEST_F(UnreadableVersionTest, OnAServerALockThatIsNotHadInTimeIsAFailure) {
-    openPostgres();
-    if (IsSkipped())
-        return;
-    fill();
-    const int links = count(QStringLiteral("Link"));
-    execute(QStringLiteral("set lock_timeout = '20ms'"));
-    {
-        QSqlDatabase other = QSqlDatabase::cloneDatabase(gDB, QStringLiteral("other session"));
-        ASSERT_TRUE(other.open());
-        ASSERT_TRUE(other.transaction());
-        QSqlQuery lock(other);
-        ASSERT_TRUE(lock.exec(QStringLiteral("lock table DbVersion in access exclusive mode")));
-        expectRefused(DBTools::removeNetData(gDB, 2, true), "removeNetData");
-        ASSERT_TRUE(gDB.transaction());
-        expectRefused(DBTools::removeNetData(gDB, 2, false), "removeNetData in a transaction");
-        EXPECT_TRUE(gDB.commit());
-        other.rollback();
-    }
-    QSqlDatabase::removeDatabase(QStringLiteral("other session"));
-    EXPECT_EQ(count(QStringLiteral("Link")), links);
-    EXPECT_TRUE(DBTools::removeNetData(gDB, 2, true));
-    EXPECT_EQ(count(QStringLiteral("Link")), links - 1);
-}
-
-/// Answers that operations depend on, on files.
-class UnansweredTest : public StoreKindFixture {};
-
-TEST_P(UnansweredTest, NoNetworkIsWrittenTwice) {
-    const QString name = gNet.name;
-    NetContents contents;
-    contents.record.name = QStringLiteral("another");
-    {
-        const Reads reads("Net");
-        EXPECT_FALSE(DBTools::insertNet(gDB, 9, name, {}, {}, {}, QString(), true));
-        EXPECT_EQ(failureCount(), 1);
-        EXPECT_FALSE(hasSeveralNets() && DBTools_V6::insertNet(gDB, kNet, name, {}, {}, {}, {}, true, true));
-        clearFailures();
-        EXPECT_FALSE(DBTools::saveNet(gDB, kNet, contents, true));
-        EXPECT_EQ(failureCount(), 1);
-    }
-    EXPECT_EQ(count(QStringLiteral("Net")), 1);
-}
-
-TEST_P(UnansweredTest, NoIdentifierIsDrawnWhereTheOnesInUseCannotBeRead) {
-    ASSERT_TRUE(DBTools::insertLink(gDB, kNet, sampleLink(40).get(), true));
-    long id = 7;
-    ASSERT_TRUE(DBTools::getIDByTableName(gDB, QStringLiteral("Link"), id));
-    EXPECT_EQ(id, 41);
-    const QString question = QStringLiteral("select ID from IDGenerater where TableName = 'Link'");
-    const QStringList counter = rows(question);
-    DBTools::mhId.clear();
-    id = 7;
-    {
-        const Reads reads("Link");
-        EXPECT_FALSE(DBTools::getIDByTableName(gDB, QStringLiteral("Link"), id));
-        EXPECT_EQ(id, hasSeveralNets() ? 0 : 7);
-        EXPECT_EQ(failureCount(), 1);
-        EXPECT_EQ(DBTools::getMaxID(gDB, kNet, QStringLiteral("Link")), 0);
-        EXPECT_EQ(failureCount(), 2);
-    }
-    EXPECT_EQ(rows(question), counter);
-    clearFailures();
-    EXPECT_EQ(DBTools::getMaxID(gDB, kNet, QStringLiteral("Link; drop table Net")), 0);
-    EXPECT_EQ(failureCount(), 0) << "a table without an id column";
-    execute(QStringLiteral("drop table GuideArrow"));
-    EXPECT_EQ(DBTools::getMaxID(gDB, kNet, QStringLiteral("GuideArrow")), 0);
-    EXPECT_EQ(failureCount(), 0) << "a store without the table has none in use";
-}
-
-TEST_P(UnansweredTest, WhatCannotBeProbedIsNotTakenForMissing) {
-    {
-        const Reads reads("a pragma");
-        EXPECT_FALSE(DBTools::insertLink(gDB, kNet, sampleLink(40).get(), true)) << "without its geometry";
-        EXPECT_EQ(failureCount(), 1);
-    }
-    clearFailures();
-    const QStringList before = contentOf(path());
-    {
-        const Reads reads("sqlite_master");
-        NetContents contents;
-        EXPECT_EQ(DBTools::loadNet(gDB, kNet, contents), hasSeveralNets())
-            << "a store of one network is asked for each table";
-        DBTools::updateDatabase(gDB);
-        EXPECT_GT(failureCount(), 0);
-        EXPECT_TRUE(DBTools::mlCallDbResult.last().sql.startsWith(QStringLiteral("select ")))
-            << "no table is made";
-    }
-    EXPECT_TRUE(contentOf(path()) == before);
-}
-
-TEST_P(UnansweredTest, HalfAnObjectIsNone) {
-    execute(QStringLiteral("insert into SignalGroup values(%1)")
-                .arg(hasSeveralNets() ? QStringLiteral("1, 4, 'g', 60, 0, 60")
-                                      : QStringLiteral("4, 'g', 60, 0, 60")));
-    addRow(QStringLiteral("SignalPhase"), QStringLiteral("signalPhaseID, signalGroupID, name, serialNumber"),
-           QStringLiteral("41, 4, 'p', 1"));
-    addRow(QStringLiteral("SignalColor"), QStringLiteral("signalPhaseID, serialNumber, color, timeLength"),
-           QStringLiteral("41, 1, 'Red', 60"));
-    const auto link = sampleLink(7);
-    const auto second = sampleLink(8);
-    ASSERT_TRUE(DBTools::insertLink(gDB, kNet, link.get(), true));
-    ASSERT_TRUE(DBTools::insertLink(gDB, kNet, second.get(), true));
-    const auto path = sampleConnector(5, link.get(), second.get());
-    ASSERT_TRUE(DBTools::insertConnector(gDB, kNet, path.get(), true));
-    clearFailures();
-    const auto readsLink = [] { return !!std::unique_ptr<Link>(DBTools::selectLinkByID(gDB, kNet, 7)); };
-    const auto readsGroup = [] {
-        return !!std::unique_ptr<SignalGroup>(DBTools::selectSignalGroupByID(gDB, kNet, 4));
-    };
-    const auto readsConnector = [] {
-        const std::unique_ptr<Link> from(DBTools::selectLinkByID(gDB, kNet, 7));
-        const std::unique_ptr<Link> to(DBTools::selectLinkByID(gDB, kNet, 8));
-        return !!std::unique_ptr<Connector>(DBTools::selectConnectorByID(gDB, kNet, 5));
-    };
-    const std::pair<const char *, std::function<bool()>> parts[] = {
-        {"LinkVertex", readsLink},   {"Node", readsLink},         {"Lane", readsLink},
-        {"SignalPhase", readsGroup}, {"SignalColor", readsGroup}, {"LaneConnector", readsConnector}};
-    for (const auto &[table, isRead] : parts) {
-        EXPECT_TRUE(isRead()) << table;
-        EXPECT_EQ(failureCount(), 0) << table;
-        {
-            const Reads reads(table);
-            EXPECT_FALSE(isRead()) << table;
-        }
-        EXPECT_EQ(failureCount(), 1) << table;
-        clearFailures();
-        EXPECT_EQ(gNet.getLinkById(7), nullptr) << table;
-    }
-    // A store that lacks the table has none of the parts.
-    execute(QStringLiteral("drop table SignalColor"));
-    EXPECT_TRUE(readsGroup());
-    EXPECT_EQ(failureCount(), 1);
-}
-
-INSTANTIATE_TEST_SUITE_P(Stores, UnansweredTest, testing::ValuesIn(kFileKinds), storeKindName);
-
-TEST_F(UnreadableVersionTest, AnOpeningThatCannotReadTheStoreFails) {
-    openPostgres();
-    if (IsSkipped())
-        return;
-    execute(QStringLiteral("revoke all on LinkType from current_user"));
-    EXPECT_FALSE(DBTools::openDatabase(gDB, {}, true));
-    ASSERT_EQ(failureCount(), 1);
-    EXPECT_TRUE(DBTools::mlCallDbResult.first().sql.contains(QStringLiteral("LinkType")));
-    execute(QStringLiteral("drop table LinkType"));
-    EXPECT_TRUE(DBTools::openDatabase(gDB, {}, true))
-        << "a store without the table has no Chinese link types";
-    EXPECT_EQ(failureCount(), 0);
-}
 
 } // namespace

@@ -138,6 +138,27 @@ TEST_P(StoredTextTest, BytesAndTextsGiveTheSameInBothWays) {
     EXPECT_EQ(failureCount(), 0);
 }
 
+TEST_P(StoredTextTest, SettingsThatCannotBeReadAreAFailure) {
+    const QString damaged = QStringLiteral("cast(x'C3' as text)");
+    execute(QStringLiteral("delete from SimulateConfiguration"));
+    addRow(QStringLiteral("SimulateConfiguration"), QStringLiteral("simuTimeInterval, recordTrace"),
+           QStringLiteral("900, ") + damaged);
+    execute(QStringLiteral("update Configuration set showGrid = ") + damaged);
+    execute(
+        QStringLiteral("update DriveFollowedModelParam set alfa = %1 where modelParamID = 1").arg(damaged));
+    SimulateConfiguration simulation;
+    EXPECT_FALSE(DBTools::selectSimuConfiguration(gDB, kNet, simulation));
+    EXPECT_EQ(failureCount(), 1);
+    Configuration scene;
+    EXPECT_FALSE(DBTools::selectConfiguration(gDB, kNet, scene));
+    EXPECT_EQ(failureCount(), 2);
+    DriveFollowedModelParam first;
+    DriveFollowedModelParam second;
+    EXPECT_FALSE(DBTools::selectDriveFollowedModelParam(gDB, kNet, first, second));
+    EXPECT_EQ(failureCount(), 3);
+    EXPECT_EQ(second.modelParamID, 2) << "the sound one is read";
+}
+
 INSTANTIATE_TEST_SUITE_P(Stores, StoredTextTest, testing::ValuesIn(kFileKinds), storeKindName);
 
 } // namespace

@@ -78,6 +78,17 @@ TEST_P(UsageLogTest, PassesIdsThatRowsUse) {
     EXPECT_TRUE(DBTools::logInfo(gDB, kNet, Logger()));
     EXPECT_EQ(count(QStringLiteral("Logger")), 4);
     EXPECT_EQ(failureCount(), 0);
+    // None follows the largest there can be, also where the id that was drawn has to give way.
+    for (const char *id : {"5003", "2147483647"})
+        execute(QStringLiteral("insert into Logger(%1logID,appVersionName,appVersionDate,operation,operDate) "
+                               "values(%2 %3,'1','1','old','20200101000000')")
+                    .arg(netColumn(), netValue(), QLatin1String(id)));
+    EXPECT_FALSE(DBTools::logInfo(gDB, kNet, Logger()));
+    ASSERT_EQ(failures().size(), 1);
+    EXPECT_TRUE(failures().first().error.startsWith(
+        QStringLiteral("Table Logger would get the identifier 2147483648")))
+        << qPrintable(failures().first().error);
+    EXPECT_EQ(count(QStringLiteral("Logger")), 6);
 }
 
 TEST_P(UsageLogTest, AFailedAppendLeavesTheCallersTransaction) {
