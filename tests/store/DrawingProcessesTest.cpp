@@ -23,13 +23,13 @@ int draws() {
     return qEnvironmentVariableIsSet(kDraws) ? qEnvironmentVariableIntValue(kDraws) : 5000;
 }
 
-/// Saves a network with an identifier of its own somewhat ahead of the sequence, which the save has to pass,
-/// and one that it is given; then takes it all back.
-long saveAhead(long last) {
+/// Saves a network with an identifier of its own somewhat ahead of the sequence, which the save has to pass
+/// while others may have done so, and one that it is given; then takes it all back.
+long saveAhead(long ahead) {
     NetContents contents;
     contents.links.push_back(sampleLink(7));
     contents.links.push_back(sampleLink(8));
-    contents.links.front()->linkID = last + 40;
+    contents.links.front()->linkID = ahead;
     contents.links.back()->linkID = 0;
     EXPECT_TRUE(gDB.transaction());
     EXPECT_TRUE(DBTools::saveNet(gDB, 2 + qEnvironmentVariableIntValue(kSeed), contents, false))
@@ -62,7 +62,7 @@ TEST(DrawingProcess, DISABLED_PrintsWhatItWasGiven) {
             ASSERT_TRUE(random.bounded(2) == 0 ? gDB.commit() : gDB.rollback());
         }
         if (random.bounded(10) == 0)
-            out << "drawn " << saveAhead(id) << '\n';
+            out << "drawn " << saveAhead(id + 1 + long(random.bounded(10))) << '\n';
     }
     gDB.close();
 }

@@ -3,6 +3,8 @@
 #include "tests/support/Host.h"
 #include "tests/support/StoreFixture.h"
 
+#include <QSqlQuery>
+
 #include <memory>
 
 namespace {
@@ -138,6 +140,17 @@ TEST_F(PostgresTest, SequencesAreThoseThatStatementsFind) {
     execute(QStringLiteral("create sequence \"seq_a\"\"b'c;_id\" start 70"));
     EXPECT_EQ(draw("A\"b'c;"), 70);
     EXPECT_EQ(failureCount(), 0);
+}
+
+TEST_F(PostgresTest, ASequenceThatCannotBeLookedForIsNotTakenForMissing) {
+    EXPECT_EQ(draw("Link"), 1);
+    ASSERT_TRUE(gDB.transaction());
+    QSqlQuery(gDB).exec(QStringLiteral("nonsense")); // the server answers nothing more
+    long id = 0;
+    EXPECT_FALSE(DBTools_V6::getIDByTableName(gDB, kNet, QStringLiteral("Link"), id));
+    EXPECT_EQ(failureCount(), 1) << "no other sequence is looked for";
+    ASSERT_TRUE(gDB.rollback());
+    EXPECT_EQ(draw("Link"), 2);
 }
 
 TEST_F(PostgresTest, BackslashesAreNothingSpecialWhateverTheServerIsSetTo) {

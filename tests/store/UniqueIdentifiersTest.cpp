@@ -99,6 +99,18 @@ TEST_P(UniqueIdentifiersTest, RowsAreAskedWhereThereIsNoCounter) {
     EXPECT_EQ(draw("Link"), 2);
 }
 
+TEST_P(UniqueIdentifiersTest, WhatASavedNetworkBringsAlongIsNotDrawn) {
+    EXPECT_EQ(draw("Link"), 1);
+    NetContents contents;
+    for (const long id : {2L, 5L})
+        contents.links.push_back(sampleLink(id));
+    ASSERT_TRUE(DBTools::saveNet(gDB, kNet, contents, true));
+    for (int i = 0; i < 10; ++i) {
+        const long id = draw("Link");
+        EXPECT_TRUE(id > 1 && id != 2 && id != 5) << id;
+    }
+}
+
 TEST_P(UniqueIdentifiersTest, TablesThatHostsDoNotListAreAskedToo) {
     letReferencesDangle();
     addRow(QStringLiteral("AccidentZone"),
