@@ -1,7 +1,9 @@
 #include "tests/differential/KnownDifferences.h"
 
+#include "model/BusStationLine.h"
 #include "model/Lane.h"
 #include "model/LaneConnector.h"
+#include "model/PassengerArriving.h"
 
 #include "store/DBTools.h"
 
@@ -134,6 +136,30 @@ void dropRepeatedDetectorTypes(NetContents &net) {
         QList<long> &codes = detector->mlVehiTypeCode;
         std::sort(codes.begin(), codes.end());
         codes.erase(std::unique(codes.begin(), codes.end()), codes.end());
+    }
+}
+
+void dropOrderOfPlaces(NetContents &net) {
+    const auto sortBy = [](auto &list, const auto &key) {
+        std::stable_sort(list.begin(), list.end(),
+                         [&key](const auto *a, const auto *b) { return key(*a) < key(*b); });
+    };
+    for (const auto &link : net.links)
+        sortBy(link->mlLane, [](const Lane &lane) { return std::make_pair(lane.serialNumber, lane.laneID); });
+    for (const auto &connector : net.connectors)
+        sortBy(connector->mlLaneConnector, [](const LaneConnector &lanes) {
+            return std::make_pair(lanes.mpStartLane->laneID, lanes.mpEndLane->laneID);
+        });
+    for (const auto &group : net.traffic.signalGroups)
+        sortBy(group->mlPhase, [](const SignalPhase &phase) { return phase.signalPhaseID; });
+    for (const auto &area : net.traffic.speedAreas)
+        sortBy(area->mlSpeedInterval,
+               [](const ReduceSpeedInterval &interval) { return interval.intervalID; });
+    for (const auto &line : net.traffic.busLines) {
+        sortBy(line->mlStationLine, [](const BusStationLine &stop) { return stop.stationLineID; });
+        for (BusStationLine *stop : qAsConst(line->mlStationLine))
+            sortBy(stop->mlPassengerArriving,
+                   [](const PassengerArriving &arrival) { return arrival.passengerArrivingID; });
     }
 }
 

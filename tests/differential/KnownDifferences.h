@@ -34,6 +34,10 @@ void dropBreakPointsOfLinks(NetContents &net);
 /// stands for each code.
 void dropRepeatedDetectorTypes(NetContents &net);
 
+/// Takes away the order in which children without a number of their own were written. A file keeps it. A
+/// server puts a row wherever a page has room for it, and gives the rows in the order of their places.
+void dropOrderOfPlaces(NetContents &net);
+
 /// Takes away the edges of lane connectors, for which upgraded stores have no columns.
 void dropEdgesOfLaneConnectors(NetContents &net);
 
