@@ -14,6 +14,8 @@
 #include <QSqlQuery>
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 namespace differential {
 
 namespace {
@@ -83,6 +85,8 @@ constexpr Column kJson[] = {{"Link", "centerLinePointsJson"},
                             {"Connector", "rightBreakPointsJson"},
                             {"LaneConnector", "centerLinePointsJson"}};
 
+constexpr char kCutJson[] = "{\"data\":[";
+
 constexpr Column kMeasures[] = {{"Link", "length"},
                                 {"Lane", "width"},
                                 {"Vertex", "x"},
@@ -117,7 +121,8 @@ public:
         case 5:
             return share();
         case 6:
-            return refer(kJson[mRandom.below(std::size(kJson))], QStringLiteral("'{\"data\":['"));
+            return refer(kJson[mRandom.below(std::size(kJson))],
+                         QLatin1Char('\'') + QLatin1String(kCutJson) + QLatin1Char('\''));
         default:
             return isSqlite() ? refer(kMeasures[mRandom.below(std::size(kMeasures))],
                                       mRandom.chance(0.5) ? QStringLiteral("'wide'") : QStringLiteral("2.9"))
@@ -304,6 +309,38 @@ QMap<QString, int> rowsOf(const NetContents &net) {
         {QStringLiteral("configuration"), net.settings.scene ? 1 : 0}};
 }
 
+/// How many rows of links the load reports for that reason.
+qint64 reportedOfLinks(const NetContents &loaded, const char *reason) {
+    for (const SkippedRows &rows : loaded.skipped) {
+        if (rows.table == QLatin1String("Link") && rows.reason.startsWith(QLatin1String(reason)))
+            return rows.count;
+    }
+    return 0;
+}
+
+/// What links are taken without: nodes whose rows are gone, which leaves them without a name, and JSON that
+/// the damage has cut off.
+QStringList partsUnaccountedFor(const NetContents &loaded, const TableRows &links) {
+    qint64 unnamed = 0;
+    for (const auto &link : loaded.links) {
+        for (const Node *node : {link->mpStartNode, link->mpEndNode})
+            unnamed += node && node->nodeName.isEmpty();
+    }
+    // A save writes bytes to a file.
+    const QString asText = QLatin1Char('\'') + QLatin1String(kCutJson) + QLatin1Char('\'');
+    const QString asBytes =
+        QStringLiteral("X'%1'").arg(QString::fromLatin1(QByteArray(kCutJson).toHex().toUpper()));
+    const qint64 cut = std::count_if(links.cbegin(), links.cend(), [&](const auto &link) {
+        return link.values().contains(asText) || link.values().contains(asBytes);
+    });
+    QStringList unaccounted;
+    if (unnamed != reportedOfLinks(loaded, "names a node"))
+        unaccounted.append(QStringLiteral("%1 nodes without a row").arg(unnamed));
+    if (cut != reportedOfLinks(loaded, "holds JSON"))
+        unaccounted.append(QStringLiteral("%1 links with JSON that was cut off").arg(cut));
+    return unaccounted;
+}
+
 /// Whether the object of the row is there, if not as its row has it.
 bool isTakenInPart(const QString &reason) {
     return reason.contains(QLatin1String("reads as")) ||
@@ -357,7 +394,7 @@ QStringList rowsUnaccountedFor(const NetContents &loaded, const QMap<QString, Ta
     QMap<QString, qint64> reported;
     for (const SkippedRows &rows : loaded.skipped)
         reported[rows.table.toLower()] += isTakenInPart(rows.reason) ? 0 : rows.count;
-    QStringList unaccounted;
+    QStringList unaccounted = partsUnaccountedFor(loaded, stored.value(QStringLiteral("link")));
     const QMap<QString, int> taken = rowsOf(loaded);
     for (auto table = taken.cbegin(); table != taken.cend(); ++table) {
         const int rows = stored.value(table.key()).size();

@@ -148,6 +148,7 @@ TEST_P(DamagedNetTest, WhatLoadsIsReportedWhereItIsLeftOutAndSavesAgain) {
            "5, 1, 'd', 1, 7, 'L', 1, 2.5, 3.5, 't', 9");
     addRow("DetectorVehiType", "vehicleDetectorId, vehicleTypeCode", "5, 901");
     addRow("DetectorVehiType", "vehicleDetectorId, vehicleTypeCode", "5, 902");
+    execute(QStringLiteral("delete from Node where nodeID = 122"));
     // Links 3 and 7 share a node and a vertex.
     execute(QStringLiteral("update Link set StartNodeID = 31 where linkID = 7"));
     execute(QStringLiteral("update LinkVertex set vertexID = 31 where linkID = 7 and num = 1"));
@@ -165,13 +166,23 @@ TEST_P(DamagedNetTest, WhatLoadsIsReportedWhereItIsLeftOutAndSavesAgain) {
     addRow("BusStationLine", stop, "12, 8, 1, 1, 2, 3, 4");
     addRow("BusStationLine", stop, "13, 2, 9, 1, 2, 3, 4");
     addRow("DecisionPoint", "deciPointID, linkID, deciPointName, X, Y, Z", "1, 7, 'p', 1, 2, 3");
+    // An arrow and a lamp on a lane of no link.
+    addRow("Lane", "laneID, linkID, serialNumber, width, actionType, expectTravelDirection",
+           "991, 99, 1, 3.5, 'a', 'e'");
+    addRow("GuideArrow", "guideArrowID, laneID, length, distToTerminal, arrowType", "9, 991, 1, 2, 3");
+    addRow("SignalGroup", "signalGroupID, name, timeLength, startTime, endTime", "1, 'g', 1, 2, 3");
+    addRow("SignalPhase", "signalPhaseID, signalGroupID, serialNumber, name", "1, 1, 1, 'p'");
+    addRow("SignalLamp", "signalLampID, signalPhaseID, laneID, toLaneID, name, x, y, z",
+           "9, 1, 991, 0, 'l', 1, 2, 3");
     addRow("Routing", "routingID, deciPointID, routingName, proportion", "1, 1, 'r', 1");
     addRow("RoutingLaneConnector", "routingID, connID, laneID1, laneID2", "1, 99, 31, 71");
     NetContents contents;
     ASSERT_TRUE(DBTools::loadNet(gDB, kNet, contents));
     EXPECT_EQ(
         reportOf(contents),
-        Report({"Vertex 71 belongs to no link", "Node 71 belongs to no link",
+        Report({"Vertex 71 belongs to no link", "Link 12 names a node that is missing",
+                "Node 71 belongs to no link", "Lane 991 belongs to no link",
+                "GuideArrow 9 belongs to no lane", "SignalLamp 9 stands on a lane that is missing",
                 "RoutingLaneConnector 1 names a connector that is missing",
                 "DetectorVehiType 5,5 names a vehicle type that is missing and reads as the default one",
                 "BusStationLine 11 stands off the route of its line",
