@@ -123,8 +123,10 @@ TEST_F(Copy, ATextThatIsNoUtf8IsRefusedByName) {
     expectSentence(copy(store, target),
                    QStringLiteral("column name of table SignalGroup cannot keep the value"));
     EXPECT_EQ(counts(target), QList<int>({0, 0, 0, 0}));
+    const QString marked = digest(store);
     change(store, {QStringLiteral("update SignalGroup set name = 'a'")});
     EXPECT_NE(digest(store), sound);
+    EXPECT_NE(digest(store), marked);
 }
 
 } // namespace

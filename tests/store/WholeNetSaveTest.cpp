@@ -22,6 +22,9 @@ std::unique_ptr<NetContents> newNetwork() {
         link.mlLane.last()->laneID = 0;
         link.mlLane.last()->linkID = 0;
     }
+    // An arrow on a lane that has no id.
+    contents->guideArrows.push_back(std::make_unique<GuideArrow>());
+    contents->links[0]->mlLane.last()->mlGuideArrow = {contents->guideArrows[0].get()};
     contents->linkTypes = {{1, QStringLiteral("Trunk"), 10, 20, 30, 40}};
     Link *from = contents->links[0].get();
     Link *to = contents->links[1].get();
@@ -105,6 +108,8 @@ QStringList memoryOf(const NetContents &contents) {
         for (const Lane *lane : qAsConst(link->mlLane))
             add("lane", {lane->laneID, lane->linkID});
     }
+    for (const auto &arrow : contents.guideArrows)
+        add("arrow", {arrow->guideArrowID, arrow->laneID});
     for (const auto &connector : contents.connectors) {
         add("connector", {connector->connID, connector->roadId});
         for (const LaneConnector *lanes : qAsConst(connector->mlLaneConnector))
