@@ -79,6 +79,20 @@ protected:
         }
         tryAll(saveAndLoad, trial);
     }
+    /// The operations that record no failure where @p loss took the connection from them.
+    std::string unrecordedAfter(const std::function<void()> &loss) {
+        QStringList unrecorded;
+        onEveryOperation([&](const QString &operation, const Call &call) {
+            clearFailures();
+            loss();
+            call(true);
+            if (failureCount() == 0)
+                unrecorded.append(operation);
+            gDB.close();
+            ASSERT_TRUE(gDB.open());
+        });
+        return unrecorded.join(QLatin1String(", ")).toStdString();
+    }
     virtual void tryAll(StatementFamily::Recorder recorder, const Trials::Trial &trial) {
         openNewStore();
         Trials trials(trial);
@@ -138,6 +152,11 @@ TEST_P(FailedReadsFileTest, WhatCannotBeReadIsRecorded) {
             EXPECT_GT(failureCount(), 0) << qPrintable(operation) << " without " << table;
         }
     });
+}
+
+TEST_P(FailedReadsFileTest, AClosedStoreAnswersNothing) {
+    EXPECT_EQ(unrecordedAfter([] { gDB.close(); }), "getMaxIdByAllTables, initSequence")
+        << "which have nothing to do on files";
 }
 
 INSTANTIATE_TEST_SUITE_P(Stores, FailedReadsFileTest, testing::ValuesIn(kFileKinds), storeKindName);
@@ -243,6 +262,14 @@ TEST_P(FailedReadsServerTest, InATransactionThatHasFailedNothingIsAnswered) {
         recorded += failureCount() > 0 ? 1 : 0;
     });
     EXPECT_GT(recorded, 100);
+}
+
+TEST_P(FailedReadsServerTest, WithoutItsServerNothingIsAnswered) {
+    EXPECT_EQ(unrecordedAfter([] {
+                  QSqlQuery(gDB).exec(QStringLiteral("select pg_terminate_backend(pg_backend_pid())"));
+              }),
+              "updateDatabase, updateIds")
+        << "which have nothing to do on a server";
 }
 
 INSTANTIATE_TEST_SUITE_P(Stores, FailedReadsServerTest, testing::Values(kStoreKinds[2]), storeKindName);

@@ -107,6 +107,7 @@ TEST_F(PostgresTest, IdentifiersComeFromSequencesInsideATransactionToo) {
     execute(QStringLiteral("update Net set sourceType = 'before'"));
     EXPECT_FALSE(DBTools::getIDByTableName(gDB, QStringLiteral("LinkType"), id));
     EXPECT_EQ(failureCount(), 1);
+    EXPECT_EQ(DBTools::getMaxID(gDB, kNet, QStringLiteral("Unknown")), 0);
     EXPECT_TRUE(gDB.commit()) << "the transaction is the caller's";
     EXPECT_EQ(rows(QStringLiteral("select sourceType from Net")), QStringList({"before"}));
 }
