@@ -49,6 +49,10 @@ void copy(const Options &options) {
     QStringList leftOut;
     for (const auto &table : source.tablesBesides(networks))
         leftOut.append(QStringLiteral("table %1: %2 rows").arg(table.first, QString::number(table.second)));
+    {
+        const OpenStore target(to, Access::Read);
+        requireFreeNames(networks, name);
+    }
     QString account;
     {
         const OpenStore target(to, Access::Write);

@@ -1,8 +1,11 @@
 #include "host/rows/NetworkCopy.h"
 
+#include "host/Failure.h"
 #include "host/rows/TableCopy.h"
 #include "host/store/GuardedTransaction.h"
 #include "store/DBTools.h"
+
+#include <QSet>
 
 #include <algorithm>
 #include <limits>
@@ -155,6 +158,20 @@ void NetworkCopy::settleRecord(TableCopy &copy, const StoreTable &source) const 
 }
 
 } // namespace
+
+void requireFreeNames(const QList<StoreReader::Network> &networks, const QString &name) {
+    const CopyTarget target(gDB);
+    QSet<QString> names;
+    for (const StoreReader::Network &network : networks) {
+        const QString own = name.isEmpty() ? network.name : name;
+        target.requireFreeName(own);
+        if (names.contains(own))
+            throw Failure(QStringLiteral("two of the networks are called \"%1\"; copy them one by one with "
+                                         "--net, and give one of them another name with --name")
+                              .arg(own));
+        names.insert(own);
+    }
+}
 
 QList<CopiedNetwork> copyNetworks(StoreReader &source, const QList<StoreReader::Network> &networks,
                                   const QString &name, Progress &progress) {

@@ -122,6 +122,20 @@ TEST_F(Morastore, ARefusedCommandDoesNotBringAnOlderStoreForward) {
             return run(import + QStringList{kExample, QStringLiteral("--name"), QStringLiteral("MoraSim")});
         },
         QStringLiteral("has a network \"MoraSim\" already"));
+    const QString several = file(QStringLiteral("several"));
+    copyTemplate("EmptyNet_V6.0.0", several);
+    const QString target = file(QStringLiteral("target"));
+    copyTemplate("EmptyNet_V6.0.0", target);
+    for (const QString &store6 : {several, target})
+        ::alter(store6,
+                {QStringLiteral("insert into Net(NetId, name, sourceType, centerX, centerY, isDefault) "
+                                "values (1, 'a', '', 0, 0, 'T')")});
+    const QStringList copy{QStringLiteral("copy"), several, target};
+    expectRefusal([&] { return run(copy); }, QStringLiteral("has a network \"a\" already"));
+    ::alter(several, {QStringLiteral("update Net set name = 'b'"),
+                      QStringLiteral("insert into Net(NetId, name, sourceType, centerX, centerY, isDefault) "
+                                     "values (2, 'b', '', 0, 0, 'F')")});
+    expectRefusal([&] { return run(copy); }, QStringLiteral("two of the networks are called \"b\""));
     ::alter(store, {QStringLiteral("insert into Link(LinkID, StartNodeID, EndNodeID) values (1, 1, 2)")});
     expectRefusal([&] { return run(import + QStringList(kExample)); }, QStringLiteral("and has one"));
 }
