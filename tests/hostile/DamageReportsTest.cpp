@@ -47,10 +47,12 @@ protected:
         mLinks.clear();
         for (const auto &link : network.links)
             mLinks.append(link->linkID);
+        mSignalGroups = network.traffic.signalGroups.size();
         return reportOf(network);
     }
 
     QList<long> mLinks;
+    std::size_t mSignalGroups = 0;
 };
 
 TEST_P(DamageReports, RowsWithoutAnIdAreLeftOut) {
@@ -61,10 +63,15 @@ TEST_P(DamageReports, RowsWithoutAnIdAreLeftOut) {
 }
 
 TEST_P(DamageReports, RowsThatComeTwice) {
-    damage(withoutKeys(QStringLiteral("Link")));
+    damage(withoutKeys(QStringLiteral("Link")) + withoutKeys(QStringLiteral("SignalGroup")));
     execute(QStringLiteral("insert into Link select * from Link where linkID = 6"));
-    EXPECT_EQ(report(), "Link (6): is there more than once");
+    for (int i = 0; i < 2; ++i)
+        addRow(QStringLiteral("SignalGroup"),
+               QStringLiteral("signalGroupID, name, timeLength, startTime, endTime"),
+               QStringLiteral("9, 'group', 1, 2, 3"));
+    EXPECT_EQ(report(), "Link (6): is there more than once; SignalGroup (9): is there more than once");
     EXPECT_EQ(mLinks, (QList<long>{5, 6, 7}));
+    EXPECT_EQ(mSignalGroups, 1);
 }
 
 TEST_P(DamageReports, IdsThatMemoryDoesNotHold) {

@@ -75,6 +75,7 @@ protected:
             {QStringLiteral("draw"), mStore, file(QStringLiteral("picture.svg"))},
             {QStringLiteral("digest"), mStore},
             {QStringLiteral("copy"), mStore, mTarget, QStringLiteral("--name"), QStringLiteral("copied")},
+            {QStringLiteral("copy"), mSound, mStore, QStringLiteral("--name"), QStringLiteral("copied")},
             {QStringLiteral("import"), mStore, kExample, QStringLiteral("--name"), QStringLiteral("more")},
             {QStringLiteral("remove"), mStore, QStringLiteral("1"), QStringLiteral("--yes")},
             {QStringLiteral("upgrade"), mStore, QStringLiteral("--no-backup")},
@@ -99,7 +100,8 @@ protected:
         const bool changes =
             QStringList{QStringLiteral("import"), QStringLiteral("remove"), QStringLiteral("upgrade"),
                         QStringLiteral("compact"), QStringLiteral("protect")}
-                .contains(command.first());
+                .contains(command.first()) ||
+            command.value(2) == mStore;
         const QByteArray before = read(mStore);
         QElapsedTimer timer;
         timer.start();

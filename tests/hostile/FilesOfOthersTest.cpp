@@ -35,10 +35,12 @@ protected:
                 },
                 expected);
         const QByteArray before = read(mStore);
-        EXPECT_FALSE(DBTools::openDatabase(gDB, mStore, true));
-        ASSERT_EQ(DBTools::mlCallDbResult.size(), 1);
-        EXPECT_TRUE(DBTools::mlCallDbResult.first().error.contains(expected))
-            << DBTools::mlCallDbResult.first().error.toStdString();
+        for (const auto open : {DBTools::openDatabase, DBTools::openDatabaseReadOnly}) {
+            EXPECT_FALSE(open(gDB, mStore, true));
+            ASSERT_EQ(DBTools::mlCallDbResult.size(), 1);
+            EXPECT_TRUE(DBTools::mlCallDbResult.first().error.contains(expected))
+                << DBTools::mlCallDbResult.first().error.toStdString();
+        }
         DBTools_V6::mlCallDbResult.clear();
         EXPECT_FALSE(DBTools_V6::openDatabaseForBackup(gDBForBackup, mStore, true));
         EXPECT_EQ(DBTools_V6::mlCallDbResult.size(), 1);
