@@ -47,12 +47,14 @@ protected:
         mLinks.clear();
         for (const auto &link : network.links)
             mLinks.append(link->linkID);
-        mSignalGroups = network.traffic.signalGroups.size();
+        mLinkTypes.clear();
+        for (const LinkType &type : qAsConst(network.linkTypes))
+            mLinkTypes.append(type.linkTypeID);
         return reportOf(network);
     }
 
     QList<long> mLinks;
-    std::size_t mSignalGroups = 0;
+    QList<long> mLinkTypes;
 };
 
 TEST_P(DamageReports, RowsWithoutAnIdAreLeftOut) {
@@ -63,15 +65,15 @@ TEST_P(DamageReports, RowsWithoutAnIdAreLeftOut) {
 }
 
 TEST_P(DamageReports, RowsThatComeTwice) {
-    damage(withoutKeys(QStringLiteral("Link")) + withoutKeys(QStringLiteral("SignalGroup")));
+    damage(withoutKeys(QStringLiteral("Link")) + withoutKeys(QStringLiteral("LinkType")));
     execute(QStringLiteral("insert into Link select * from Link where linkID = 6"));
     for (int i = 0; i < 2; ++i)
-        addRow(QStringLiteral("SignalGroup"),
-               QStringLiteral("signalGroupID, name, timeLength, startTime, endTime"),
-               QStringLiteral("9, 'group', 1, 2, 3"));
-    EXPECT_EQ(report(), "Link (6): is there more than once; SignalGroup (9): is there more than once");
+        addRow(QStringLiteral("LinkType"),
+               QStringLiteral("linkTypeID, typeName, trafficCapacity, trafficSpeed, limitSpeed, minSpeed"),
+               QStringLiteral("99, 'type', 1, 2, 3, 4"));
+    EXPECT_EQ(report(), "LinkType (99): is there more than once; Link (6): is there more than once");
     EXPECT_EQ(mLinks, (QList<long>{5, 6, 7}));
-    EXPECT_EQ(mSignalGroups, 1);
+    EXPECT_EQ(mLinkTypes.count(99), 1);
 }
 
 TEST_P(DamageReports, IdsThatMemoryDoesNotHold) {
