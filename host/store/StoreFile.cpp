@@ -121,6 +121,14 @@ bool isLedByNetwork(const QSqlDatabase &db) {
     return column.next();
 }
 
+/// Nothing of the file runs when its tables are used, and they are those of its version.
+void requireFittingTables(QSqlDatabase &db, const QString &path) {
+    run(db, path, "select count(*) from sqlite_master");
+    FailureList reasons;
+    if (!schemaguard::hasPlainTables(db, path, reasons) || !schemaguard::hasFittingVersion(db, path, reasons))
+        throw Failure(reasons.last().error);
+}
+
 /// The store is one that the library would open, asked without a trace.
 Age judge(const QString &path) {
     const ReadOnlyFile file(path);
@@ -133,10 +141,7 @@ Age judge(const QString &path) {
     if (!connectionguard::open(db))
         throw Failure(QStringLiteral("%1: cannot be opened (%2)").arg(path, db.lastError().databaseText()));
     const connectionguard::QuickQuestions quick(db);
-    run(db, path, "select count(*) from sqlite_master");
-    FailureList reasons;
-    if (!schemaguard::hasPlainTables(db, path, reasons) || !schemaguard::hasFittingVersion(db, path, reasons))
-        throw Failure(reasons.last().error);
+    requireFittingTables(db, path);
     run(db, path, "select count(*) from IDGenerater");
     run(db, path, "select count(*) from Link");
     // The library takes a store that names no version for one of a single network.
@@ -181,7 +186,7 @@ Age requireStore(const QString &path, Access access) {
     return age;
 }
 
-void requireNoNewerStore(const QString &path) {
+void requireProtectable(const QString &path) {
     QFile start(path);
     if (!QFileInfo(path).isFile() || !start.open(QIODevice::ReadOnly) ||
         start.read(sizeof kMagic) != QByteArray(kMagic, sizeof kMagic))
@@ -195,7 +200,7 @@ void requireNoNewerStore(const QString &path) {
     if (!connectionguard::open(db))
         return;
     const connectionguard::QuickQuestions quick(db);
-    requireKnownVersion(versionOf(db, path), path);
+    requireFittingTables(db, path);
 }
 
 void requireKnownVersion(qint64 version, const QString &name) {
