@@ -73,6 +73,10 @@ std::optional<qint64> versionIn(const QVariant &value) {
     return isInteger && !value.isNull() && number >= 1 ? std::make_optional(number) : std::nullopt;
 }
 
+bool hasSeveralNets(qint64 version) {
+    return version >= 6;
+}
+
 std::nullopt_t refuse(const QSqlQuery &query, const QString &reason, FailureList &failures) {
     CallDbResult failure;
     failure.sql = query.lastQuery();
@@ -94,15 +98,16 @@ std::optional<long> dbVersion(const QSqlDatabase &db, FailureList &failures) {
     auto rows = ask(db, QStringLiteral("select * from DbVersion"), failures, QStringLiteral("DbVersion"));
     if (!rows)
         return std::nullopt;
+    // The first row counts; later ones may tell of other versions, but of none with other keys.
     qint64 version = 0;
     while (rows->next()) {
         const auto named = versionIn(rows->value(QStringLiteral("versionId")));
-        if (!named || (version != 0 && version != *named))
+        if (!named || (version != 0 && hasSeveralNets(version) != hasSeveralNets(*named)))
             return refuse(
                 *rows,
                 QStringLiteral("the store does not say of which version it is; restore it from a copy"),
                 failures);
-        version = *named;
+        version = version != 0 ? version : *named;
     }
     if (version > kNewestVersion)
         return refuse(

@@ -19,9 +19,9 @@ namespace probes {
 
 using Answer = std::optional<bool>;
 
-/// The store's generation: versionId of DbVersion; 0 without a row, and without the table, which the oldest
-/// stores lack. What is no integer from 1 to the newest version, and rows that disagree, are a failure:
-/// statements for one network would reach the rows of all.
+/// The store's generation: versionId of the first row of DbVersion; 0 without a row, and without the table,
+/// which the oldest stores lack. What is no integer from 1 to the newest version, and rows that disagree on
+/// whether there are several networks, are a failure: statements for one network would reach the rows of all.
 std::optional<long> dbVersion(const QSqlDatabase &db, FailureList &failures);
 
 /// Whether an SQLite store has @p table.

@@ -67,6 +67,22 @@ TEST_F(OpeningTest, LearnsAboutTheStore) {
     EXPECT_EQ(DBTools::dbVer(), 5) << "belongs to success only";
 }
 
+TEST_F(OpeningTest, TheFirstRowOfVersionsCounts) {
+    openTemplate("EmptyNet_V3.0.0");
+    const QString add =
+        QStringLiteral("insert into DbVersion select %1, appVersion, updateContent, updateSql, "
+                       "updateDate from DbVersion limit 1");
+    execute(add.arg(5));
+    ASSERT_TRUE(DBTools::openDatabase(gDB, path(), true));
+    EXPECT_EQ(DBTools::dbVer(), 3);
+    EXPECT_EQ(DBTools::selectDbVersion(gDB), 3);
+    EXPECT_EQ(failureCount(), 0);
+    // One of them speaks of several networks: none is believed.
+    execute(add.arg(6));
+    EXPECT_FALSE(DBTools::openDatabase(gDB, path(), true));
+    EXPECT_EQ(failureCount(), 1);
+}
+
 TEST_F(OpeningTest, UpgradesAStoreWithoutNetworks) {
     gNet = Net();
     openTemplate("EmptyNet_V2.00.00");
