@@ -121,7 +121,11 @@ QString networkNameOf(const QString &path) {
 }
 
 void requirePlaceFor(const QString &name) {
+    const int failures = unexpectedFailures();
     const QList<Net> present = DBTools::selectNets(gDB);
+    // One that is not read may have the name, or be the default.
+    if (unexpectedFailures() > failures)
+        refuseReading(QStringLiteral("the list of networks"));
     for (const Net &other : present) {
         if (other.netName() == name)
             throw Failure(

@@ -205,6 +205,18 @@ TEST_F(DamagedDrawing, TakesLongPicturesAndNoLongNames) {
         expectSentence(run(command), QStringLiteral("is longer than 1048576 characters"));
 }
 
+TEST_F(DamagedDrawing, ImportsNothingBesideNetworksThatCannotBeRead) {
+    for (const char *name : {"cast(x'c328' as text)", "printf('%.*c', 2000000, 'x')"}) {
+        alter(mStore, {QStringLiteral("update Net set name = %1").arg(QLatin1String(name))});
+        expectRefusal(
+            [&] {
+                return run({QStringLiteral("import"), mStore, kExample, QStringLiteral("--name"),
+                            QStringLiteral("b")});
+            },
+            QStringLiteral("the list of networks cannot be read"));
+    }
+}
+
 TEST_F(DamagedDrawing, CopiesNoIdBeyondThoseThatAreRead) {
     const QString target = newStore(QStringLiteral("target.mora"));
     ASSERT_EQ(run({QStringLiteral("import"), target, kExample}).exitCode, 0);
