@@ -14,7 +14,7 @@
 namespace {
 
 constexpr char kGzipMagic[] = "\x1f\x8b";
-constexpr qint64 kLongestToken = 16 * 1024 * 1024; // bytes
+constexpr qint64 kLongestToken = 16LL * 1024 * 1024; // bytes
 constexpr int kDeepestElement = 1000;
 constexpr int kMostAttributes = 1000; // SUMO's elements have some twenty
 // QXmlStreamReader has a text for this error and no code.

@@ -222,8 +222,9 @@ int sum(const List &owners, Owned owned) {
     return all;
 }
 
-/// The rows that the objects of a network stand for, by lower-case name of the table.
-QMap<QString, int> rowsOf(const NetContents &net) {
+/// The rows that further owners' children stand for, and those that several objects share: by lower-case name
+/// of the table.
+QMap<QString, int> innerRowsOf(const NetContents &net) {
     const TrafficObjects &traffic = net.traffic;
     QSet<long> vertices;
     QSet<long> nodes;
@@ -260,31 +261,39 @@ QMap<QString, int> rowsOf(const NetContents &net) {
         }
         ratios += sum(point->mlFlowByInterval, &RoutingFlowByInterval::mlFlowRatio);
     }
-    return {
+    return {{QStringLiteral("vertex"), vertices.size()},
+            {QStringLiteral("node"), nodes.size()},
+            {QStringLiteral("lanelimitvehicle"), restrictions},
+            {QStringLiteral("signalcolor"), colors},
+            {QStringLiteral("routinglink"), chainLinks},
+            {QStringLiteral("routingflowratio"), ratios},
+            {QStringLiteral("busstationline"), stops.size()},
+            {QStringLiteral("busstationpassengerarriving"), arrivals.size()}};
+}
+
+/// The rows that the objects of a network stand for.
+QMap<QString, int> rowsOf(const NetContents &net) {
+    const TrafficObjects &traffic = net.traffic;
+    QMap<QString, int> rows = innerRowsOf(net);
+    const QMap<QString, int> others = {
         {QStringLiteral("vehicletype"), int(traffic.vehicleTypes.size())},
         {QStringLiteral("vehicleconstitutent"), int(traffic.compositions.size())},
         {QStringLiteral("vehicleconsdetail"), sum(traffic.compositions, &VehicleComposition::mlDetail)},
         {QStringLiteral("linktype"), net.linkTypes.size()},
-        {QStringLiteral("vertex"), vertices.size()},
-        {QStringLiteral("node"), nodes.size()},
         {QStringLiteral("link"), int(net.links.size())},
         {QStringLiteral("linkvertex"), sum(net.links, &Link::mlVertex)},
         {QStringLiteral("lane"), sum(net.links, &Link::mlLane)},
-        {QStringLiteral("lanelimitvehicle"), restrictions},
         {QStringLiteral("guidearrow"), int(net.guideArrows.size())},
         {QStringLiteral("connector"), int(net.connectors.size())},
         {QStringLiteral("connectorlimitvehicle"), sum(net.connectors, &Connector::mlLimitVehicle)},
         {QStringLiteral("laneconnector"), sum(net.connectors, &Connector::mlLaneConnector)},
         {QStringLiteral("signalgroup"), int(traffic.signalGroups.size())},
         {QStringLiteral("signalphase"), sum(traffic.signalGroups, &SignalGroup::mlPhase)},
-        {QStringLiteral("signalcolor"), colors},
         {QStringLiteral("signallamp"), int(traffic.signalLamps.size())},
         {QStringLiteral("departurepoint"), int(traffic.departurePoints.size())},
         {QStringLiteral("departureinterval"), sum(traffic.departurePoints, &DeparturePoint::mlInterval)},
         {QStringLiteral("decisionpoint"), int(traffic.decisionPoints.size())},
         {QStringLiteral("routing"), sum(traffic.decisionPoints, &DecisionPoint::mlRouting)},
-        {QStringLiteral("routinglink"), chainLinks},
-        {QStringLiteral("routingflowratio"), ratios},
         {QStringLiteral("routinglaneconnector"), traffic.routeLanes.size()},
         {QStringLiteral("vehicledetector"), int(traffic.vehicleDetectors.size())},
         {QStringLiteral("detectorvehitype"), sum(traffic.vehicleDetectors, &VehicleDetector::mlVehiTypeCode)},
@@ -294,8 +303,6 @@ QMap<QString, int> rowsOf(const NetContents &net) {
         {QStringLiteral("busstation"), int(traffic.busStations.size())},
         {QStringLiteral("busline"), int(traffic.busLines.size())},
         {QStringLiteral("buslineroad"), sum(traffic.busLines, &BusLine::mlLink)},
-        {QStringLiteral("busstationline"), stops.size()},
-        {QStringLiteral("busstationpassengerarriving"), arrivals.size()},
         {QStringLiteral("accidentzone"), int(traffic.accidentZones.size())},
         {QStringLiteral("accidentzonewithlane"), sum(traffic.accidentZones, &AccidentZone::mlLane)},
         {QStringLiteral("roadworkzone"), int(traffic.roadWorkZones.size())},
@@ -307,6 +314,9 @@ QMap<QString, int> rowsOf(const NetContents &net) {
         {QStringLiteral("changelanemodelparam"), net.settings.laneChanging.size()},
         {QStringLiteral("simulateconfiguration"), net.settings.simulation ? 1 : 0},
         {QStringLiteral("configuration"), net.settings.scene ? 1 : 0}};
+    for (auto table = others.cbegin(); table != others.cend(); ++table)
+        rows.insert(table.key(), table.value());
+    return rows;
 }
 
 /// How many rows of links the load reports for that reason.

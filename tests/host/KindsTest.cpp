@@ -72,7 +72,7 @@ TEST_F(Morastore, CopyAndRemovalTakeNoMemoryForEveryRow) {
                           "hex(zeroblob(100000)), (select min(vertexID) from Vertex) from n")});
     ASSERT_GT(QFileInfo(store).size(), 60'000'000);
     // In KiB: the program, a cache of 64 MiB, and some room.
-    constexpr long limit = 140 * 1024;
+    constexpr long limit = 140L * 1024;
     EXPECT_EQ(run({QStringLiteral("copy"), store, target}).exitCode, 0);
     EXPECT_LT(largestChild(), limit);
     EXPECT_EQ(run({QStringLiteral("remove"), target, QStringLiteral("1"), QStringLiteral("--yes")}).exitCode,
