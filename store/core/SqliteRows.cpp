@@ -102,9 +102,7 @@ public:
         const bool hasBytes = type == SQLITE_TEXT || type == SQLITE_BLOB;
         // What is far too long is not even decoded.
         const bool isHuge = hasBytes && sqlite3_column_bytes(mStatement, column) > bytesOfUnit * kLongestText;
-        const QString text = isHuge                ? QString()
-                             : type == SQLITE_TEXT ? decoded(column)
-                                                   : value(column).toString();
+        QString text = isHuge ? QString() : type == SQLITE_TEXT ? decoded(column) : value(column).toString();
         if (isHuge || text.size() > kLongestText)
             mDamaged = {nameOf(column),
                         QStringLiteral("is longer than %1 characters: shorten it").arg(kLongestText)};
