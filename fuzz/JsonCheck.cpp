@@ -1,4 +1,4 @@
-#include "store/core/JsonCheck.h"
+#include "store/bulk/JsonCheck.h"
 #include "fuzz/Fuzzing.h"
 
 #include <QJsonDocument>

@@ -2,7 +2,6 @@
 
 #include "Net.h"
 #include "SpecialWords.h"
-#include "store/DBTools.h"
 
 #include <MoraSupport/MyLogger.h>
 
@@ -63,7 +62,7 @@ void Link::createLanes() {
 
 bool Link::appendLane(int serialNumber, double width, const QString &actionType) {
     long id = 0;
-    if (!DBTools::getIDByTableName(gDB, QStringLiteral("Lane"), id)) {
+    if (!nextLaneId(id)) {
         showFailure(QStringLiteral("Lane %1 of link %2 and those after it were not made: the store gives no "
                                    "identifier; check that it is open and writable.")
                         .arg(QString::number(serialNumber), QString::number(linkID)));

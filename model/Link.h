@@ -60,4 +60,6 @@ private:
     Q_DISABLE_COPY(Link)
 
     bool appendLane(int serialNumber, double laneWidth, const QString &actionType);
+    /// Asks the open store.
+    static bool nextLaneId(long &id);
 };

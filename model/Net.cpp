@@ -5,7 +5,6 @@
 #include "LaneConnector.h"
 #include "Link.h"
 #include "SignalPhase.h"
-#include "store/DBTools.h"
 
 namespace {
 
@@ -34,10 +33,6 @@ void Net::loadRecord(const NetRecord &record) {
     if (record.netId != netId)
         releaseNet();
     NetRecord::operator=(record);
-}
-
-bool Net::readConfiguration(QSqlDatabase &db) {
-    return DBTools::selectConfiguration(db, netId, mConfig);
 }
 
 void Net::enter(Link *link) {

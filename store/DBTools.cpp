@@ -6,12 +6,12 @@
 #include "store/core/StorableValue.h"
 #include "store/core/Store.h"
 #include "store/core/Transaction.h"
-#include "store/families/Identifiers.h"
 #include "store/families/Links.h"
 #include "store/families/Networks.h"
-#include "store/families/Sequences.h"
 #include "store/guard/ConnectionGuard.h"
 #include "store/guard/SchemaGuard.h"
+#include "store/ids/Identifiers.h"
+#include "store/ids/Sequences.h"
 #include "store/protection/FileProtection.h"
 #include "store/schema/Upgrade.h"
 
@@ -23,9 +23,10 @@ QSqlDatabase gDB;
 QSqlDatabase gDBForBackup;
 QString gsDbPath;
 
-bool DBTools::mbLinkHasRouadId = true;
-QHash<long, QHash<QString, QList<long>>> DBTools::mhId;
-QHash<long, QHash<QString, long>> DBTools::mhNetMaxId;
+StoreState DBTools::mState;
+bool &DBTools::mbLinkHasRouadId = mState.linkHasRoadId;
+QHash<long, QHash<QString, QList<long>>> &DBTools::mhId = mState.reservedIds;
+QHash<long, QHash<QString, long>> &DBTools::mhNetMaxId = mState.highestIds;
 
 namespace {
 
@@ -49,13 +50,13 @@ networks::Record networkRecord(long id, const QString &name, const QPointF &cent
 } // namespace
 
 Store DBTools::ownStore(QSqlDatabase &db, long netId) {
-    return {db, netId, Generation::OneNet, mDbVer, mlCallDbResult};
+    return {db, mState, netId, Generation::OneNet, mDbVer, mlCallDbResult};
 }
 
 Store DBTools::storeOf(QSqlDatabase &db, long netId) {
     const std::optional<long> version = probes::dbVersion(db, mlCallDbResult);
     if (version.value_or(0) >= 6)
-        return {db, netId, Generation::SeveralNets, static_cast<int>(*version), DBTools_V6::mlCallDbResult};
+        return DBTools_V6::storeOf(db, netId);
     Store store = ownStore(db, netId);
     // Statements for one network would reach the rows of all networks.
     if (!version)
@@ -149,7 +150,9 @@ bool DBTools::getIDByTableName(QSqlDatabase &db, QString table, long &id) {
 }
 
 bool DBTools::getID(QSqlDatabase &db, long &id) {
-    return identifiers::nextGeneral(db, id);
+    if (db.driverName() == QLatin1String("QSQLITE"))
+        return getIDByTableName(db, QStringLiteral("General"), id);
+    return isPostgreSql(db) && sequences::drawGeneral(ownStore(db, 0), id);
 }
 
 QString DBTools::getIDName(QString table) {

@@ -24,12 +24,12 @@ public:
     /// @{
     /// Whether Link of the open store has a column whose name contains "roadid". Hosts use the name as
     /// spelled.
-    static bool mbLinkHasRouadId;
+    static bool &mbLinkHasRouadId;
     /// Network id to table name to the identifiers reserved and not yet used, ascending.
-    static QHash<long, QHash<QString, QList<long>>> mhId;
+    static QHash<long, QHash<QString, QList<long>>> &mhId;
     /// Network id (0 in stores of one network) to table name to the highest identifier that this process has
     /// reserved or handed out.
-    static QHash<long, QHash<QString, long>> mhNetMaxId;
+    static QHash<long, QHash<QString, long>> &mhNetMaxId;
 
     /// Generation of the open store (2 before any was opened).
     static int dbVer();
@@ -213,7 +213,10 @@ public:
     /// @}
 
 private:
+    friend class DBTools_V6;
     friend class StoreOperations<DBTools>;
+    /// What is known of the open store; one for both classes.
+    static StoreState mState;
     /// The store as its version has it. Where that cannot be read nothing of the operation runs.
     static Store storeOf(QSqlDatabase &db, long netId);
     /// A store of one network, whatever its version says: for the operations that never forward.

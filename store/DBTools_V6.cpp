@@ -1,11 +1,11 @@
 #include "store/DBTools_V6.h"
 
 #include "store/core/Store.h"
-#include "store/families/Identifiers.h"
 #include "store/families/Networks.h"
+#include "store/ids/Identifiers.h"
 
 Store DBTools_V6::storeOf(QSqlDatabase &db, long netId) {
-    return {db, netId, Generation::SeveralNets, 6, mlCallDbResult};
+    return {db, DBTools::mState, netId, Generation::SeveralNets, 6, mlCallDbResult};
 }
 
 Store DBTools_V6::ownStore(QSqlDatabase &db, long netId) {

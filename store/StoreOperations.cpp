@@ -13,7 +13,6 @@
 #include "store/families/GuideArrows.h"
 #include "store/families/LinkTypes.h"
 #include "store/families/Links.h"
-#include "store/families/NetworkRemoval.h"
 #include "store/families/QueueCounters.h"
 #include "store/families/ReduceSpeedAreas.h"
 #include "store/families/Routings.h"
@@ -28,6 +27,7 @@
 #include "store/families/VehicleTypes.h"
 #include "store/families/Zones.h"
 #include "store/schema/Dictionaries.h"
+#include "store/whole/NetworkRemoval.h"
 #include "store/whole/WholeNet.h"
 
 #include <QSysInfo>
@@ -104,7 +104,8 @@ bool StoreOperations<Facade>::insertConnectors(QSqlDatabase &db, long netId, QLi
     bool written = frame.isUsable();
     if (written && !connectors.isEmpty()) {
         // In a store of one network the inserts ask for the version, not their frame alone.
-        Store store = frame.hasSeveralNets() ? Store(db, netId, Generation::SeveralNets, 6, frame.failures())
+        Store store = frame.hasSeveralNets() ? Store(db, frame.state(), netId, Generation::SeveralNets,
+                                                     frame.schemaVersion(), frame.failures())
                                              : Facade::storeOf(db, netId);
         store.setOwnTransaction(frame.hasOwnTransaction());
         written = connectors::insertAll(store, connectors);

@@ -41,6 +41,7 @@ struct DriveFollowedModelParam;
 struct LCStruct;
 struct NetContents;
 struct RoutingFlowByInterval;
+struct StoreState;
 struct VehicleConsDetail;
 
 /// The operations that DBTools and DBTools_V6 have in common, with the state that each keeps for itself.

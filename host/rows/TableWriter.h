@@ -1,7 +1,7 @@
 #pragma once
 
 #include "host/rows/StoreTables.h"
-#include "store/core/CopyStream.h"
+#include "store/bulk/CopyStream.h"
 
 #include <QSqlQuery>
 #include <QVector>

@@ -19,13 +19,19 @@ bool endsTransaction(int code) {
 
 } // namespace
 
-Store::Store(QSqlDatabase &db, long netId, Generation generation, int schemaVersion, FailureList &failures)
-    : mDb(db), mNetId(netId), mGeneration(generation), mSchemaVersion(schemaVersion), mFailures(failures) {}
+Store::Store(QSqlDatabase &db, StoreState &state, long netId, Generation generation, int schemaVersion,
+             FailureList &failures)
+    : mDb(db),
+      mState(state),
+      mNetId(netId),
+      mGeneration(generation),
+      mSchemaVersion(schemaVersion),
+      mFailures(failures) {}
 
 bool Store::isUsable() const {
-    if (mState == State::Unchecked)
-        mState = checkConnection() ? State::Usable : State::Unusable;
-    return mState == State::Usable;
+    if (mUse == Use::Unchecked)
+        mUse = checkConnection() ? Use::Allowed : Use::Forbidden;
+    return mUse == Use::Allowed;
 }
 
 bool Store::isSqlite() const {

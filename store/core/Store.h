@@ -2,6 +2,7 @@
 
 #include "store/core/Failures.h"
 #include "store/core/Sql.h"
+#include "store/core/StoreState.h"
 
 #include <QHash>
 #include <QSqlDatabase>
@@ -19,19 +20,22 @@ enum class Generation {
     SeveralNets ///< Generation 6: every network-scoped row is led by the network's id.
 };
 
-/// What an operation runs on: connection, network, generation and the list that its failures go to.
+/// What an operation runs on: connection, network, generation, what is known of the store, and the list that
+/// failures go to.
 ///
 /// Cheap to make, one for each call. The connection is checked before the first statement of the operation;
 /// on one that is not usable no statement runs, and the operation ends in its failure result. Holds
-/// references: it must not outlive the connection handle and the failure list. A constant Store is a constant
+/// references: it must not outlive the connection handle, the state and the failure list. A constant Store is a constant
 /// set of references: what they refer to may change.
 class Store {
 public:
-    /// @param schemaVersion the version of the open store; only version 1 makes a difference (misspelt
-    /// columns).
-    Store(QSqlDatabase &db, long netId, Generation generation, int schemaVersion, FailureList &failures);
+    /// @param schemaVersion the version of the store when it was opened.
+    Store(QSqlDatabase &db, StoreState &state, long netId, Generation generation, int schemaVersion,
+          FailureList &failures);
 
     QSqlDatabase &db() const { return mDb; }
+    StoreState &state() const { return mState; }
+    int schemaVersion() const { return mSchemaVersion; }
     long netId() const { return mNetId; }
     bool hasSeveralNets() const { return mGeneration == Generation::SeveralNets; }
     bool isSqlite() const;
@@ -41,9 +45,9 @@ public:
     /// on.
     bool isUsable() const;
     /// No further statement of this operation may run.
-    void giveUp() const { mState = State::Unusable; }
+    void giveUp() const { mUse = Use::Forbidden; }
     /// Whether it was given up; unlike isUsable() this asks nothing.
-    bool isGivenUp() const { return mState == State::Unusable; }
+    bool isGivenUp() const { return mUse == Use::Forbidden; }
 
     /// @{ Without an answer to a question that the operation depends on, the store is given up.
     void requireAnswer(bool isThere) const;
@@ -66,6 +70,9 @@ public:
 
     /// Stores of version 1 spell the serial number of lanes and signal colours with an extra n.
     bool hasMisspeltSerialNumber() const { return !hasSeveralNets() && mSchemaVersion == 1; }
+
+    /// Whether links and connectors have a column for their road ids.
+    bool hasRoadIds() const { return hasSeveralNets() || mState.linkHasRoadId; }
 
     /// Whether @p table has an optional column whose name contains @p column. A generation-6 store on
     /// PostgreSQL has its columns by definition: the column probe answers false there for ordinary schemas.
@@ -93,18 +100,19 @@ public:
     bool checkConnection() const { return ::checkConnection(mDb, mFailures); }
 
 private:
-    enum class State { Unchecked, Usable, Unusable };
+    enum class Use { Unchecked, Allowed, Forbidden };
     struct Kept {
         QHash<QString, QSqlQuery> statements;
         QHash<QString, bool> columns;
     };
 
     QSqlDatabase &mDb;
+    StoreState &mState;
     long mNetId;
     Generation mGeneration;
     int mSchemaVersion;
     FailureList &mFailures;
-    mutable State mState = State::Unchecked;
+    mutable Use mUse = Use::Unchecked;
     mutable bool mHasOwnTransaction = false;
     mutable bool mLacksAnswer = false;
     std::unique_ptr<Kept> mKept;

@@ -5,13 +5,13 @@
 #include "model/BusStationLine.h"
 #include "model/Link.h"
 #include "model/PassengerArriving.h"
+#include "store/bulk/NetSave.h"
+#include "store/bulk/Owners.h"
 #include "store/core/Columns.h"
 #include "store/core/Query.h"
 #include "store/core/Transaction.h"
 #include "store/families/CurrentNet.h"
 #include "store/families/Wholeness.h"
-#include "store/whole/NetSave.h"
-#include "store/whole/Owners.h"
 
 #include <QHash>
 #include <QMap>

@@ -4,14 +4,13 @@
 #include "model/Lane.h"
 #include "model/LaneConnector.h"
 #include "model/Link.h"
-#include "store/DBTools.h"
+#include "store/bulk/NetLoad.h"
+#include "store/bulk/NetSave.h"
+#include "store/bulk/SortedById.h"
 #include "store/core/Query.h"
-#include "store/core/SortedById.h"
 #include "store/core/Transaction.h"
 #include "store/families/CurrentNet.h"
 #include "store/families/Wholeness.h"
-#include "store/whole/NetLoad.h"
-#include "store/whole/NetSave.h"
 
 #include <memory>
 
@@ -52,10 +51,6 @@ constexpr Sql kSelectLaneConnectors = {"select * from LaneConnector where connID
 constexpr Sql kSelectIds = {"select connID from Connector order by connID",
                             "select connID from Connector where NetId = %0 order by connID"};
 
-bool hasRoadIds(const Store &store) {
-    return store.hasSeveralNets() || DBTools::mbLinkHasRouadId;
-}
-
 /// A connector without a road id takes its own.
 template <class Row>
 void bindRow(Row &row, bool withRoad, Connector &connector) {
@@ -76,7 +71,7 @@ void bindRow(Row &row, bool withRoad, Connector &connector) {
 }
 
 bool insertRow(const Store &store, Connector &connector) {
-    const bool withRoad = hasRoadIds(store);
+    const bool withRoad = store.hasRoadIds();
     Query insert(store, withRoad ? store.text(kInsert) : QString::fromLatin1(kInsertWithoutRoad));
     bindRow(insert.bindNet(), withRoad, connector);
     return insert.exec();
@@ -271,7 +266,7 @@ Connector *read(const Store &store, long connectorId) {
     Query row(store, kSelect, {connectorId});
     if (!row.execAndNext())
         return nullptr;
-    std::unique_ptr<Connector> connector = readRow(row, hasRoadIds(store));
+    std::unique_ptr<Connector> connector = readRow(row, store.hasRoadIds());
     if (!connector)
         return nullptr;
     row.finish();
@@ -282,7 +277,7 @@ Connector *read(const Store &store, long connectorId) {
 
 void load(NetLoad &net) {
     Objects<Connector> &connectors = net.contents.connectors;
-    const bool withRoad = hasRoadIds(net.store);
+    const bool withRoad = net.store.hasRoadIds();
     net.forEachObject("Connector", "connID", [&](Rows &row) {
         if (auto connector = readRow(row, withRoad))
             connectors.push_back(std::move(connector));
@@ -315,7 +310,7 @@ void load(NetLoad &net) {
 void save(NetSave &net) {
     const Objects<Connector> &connectors = net.contents.connectors;
     net.giveIds("Connector", connectors, &Connector::connID);
-    const bool withRoad = hasRoadIds(net.store);
+    const bool withRoad = net.store.hasRoadIds();
     const bool withGeometry = net.store.hasColumn("Connector", "leftBreakPointsJson");
     net.writeEach("Connector", connectors, [&](RowWriter &row, Connector &connector) {
         if (withRoad)

@@ -2,13 +2,13 @@
 
 #include "model/DecisionPoint.h"
 #include "model/Link.h"
+#include "store/bulk/NetLoad.h"
+#include "store/bulk/NetSave.h"
 #include "store/core/Query.h"
 #include "store/core/Transaction.h"
 #include "store/families/CurrentNet.h"
 #include "store/families/Routings.h"
 #include "store/families/Wholeness.h"
-#include "store/whole/NetLoad.h"
-#include "store/whole/NetSave.h"
 
 #include <QSet>
 

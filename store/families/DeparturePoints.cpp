@@ -1,9 +1,9 @@
 #include "store/families/DeparturePoints.h"
 
+#include "store/bulk/NetSave.h"
+#include "store/bulk/Owners.h"
 #include "store/core/Query.h"
 #include "store/core/Transaction.h"
-#include "store/whole/NetSave.h"
-#include "store/whole/Owners.h"
 
 #include <memory>
 

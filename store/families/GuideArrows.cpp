@@ -1,10 +1,10 @@
 #include "store/families/GuideArrows.h"
 
 #include "model/GuideArrow.h"
+#include "store/bulk/NetLoad.h"
+#include "store/bulk/NetSave.h"
 #include "store/core/Query.h"
 #include "store/core/Transaction.h"
-#include "store/whole/NetLoad.h"
-#include "store/whole/NetSave.h"
 
 #include <memory>
 

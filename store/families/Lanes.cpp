@@ -2,10 +2,10 @@
 
 #include "model/Lane.h"
 #include "model/Link.h"
+#include "store/bulk/NetLoad.h"
+#include "store/bulk/NetSave.h"
+#include "store/bulk/SortedById.h"
 #include "store/core/Query.h"
-#include "store/core/SortedById.h"
-#include "store/whole/NetLoad.h"
-#include "store/whole/NetSave.h"
 
 #include <algorithm>
 #include <memory>

@@ -1,10 +1,10 @@
 #include "store/families/LinkTypes.h"
 
 #include "model/SpecialWords.h"
+#include "store/bulk/NetLoad.h"
+#include "store/bulk/NetSave.h"
+#include "store/bulk/StoredWord.h"
 #include "store/core/Query.h"
-#include "store/core/StoredWord.h"
-#include "store/whole/NetLoad.h"
-#include "store/whole/NetSave.h"
 
 #include <algorithm>
 

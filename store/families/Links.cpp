@@ -6,17 +6,16 @@
 #include "model/Node.h"
 #include "model/SpecialWords.h"
 #include "model/Vertex.h"
-#include "store/DBTools.h"
+#include "store/bulk/NetLoad.h"
+#include "store/bulk/NetSave.h"
+#include "store/bulk/SortedById.h"
+#include "store/bulk/StoredWord.h"
 #include "store/core/Probes.h"
 #include "store/core/Query.h"
-#include "store/core/SortedById.h"
-#include "store/core/StoredWord.h"
 #include "store/core/Transaction.h"
 #include "store/families/CurrentNet.h"
 #include "store/families/Lanes.h"
 #include "store/families/Wholeness.h"
-#include "store/whole/NetLoad.h"
-#include "store/whole/NetSave.h"
 
 #include <QJsonArray>
 
@@ -83,10 +82,6 @@ Row &bindRow(Row &row, const Node &node) {
         .bind(":vertexID", node.mpVertex ? node.mpVertex->vertexID : 0L);
 }
 
-bool hasRoadIds(const Store &store) {
-    return store.hasSeveralNets() || DBTools::mbLinkHasRouadId;
-}
-
 bool insertVertices(const Store &store, const Link &link) {
     bool written = true;
     Query insert(store, kInsertVertex);
@@ -133,7 +128,7 @@ void bindRow(Row &row, const Store &store, bool withRoad, Link &link, const QStr
 }
 
 bool insertRow(const Store &store, Link &link) {
-    const bool withRoad = hasRoadIds(store);
+    const bool withRoad = store.hasRoadIds();
     Query insert(store, withRoad ? store.text(kInsertLink) : QString::fromLatin1(kInsertLinkWithoutRoad));
     bindRow(insert, store, withRoad, link, gSpecialWords.trZhToEn(link.linkType));
     return insert.exec();
@@ -281,7 +276,7 @@ private:
     };
 
     void loadLinks() {
-        const bool withRoad = hasRoadIds(mNet.store);
+        const bool withRoad = mNet.store.hasRoadIds();
         mNet.forEachObject("Link", "linkID", [&](Rows &row) {
             auto link = std::make_unique<Link>();
             const NodeIds nodes = readRow(row, withRoad, *link);
@@ -409,7 +404,7 @@ std::vector<const Node *> distinctNodes(NetSave &net) {
 
 void saveRows(NetSave &net) {
     const Objects<Link> &links = net.contents.links;
-    const bool withRoad = hasRoadIds(net.store);
+    const bool withRoad = net.store.hasRoadIds();
     const bool withGeometry = net.store.hasColumn("Link", "centerLinePointsJson");
     net.write("Link", qint64(links.size()), [&](RowWriter &row) {
         for (const auto &link : links) {
@@ -462,7 +457,7 @@ Link *read(const Store &store, long linkId) {
     Query row(store, kSelect, {linkId});
     if (!row.execAndNext())
         return nullptr;
-    const NodeIds nodes = readRow(row, hasRoadIds(store), *link);
+    const NodeIds nodes = readRow(row, store.hasRoadIds(), *link);
     row.finish();
     readVertices(store, *link);
     addNodes(*link, nodes, [&store](long nodeId) { return readNodeName(store, nodeId); });

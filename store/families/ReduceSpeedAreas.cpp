@@ -1,12 +1,12 @@
 #include "store/families/ReduceSpeedAreas.h"
 
 #include "model/ReduceSpeedArea.h"
+#include "store/bulk/NetSave.h"
+#include "store/bulk/Owners.h"
 #include "store/core/Columns.h"
 #include "store/core/Query.h"
 #include "store/core/Transaction.h"
 #include "store/families/Wholeness.h"
-#include "store/whole/NetSave.h"
-#include "store/whole/Owners.h"
 
 #include <algorithm>
 #include <memory>

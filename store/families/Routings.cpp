@@ -4,12 +4,12 @@
 #include "model/Link.h"
 #include "model/Routing.h"
 #include "model/RoutingFlowByInterval.h"
+#include "store/bulk/NetSave.h"
+#include "store/bulk/Owners.h"
 #include "store/core/Query.h"
 #include "store/core/Transaction.h"
 #include "store/families/CurrentNet.h"
 #include "store/families/Wholeness.h"
-#include "store/whole/NetSave.h"
-#include "store/whole/Owners.h"
 
 #include <memory>
 

@@ -1,10 +1,10 @@
 #include "store/families/SceneConfigurations.h"
 
 #include "model/Net.h"
+#include "store/bulk/NetLoad.h"
+#include "store/bulk/NetSave.h"
 #include "store/core/Columns.h"
 #include "store/core/Transaction.h"
-#include "store/whole/NetLoad.h"
-#include "store/whole/NetSave.h"
 
 namespace sceneconfigurations {
 

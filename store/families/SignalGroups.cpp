@@ -2,13 +2,13 @@
 
 #include "model/SignalGroup.h"
 #include "model/SpecialWords.h"
+#include "store/bulk/NetSave.h"
+#include "store/bulk/Owners.h"
+#include "store/bulk/StoredWord.h"
 #include "store/core/Query.h"
-#include "store/core/StoredWord.h"
 #include "store/core/Transaction.h"
 #include "store/families/CurrentNet.h"
 #include "store/families/Wholeness.h"
-#include "store/whole/NetSave.h"
-#include "store/whole/Owners.h"
 
 #include <memory>
 

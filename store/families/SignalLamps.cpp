@@ -1,12 +1,12 @@
 #include "store/families/SignalLamps.h"
 
 #include "model/SignalLamp.h"
+#include "store/bulk/NetLoad.h"
+#include "store/bulk/NetSave.h"
 #include "store/core/Query.h"
 #include "store/core/Transaction.h"
 #include "store/families/CurrentNet.h"
 #include "store/families/Wholeness.h"
-#include "store/whole/NetLoad.h"
-#include "store/whole/NetSave.h"
 
 #include <algorithm>
 #include <memory>

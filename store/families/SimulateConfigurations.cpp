@@ -1,9 +1,9 @@
 #include "store/families/SimulateConfigurations.h"
 
+#include "store/bulk/NetLoad.h"
+#include "store/bulk/NetSave.h"
 #include "store/core/Columns.h"
 #include "store/core/Transaction.h"
-#include "store/whole/NetLoad.h"
-#include "store/whole/NetSave.h"
 
 namespace simulateconfigurations {
 

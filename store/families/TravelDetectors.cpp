@@ -1,11 +1,11 @@
 #include "store/families/TravelDetectors.h"
 
 #include "model/VehicleTravelDetector.h"
+#include "store/bulk/NetLoad.h"
+#include "store/bulk/NetSave.h"
 #include "store/core/Columns.h"
 #include "store/core/Query.h"
 #include "store/core/Transaction.h"
-#include "store/whole/NetLoad.h"
-#include "store/whole/NetSave.h"
 
 #include <memory>
 

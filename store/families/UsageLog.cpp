@@ -4,7 +4,7 @@
 #include "model/Logger.h"
 #include "store/core/Columns.h"
 #include "store/core/Query.h"
-#include "store/families/Identifiers.h"
+#include "store/ids/Identifiers.h"
 
 #include <QDateTime>
 #include <QSysInfo>

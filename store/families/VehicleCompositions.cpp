@@ -1,10 +1,10 @@
 #include "store/families/VehicleCompositions.h"
 
+#include "store/bulk/NetSave.h"
+#include "store/bulk/Owners.h"
 #include "store/core/Columns.h"
 #include "store/core/Transaction.h"
 #include "store/families/VehicleTypes.h"
-#include "store/whole/NetSave.h"
-#include "store/whole/Owners.h"
 
 #include <QSet>
 

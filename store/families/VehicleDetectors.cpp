@@ -2,11 +2,11 @@
 
 #include "model/VehicleDetector.h"
 #include "model/VehicleType.h"
+#include "store/bulk/NetSave.h"
+#include "store/bulk/Owners.h"
 #include "store/core/Columns.h"
 #include "store/core/Query.h"
 #include "store/core/Transaction.h"
-#include "store/whole/NetSave.h"
-#include "store/whole/Owners.h"
 
 #include <algorithm>
 #include <memory>

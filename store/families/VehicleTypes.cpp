@@ -1,11 +1,11 @@
 #include "store/families/VehicleTypes.h"
 
 #include "model/SpecialWords.h"
+#include "store/bulk/NetLoad.h"
+#include "store/bulk/NetSave.h"
+#include "store/bulk/StoredWord.h"
 #include "store/core/Columns.h"
-#include "store/core/StoredWord.h"
 #include "store/core/Transaction.h"
-#include "store/whole/NetLoad.h"
-#include "store/whole/NetSave.h"
 
 namespace vehicletypes {
 

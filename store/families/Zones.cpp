@@ -2,10 +2,10 @@
 
 #include "model/AccidentZone.h"
 #include "model/RoadWorkZone.h"
+#include "store/bulk/NetSave.h"
+#include "store/bulk/Owners.h"
 #include "store/core/Probes.h"
 #include "store/core/Query.h"
-#include "store/whole/NetSave.h"
-#include "store/whole/Owners.h"
 
 #include <algorithm>
 #include <memory>

@@ -1,5 +1,7 @@
 #include "store/whole/WholeNet.h"
 
+#include "store/bulk/NetLoad.h"
+#include "store/bulk/NetSave.h"
 #include "store/core/OperationSavepoint.h"
 #include "store/core/Query.h"
 #include "store/core/Savepoint.h"
@@ -12,7 +14,6 @@
 #include "store/families/DrivInfoCollectors.h"
 #include "store/families/DriverModels.h"
 #include "store/families/GuideArrows.h"
-#include "store/families/Identifiers.h"
 #include "store/families/LinkTypes.h"
 #include "store/families/Links.h"
 #include "store/families/Networks.h"
@@ -28,8 +29,7 @@
 #include "store/families/VehicleTypes.h"
 #include "store/families/Wholeness.h"
 #include "store/families/Zones.h"
-#include "store/whole/NetLoad.h"
-#include "store/whole/NetSave.h"
+#include "store/ids/Identifiers.h"
 #include "store/whole/SaveCheck.h"
 
 #include <optional>
@@ -176,7 +176,7 @@ bool save(const Store &store, NetContents &contents, bool useTransaction, const 
     // Without a transaction around it a save on PostgreSQL could not take back what it wrote.
     const bool ownTransaction =
         useTransaction || (store.isPostgreSql() && !Savepoint::isInsideTransaction(store.db()));
-    identifiers::Reservations reserved;
+    identifiers::Reservations reserved(store);
     Transaction transaction(store, ownTransaction);
     NetSave net(store, contents, progress);
     std::optional<OperationSavepoint> savepoint;

@@ -1,5 +1,5 @@
-#include "store/core/CopyStream.h"
-#include "store/core/RowSink.h"
+#include "store/bulk/CopyStream.h"
+#include "store/bulk/RowSink.h"
 #include "store/core/Savepoint.h"
 #include "store/core/Store.h"
 

@@ -1,8 +1,8 @@
-#include "store/families/Sequences.h"
+#include "store/ids/Sequences.h"
 
 #include "store/core/Query.h"
 #include "store/core/StorableValue.h"
-#include "store/families/Identifiers.h"
+#include "store/ids/Identifiers.h"
 
 #include <QMap>
 

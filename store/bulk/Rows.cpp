@@ -1,4 +1,4 @@
-#include "store/core/Rows.h"
+#include "store/bulk/Rows.h"
 
 #include "store/core/Probes.h"
 

@@ -1,4 +1,4 @@
-#include "store/core/RowSink.h"
+#include "store/bulk/RowSink.h"
 #include "store/core/Savepoint.h"
 #include "store/core/StorableValue.h"
 #include "store/core/Store.h"

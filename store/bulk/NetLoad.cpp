@@ -1,6 +1,6 @@
-#include "store/whole/NetLoad.h"
+#include "store/bulk/NetLoad.h"
 
-#include "store/families/Identifiers.h"
+#include "store/ids/Identifiers.h"
 
 #include <algorithm>
 

@@ -1,7 +1,7 @@
-#include "store/whole/NetSave.h"
+#include "store/bulk/NetSave.h"
 
 #include "store/core/Query.h"
-#include "store/families/Identifiers.h"
+#include "store/ids/Identifiers.h"
 
 #include <algorithm>
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "store/core/SortedById.h"
-#include "store/whole/NetLoad.h"
+#include "store/bulk/NetLoad.h"
+#include "store/bulk/SortedById.h"
 
 /// Finds, row by row, the object of a list that a row belongs to. The rows come in the order of their owners'
 /// ids; the list is brought into ascending order, and rows without an owner are reported.

@@ -1,5 +1,5 @@
+#include "store/bulk/RowSink.h"
 #include "store/core/EngineHandle.h"
-#include "store/core/RowSink.h"
 #include "store/core/Store.h"
 
 #ifdef MORASTORE_WITH_SQLITE

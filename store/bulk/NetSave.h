@@ -1,7 +1,7 @@
 #pragma once
 
 #include "model/NetContents.h"
-#include "store/core/RowWriter.h"
+#include "store/bulk/RowWriter.h"
 
 #include <functional>
 #include <utility>

@@ -1,5 +1,5 @@
+#include "store/bulk/RowSource.h"
 #include "store/core/Query.h"
-#include "store/core/RowSource.h"
 #include "store/core/Savepoint.h"
 
 #include <QSqlRecord>

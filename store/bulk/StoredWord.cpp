@@ -1,4 +1,4 @@
-#include "store/core/StoredWord.h"
+#include "store/bulk/StoredWord.h"
 
 #include "model/SpecialWords.h"
 

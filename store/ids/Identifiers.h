@@ -26,9 +26,6 @@ bool take(const Store &store, const QString &table, long floor, int count, QList
 /// with. Without a counter the first draw would begin at 1, whatever rows there are.
 bool keepFrom(const Store &store, const QString &table, std::vector<long> ids);
 
-/// A general-purpose identifier.
-bool nextGeneral(QSqlDatabase &db, long &id);
-
 /// The id column of @p table; empty for a table without one.
 QString idColumn(const QString &table);
 
@@ -47,7 +44,7 @@ bool requireId(const Store &store, const QString &table, qint64 id);
 /// What this process has reserved of the open store: taken back when this object goes before keep().
 class Reservations {
 public:
-    Reservations();
+    explicit Reservations(const Store &store);
     ~Reservations();
     Reservations(const Reservations &) = delete;
     Reservations &operator=(const Reservations &) = delete;
@@ -55,8 +52,8 @@ public:
     void keep() { mKept = true; }
 
 private:
-    QHash<long, QHash<QString, QList<long>>> mIds;
-    QHash<long, QHash<QString, long>> mHighest;
+    StoreState &mState;
+    StoreState mBefore;
     bool mKept = false;
 };
 

@@ -1,12 +1,11 @@
-#include "store/families/Identifiers.h"
+#include "store/ids/Identifiers.h"
 
 #include "model/LaneConnector.h"
-#include "store/DBTools.h"
 #include "store/core/Probes.h"
 #include "store/core/Query.h"
 #include "store/core/StorableValue.h"
 #include "store/core/Transaction.h"
-#include "store/families/Sequences.h"
+#include "store/ids/Sequences.h"
 
 #include <algorithm>
 
@@ -40,7 +39,7 @@ QString statement(const Store &store, const Sql &sql, std::initializer_list<long
 /// The highest identifier of @p table that this process has handed out or reserved in the store's network.
 long &highestReserved(const Store &store, const QString &table) {
     // Stores of one network count without regard to its id.
-    return DBTools::mhNetMaxId[store.hasSeveralNets() ? store.netId() : 0][table];
+    return store.state().highestIds[store.hasSeveralNets() ? store.netId() : 0][table];
 }
 
 /// Up to @p highest the identifiers of @p table are taken by this process, whatever becomes of the counter.
@@ -134,7 +133,7 @@ bool nextOfOneNet(const Store &store, const QString &table, long &id) {
 
 /// Generation 6: draws come from a block that is reserved at once.
 bool nextOfNet(const Store &store, const QString &table, long &id) {
-    QList<long> &reserved = DBTools::mhId[store.netId()][table];
+    QList<long> &reserved = store.state().reservedIds[store.netId()][table];
     if (reserved.isEmpty()) {
         long first = 0;
         long last = 0;
@@ -178,7 +177,7 @@ bool next(const Store &store, const QString &table, long &id) {
     if (store.isGivenUp())
         return false;
     // Older stores do not keep the ids of lane connectors.
-    if (!store.hasSeveralNets() && table == kLaneConnector && DBTools::dbVer() < 6) {
+    if (!store.hasSeveralNets() && table == kLaneConnector && store.schemaVersion() < 6) {
         if (!requireId(store, table, qint64(LaneConnector::generId) + 1))
             return false;
         id = ++LaneConnector::generId;
@@ -225,20 +224,11 @@ bool keepFrom(const Store &store, const QString &table, std::vector<long> ids) {
         LaneConnector::generId = std::max(LaneConnector::generId, largest);
     if (store.isPostgreSql())
         return sequences::pass(store, table, largest);
-    QList<long> &reserved = DBTools::mhId[store.netId()][table];
+    QList<long> &reserved = store.state().reservedIds[store.netId()][table];
     const auto isUsed = [&ids](long id) { return std::binary_search(ids.begin(), ids.end(), id); };
     reserved.erase(std::remove_if(reserved.begin(), reserved.end(), isUsed), reserved.end());
     const auto counter = readCounter(store, table);
     return counter && (counter->stored >= largest || setCounter(store, table, *counter, largest));
-}
-
-bool nextGeneral(QSqlDatabase &db, long &id) {
-    if (db.driverName() == QLatin1String("QSQLITE"))
-        return DBTools::getIDByTableName(db, QStringLiteral("General"), id);
-    if (db.driverName() != QLatin1String("QPSQL"))
-        return false;
-    const Store store(db, 0, Generation::OneNet, DBTools::dbVer(), DBTools::mlCallDbResult);
-    return sequences::drawGeneral(store, id);
 }
 
 QString idColumn(const QString &table) {
@@ -302,13 +292,13 @@ bool requireId(const Store &store, const QString &table, qint64 id) {
                        .arg(table, QString::number(id), QString::number(storablevalue::kLargestId)));
 }
 
-Reservations::Reservations() : mIds(DBTools::mhId), mHighest(DBTools::mhNetMaxId) {}
+Reservations::Reservations(const Store &store) : mState(store.state()), mBefore(mState) {}
 
 Reservations::~Reservations() {
     if (mKept)
         return;
-    DBTools::mhId = mIds;
-    DBTools::mhNetMaxId = mHighest;
+    mState.reservedIds = mBefore.reservedIds;
+    mState.highestIds = mBefore.highestIds;
 }
 
 bool giveBackUnused(const Store &store, bool useTransaction) {
@@ -316,7 +306,7 @@ bool giveBackUnused(const Store &store, bool useTransaction) {
         return true;
     Transaction transaction(store, useTransaction);
     bool verdict = true;
-    const QHash<QString, QList<long>> reserved = DBTools::mhId.value(store.netId());
+    const QHash<QString, QList<long>> reserved = store.state().reservedIds.value(store.netId());
     QStringList tables = reserved.keys();
     tables.sort();
     for (const QString &table : qAsConst(tables)) {

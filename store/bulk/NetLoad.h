@@ -1,7 +1,7 @@
 #pragma once
 
 #include "model/NetContents.h"
-#include "store/core/Rows.h"
+#include "store/bulk/Rows.h"
 
 #include <optional>
 #include <vector>

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "model/StoredJson.h"
-#include "store/core/ProgressMeter.h"
-#include "store/core/RowSink.h"
+#include "store/bulk/ProgressMeter.h"
+#include "store/bulk/RowSink.h"
 #include "store/core/StorableValue.h"
 #include "store/core/Store.h"
 

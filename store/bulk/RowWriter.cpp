@@ -1,4 +1,4 @@
-#include "store/core/RowWriter.h"
+#include "store/bulk/RowWriter.h"
 
 #include <cstring>
 

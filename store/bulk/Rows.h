@@ -1,9 +1,9 @@
 #pragma once
 
 #include "model/StoredJson.h"
-#include "store/core/JsonCheck.h"
-#include "store/core/ProgressMeter.h"
-#include "store/core/RowSource.h"
+#include "store/bulk/JsonCheck.h"
+#include "store/bulk/ProgressMeter.h"
+#include "store/bulk/RowSource.h"
 #include "store/core/Store.h"
 
 #include <vector>

@@ -3,11 +3,11 @@
 #include "store/DBTools.h"
 #include "store/DBTools_V6.h"
 #include "store/core/Probes.h"
-#include "store/families/Identifiers.h"
 #include "store/guard/ConnectionGuard.h"
 #include "store/guard/FileGuard.h"
 #include "store/guard/ReadOnlyFile.h"
 #include "store/guard/SchemaGuard.h"
+#include "store/ids/Identifiers.h"
 #include "store/protection/FileProtection.h"
 #include "store/schema/Upgrade.h"
 
@@ -164,7 +164,7 @@ bool DBTools::learnAboutStore(QSqlDatabase &db, const QString &path, bool resetI
         mhId.clear();
     if (mayUpgrade && !bringForward(db))
         return false;
-    const Store store(db, 0, mDbVer >= 6 ? Generation::SeveralNets : Generation::OneNet, mDbVer,
+    const Store store(db, mState, 0, mDbVer >= 6 ? Generation::SeveralNets : Generation::OneNet, mDbVer,
                       mlCallDbResult);
     if (!judgeIsInter(db) || !identifiers::passLaneConnectors(store))
         return false;
@@ -257,7 +257,8 @@ bool DBTools::transToPostgreSql(QSqlDatabase &db) {
     db.setPassword(mDbPassword);
     if (!openGuarded(db, mlCallDbResult) || !validateDatabase(db) ||
         !schemaguard::hasFittingVersion(db, mDbName, mlCallDbResult) ||
-        !identifiers::passLaneConnectors(Store(db, 0, Generation::SeveralNets, mDbVer, mlCallDbResult)))
+        !identifiers::passLaneConnectors(
+            Store(db, mState, 0, Generation::SeveralNets, mDbVer, mlCallDbResult)))
         return false;
     // The switch has succeeded whatever becomes of the removal; that records its own failures.
     removeNetData(db, 1, true);

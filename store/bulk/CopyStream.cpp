@@ -1,4 +1,4 @@
-#include "store/core/CopyStream.h"
+#include "store/bulk/CopyStream.h"
 
 #include "store/core/EngineHandle.h"
 

@@ -1,4 +1,4 @@
-#include "store/families/NetworkRemoval.h"
+#include "store/whole/NetworkRemoval.h"
 
 #include "store/core/Query.h"
 #include "store/core/Savepoint.h"

@@ -1,5 +1,5 @@
+#include "store/bulk/RowSource.h"
 #include "store/core/EngineHandle.h"
-#include "store/core/RowSource.h"
 #include "store/core/StorableValue.h"
 #include "store/core/Store.h"
 #include "store/core/Utf8.h"
