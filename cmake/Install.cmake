@@ -19,19 +19,24 @@ endif()
 install(TARGETS ${MORASTORE_LIBRARIES} EXPORT MoraStoreTargets)
 
 # Headers of the siblings lie as they do in the tree. Those of the library keep their folder below include/MoraStore, where
-# they include each other by it ("model/Link.h"), and a header that forwards lets hosts write <MoraStore/Link.h>.
+# they include each other by their whole path ("MoraStore/model/Link.h": a host may have a folder model/ of its own), and the
+# headers that forward let hosts write <MoraStore/Link.h>.
 install(DIRECTORY ${PROJECT_SOURCE_DIR}/interfaces/MoraInterfaces ${PROJECT_SOURCE_DIR}/support/MoraSupport
         DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} FILES_MATCHING PATTERN *.h)
+install(DIRECTORY ${PROJECT_SOURCE_DIR}/model ${PROJECT_BINARY_DIR}/include/MoraStore/
+        DESTINATION ${MORASTORE_INCLUDE_DIR} FILES_MATCHING PATTERN *.h)
 # What lies in the folders below store/ is the library's own.
-file(GLOB MORASTORE_PUBLIC_HEADERS CONFIGURE_DEPENDS RELATIVE ${PROJECT_SOURCE_DIR}
-     ${PROJECT_SOURCE_DIR}/model/*.h ${PROJECT_SOURCE_DIR}/store/*.h)
-foreach(header IN LISTS MORASTORE_PUBLIC_HEADERS)
-    cmake_path(GET header PARENT_PATH folder)
-    cmake_path(GET header FILENAME name)
-    install(FILES ${PROJECT_SOURCE_DIR}/${header} DESTINATION ${MORASTORE_INCLUDE_DIR}/${folder})
-    file(CONFIGURE OUTPUT ${PROJECT_BINARY_DIR}/forward/${name} CONTENT "#pragma once\n#include \"@header@\"\n" @ONLY)
-    install(FILES ${PROJECT_BINARY_DIR}/forward/${name} DESTINATION ${MORASTORE_INCLUDE_DIR})
-endforeach()
+file(GLOB MORASTORE_FACADES CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/store/*.h)
+install(FILES ${MORASTORE_FACADES} DESTINATION ${MORASTORE_INCLUDE_DIR}/store)
+install(CODE "set(folder \"\$ENV{DESTDIR}\${CMAKE_INSTALL_PREFIX}/${MORASTORE_INCLUDE_DIR}\")")
+install(CODE [[
+    file(GLOB headers "${folder}/*.h" "${folder}/model/*.h" "${folder}/store/*.h")
+    foreach(header IN LISTS headers)
+        file(READ "${header}" text)
+        string(REGEX REPLACE "#include \"(model|store)/" "#include \"MoraStore/\\1/" text "${text}")
+        file(WRITE "${header}" "${text}")
+    endforeach()
+]])
 
 install(EXPORT MoraStoreTargets NAMESPACE MoraStore:: DESTINATION ${MORASTORE_PACKAGE_DIR})
 configure_package_config_file(${PROJECT_SOURCE_DIR}/cmake/MoraStoreConfig.cmake.in ${PROJECT_BINARY_DIR}/MoraStoreConfig.cmake
