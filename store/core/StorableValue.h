@@ -28,6 +28,12 @@ constexpr bool holdsId(qint64 id) {
     return id >= std::numeric_limits<qint32>::min() && id <= kLargestId;
 }
 
+/// A number without its fraction; 0 for one that has no place in 64 bits, which only a damaged store has.
+constexpr qint64 wholePart(double number) {
+    constexpr double beyond = 9223372036854775808.0; // 2 to the power of 63
+    return number >= -beyond && number < beyond ? static_cast<qint64>(number) : 0;
+}
+
 /// @{ Why a value cannot be stored, as the end of a sentence; empty when it can.
 QString objection(const QVariant &value);
 

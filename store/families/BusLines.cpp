@@ -9,6 +9,7 @@
 #include "store/bulk/Owners.h"
 #include "store/core/Columns.h"
 #include "store/core/Query.h"
+#include "store/core/StorableValue.h"
 #include "store/core/Transaction.h"
 #include "store/families/CurrentNet.h"
 #include "store/families/Wholeness.h"
@@ -97,7 +98,7 @@ std::unique_ptr<BusLine> readRow(Row &row) {
     auto line = std::make_unique<BusLine>();
     readAll(row, kColumns, *line);
     // Fractions of a second are cut off, not rounded.
-    line->dischargeStartTime = static_cast<int>(row.number("dischargeStartTime"));
+    line->dischargeStartTime = static_cast<int>(storablevalue::wholePart(row.number("dischargeStartTime")));
     return line;
 }
 

@@ -6,6 +6,7 @@
 #include "store/bulk/Owners.h"
 #include "store/core/Probes.h"
 #include "store/core/Query.h"
+#include "store/core/StorableValue.h"
 
 #include <algorithm>
 #include <memory>
@@ -64,7 +65,7 @@ void readRow(Row &row, RoadWorkZone &zone) {
     zone.zoneLength = row.number("zoneLength");
     zone.limitSpeed = row.number("limitSpeed");
     // Some writers store the road as a real number: its fraction is cut off, not rounded.
-    zone.roadID = Query::narrowedId(static_cast<qlonglong>(row.number("roadID")));
+    zone.roadID = Query::narrowedId(storablevalue::wholePart(row.number("roadID")));
     zone.roadName = row.text("roadName");
     zone.roadType = row.text("roadType");
 }
