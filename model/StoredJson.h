@@ -7,6 +7,7 @@
 #include <QJsonObject>
 
 #include <initializer_list>
+#include <type_traits>
 
 /// A JSON object that keeps the text it was read from and becomes a QJsonObject when first asked.
 ///
@@ -68,9 +69,32 @@ public:
     QJsonValue operator[](const Key &key) const {
         return object()[key];
     }
+    /// A member that reads as its value does; only an assignment changes the object, and gives up the text.
+    class Member : public QJsonValue {
+    public:
+        Member(const Member &) = default;
+        ~Member() = default;
+        Member &operator=(const QJsonValue &value) {
+            QJsonValue::operator=(value);
+            mOwner.insert(mKey, value);
+            return *this;
+        }
+        Member &operator=(const Member &other) { return *this = static_cast<const QJsonValue &>(other); }
+
+    private:
+        friend class StoredJson;
+        Member(StoredJson &owner, const QString &key)
+            : QJsonValue(owner.object().value(key)), mOwner(owner), mKey(key) {}
+
+        StoredJson &mOwner;
+        QString mKey;
+    };
     template <class Key>
-    QJsonValueRef operator[](const Key &key) {
-        return edit()[key];
+    Member operator[](const Key &key) {
+        if constexpr (std::is_same_v<Key, QStringView>)
+            return Member(*this, key.toString());
+        else
+            return Member(*this, QString(key));
     }
     template <class Key>
     void insert(const Key &key, const QJsonValue &member) {

@@ -46,6 +46,18 @@ TEST(StoredJson, AChangeGivesUpTheTextAndLeavesCopiesAlone) {
     EXPECT_EQ(copy, kObject);
 }
 
+TEST(StoredJson, ReadingAMemberChangesNothing) {
+    StoredJson stored = StoredJson::fromText(kText);
+    EXPECT_TRUE(stored["missing"].isUndefined());
+    const QJsonValue known = stored[QStringView(u"a")];
+    EXPECT_TRUE(known.isArray());
+    EXPECT_EQ(stored.text(), kText);
+    StoredJson other;
+    other[QLatin1String("from")] = stored["a"];
+    EXPECT_EQ(other.text(), QByteArray(R"({"from":[true]})"));
+    EXPECT_EQ(stored.text(), kText);
+}
+
 TEST(StoredJson, DamagedTextReadsAsAnEmptyObjectAndIsKept) {
     for (const QByteArray &text : {QByteArray("{\"a\":"), QByteArray("[1]"), QByteArray("\xff")}) {
         const StoredJson stored = StoredJson::fromText(text);
