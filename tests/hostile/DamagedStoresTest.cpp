@@ -44,7 +44,7 @@ protected:
     void TearDown() override { closeStore(); }
 
     QString makeSound(const QString &name) const {
-        const QString store = file(name);
+        QString store = file(name);
         const QString folder = QFileInfo(kExample).path();
         EXPECT_EQ(run({QStringLiteral("new"), store, QStringLiteral("--template"), QLatin1String(GetParam())})
                       .exitCode,
