@@ -1,6 +1,6 @@
 #include "tests/differential/NewObjects.h"
 
-#include "tests/differential/Fields.h"
+#include "tests/differential/FieldWalk.h"
 
 #include <QSet>
 
@@ -9,13 +9,12 @@ namespace differential {
 namespace {
 
 /// Sets identifiers to 0, by the names of their members.
-class Forgetting {
+class Forgetting : public FieldWalk<Forgetting> {
 public:
     template <class Value>
     void value(const char *, const Value &) {}
     void word(const char *, const QString &) {}
-    template <class Value>
-    void id(const char *, const Value &) {}
+    using FieldWalk::id;
     void id(const char *name, long &id) {
         static const QSet<QByteArray> kUnknownToOthers = {"vertexID",
                                                           "nodeID",
@@ -40,37 +39,6 @@ public:
                                                           "accidentZoneId"};
         if (kUnknownToOthers.contains(name))
             id = 0;
-    }
-    template <class Object, class Id>
-    void reference(const char *, Object *, Id Object::*) {}
-    template <class Object>
-    void references(const char *, const QList<Object *> &, long Object::*) {}
-    template <class Object>
-    void part(const char *, Object *object) {
-        if (object)
-            fields(*this, *object);
-    }
-    template <class List>
-    void list(const char *, List &objects) {
-        for (auto &object : objects)
-            element(object);
-    }
-    template <class Object>
-    void optional(const char *, const std::optional<Object> &) {}
-
-private:
-    void element(long) {}
-    template <class Object>
-    void element(Object *object) {
-        fields(*this, *object);
-    }
-    template <class Object>
-    void element(std::unique_ptr<Object> &object) {
-        fields(*this, *object);
-    }
-    template <class Object>
-    std::enable_if_t<std::is_class_v<Object>> element(Object &object) {
-        fields(*this, object);
     }
 };
 

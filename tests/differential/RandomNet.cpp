@@ -1,6 +1,6 @@
 #include "tests/differential/RandomNet.h"
 
-#include "tests/differential/Fields.h"
+#include "tests/differential/FieldWalk.h"
 
 #include <QJsonArray>
 
@@ -28,7 +28,7 @@ private:
 };
 
 /// Gives every value a random one.
-class RandomNet::Filler {
+class RandomNet::Filler : public FieldWalk<Filler> {
 public:
     explicit Filler(RandomNet &net) : mNet(net) {}
 
@@ -45,43 +45,8 @@ public:
             value.append(char(mNet.below(256)));
     }
     void word(const char *, QString &value) { value = mNet.word(); }
-    template <class Value>
-    void id(const char *, const Value &) {}
-    template <class Object, class Id>
-    void reference(const char *, Object *, Id Object::*) {}
-    template <class Object>
-    void references(const char *, const QList<Object *> &, long Object::*) {}
-    template <class Object>
-    void part(const char *, Object *object) {
-        if (object)
-            fields(*this, *object);
-    }
-    template <class List>
-    void list(const char *, List &objects) {
-        for (auto &object : objects)
-            element(object);
-    }
-    template <class Object>
-    void optional(const char *, std::optional<Object> &object) {
-        if (object)
-            fields(*this, *object);
-    }
 
 private:
-    void element(long) {}
-    template <class Object>
-    void element(Object *object) {
-        fields(*this, *object);
-    }
-    template <class Object>
-    void element(std::unique_ptr<Object> &object) {
-        fields(*this, *object);
-    }
-    template <class Object>
-    std::enable_if_t<std::is_class_v<Object>> element(Object &object) {
-        fields(*this, object);
-    }
-
     /// Identifiers, times and counts are 32 bits wide in memory.
     long whole() {
         switch (mNet.below(8)) {
