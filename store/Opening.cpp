@@ -61,10 +61,7 @@ void replaceDefaultConnection(QSqlDatabase &db, const QString &driver) {
 }
 
 bool refuse(const QString &path, const QString &reason, FailureList &failures) {
-    CallDbResult failure;
-    failure.error = QStringLiteral("%1: %2").arg(QDir::toNativeSeparators(path), reason);
-    failures.append(failure);
-    return false;
+    return recordFailure(failures, {}, QStringLiteral("%1: %2").arg(QDir::toNativeSeparators(path), reason));
 }
 
 /// Records why the file is not to be opened. SQLite would make a file for a path that does not exist, and

@@ -38,11 +38,7 @@ void NetSave::keepIds(const char *table, const std::vector<long> &ids) {
 }
 
 bool NetSave::refuse(long id, const QString &reason) {
-    CallDbResult failure;
-    failure.id = id;
-    failure.error = reason;
-    store.failures().append(failure);
-    check(false);
+    check(store.fail({}, reason, id));
     return false;
 }
 

@@ -149,12 +149,7 @@ private:
         return last.text;
     }
 
-    void recordFailure() {
-        CallDbResult failure;
-        failure.sql = mSql;
-        failure.error = QString::fromUtf8(sqlite3_errmsg(mEngine));
-        mStore.failures().append(failure);
-    }
+    void recordFailure() { mStore.fail(mSql, QString::fromUtf8(sqlite3_errmsg(mEngine))); }
 
     const Store &mStore;
     sqlite3 *mEngine;

@@ -50,10 +50,7 @@ private:
     const QByteArray &hold(int column, const QByteArray &bytes) { return mHeld[std::size_t(column)] = bytes; }
 
     void recordFailure() {
-        CallDbResult failure;
-        failure.sql = mSql;
-        failure.error = QString::fromUtf8(sqlite3_errmsg(mEngine));
-        mStore.failures().append(failure);
+        mStore.fail(mSql, QString::fromUtf8(sqlite3_errmsg(mEngine)));
         // The engine may have ended the transaction by itself (a full disk): what followed would be kept.
         if (sqlite3_get_autocommit(mEngine) != 0)
             mStore.giveUp();

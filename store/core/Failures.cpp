@@ -22,27 +22,24 @@ long lastInsertId(const QSqlQuery &query) {
 
 } // namespace
 
+bool recordFailure(FailureList &failures, const QString &sql, const QString &error, long id) {
+    failures.append({sql, id, error});
+    return false;
+}
+
 bool checkStatement(const QSqlQuery &query, FailureList &failures) {
     const QSqlError error = query.lastError();
     const bool isOpen = !query.driver() || query.driver()->isOpen();
     if (!error.isValid() && isOpen)
         return true;
-    CallDbResult failure;
-    failure.sql = query.lastQuery();
-    failure.id = lastInsertId(query);
-    failure.error = error.isValid() ? error.text() : kNotOpen;
-    failures.append(failure);
-    return false;
+    return recordFailure(failures, query.lastQuery(), error.isValid() ? error.text() : kNotOpen,
+                         lastInsertId(query));
 }
 
 bool checkConnection(const QSqlDatabase &db, FailureList &failures) {
     const QSqlError error = db.lastError();
-    if (error.isValid() || !db.isOpen()) {
-        CallDbResult failure;
-        failure.error = error.isValid() ? error.text() : kNotOpen;
-        failures.append(failure);
-        return false;
-    }
+    if (error.isValid() || !db.isOpen())
+        return recordFailure(failures, {}, error.isValid() ? error.text() : kNotOpen);
     if (db.driverName() != QLatin1String("QSQLITE"))
         return true;
     QSqlQuery count(db);

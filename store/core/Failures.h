@@ -10,6 +10,11 @@ class QSqlQuery;
 /// The failed calls of one operation class since the last opening. It only grows; opening empties it.
 using FailureList = QList<CallDbResult>;
 
+/// Appends a failure. @return false, for the caller to return.
+/// @param sql the statement; empty for a failure that is none of a statement.
+/// @param id of the row or object that it is about; 0 for none.
+bool recordFailure(FailureList &failures, const QString &sql, const QString &error, long id = 0);
+
 /// True when the last statement of @p query succeeded; otherwise its text, last insert id and error are
 /// appended to @p failures.
 bool checkStatement(const QSqlQuery &query, FailureList &failures);

@@ -78,10 +78,7 @@ bool hasSeveralNets(qint64 version) {
 }
 
 std::nullopt_t refuse(const QSqlQuery &query, const QString &reason, FailureList &failures) {
-    CallDbResult failure;
-    failure.sql = query.lastQuery();
-    failure.error = reason;
-    failures.append(failure);
+    recordFailure(failures, query.lastQuery(), reason);
     return std::nullopt;
 }
 

@@ -56,14 +56,6 @@ void Store::heed(const QSqlError &error) const {
         giveUp();
 }
 
-bool Store::fail(const QString &sql, const QString &error) const {
-    CallDbResult failure;
-    failure.sql = sql;
-    failure.error = error;
-    mFailures.append(failure);
-    return false;
-}
-
 bool Store::hasColumn(const char *table, const char *column) const {
     if (!isUsable())
         return false;

@@ -96,7 +96,9 @@ public:
     FailureList &failures() const { return mFailures; }
     bool check(const QSqlQuery &query) const { return checkStatement(query, mFailures); }
     /// Records a failure that no driver knows of; false.
-    bool fail(const QString &sql, const QString &error) const;
+    bool fail(const QString &sql, const QString &error, long id = 0) const {
+        return recordFailure(mFailures, sql, error, id);
+    }
     bool checkConnection() const { return ::checkConnection(mDb, mFailures); }
 
 private:

@@ -27,11 +27,9 @@ struct Named {
 
 /// @param lack what the object has or has not, and what to do.
 bool refuse(const Store &store, const Named &object, const QString &lack) {
-    CallDbResult failure;
-    failure.id = object.id.value_or(0);
-    failure.error = object.text() + QStringLiteral(" has ") + lack + QStringLiteral(" before it is stored.");
-    store.failures().append(failure);
-    return false;
+    return store.fail(
+        {}, object.text() + QStringLiteral(" has ") + lack + QStringLiteral(" before it is stored."),
+        object.id.value_or(0));
 }
 
 /// @param where the name of the list, and what else tells which one it is.

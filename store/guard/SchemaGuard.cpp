@@ -20,10 +20,7 @@ bool isPostgreSql(const QSqlDatabase &db) {
 }
 
 bool refuse(const QString &name, const QString &reason, FailureList &failures) {
-    CallDbResult failure;
-    failure.error = name.isEmpty() ? reason : QStringLiteral("%1: %2").arg(name, reason);
-    failures.append(failure);
-    return false;
+    return recordFailure(failures, {}, name.isEmpty() ? reason : QStringLiteral("%1: %2").arg(name, reason));
 }
 
 /// Runs a question; its failure is recorded.

@@ -19,10 +19,8 @@ bool run(const QString &path, FailureList &failures, const std::function<void()>
         work();
         return true;
     } catch (const Refusal &refusal) {
-        CallDbResult failure;
-        failure.error = QStringLiteral("%1: %2").arg(QDir::toNativeSeparators(path), refusal.reason());
-        failures.append(failure);
-        return false;
+        return recordFailure(failures, {},
+                             QStringLiteral("%1: %2").arg(QDir::toNativeSeparators(path), refusal.reason()));
     }
 }
 

@@ -53,12 +53,10 @@ public:
 
 private:
     bool refuse(const char *kind, long id, const char *reason) {
-        CallDbResult failure;
-        failure.id = id;
-        failure.error =
-            QStringLiteral("%1 %2 %3.").arg(QLatin1String(kind), QString::number(id), QLatin1String(reason));
-        mStore.failures().append(failure);
-        return false;
+        return mStore.fail(
+            {},
+            QStringLiteral("%1 %2 %3.").arg(QLatin1String(kind), QString::number(id), QLatin1String(reason)),
+            id);
     }
     bool has(const Link *link) const { return mLinks.count(link) > 0; }
     bool has(const Lane *lane) const { return mLanes.count(lane) > 0; }
