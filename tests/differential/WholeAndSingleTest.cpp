@@ -1,3 +1,4 @@
+#include "tests/differential/AsRead.h"
 #include "tests/differential/Damage.h"
 #include "tests/differential/KnownDifferences.h"
 #include "tests/differential/NewObjects.h"
