@@ -1,6 +1,7 @@
 #include "store/DBTools.h"
 
 #include "store/DBTools_V6.h"
+#include "store/core/Engine.h"
 #include "store/core/FailureLog.h"
 #include "store/core/Probes.h"
 #include "store/core/StorableValue.h"
@@ -29,11 +30,6 @@ QHash<long, QHash<QString, QList<long>>> &DBTools::mhId = mState.reservedIds;
 QHash<long, QHash<QString, long>> &DBTools::mhNetMaxId = mState.highestIds;
 
 namespace {
-
-/// Databases of a server are never upgraded.
-bool isPostgreSql(const QSqlDatabase &db) {
-    return db.driverName() == QLatin1String("QPSQL");
-}
 
 networks::Record networkRecord(long id, const QString &name, const QPointF &center, const QString &sourceType,
                                const QString &backgroundUrl) {
@@ -118,7 +114,8 @@ QHash<QString, QString> DBTools::tablePK() {
 }
 
 void DBTools::updateDatabase(QSqlDatabase &db) {
-    if (!isPostgreSql(db))
+    // Databases of a server are never upgraded.
+    if (!engine::isPostgreSql(db))
         bringForward(db);
 }
 
@@ -129,7 +126,7 @@ bool DBTools::bringForward(QSqlDatabase &db) {
 }
 
 void DBTools::updateDatabase1x(QSqlDatabase &db) {
-    if (isPostgreSql(db))
+    if (engine::isPostgreSql(db))
         return;
     // A host opens such a store by itself.
     connectionguard::harden(db);
@@ -150,9 +147,9 @@ bool DBTools::getIDByTableName(QSqlDatabase &db, QString table, long &id) {
 }
 
 bool DBTools::getID(QSqlDatabase &db, long &id) {
-    if (db.driverName() == QLatin1String("QSQLITE"))
+    if (engine::isSqlite(db))
         return getIDByTableName(db, QStringLiteral("General"), id);
-    return isPostgreSql(db) && sequences::drawGeneral(ownStore(db, 0), id);
+    return engine::isPostgreSql(db) && sequences::drawGeneral(ownStore(db, 0), id);
 }
 
 QString DBTools::getIDName(QString table) {

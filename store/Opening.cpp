@@ -2,6 +2,7 @@
 #include "model/SpecialWords.h"
 #include "store/DBTools.h"
 #include "store/DBTools_V6.h"
+#include "store/core/Engine.h"
 #include "store/core/Probes.h"
 #include "store/guard/ConnectionGuard.h"
 #include "store/guard/FileGuard.h"
@@ -85,7 +86,7 @@ bool isWritableStoreFile(const QString &path, FailureList &failures) {
 /// The driver finds out while it connects what the server is set to, and escapes bound texts accordingly: to
 /// change the setting afterwards would double their backslashes.
 bool openWithPlainBackslashes(QSqlDatabase &db) {
-    if (!connectionguard::open(db) || db.driverName() != QLatin1String("QPSQL"))
+    if (!connectionguard::open(db) || !engine::isPostgreSql(db))
         return db.isOpen();
     {
         QSqlQuery setting(QStringLiteral("show standard_conforming_strings"), db);
@@ -170,7 +171,7 @@ bool DBTools::learnAboutStore(QSqlDatabase &db, const QString &path, bool resetI
     if (!hasRoadId)
         return false;
     mbLinkHasRouadId = *hasRoadId;
-    gsDbPath = db.driverName() == QLatin1String("QSQLITE") ? path : QString();
+    gsDbPath = engine::isSqlite(db) ? path : QString();
     return true;
 }
 
@@ -231,7 +232,7 @@ bool DBTools::judgeIsInter(QSqlDatabase &db) {
 }
 
 bool DBTools::transToPostgreSql(QSqlDatabase &db) {
-    if (db.driverName() != QLatin1String("QSQLITE"))
+    if (!engine::isSqlite(db))
         return false;
     const QJsonObject settings = hostSettings();
     takeTexts(settings, {{"__pgdbdriver", &mDbDriver},

@@ -13,7 +13,6 @@ void changeFile(const std::string &given, bool (*change)(QString)) {
         throw Failure(QStringLiteral("%1: only a store file can be protected; on a server the access "
                                      "rights and its disk's encryption do that")
                           .arg(address.name()));
-    requireProtectable(address.path());
     if (!change(address.path()))
         throw Failure(firstFailureText());
 }

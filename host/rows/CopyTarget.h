@@ -2,6 +2,7 @@
 
 #include "host/rows/NetworkTables.h"
 #include "host/rows/StoreReader.h"
+#include "store/core/Engine.h"
 
 #include <QSet>
 #include <QSqlDatabase>
@@ -35,7 +36,7 @@ public:
     void raiseNetworkCounter(long netId) const;
 
 private:
-    bool isSqlite() const { return mDb.driverName() == QLatin1String("QSQLITE"); }
+    bool isSqlite() const { return engine::isSqlite(mDb); }
     QSqlQuery run(const QString &sql) const;
     qint64 number(const QString &sql) const;
     QString sequence(const char *table) const;

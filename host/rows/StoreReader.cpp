@@ -4,6 +4,7 @@
 #include "host/store/ConnectionSettings.h"
 #include "host/store/Server.h"
 #include "host/store/StoreFile.h"
+#include "store/core/Engine.h"
 #include "store/core/StorableValue.h"
 #include "store/guard/ConnectionGuard.h"
 #include "store/guard/SchemaGuard.h"
@@ -123,7 +124,7 @@ QList<StoreReader::Network> StoreReader::networksOf(const std::vector<std::strin
 }
 
 bool StoreReader::isSqlite() const {
-    return connection().driverName() == QLatin1String("QSQLITE");
+    return engine::isSqlite(connection());
 }
 
 const StoreTable *StoreReader::table(const QString &named) const {

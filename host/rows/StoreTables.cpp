@@ -1,6 +1,7 @@
 #include "host/rows/StoreTables.h"
 
 #include "host/Failure.h"
+#include "store/core/Engine.h"
 
 #include <QSqlError>
 #include <QSqlQuery>
@@ -59,7 +60,7 @@ const StoreColumn *StoreTable::column(const QString &named) const {
 }
 
 QHash<QString, StoreTable> storeTables(const QSqlDatabase &db) {
-    const bool isSqlite = db.driverName() == QLatin1String("QSQLITE");
+    const bool isSqlite = engine::isSqlite(db);
     QSqlQuery query(db);
     query.setForwardOnly(true);
     if (!query.exec(QLatin1String(isSqlite ? kSqliteColumns : kServerColumns)))

@@ -2,6 +2,7 @@
 
 #include "host/Failure.h"
 #include "host/store/OpenStore.h"
+#include "store/core/Engine.h"
 
 #include <QSqlError>
 
@@ -35,11 +36,7 @@ void put(CopyStream &stream, int column, const QVariant &value) {
 } // namespace
 
 TableWriter::TableWriter(QSqlDatabase &db, const StoreTable &table, const QVector<StoreColumn> &columns)
-    : mDb(db),
-      mIsServer(db.driverName() == QLatin1String("QPSQL")),
-      mTable(table.name),
-      mColumns(columns),
-      mInsert(db) {}
+    : mDb(db), mIsServer(engine::isPostgreSql(db)), mTable(table.name), mColumns(columns), mInsert(db) {}
 
 /// With the first row: a stream keeps the connection from everything else.
 void TableWriter::open() {

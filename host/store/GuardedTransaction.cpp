@@ -2,6 +2,7 @@
 
 #include "host/Failure.h"
 #include "host/store/OpenStore.h"
+#include "store/core/Engine.h"
 #include "store/guard/ConnectionGuard.h"
 
 #include <QSqlError>
@@ -35,7 +36,7 @@ void GuardedTransaction::Reader::close() {
 }
 
 GuardedTransaction::GuardedTransaction(QSqlDatabase &db) : mDb(db), mFailuresBefore(unexpectedFailures()) {
-    if (mDb.driverName() == QLatin1String("QSQLITE"))
+    if (engine::isSqlite(mDb))
         beginSqlite();
     else
         beginServer();
@@ -116,7 +117,7 @@ void GuardedTransaction::refuse(const QSqlError &error) {
     requireServerAlive();
     // The result code of SQLite for a lock that another connection has, https://www.sqlite.org/rescode.html.
     constexpr int busy = 5;
-    const bool isFile = mDb.driverName() == QLatin1String("QSQLITE");
+    const bool isFile = engine::isSqlite(mDb);
     if (isFile && (error.nativeErrorCode().toInt() & 0xff) == busy)
         throw Failure(mOpen
                           ? QStringLiteral("another program is reading the store and does not let go of it; "

@@ -4,6 +4,7 @@
 #include "host/ShareOfSteps.h"
 #include "host/store/OpenStore.h"
 #include "store/DBTools.h"
+#include "store/core/Engine.h"
 
 #include <QHash>
 #include <QSqlQuery>
@@ -14,7 +15,7 @@ namespace {
 class Snapshot {
 public:
     Snapshot() {
-        const bool isServer = gDB.driverName() == QLatin1String("QPSQL");
+        const bool isServer = engine::isPostgreSql(gDB);
         const QSqlQuery begin(
             isServer ? QStringLiteral("begin transaction isolation level repeatable read read only")
                      : QStringLiteral("begin"),

@@ -6,6 +6,7 @@
 #include "model/Net.h"
 #include "store/DBTools.h"
 #include "store/DBTools_V6.h"
+#include "store/core/Engine.h"
 #include "store/guard/ConnectionGuard.h"
 
 #include <QFileInfo>
@@ -119,7 +120,7 @@ void logFailures() {
 }
 
 void requireServerAlive() {
-    if (gDB.driverName() != QLatin1String("QPSQL"))
+    if (!engine::isPostgreSql(gDB))
         return;
     QSqlQuery question(gDB);
     // A server that refuses to answer in a transaction that failed is alive, and gives a code.

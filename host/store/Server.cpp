@@ -1,6 +1,7 @@
 #include "host/store/Server.h"
 
 #include "host/Failure.h"
+#include "store/core/Probes.h"
 
 #include <QElapsedTimer>
 #include <QEventLoop>
@@ -175,8 +176,9 @@ void requireServerStore(const StoreAddress &address, Access access) {
         throw Failure(QStringLiteral("%1: this database is no store; make one with \"morastore new "
                                      "--postgres\" in an empty database")
                           .arg(address.name()));
-    requireKnownVersion(server.value(QStringLiteral("select max(versionId) from DbVersion")).toInt(),
-                        address.name());
+    const QString version = server.value(QStringLiteral("select max(versionId) from DbVersion"));
+    if (const QString refusal = probes::refusalOfVersion(version.toLongLong()); !refusal.isEmpty())
+        throw Failure(QStringLiteral("%1: %2").arg(address.name(), refusal));
     const QString privileges =
         access != Access::Read ? QStringLiteral("select, insert, update, delete") : QStringLiteral("select");
     // A list of privileges asks for any of them, so each is asked for.

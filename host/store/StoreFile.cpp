@@ -106,27 +106,10 @@ void run(QSqlDatabase &db, const QString &path, const char *sql) {
         refuse(path, query.lastError());
 }
 
-/// The highest version that the store names; 0 without a table of versions, which the oldest stores lack.
-qint64 versionOf(const QSqlDatabase &db, const QString &path) {
-    QSqlQuery version(db);
-    if (!version.exec(QStringLiteral("select max(versionId) from DbVersion")) &&
-        codeOf(version.lastError()) != kGeneralError)
-        refuse(path, version.lastError());
-    return version.next() ? version.value(0).toLongLong() : 0;
-}
-
 bool isLedByNetwork(const QSqlDatabase &db) {
     QSqlQuery column(
         QStringLiteral("select 1 from pragma_table_info('Link') where pk > 0 and lower(name) = 'netid'"), db);
     return column.next();
-}
-
-/// Nothing of the file runs when its tables are used, and they are those of its version.
-void requireFittingTables(QSqlDatabase &db, const QString &path) {
-    run(db, path, "select count(*) from sqlite_master");
-    FailureList reasons;
-    if (!schemaguard::hasPlainTables(db, path, reasons) || !schemaguard::hasFittingVersion(db, path, reasons))
-        throw Failure(reasons.last().error);
 }
 
 /// The store is one that the library would open, asked without a trace.
@@ -141,21 +124,23 @@ Age judge(const QString &path) {
     if (!connectionguard::open(db))
         throw Failure(QStringLiteral("%1: cannot be opened (%2)").arg(path, db.lastError().databaseText()));
     const connectionguard::QuickQuestions quick(db);
-    requireFittingTables(db, path);
+    run(db, path, "select count(*) from sqlite_master");
+    FailureList reasons;
+    if (!schemaguard::hasPlainTables(db, path, reasons) || !schemaguard::hasFittingVersion(db, path, reasons))
+        throw Failure(reasons.last().error);
     run(db, path, "select count(*) from IDGenerater");
     run(db, path, "select count(*) from Link");
     // The library takes a store that names no version for one of a single network.
-    if (versionOf(db, path) == 0 && isLedByNetwork(db))
+    if (DBTools::selectDbVersion(db) == 0 && isLedByNetwork(db))
         throw Failure(
             QStringLiteral("%1: the store does not say of which version it is; restore it from a copy")
                 .arg(path));
-    FailureList unanswered;
-    const auto isFirst = upgrade::isFirstGeneration(db, unanswered);
-    const auto isPending = isFirst ? upgrade::isPending(db, unanswered) : std::nullopt;
+    const auto isFirst = upgrade::isFirstGeneration(db, reasons);
+    const auto isPending = isFirst ? upgrade::isPending(db, reasons) : std::nullopt;
     if (!isPending)
         throw Failure(
             QStringLiteral("%1: the store cannot be read (%2); try again when no other program writes to it")
-                .arg(path, unanswered.last().error.trimmed()));
+                .arg(path, reasons.last().error.trimmed()));
     if (*isFirst)
         return Age::FirstGeneration;
     return *isPending ? Age::Older : Age::Current;
@@ -184,30 +169,4 @@ Age requireStore(const QString &path, Access access) {
     if (access != Access::Read)
         requireWriteLock(path);
     return age;
-}
-
-void requireProtectable(const QString &path) {
-    QFile start(path);
-    if (!QFileInfo(path).isFile() || !start.open(QIODevice::ReadOnly) ||
-        start.read(sizeof kMagic) != QByteArray(kMagic, sizeof kMagic))
-        return;
-    start.close();
-    requireNoGuest(path);
-    const ReadOnlyFile file(path);
-    const RemoveProbe removeProbe;
-    QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), kProbe);
-    file.applyTo(db);
-    if (!connectionguard::open(db))
-        return;
-    const connectionguard::QuickQuestions quick(db);
-    requireFittingTables(db, path);
-}
-
-void requireKnownVersion(qint64 version, const QString &name) {
-    constexpr int newest = 6;
-    if (version > newest)
-        throw Failure(
-            QStringLiteral("%1: the store is of version %2, and this release knows none above %3; use "
-                           "a newer release")
-                .arg(name, QString::number(version), QString::number(newest)));
 }

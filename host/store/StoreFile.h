@@ -15,10 +15,3 @@ enum class Age {
 /// Checks, without changing anything, that `path` is an SQLite file that holds a store of a known version,
 /// that it is complete, and that it can be had now for `access`. Throws `Failure` with the reason otherwise.
 Age requireStore(const QString &path, Access access);
-
-/// Throws `Failure` when `path` is an SQLite file whose tables or version the library would refuse; any other
-/// file passes, asked without a trace.
-void requireProtectable(const QString &path);
-
-/// Throws `Failure` when `version`, that of the store called `name`, is one that the library does not know.
-void requireKnownVersion(qint64 version, const QString &name);

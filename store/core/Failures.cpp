@@ -1,5 +1,7 @@
 #include "store/core/Failures.h"
 
+#include "store/core/Engine.h"
+
 #include <QSqlDatabase>
 #include <QSqlDriver>
 #include <QSqlError>
@@ -40,7 +42,7 @@ bool checkConnection(const QSqlDatabase &db, FailureList &failures) {
     const QSqlError error = db.lastError();
     if (error.isValid() || !db.isOpen())
         return recordFailure(failures, {}, error.isValid() ? error.text() : kNotOpen);
-    if (db.driverName() != QLatin1String("QSQLITE"))
+    if (!engine::isSqlite(db))
         return true;
     QSqlQuery count(db);
     count.setForwardOnly(true);

@@ -1,5 +1,6 @@
 #include "store/core/Probes.h"
 
+#include "store/core/Engine.h"
 #include "store/core/Savepoint.h"
 #include "store/core/Sql.h"
 
@@ -15,14 +16,10 @@ namespace {
 
 constexpr qint64 kNewestVersion = 6;
 
-bool isPostgreSql(const QSqlDatabase &db) {
-    return db.driverName() == QLatin1String("QPSQL");
-}
-
 QSqlQuery run(const QSqlDatabase &db, const QString &sql) {
     QSqlQuery query(db);
     // QPSQL gives up the rest of a forward-only result as soon as the savepoint is released.
-    query.setForwardOnly(!isPostgreSql(db));
+    query.setForwardOnly(!engine::isPostgreSql(db));
     if (db.isOpen()) {
         Savepoint savepoint(db);
         savepoint.end(query.exec(sql));
@@ -36,7 +33,7 @@ bool failedForLackOf(const QString &table, const QSqlDatabase &db, const QSqlErr
     if (table.isEmpty() || !error.isValid())
         return false;
     // https://www.postgresql.org/docs/15/errcodes-appendix.html, https://www.sqlite.org/rescode.html
-    if (isPostgreSql(db))
+    if (engine::isPostgreSql(db))
         return error.nativeErrorCode() == QLatin1String("42P01");
     if (error.nativeErrorCode() != QLatin1String("1"))
         return false;
@@ -91,6 +88,14 @@ bool isKeyColumn(const QSqlQuery &column, const QString &table) {
 
 } // namespace
 
+QString refusalOfVersion(qint64 version) {
+    return version <= kNewestVersion
+               ? QString()
+               : QStringLiteral(
+                     "the store is of version %1, and this release knows none above %2; use a newer release")
+                     .arg(QString::number(version), QString::number(kNewestVersion));
+}
+
 std::optional<long> dbVersion(const QSqlDatabase &db, FailureList &failures) {
     auto rows = ask(db, QStringLiteral("select * from DbVersion"), failures, QStringLiteral("DbVersion"));
     if (!rows)
@@ -106,13 +111,8 @@ std::optional<long> dbVersion(const QSqlDatabase &db, FailureList &failures) {
                 failures);
         version = version != 0 ? version : *named;
     }
-    if (version > kNewestVersion)
-        return refuse(
-            *rows,
-            QStringLiteral(
-                "the store is of version %1, and this release knows none above %2; use a newer release")
-                .arg(QString::number(version), QString::number(kNewestVersion)),
-            failures);
+    if (const QString refusal = refusalOfVersion(version); !refusal.isEmpty())
+        return refuse(*rows, refusal, failures);
     return whole(static_cast<long>(version), *rows, failures);
 }
 
@@ -123,11 +123,11 @@ Answer hasTable(const QSqlDatabase &db, const QString &table, FailureList &failu
 
 Answer tableHasField(const QSqlDatabase &db, const QString &table, const QString &field,
                      FailureList &failures) {
-    if (db.driverName() == QLatin1String("QSQLITE")) {
+    if (engine::isSqlite(db)) {
         const auto columns = columnsContaining(db, table, field, failures);
         return columns ? Answer(!columns->isEmpty()) : Answer();
     }
-    if (!isPostgreSql(db))
+    if (!engine::isPostgreSql(db))
         return false;
     const QString sql = QStringLiteral(
         "select count(*) from information_schema.columns WHERE table_schema = 'table_schema' and table_name = '%0' and column_name = '%1'");

@@ -1,5 +1,6 @@
 #include "store/core/Store.h"
 
+#include "store/core/Engine.h"
 #include "store/core/Probes.h"
 
 #include <QSqlError>
@@ -35,11 +36,11 @@ bool Store::isUsable() const {
 }
 
 bool Store::isSqlite() const {
-    return mDb.driverName() == QLatin1String("QSQLITE");
+    return engine::isSqlite(mDb);
 }
 
 bool Store::isPostgreSql() const {
-    return mDb.driverName() == QLatin1String("QPSQL");
+    return engine::isPostgreSql(mDb);
 }
 
 void Store::requireAnswer(bool isThere) const {

@@ -1,5 +1,6 @@
 #include "store/guard/ConnectionGuard.h"
 
+#include "store/core/Engine.h"
 #include "store/core/EngineHandle.h"
 
 #include <QSqlDatabase>
@@ -35,7 +36,7 @@ bool open(QSqlDatabase &db) {
 }
 
 void harden(const QSqlDatabase &db) {
-    if (!db.isOpen() || db.driverName() != QLatin1String("QSQLITE"))
+    if (!db.isOpen() || !engine::isSqlite(db))
         return;
     for (const char *setting : {"pragma trusted_schema = off", "pragma cell_size_check = on"})
         const QSqlQuery done(QLatin1String(setting), db);

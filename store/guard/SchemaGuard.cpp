@@ -1,5 +1,6 @@
 #include "store/guard/SchemaGuard.h"
 
+#include "store/core/Engine.h"
 #include "store/core/Probes.h"
 #include "store/guard/PlainTable.h"
 
@@ -14,10 +15,6 @@
 namespace schemaguard {
 
 namespace {
-
-bool isPostgreSql(const QSqlDatabase &db) {
-    return db.driverName() == QLatin1String("QPSQL");
-}
 
 bool refuse(const QString &name, const QString &reason, FailureList &failures) {
     return recordFailure(failures, {}, name.isEmpty() ? reason : QStringLiteral("%1: %2").arg(name, reason));
@@ -105,7 +102,7 @@ bool hasPlainServerTables(const QSqlDatabase &db, const QString &name, FailureLi
 /// are brought forward, and it is not that of newer ones.
 QString keyQuestion(const QSqlDatabase &db) {
     const QString tables = QStringLiteral("('link', 'lane', 'connector', 'vertex')");
-    if (isPostgreSql(db))
+    if (engine::isPostgreSql(db))
         return QStringLiteral(
                    "select distinct bool_or(a.attname = 'netid')::int from pg_index i join pg_class c "
                    "on c.oid = i.indrelid join pg_attribute a on a.attrelid = c.oid and a.attnum = "
@@ -145,9 +142,9 @@ const QStringList &tablesOfTheFormat() {
 }
 
 bool hasPlainTables(const QSqlDatabase &db, const QString &name, FailureList &failures) {
-    if (isPostgreSql(db))
+    if (engine::isPostgreSql(db))
         return hasPlainServerTables(db, name, failures);
-    return db.driverName() != QLatin1String("QSQLITE") || hasPlainFileTables(db, name, failures);
+    return !engine::isSqlite(db) || hasPlainFileTables(db, name, failures);
 }
 
 bool hasFittingVersion(const QSqlDatabase &db, const QString &name, FailureList &failures) {

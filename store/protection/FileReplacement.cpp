@@ -2,6 +2,7 @@
 
 #include "store/guard/ConnectionGuard.h"
 #include "store/guard/FileGuard.h"
+#include "store/guard/ReadOnlyFile.h"
 #include "store/guard/SchemaGuard.h"
 #include "store/protection/Refusal.h"
 
@@ -60,23 +61,37 @@ void requireNotOpenHere(const QString &path) {
     }
 }
 
-/// Why the open store is none that would be opened; empty when it is one.
-QString objectionTo(const QSqlDatabase &db) {
-    const connectionguard::QuickQuestions quick(db);
-    FailureList reasons;
-    const bool isGood = schemaguard::hasPlainTables(db, QString(), reasons) &&
-                        schemaguard::hasFittingVersion(db, QString(), reasons);
-    return isGood ? QString() : reasons.last().error;
+const QString kConnection = QStringLiteral("morastore-protection");
+
+/// Why the store is none that would be opened, found out without a trace: what is refused stays as it is. Empty
+/// when it is one, and where it cannot be read, which has its sentence later.
+QString objectionTo(const QString &path) {
+    const ReadOnlyFile file(path);
+    if (!file.refusal().isEmpty())
+        return file.refusal();
+    QString objection;
+    {
+        QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), kConnection);
+        file.applyTo(db);
+        db.setConnectOptions(db.connectOptions() + QStringLiteral(";QSQLITE_BUSY_TIMEOUT=500"));
+        const bool isOpen = connectionguard::open(db);
+        const connectionguard::QuickQuestions quick(db);
+        FailureList reasons;
+        if (isOpen && QSqlQuery(QStringLiteral("select count(*) from sqlite_master"), db).next() &&
+            (!schemaguard::hasPlainTables(db, QString(), reasons) ||
+             !schemaguard::hasFittingVersion(db, QString(), reasons)))
+            objection = reasons.last().error;
+    }
+    QSqlDatabase::removeDatabase(kConnection);
+    return objection;
 }
 
 /// An exclusive transaction takes back what a crash left half done, and closing puts a write-ahead log into
 /// the file.
 void settle(const QString &path) {
-    const QString name = QStringLiteral("morastore-protection");
     QString reason;
-    QString objection;
     {
-        QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), name);
+        QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), kConnection);
         db.setConnectOptions(QStringLiteral("QSQLITE_BUSY_TIMEOUT=500"));
         db.setDatabaseName(path);
         QSqlQuery query(connectionguard::open(db) ? QSqlQuery(db) : QSqlQuery());
@@ -85,16 +100,13 @@ void settle(const QString &path) {
                 reason = db.isOpen() ? query.lastError().databaseText() : db.lastError().text();
         }
         query.clear();
-        objection = reason.isEmpty() ? objectionTo(db) : QString();
         db.close();
     }
-    QSqlDatabase::removeDatabase(name);
+    QSqlDatabase::removeDatabase(kConnection);
     if (!reason.isEmpty())
         throw Refusal(
             QStringLiteral("another program is using the store, or it is damaged (%1): close it there")
                 .arg(reason));
-    if (!objection.isEmpty())
-        throw Refusal(objection);
 }
 
 bool startsAsSqlite(const QString &path) {
@@ -129,7 +141,9 @@ FileReplacement::FileReplacement(const QString &path) : mPath(QFileInfo(path).ca
         throw Refusal(QStringLiteral("the file is read-only: make it writable"));
     requireNotOpenHere(mPath);
     if (startsAsSqlite(mPath)) {
-        const QString refusal = fileguard::refusal(mPath, fileguard::Purpose::Write);
+        QString refusal = fileguard::refusal(mPath, fileguard::Purpose::Write);
+        if (refusal.isEmpty())
+            refusal = objectionTo(mPath);
         if (!refusal.isEmpty())
             throw Refusal(refusal);
         settle(mPath);
