@@ -30,7 +30,7 @@ template <class T>
 std::vector<T> someOf(std::vector<T> all, RandomNet &random, int atMost) {
     for (std::size_t i = all.size(); i > 1; --i)
         std::swap(all[i - 1], all[std::size_t(random.below(int(i)))]);
-    all.resize(std::min<std::size_t>(all.size(), std::size_t(1 + random.below(atMost))));
+    all.resize(std::min<std::size_t>(all.size(), 1 + std::size_t(random.below(atMost))));
     return all;
 }
 
