@@ -179,7 +179,7 @@ bool DBTools::insertNet(QSqlDatabase &db, long id, QString name, QPointF center,
                         QString backgroundUrl, QJsonObject otherAttrs, bool useTransaction) {
     networks::Record record = networkRecord(id, name, center, sourceType, backgroundUrl);
     record.setAttributes(StoredJson(otherAttrs));
-    return networks::insert(ownStore(db, id), record, useTransaction);
+    return networks::insertNetwork(ownStore(db, id), record, useTransaction);
 }
 
 bool DBTools::insertNet(QSqlDatabase &db, long id, QString name, QPointF center, QString sourceType,
@@ -187,42 +187,42 @@ bool DBTools::insertNet(QSqlDatabase &db, long id, QString name, QPointF center,
     // Never forwarded: on a generation-6 store the row lacks isDefault and is refused.
     networks::Record record = networkRecord(id, name, center, sourceType, backgroundUrl);
     record.otherAttrsJson = otherAttrsJson;
-    return networks::insert(ownStore(db, id), record, useTransaction);
+    return networks::insertNetwork(ownStore(db, id), record, useTransaction);
 }
 
 bool DBTools::insertNet(QSqlDatabase &db, bool useTransaction) {
-    return networks::insert(ownStore(db, gNet.netId), networks::recordOf(gNet), useTransaction);
+    return networks::insertNetwork(ownStore(db, gNet.netId), networks::recordOf(gNet), useTransaction);
 }
 
 bool DBTools::updateNet(QSqlDatabase &db, long id, bool useTransaction) {
     const Store store = storeOf(db, id);
     if (!store.hasSeveralNets())
         return !store.isGivenUp();
-    return networks::update(store, networks::recordOf(gNet), useTransaction);
+    return networks::updateNetwork(store, networks::recordOf(gNet), useTransaction);
 }
 
 Net *DBTools::selectNetById(QSqlDatabase &db, long id) {
-    return networks::load(ownStore(db, id));
+    return networks::loadNetworkById(ownStore(db, id));
 }
 
 Net *DBTools::selectNetIdByName(QSqlDatabase &db, QString name) {
-    return networks::loadByName(ownStore(db, 0), name);
+    return networks::loadNetworkByName(ownStore(db, 0), name);
 }
 
 bool DBTools::selectNetId(QSqlDatabase &db, long id) {
-    return networks::exists(ownStore(db, id)).value_or(false);
+    return networks::networkExists(ownStore(db, id)).value_or(false);
 }
 
 long DBTools::selectMaxNetId(QSqlDatabase &db) {
-    return networks::largestId(ownStore(db, 0));
+    return networks::largestNetworkId(ownStore(db, 0));
 }
 
 QList<Net> DBTools::selectNets(QSqlDatabase &db) {
-    return networks::all(ownStore(db, 0));
+    return networks::readNetworks(ownStore(db, 0));
 }
 
 QByteArray DBTools::selectBackgroundMap(QSqlDatabase &db, long netId) {
-    return networks::backgroundMap(storeOf(db, netId));
+    return networks::readBackgroundMap(storeOf(db, netId));
 }
 
 bool DBTools::insertLinks(QSqlDatabase &db, long netId, QList<Link *> &links, bool inTransaction) {
@@ -233,13 +233,13 @@ bool DBTools::insertLinks(QSqlDatabase &db, long netId, QList<Link *> &links, bo
     if (written && !links.isEmpty()) {
         Store store = storeOf(db, netId);
         store.setOwnTransaction(frame.hasOwnTransaction());
-        written = links::insertAll(store, links);
+        written = links::insertLinks(store, links);
     }
     return transaction.commitOrRecord(written);
 }
 
 bool DBTools::checkLinkVertex(QSqlDatabase &db, long linkId, long vertexId) {
-    return links::hasVertex(db, linkId, vertexId, mlCallDbResult).value_or(false);
+    return links::linkHasVertex(db, linkId, vertexId, mlCallDbResult).value_or(false);
 }
 
 QString DBTools::breakPoints(QJsonObject geometry) {

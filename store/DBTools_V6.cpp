@@ -28,7 +28,7 @@ bool DBTools_V6::insertNet(QSqlDatabase &db, long id, QString name, QPointF cent
     record.backgroundUrl = backgroundUrl;
     record.otherAttrsJson = otherAttrsJson;
     record.isDefault = isDefault;
-    return networks::insert(storeOf(db, id), record, useTransaction);
+    return networks::insertNetwork(storeOf(db, id), record, useTransaction);
 }
 
 bool DBTools_V6::updateNet(QSqlDatabase &db, long id, QString name, QString sourceUrl, QString sourceType,
@@ -37,5 +37,5 @@ bool DBTools_V6::updateNet(QSqlDatabase &db, long id, QString name, QString sour
     const networks::Record record{id,      name,    sourceUrl, sourceType,     backgroundUrl,
                                   centerX, centerY, caption,   otherAttrsJson, isDefault,
                                   {}};
-    return networks::update(storeOf(db, id), record, useTransaction);
+    return networks::updateNetwork(storeOf(db, id), record, useTransaction);
 }

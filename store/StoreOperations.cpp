@@ -67,33 +67,33 @@ bool StoreOperations<Facade>::validateQuery(QSqlQuery &query) {
 
 template <class Facade>
 bool StoreOperations<Facade>::initDictionary(QSqlDatabase &db, long netId, bool useTransaction) {
-    return dictionaries::seed(Facade::storeOf(db, netId), useTransaction);
+    return dictionaries::seedDictionaries(Facade::storeOf(db, netId), useTransaction);
 }
 
 template <class Facade>
 bool StoreOperations<Facade>::removeNetData(QSqlDatabase &db, long netId, bool useTransaction) {
-    return networkremoval::removeData(Facade::storeOf(db, netId), useTransaction);
+    return networkremoval::removeNetworkData(Facade::storeOf(db, netId), useTransaction);
 }
 
 template <class Facade>
 bool StoreOperations<Facade>::insertLink(QSqlDatabase &db, long netId, Link *link, bool inTransaction) {
-    return links::insert(Facade::storeOf(db, netId), link, inTransaction);
+    return links::insertLink(Facade::storeOf(db, netId), link, inTransaction);
 }
 
 template <class Facade>
 Link *StoreOperations<Facade>::selectLinkByID(QSqlDatabase &db, long netId, long linkId) {
-    return links::read(Facade::storeOf(db, netId), linkId);
+    return links::readLink(Facade::storeOf(db, netId), linkId);
 }
 
 template <class Facade>
 bool StoreOperations<Facade>::selectLinkIDs(QSqlDatabase &db, long netId, QList<long> &ids) {
-    return links::listIds(Facade::storeOf(db, netId), ids);
+    return links::listLinkIds(Facade::storeOf(db, netId), ids);
 }
 
 template <class Facade>
 bool StoreOperations<Facade>::insertConnector(QSqlDatabase &db, long netId, Connector *connector,
                                               bool inTransaction) {
-    return connectors::insert(Facade::storeOf(db, netId), connector, inTransaction);
+    return connectors::insertConnector(Facade::storeOf(db, netId), connector, inTransaction);
 }
 
 template <class Facade>
@@ -108,105 +108,105 @@ bool StoreOperations<Facade>::insertConnectors(QSqlDatabase &db, long netId, QLi
                                                      frame.schemaVersion(), frame.failures())
                                              : Facade::storeOf(db, netId);
         store.setOwnTransaction(frame.hasOwnTransaction());
-        written = connectors::insertAll(store, connectors);
+        written = connectors::insertConnectors(store, connectors);
     }
     return transaction.commit(written);
 }
 
 template <class Facade>
 Connector *StoreOperations<Facade>::selectConnectorByID(QSqlDatabase &db, long netId, long connectorId) {
-    return connectors::read(Facade::storeOf(db, netId), connectorId);
+    return connectors::readConnector(Facade::storeOf(db, netId), connectorId);
 }
 
 template <class Facade>
 bool StoreOperations<Facade>::selectConnectorIDs(QSqlDatabase &db, long netId, QList<long> &ids) {
-    return connectors::listIds(Facade::storeOf(db, netId), ids);
+    return connectors::listConnectorIds(Facade::storeOf(db, netId), ids);
 }
 
 template <class Facade>
 bool StoreOperations<Facade>::selectLinkType(QSqlDatabase &db, long netId, QList<LinkType> &types) {
-    return linktypes::readAll(Facade::storeOf(db, netId), types);
+    return linktypes::readLinkTypes(Facade::storeOf(db, netId), types);
 }
 
 template <class Facade>
 bool StoreOperations<Facade>::insertGuideArrow(QSqlDatabase &db, long netId, GuideArrow *arrow,
                                                bool inTransaction) {
-    return guidearrows::insert(Facade::storeOf(db, netId), arrow, inTransaction);
+    return guidearrows::insertGuideArrow(Facade::storeOf(db, netId), arrow, inTransaction);
 }
 
 template <class Facade>
 GuideArrow *StoreOperations<Facade>::selectGuideArrowByID(QSqlDatabase &db, long netId, long id) {
-    return guidearrows::read(Facade::storeOf(db, netId), id);
+    return guidearrows::readGuideArrow(Facade::storeOf(db, netId), id);
 }
 
 template <class Facade>
 bool StoreOperations<Facade>::selectGuideArrowIDs(QSqlDatabase &db, long netId, QList<long> &ids) {
-    return guidearrows::listIds(Facade::storeOf(db, netId), ids);
+    return guidearrows::listGuideArrowIds(Facade::storeOf(db, netId), ids);
 }
 
 template <class Facade>
 bool StoreOperations<Facade>::insertSignalGroup(QSqlDatabase &db, long netId, SignalGroup *group,
                                                 bool inTransaction) {
-    return signalgroups::insert(Facade::storeOf(db, netId), group, inTransaction);
+    return signalgroups::insertSignalGroup(Facade::storeOf(db, netId), group, inTransaction);
 }
 
 template <class Facade>
 SignalGroup *StoreOperations<Facade>::selectSignalGroupByID(QSqlDatabase &db, long netId, long id) {
-    return signalgroups::read(Facade::storeOf(db, netId), id);
+    return signalgroups::readSignalGroup(Facade::storeOf(db, netId), id);
 }
 
 template <class Facade>
 bool StoreOperations<Facade>::selectSignalGroupIDs(QSqlDatabase &db, long netId, QList<long> &ids) {
-    return signalgroups::listIds(Facade::storeOf(db, netId), ids);
+    return signalgroups::listSignalGroupIds(Facade::storeOf(db, netId), ids);
 }
 
 template <class Facade>
 bool StoreOperations<Facade>::insertSignalLamp(QSqlDatabase &db, long netId, SignalLamp *lamp,
                                                bool inTransaction) {
-    return signallamps::insert(Facade::storeOf(db, netId), lamp, inTransaction);
+    return signallamps::insertSignalLamp(Facade::storeOf(db, netId), lamp, inTransaction);
 }
 
 template <class Facade>
 SignalLamp *StoreOperations<Facade>::selectSignalLampByID(QSqlDatabase &db, long netId, long id) {
-    return signallamps::read(Facade::storeOf(db, netId), id);
+    return signallamps::readSignalLamp(Facade::storeOf(db, netId), id);
 }
 
 template <class Facade>
 bool StoreOperations<Facade>::selectSignalLampIDs(QSqlDatabase &db, long netId, QList<long> &ids) {
-    return signallamps::listIds(Facade::storeOf(db, netId), ids);
+    return signallamps::listSignalLampIds(Facade::storeOf(db, netId), ids);
 }
 
 template <class Facade>
 bool StoreOperations<Facade>::insertDecisionPoint(QSqlDatabase &db, long netId, DecisionPoint *point,
                                                   bool useTransaction) {
-    return decisionpoints::insert(Facade::storeOf(db, netId), point, useTransaction);
+    return decisionpoints::insertDecisionPoint(Facade::storeOf(db, netId), point, useTransaction);
 }
 
 template <class Facade>
 DecisionPoint *StoreOperations<Facade>::selectDecisionPointByID(QSqlDatabase &db, long netId, long id) {
-    return decisionpoints::read(Facade::storeOf(db, netId), id);
+    return decisionpoints::readDecisionPoint(Facade::storeOf(db, netId), id);
 }
 
 template <class Facade>
 bool StoreOperations<Facade>::selectDecisionPointIDs(QSqlDatabase &db, long netId, QList<long> &ids) {
-    return decisionpoints::listIds(Facade::storeOf(db, netId), ids);
+    return decisionpoints::listDecisionPointIds(Facade::storeOf(db, netId), ids);
 }
 
 template <class Facade>
 bool StoreOperations<Facade>::insertRouting(QSqlDatabase &db, long netId, Routing *route,
                                             bool useTransaction) {
-    return routings::insert(Facade::storeOf(db, netId), route, useTransaction);
+    return routings::insertRouting(Facade::storeOf(db, netId), route, useTransaction);
 }
 
 template <class Facade>
 Routing *StoreOperations<Facade>::selectRoutingByID(QSqlDatabase &db, long netId, long routingId) {
-    return routings::read(Facade::storeOf(db, netId), routingId);
+    return routings::readRouting(Facade::storeOf(db, netId), routingId);
 }
 
 template <class Facade>
 bool StoreOperations<Facade>::selectRoutingIDs(QSqlDatabase &db, long netId, long deciPointId,
                                                QList<long> &ids) {
-    return routings::listIds(Facade::storeOf(db, netId), deciPointId, ids);
+    return routings::listRoutingIds(Facade::storeOf(db, netId), deciPointId, ids);
 }
 
 template <class Facade>
@@ -238,224 +238,227 @@ QList<LCStruct *> StoreOperations<Facade>::selectRoutingLaneConnector(QSqlDataba
 template <class Facade>
 bool StoreOperations<Facade>::insertVehicleDetector(QSqlDatabase &db, long netId, VehicleDetector *detector,
                                                     bool inTransaction) {
-    return vehicledetectors::insert(Facade::storeOf(db, netId), detector, inTransaction);
+    return vehicledetectors::insertVehicleDetector(Facade::storeOf(db, netId), detector, inTransaction);
 }
 
 template <class Facade>
 VehicleDetector *StoreOperations<Facade>::selectVehicleDetector(QSqlDatabase &db, long netId,
                                                                 long detectorId) {
-    return vehicledetectors::read(Facade::storeOf(db, netId), detectorId);
+    return vehicledetectors::readVehicleDetector(Facade::storeOf(db, netId), detectorId);
 }
 
 template <class Facade>
 bool StoreOperations<Facade>::selectVehicleDetectorIds(QSqlDatabase &db, long netId, QList<long> &ids) {
-    return vehicledetectors::listIds(Facade::storeOf(db, netId), ids);
+    return vehicledetectors::listVehicleDetectorIds(Facade::storeOf(db, netId), ids);
 }
 
 template <class Facade>
 bool StoreOperations<Facade>::insertVehicleQueueCounter(QSqlDatabase &db, long netId,
                                                         VehicleQueueCounter *counter, bool inTransaction) {
-    return queuecounters::insert(Facade::storeOf(db, netId), counter, inTransaction);
+    return queuecounters::insertQueueCounter(Facade::storeOf(db, netId), counter, inTransaction);
 }
 
 template <class Facade>
 VehicleQueueCounter *StoreOperations<Facade>::selectVehicleQueueCounter(QSqlDatabase &db, long netId,
                                                                         long counterId) {
-    return queuecounters::read(Facade::storeOf(db, netId), counterId);
+    return queuecounters::readQueueCounter(Facade::storeOf(db, netId), counterId);
 }
 
 template <class Facade>
 bool StoreOperations<Facade>::selectVehicleQueueCounterIds(QSqlDatabase &db, long netId, QList<long> &ids) {
-    return queuecounters::listIds(Facade::storeOf(db, netId), ids);
+    return queuecounters::listQueueCounterIds(Facade::storeOf(db, netId), ids);
 }
 
 template <class Facade>
 bool StoreOperations<Facade>::insertVehicleTravelDetector(QSqlDatabase &db, long netId,
                                                           VehicleTravelDetector *detector,
                                                           bool inTransaction) {
-    return traveldetectors::insert(Facade::storeOf(db, netId), detector, inTransaction);
+    return traveldetectors::insertTravelDetector(Facade::storeOf(db, netId), detector, inTransaction);
 }
 
 template <class Facade>
 VehicleTravelDetector *StoreOperations<Facade>::selectVehicleTravelDetector(QSqlDatabase &db, long netId,
                                                                             long detectorId) {
-    return traveldetectors::read(Facade::storeOf(db, netId), detectorId);
+    return traveldetectors::readTravelDetector(Facade::storeOf(db, netId), detectorId);
 }
 
 template <class Facade>
 bool StoreOperations<Facade>::selectVehicleTravelDetectorIds(QSqlDatabase &db, long netId, QList<long> &ids) {
-    return traveldetectors::listIds(Facade::storeOf(db, netId), ids);
+    return traveldetectors::listTravelDetectorIds(Facade::storeOf(db, netId), ids);
 }
 
 template <class Facade>
 bool StoreOperations<Facade>::insertDrivInfoCollector(QSqlDatabase &db, long netId,
                                                       VehicleDrivInfoCollector collector,
                                                       bool inTransaction) {
-    return drivinfocollectors::insert(Facade::storeOf(db, netId), collector, inTransaction);
+    return drivinfocollectors::insertDrivInfoCollector(Facade::storeOf(db, netId), collector, inTransaction);
 }
 
 template <class Facade>
 VehicleDrivInfoCollector StoreOperations<Facade>::selectVehicleDrivInfoCollector(QSqlDatabase &db, long netId,
                                                                                  long collectorId) {
-    return drivinfocollectors::read(Facade::storeOf(db, netId), collectorId);
+    return drivinfocollectors::readDrivInfoCollector(Facade::storeOf(db, netId), collectorId);
 }
 
 template <class Facade>
 bool StoreOperations<Facade>::selectVehicleDrivInfoCollectorIds(QSqlDatabase &db, long netId,
                                                                 QList<long> &ids) {
-    return drivinfocollectors::listIds(Facade::storeOf(db, netId), ids);
+    return drivinfocollectors::listDrivInfoCollectorIds(Facade::storeOf(db, netId), ids);
 }
 
 template <class Facade>
 bool StoreOperations<Facade>::insertBusLine(QSqlDatabase &db, long netId, BusLine *line, bool inTransaction) {
-    return buslines::insert(Facade::storeOf(db, netId), line, inTransaction);
+    return buslines::insertBusLine(Facade::storeOf(db, netId), line, inTransaction);
 }
 
 template <class Facade>
 BusLine *StoreOperations<Facade>::selectBusLine(QSqlDatabase &db, long netId, long lineId) {
-    return buslines::read(Facade::storeOf(db, netId), lineId);
+    return buslines::readBusLine(Facade::storeOf(db, netId), lineId);
 }
 
 template <class Facade>
 bool StoreOperations<Facade>::selectBusLineIds(QSqlDatabase &db, long netId, QList<long> &ids) {
-    return buslines::listIds(Facade::storeOf(db, netId), ids);
+    return buslines::listBusLineIds(Facade::storeOf(db, netId), ids);
 }
 
 template <class Facade>
 bool StoreOperations<Facade>::insertBusStation(QSqlDatabase &db, long netId, BusStation *station,
                                                bool inTransaction) {
-    return busstations::insert(Facade::storeOf(db, netId), station, inTransaction);
+    return busstations::insertBusStation(Facade::storeOf(db, netId), station, inTransaction);
 }
 
 template <class Facade>
 BusStation *StoreOperations<Facade>::selectBusStation(QSqlDatabase &db, long netId, long stationId) {
-    return busstations::read(Facade::storeOf(db, netId), stationId);
+    return busstations::readBusStation(Facade::storeOf(db, netId), stationId);
 }
 
 template <class Facade>
 bool StoreOperations<Facade>::selectBusStationIds(QSqlDatabase &db, long netId, QList<long> &ids) {
-    return busstations::listIds(Facade::storeOf(db, netId), ids);
+    return busstations::listBusStationIds(Facade::storeOf(db, netId), ids);
 }
 
 template <class Facade>
 AccidentZone *StoreOperations<Facade>::selectAccidentZone(QSqlDatabase &db, long netId, long zoneId) {
     // Never forwarded: on a generation-6 store it finds the zone of that id in whichever network.
-    return zones::readAccident(Facade::ownStore(db, netId), zoneId);
+    return zones::readAccidentZone(Facade::ownStore(db, netId), zoneId);
 }
 
 template <class Facade>
 bool StoreOperations<Facade>::selectAccidentZoneIds(QSqlDatabase &db, long netId, QList<long> &ids) {
-    return zones::listAccidentIds(Facade::storeOf(db, netId), ids);
+    return zones::listAccidentZoneIds(Facade::storeOf(db, netId), ids);
 }
 
 template <class Facade>
 RoadWorkZone *StoreOperations<Facade>::selectRoadWorkZone(QSqlDatabase &db, long netId, long zoneId) {
-    return zones::readRoadWork(Facade::storeOf(db, netId), zoneId);
+    return zones::readRoadWorkZone(Facade::storeOf(db, netId), zoneId);
 }
 
 template <class Facade>
 bool StoreOperations<Facade>::selectRoadWorkZoneIds(QSqlDatabase &db, long netId, QList<long> &ids) {
-    return zones::listRoadWorkIds(Facade::storeOf(db, netId), ids);
+    return zones::listRoadWorkZoneIds(Facade::storeOf(db, netId), ids);
 }
 
 template <class Facade>
 bool StoreOperations<Facade>::insertReduceSpeedArea(QSqlDatabase &db, long netId, ReduceSpeedArea *area,
                                                     bool inTransaction) {
-    return reducespeedareas::insert(Facade::storeOf(db, netId), area, inTransaction);
+    return reducespeedareas::insertReduceSpeedArea(Facade::storeOf(db, netId), area, inTransaction);
 }
 
 template <class Facade>
 ReduceSpeedArea *StoreOperations<Facade>::selectReduceSpeedArea(QSqlDatabase &db, long netId, long areaId) {
-    return reducespeedareas::read(Facade::storeOf(db, netId), areaId);
+    return reducespeedareas::readReduceSpeedArea(Facade::storeOf(db, netId), areaId);
 }
 
 template <class Facade>
 bool StoreOperations<Facade>::selectReduceSpeedAreaIds(QSqlDatabase &db, long netId, QList<long> &ids) {
-    return reducespeedareas::listIds(Facade::storeOf(db, netId), ids);
+    return reducespeedareas::listReduceSpeedAreaIds(Facade::storeOf(db, netId), ids);
 }
 
 template <class Facade>
 bool StoreOperations<Facade>::insertVehicleType(QSqlDatabase &db, long netId, VehicleType type,
                                                 bool useTransaction) {
-    return vehicletypes::insert(Facade::storeOf(db, netId), type, useTransaction);
+    return vehicletypes::insertVehicleType(Facade::storeOf(db, netId), type, useTransaction);
 }
 
 template <class Facade>
 bool StoreOperations<Facade>::selectVehicleType(QSqlDatabase &db, long netId,
                                                 QHash<long, VehicleType> &types) {
-    return vehicletypes::readAll(Facade::storeOf(db, netId), types);
+    return vehicletypes::readVehicleTypes(Facade::storeOf(db, netId), types);
 }
 
 template <class Facade>
 bool StoreOperations<Facade>::insertVehicleConstitutent(QSqlDatabase &db, long netId,
                                                         VehicleComposition composition, bool useTransaction) {
-    return vehiclecompositions::insert(Facade::storeOf(db, netId), composition, useTransaction);
+    return vehiclecompositions::insertVehicleComposition(Facade::storeOf(db, netId), composition,
+                                                         useTransaction);
 }
 
 template <class Facade>
 bool StoreOperations<Facade>::selectVehicleConstitutent(QSqlDatabase &db, long netId,
                                                         QHash<long, VehicleComposition> &compositions) {
-    return vehiclecompositions::readAll(Facade::storeOf(db, netId), compositions);
+    return vehiclecompositions::readVehicleCompositions(Facade::storeOf(db, netId), compositions);
 }
 
 template <class Facade>
 VehicleComposition StoreOperations<Facade>::selectVehicleComposition(QSqlDatabase &db, long netId,
                                                                      long consCode) {
-    return vehiclecompositions::read(Facade::storeOf(db, netId), consCode);
+    return vehiclecompositions::readVehicleComposition(Facade::storeOf(db, netId), consCode);
 }
 
 template <class Facade>
 bool StoreOperations<Facade>::insertVehicleConsDetail(QSqlDatabase &db, long netId, VehicleConsDetail detail,
                                                       bool useTransaction) {
-    return vehiclecompositions::insertDetail(Facade::storeOf(db, netId), detail, useTransaction);
+    return vehiclecompositions::insertCompositionDetail(Facade::storeOf(db, netId), detail, useTransaction);
 }
 
 template <class Facade>
 QList<VehicleConsDetail> StoreOperations<Facade>::selectVehicleConsDetail(QSqlDatabase &db, long netId,
                                                                           long consCode) {
-    return vehiclecompositions::readDetails(Facade::storeOf(db, netId), consCode);
+    return vehiclecompositions::readCompositionDetails(Facade::storeOf(db, netId), consCode);
 }
 
 template <class Facade>
 bool StoreOperations<Facade>::insertDeparturePoint(QSqlDatabase &db, long netId, DeparturePoint point,
                                                    bool useTransaction) {
-    return departurepoints::insert(Facade::storeOf(db, netId), point, useTransaction);
+    return departurepoints::insertDeparturePoint(Facade::storeOf(db, netId), point, useTransaction);
 }
 
 template <class Facade>
 DeparturePoint *StoreOperations<Facade>::selectDeparturePoint(QSqlDatabase &db, long netId,
                                                               QHash<long, VehicleComposition> &compositions,
                                                               long departurePointId) {
-    return departurepoints::read(Facade::storeOf(db, netId), compositions, departurePointId);
+    return departurepoints::readDeparturePoint(Facade::storeOf(db, netId), compositions, departurePointId);
 }
 
 template <class Facade>
 bool StoreOperations<Facade>::selectDeparturePointIds(QSqlDatabase &db, long netId, QList<long> &ids) {
-    return departurepoints::listIds(Facade::storeOf(db, netId), ids);
+    return departurepoints::listDeparturePointIds(Facade::storeOf(db, netId), ids);
 }
 
 template <class Facade>
 bool StoreOperations<Facade>::saveSimuConfiguration(QSqlDatabase &db, long netId,
                                                     SimulateConfiguration &configuration,
                                                     bool useTransaction) {
-    return simulateconfigurations::save(Facade::storeOf(db, netId), configuration, useTransaction);
+    return simulateconfigurations::saveSimulateConfiguration(Facade::storeOf(db, netId), configuration,
+                                                             useTransaction);
 }
 
 template <class Facade>
 bool StoreOperations<Facade>::selectSimuConfiguration(QSqlDatabase &db, long netId,
                                                       SimulateConfiguration &configuration) {
-    return simulateconfigurations::read(Facade::storeOf(db, netId), configuration);
+    return simulateconfigurations::readSimulateConfiguration(Facade::storeOf(db, netId), configuration);
 }
 
 template <class Facade>
 bool StoreOperations<Facade>::saveConfiguration(QSqlDatabase &db, long netId, bool useTransaction) {
-    return sceneconfigurations::save(Facade::storeOf(db, netId), gNet.config(), useTransaction);
+    return sceneconfigurations::saveSceneConfiguration(Facade::storeOf(db, netId), gNet.config(),
+                                                       useTransaction);
 }
 
 template <class Facade>
 bool StoreOperations<Facade>::selectConfiguration(QSqlDatabase &db, long netId,
                                                   Configuration &configuration) {
-    return sceneconfigurations::read(Facade::storeOf(db, netId), configuration);
+    return sceneconfigurations::readSceneConfiguration(Facade::storeOf(db, netId), configuration);
 }
 
 template <class Facade>
@@ -474,43 +477,43 @@ template <class Facade>
 bool StoreOperations<Facade>::saveDriveFollowedModelParam(QSqlDatabase &db, long netId,
                                                           DriveFollowedModelParam &param,
                                                           bool useTransaction) {
-    return drivermodels::save(Facade::storeOf(db, netId), param, useTransaction);
+    return drivermodels::saveFollowedModelParam(Facade::storeOf(db, netId), param, useTransaction);
 }
 
 template <class Facade>
 bool StoreOperations<Facade>::selectDriveFollowedModelParam(QSqlDatabase &db, long netId,
                                                             DriveFollowedModelParam &first,
                                                             DriveFollowedModelParam &second) {
-    return drivermodels::read(Facade::storeOf(db, netId), first, second);
+    return drivermodels::readFollowedModelParams(Facade::storeOf(db, netId), first, second);
 }
 
 template <class Facade>
 bool StoreOperations<Facade>::saveChangeLaneParam(QSqlDatabase &db, long netId,
                                                   QList<ChangeLaneModelParam> &params, bool useTransaction) {
-    return drivermodels::saveAll(Facade::storeOf(db, netId), params, useTransaction);
+    return drivermodels::saveChangeLaneParams(Facade::storeOf(db, netId), params, useTransaction);
 }
 
 template <class Facade>
 bool StoreOperations<Facade>::selectChangeLaneParam(QSqlDatabase &db, long netId,
                                                     QList<ChangeLaneModelParam> &params) {
-    return drivermodels::readAll(Facade::storeOf(db, netId), params);
+    return drivermodels::readChangeLaneParams(Facade::storeOf(db, netId), params);
 }
 
 template <class Facade>
 bool StoreOperations<Facade>::loadNet(QSqlDatabase &db, long netId, NetContents &contents,
                                       const NetProgress &progress) {
-    return wholenet::load(Facade::storeOf(db, netId), contents, progress);
+    return wholenet::loadWholeNet(Facade::storeOf(db, netId), contents, progress);
 }
 
 template <class Facade>
 bool StoreOperations<Facade>::saveNet(QSqlDatabase &db, long netId, NetContents &contents,
                                       bool useTransaction, const NetProgress &progress) {
-    return wholenet::save(Facade::storeOf(db, netId), contents, useTransaction, progress);
+    return wholenet::saveWholeNet(Facade::storeOf(db, netId), contents, useTransaction, progress);
 }
 
 template <class Facade>
 bool StoreOperations<Facade>::logInfo(QSqlDatabase &db, long netId, Logger event) {
-    return usagelog::append(Facade::storeOf(db, netId), event);
+    return usagelog::appendEvent(Facade::storeOf(db, netId), event);
 }
 
 template <class Facade>
@@ -525,7 +528,7 @@ bool StoreOperations<Facade>::logInfoWithPlugin(QSqlDatabase &db, long netId, Lo
 
 template <class Facade>
 bool StoreOperations<Facade>::selectLogger(QSqlDatabase &db, long netId, QList<Logger> &events, int limit) {
-    return usagelog::read(Facade::storeOf(db, netId), events, limit);
+    return usagelog::readEvents(Facade::storeOf(db, netId), events, limit);
 }
 
 template class StoreOperations<DBTools>;

@@ -254,7 +254,7 @@ void skipStop(NetLoad &net, const LoadedStop &loaded, bool hasLine) {
 
 } // namespace
 
-bool insert(const Store &store, const BusLine *line, bool inTransaction) {
+bool insertBusLine(const Store &store, const BusLine *line, bool inTransaction) {
     if (!line)
         return true;
     if (!wholeness::isWhole(store, *line))
@@ -264,7 +264,7 @@ bool insert(const Store &store, const BusLine *line, bool inTransaction) {
                                     insertRoads(store, *line));
 }
 
-BusLine *read(const Store &store, long lineId) {
+BusLine *readBusLine(const Store &store, long lineId) {
     Query row(store, kSelect, {lineId});
     if (!row.execAndNext())
         return nullptr;
@@ -281,12 +281,12 @@ BusLine *read(const Store &store, long lineId) {
     return store.whole(std::move(line));
 }
 
-bool listIds(const Store &store, QList<long> &ids) {
+bool listBusLineIds(const Store &store, QList<long> &ids) {
     appendIds(store, kSelectIds, ids);
     return true;
 }
 
-void load(NetLoad &net) {
+void loadAllBusLines(NetLoad &net) {
     Objects<BusLine> &lines = net.contents.traffic.busLines;
     net.forEachObject("BusLine", "busLineID", [&lines](Rows &row) { lines.push_back(readRow(row)); });
     Owners lineOf(net, lines, &BusLine::busLineID, "BusLineRoad", "belongs to no bus line");
@@ -319,7 +319,7 @@ void load(NetLoad &net) {
     lines = std::move(found);
 }
 
-void save(NetSave &net) {
+void saveAllBusLines(NetSave &net) {
     const Objects<BusLine> &lines = net.contents.traffic.busLines;
     net.giveIds("BusLine", lines, &BusLine::busLineID);
     std::vector<BusStationLine *> stops;

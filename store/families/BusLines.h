@@ -11,12 +11,12 @@ class BusLine;
 /// Bus lines with their roads, their stops and the passengers who arrive there.
 namespace buslines {
 
-bool insert(const Store &store, const BusLine *line, bool inTransaction);
-BusLine *read(const Store &store, long lineId);
+bool insertBusLine(const Store &store, const BusLine *line, bool inTransaction);
+BusLine *readBusLine(const Store &store, long lineId);
 /// True in every case.
-bool listIds(const Store &store, QList<long> &ids);
+bool listBusLineIds(const Store &store, QList<long> &ids);
 
-void load(NetLoad &net);
-void save(NetSave &net);
+void loadAllBusLines(NetLoad &net);
+void saveAllBusLines(NetSave &net);
 
 } // namespace buslines

@@ -42,7 +42,7 @@ Row &bindRow(Row &row, const BusStation &station) {
 
 } // namespace
 
-bool insert(const Store &store, const BusStation *station, bool inTransaction) {
+bool insertBusStation(const Store &store, const BusStation *station, bool inTransaction) {
     if (!station)
         return true;
     if (!wholeness::isWhole(store, *station))
@@ -52,7 +52,7 @@ bool insert(const Store &store, const BusStation *station, bool inTransaction) {
     return transaction.discard(bindRow(insert.bindNet(), *station).exec());
 }
 
-BusStation *read(const Store &store, long stationId) {
+BusStation *readBusStation(const Store &store, long stationId) {
     Query row(store, kSelect, {stationId});
     if (!row.execAndNext())
         return nullptr;
@@ -63,12 +63,12 @@ BusStation *read(const Store &store, long stationId) {
     return station.release();
 }
 
-bool listIds(const Store &store, QList<long> &ids) {
+bool listBusStationIds(const Store &store, QList<long> &ids) {
     appendIds(store, kSelectIds, ids);
     return true;
 }
 
-void load(NetLoad &net) {
+void loadAllBusStations(NetLoad &net) {
     net.forEachObject("BusStation", "busStationID", [&net](Rows &row) {
         auto station = std::make_unique<BusStation>();
         readAll(row, kColumns, *station);
@@ -80,7 +80,7 @@ void load(NetLoad &net) {
     });
 }
 
-void save(NetSave &net) {
+void saveAllBusStations(NetSave &net) {
     const Objects<BusStation> &stations = net.contents.traffic.busStations;
     net.giveIds("BusStation", stations, &BusStation::busStationID);
     net.writeEach("BusStation", stations,

@@ -11,12 +11,12 @@ class BusStation;
 /// Bus stations.
 namespace busstations {
 
-bool insert(const Store &store, const BusStation *station, bool inTransaction);
-BusStation *read(const Store &store, long stationId);
+bool insertBusStation(const Store &store, const BusStation *station, bool inTransaction);
+BusStation *readBusStation(const Store &store, long stationId);
 /// The stations whose link exists; true in every case.
-bool listIds(const Store &store, QList<long> &ids);
+bool listBusStationIds(const Store &store, QList<long> &ids);
 
-void load(NetLoad &net);
-void save(NetSave &net);
+void loadAllBusStations(NetLoad &net);
+void saveAllBusStations(NetSave &net);
 
 } // namespace busstations

@@ -236,7 +236,7 @@ void readLaneConnectors(const Store &store, Connector &connector) {
 
 } // namespace
 
-bool insert(const Store &store, Connector *connector, bool inTransaction) {
+bool insertConnector(const Store &store, Connector *connector, bool inTransaction) {
     if (!connector)
         return true;
     if (!wholeness::isWhole(store, *connector))
@@ -249,17 +249,17 @@ bool insert(const Store &store, Connector *connector, bool inTransaction) {
     return transaction.commit(written);
 }
 
-bool insertAll(Store &store, const QList<Connector *> &connectors) {
+bool insertConnectors(Store &store, const QList<Connector *> &connectors) {
     if (!wholeness::hasNoNull(store, connectors))
         return false;
     store.keepStatements();
     bool written = true;
     for (Connector *connector : connectors)
-        written = insert(store, connector, false) && written;
+        written = insertConnector(store, connector, false) && written;
     return written;
 }
 
-Connector *read(const Store &store, long connectorId) {
+Connector *readConnector(const Store &store, long connectorId) {
     // The ends are resolved through gNet, which knows the current network alone.
     if (!isCurrentNet(store))
         return nullptr;
@@ -275,7 +275,7 @@ Connector *read(const Store &store, long connectorId) {
     return store.whole(std::move(connector));
 }
 
-void load(NetLoad &net) {
+void loadAllConnectors(NetLoad &net) {
     Objects<Connector> &connectors = net.contents.connectors;
     const bool withRoad = net.store.hasRoadIds();
     net.forEachObject("Connector", "connID", [&](Rows &row) {
@@ -307,7 +307,7 @@ void load(NetLoad &net) {
         gNet.enter(connector.get());
 }
 
-void save(NetSave &net) {
+void saveAllConnectors(NetSave &net) {
     const Objects<Connector> &connectors = net.contents.connectors;
     net.giveIds("Connector", connectors, &Connector::connID);
     const bool withRoad = net.store.hasRoadIds();
@@ -326,7 +326,7 @@ void save(NetSave &net) {
     saveLaneConnectors(net);
 }
 
-bool listIds(const Store &store, QList<long> &ids) {
+bool listConnectorIds(const Store &store, QList<long> &ids) {
     return appendIds(store, kSelectIds, ids);
 }
 

@@ -11,13 +11,13 @@ class NetSave;
 /// Connectors with their lane connectors.
 namespace connectors {
 
-bool insert(const Store &store, Connector *connector, bool inTransaction);
+bool insertConnector(const Store &store, Connector *connector, bool inTransaction);
 /// Writes connectors in the caller's transaction, each statement prepared once; goes on after failures.
-bool insertAll(Store &store, const QList<Connector *> &connectors);
-Connector *read(const Store &store, long connectorId);
-bool listIds(const Store &store, QList<long> &ids);
+bool insertConnectors(Store &store, const QList<Connector *> &connectors);
+Connector *readConnector(const Store &store, long connectorId);
+bool listConnectorIds(const Store &store, QList<long> &ids);
 
-void load(NetLoad &net);
-void save(NetSave &net);
+void loadAllConnectors(NetLoad &net);
+void saveAllConnectors(NetSave &net);
 
 } // namespace connectors

@@ -49,7 +49,7 @@ bool insertRoutes(const Store &store, DecisionPoint &point) {
     for (Routing *route : qAsConst(point.mlRouting)) {
         if (!route->mpDecisionPoint)
             route->mpDecisionPoint = &point;
-        written = routings::insert(store, route, false) && written;
+        written = routings::insertRouting(store, route, false) && written;
     }
     return written;
 }
@@ -133,9 +133,9 @@ std::unique_ptr<DecisionPoint> readRow(Row &row, bool isCurrent) {
 
 void readRoutes(const Store &store, DecisionPoint &point, long id) {
     QList<long> routeIds;
-    routings::listIds(store, id, routeIds);
+    routings::listRoutingIds(store, id, routeIds);
     for (const long routeId : qAsConst(routeIds)) {
-        if (Routing *route = routings::read(store, routeId)) {
+        if (Routing *route = routings::readRouting(store, routeId)) {
             route->mpDecisionPoint = &point;
             point.mlRouting.append(route);
         }
@@ -174,7 +174,7 @@ void readFlows(const Store &store, DecisionPoint &point) {
 
 } // namespace
 
-bool insert(const Store &store, DecisionPoint *point, bool useTransaction) {
+bool insertDecisionPoint(const Store &store, DecisionPoint *point, bool useTransaction) {
     if (!point)
         return true;
     if (!wholeness::isWhole(store, *point))
@@ -186,7 +186,7 @@ bool insert(const Store &store, DecisionPoint *point, bool useTransaction) {
     return transaction.commit(written);
 }
 
-DecisionPoint *read(const Store &store, long id) {
+DecisionPoint *readDecisionPoint(const Store &store, long id) {
     Query row(store, kSelect, {id});
     if (!row.execAndNext())
         return nullptr;
@@ -197,12 +197,12 @@ DecisionPoint *read(const Store &store, long id) {
     return store.whole(std::move(point));
 }
 
-bool listIds(const Store &store, QList<long> &ids) {
+bool listDecisionPointIds(const Store &store, QList<long> &ids) {
     appendIds(store, kSelectIds, ids);
     return true;
 }
 
-void load(NetLoad &net) {
+void loadAllDecisionPoints(NetLoad &net) {
     Objects<DecisionPoint> &points = net.contents.traffic.decisionPoints;
     net.forEachObject("DecisionPoint", "deciPointID", [&](Rows &row) {
         // A point without its link reads on its own, and could not be saved again.
@@ -212,7 +212,7 @@ void load(NetLoad &net) {
             net.skip("DecisionPoint", point->deciPointID, "stands on a link that is missing");
     });
     QHash<long, QList<RoutingFLowRatio *>> ratiosOf;
-    const QList<RoutingFLowRatio *> ratios = routings::load(net);
+    const QList<RoutingFLowRatio *> ratios = routings::loadAllRoutings(net);
     for (RoutingFLowRatio *ratio : ratios)
         ratiosOf[ratio->routingID].append(ratio);
     for (const auto &point : points) {
@@ -226,7 +226,7 @@ void load(NetLoad &net) {
     }
 }
 
-void save(NetSave &net) {
+void saveAllDecisionPoints(NetSave &net) {
     const Objects<DecisionPoint> &points = net.contents.traffic.decisionPoints;
     net.giveIds("DecisionPoint", points, &DecisionPoint::deciPointID);
     net.writeEach("DecisionPoint", points,
@@ -234,7 +234,7 @@ void save(NetSave &net) {
     std::vector<const Routing *> newRoutes;
     for (const auto &point : points)
         newRoutes.push_back(newRouteOf(*point));
-    routings::save(net);
+    routings::saveAllRoutings(net);
     if (!net.isGood())
         return;
     for (std::size_t i = 0; i < points.size(); ++i) {

@@ -11,11 +11,11 @@ class DecisionPoint;
 /// Decision points with their routes and flow intervals.
 namespace decisionpoints {
 
-bool insert(const Store &store, DecisionPoint *point, bool useTransaction);
-DecisionPoint *read(const Store &store, long id);
-bool listIds(const Store &store, QList<long> &ids);
+bool insertDecisionPoint(const Store &store, DecisionPoint *point, bool useTransaction);
+DecisionPoint *readDecisionPoint(const Store &store, long id);
+bool listDecisionPointIds(const Store &store, QList<long> &ids);
 
-void load(NetLoad &net);
-void save(NetSave &net);
+void loadAllDecisionPoints(NetLoad &net);
+void saveAllDecisionPoints(NetSave &net);
 
 } // namespace decisionpoints

@@ -85,14 +85,15 @@ void readIntervals(const Store &store, const QHash<long, VehicleComposition> &co
 
 } // namespace
 
-bool insert(const Store &store, const DeparturePoint &point, bool useTransaction) {
+bool insertDeparturePoint(const Store &store, const DeparturePoint &point, bool useTransaction) {
     Transaction transaction(store, useTransaction);
     bool written = insertRow(store, point);
     written = insertIntervals(store, point) && written;
     return transaction.commit(written);
 }
 
-DeparturePoint *read(const Store &store, const QHash<long, VehicleComposition> &compositions, long pointId) {
+DeparturePoint *readDeparturePoint(const Store &store, const QHash<long, VehicleComposition> &compositions,
+                                   long pointId) {
     auto point = std::make_unique<DeparturePoint>();
     Query row(store, kSelect, {pointId});
     if (!row.execAndNext())
@@ -104,12 +105,12 @@ DeparturePoint *read(const Store &store, const QHash<long, VehicleComposition> &
     return store.whole(std::move(point));
 }
 
-bool listIds(const Store &store, QList<long> &ids) {
+bool listDeparturePointIds(const Store &store, QList<long> &ids) {
     appendIds(store, kSelectIds, ids);
     return true;
 }
 
-void load(NetLoad &net) {
+void loadAllDeparturePoints(NetLoad &net) {
     Objects<DeparturePoint> &points = net.contents.traffic.departurePoints;
     net.forEachObject("DeparturePoint", "departurePointID", [&](Rows &row) {
         points.push_back(std::make_unique<DeparturePoint>());
@@ -129,7 +130,7 @@ void load(NetLoad &net) {
     });
 }
 
-void save(NetSave &net) {
+void saveAllDeparturePoints(NetSave &net) {
     const Objects<DeparturePoint> &points = net.contents.traffic.departurePoints;
     net.giveIds("DeparturePoint", points, &DeparturePoint::departurePointID);
     std::vector<long *> intervalIds;

@@ -9,11 +9,12 @@ class NetSave;
 /// Departure points with the intervals of their timetables.
 namespace departurepoints {
 
-bool insert(const Store &store, const DeparturePoint &point, bool useTransaction);
-DeparturePoint *read(const Store &store, const QHash<long, VehicleComposition> &compositions, long pointId);
-bool listIds(const Store &store, QList<long> &ids);
+bool insertDeparturePoint(const Store &store, const DeparturePoint &point, bool useTransaction);
+DeparturePoint *readDeparturePoint(const Store &store, const QHash<long, VehicleComposition> &compositions,
+                                   long pointId);
+bool listDeparturePointIds(const Store &store, QList<long> &ids);
 
-void load(NetLoad &net);
-void save(NetSave &net);
+void loadAllDeparturePoints(NetLoad &net);
+void saveAllDeparturePoints(NetSave &net);
 
 } // namespace departurepoints

@@ -37,13 +37,14 @@ constexpr Column<VehicleDrivInfoCollector> kColumns[] = {
 
 } // namespace
 
-bool insert(const Store &store, const VehicleDrivInfoCollector &collector, bool inTransaction) {
+bool insertDrivInfoCollector(const Store &store, const VehicleDrivInfoCollector &collector,
+                             bool inTransaction) {
     Transaction transaction(store, inTransaction);
     Query insert(store, kInsert);
     return transaction.discard(bindAll(insert.bindNet(), kColumns, collector).exec());
 }
 
-VehicleDrivInfoCollector read(const Store &store, long collectorId) {
+VehicleDrivInfoCollector readDrivInfoCollector(const Store &store, long collectorId) {
     VehicleDrivInfoCollector collector;
     Query row(store, kSelect, {collectorId});
     if (row.execAndNext())
@@ -51,12 +52,12 @@ VehicleDrivInfoCollector read(const Store &store, long collectorId) {
     return collector;
 }
 
-bool listIds(const Store &store, QList<long> &ids) {
+bool listDrivInfoCollectorIds(const Store &store, QList<long> &ids) {
     appendIds(store, kSelectIds, ids);
     return true;
 }
 
-void load(NetLoad &net) {
+void loadAllDrivInfoCollectors(NetLoad &net) {
     net.forEachObject("VehicleDrivInfoCollecter", "collecterID", [&net](Rows &row) {
         auto collector = std::make_unique<VehicleDrivInfoCollector>();
         readAll(row, kColumns, *collector);
@@ -67,7 +68,7 @@ void load(NetLoad &net) {
     });
 }
 
-void save(NetSave &net) {
+void saveAllDrivInfoCollectors(NetSave &net) {
     const Objects<VehicleDrivInfoCollector> &collectors = net.contents.traffic.collectors;
     net.giveIds("VehicleDrivInfoCollecter", collectors, &VehicleDrivInfoCollector::collecterID);
     net.writeEach(

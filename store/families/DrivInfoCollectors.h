@@ -11,13 +11,14 @@ class NetSave;
 /// Driving-data collectors.
 namespace drivinfocollectors {
 
-bool insert(const Store &store, const VehicleDrivInfoCollector &collector, bool inTransaction);
+bool insertDrivInfoCollector(const Store &store, const VehicleDrivInfoCollector &collector,
+                             bool inTransaction);
 /// A new collector when there is no such row.
-VehicleDrivInfoCollector read(const Store &store, long collectorId);
+VehicleDrivInfoCollector readDrivInfoCollector(const Store &store, long collectorId);
 /// True in every case.
-bool listIds(const Store &store, QList<long> &ids);
+bool listDrivInfoCollectorIds(const Store &store, QList<long> &ids);
 
-void load(NetLoad &net);
-void save(NetSave &net);
+void loadAllDrivInfoCollectors(NetLoad &net);
+void saveAllDrivInfoCollectors(NetSave &net);
 
 } // namespace drivinfocollectors

@@ -68,23 +68,24 @@ bool readSet(const Store &store, const Sql &sql, DriveFollowedModelParam &param)
 
 } // namespace
 
-bool insert(const Store &store, const DriveFollowedModelParam &param) {
+bool insertFollowedModelParam(const Store &store, const DriveFollowedModelParam &param) {
     Query insert(store, kInsertFollowing);
     return bindAll(insert.bindNet(), kFollowingColumns, param).exec();
 }
 
-bool save(const Store &store, const DriveFollowedModelParam &param, bool useTransaction) {
+bool saveFollowedModelParam(const Store &store, const DriveFollowedModelParam &param, bool useTransaction) {
     Transaction transaction(store, useTransaction);
     Query update(store, kUpdateFollowing);
     return transaction.commit(bindAll(update, kFollowingColumns, param).exec());
 }
 
-bool read(const Store &store, DriveFollowedModelParam &first, DriveFollowedModelParam &second) {
+bool readFollowedModelParams(const Store &store, DriveFollowedModelParam &first,
+                             DriveFollowedModelParam &second) {
     const bool gotFirst = readSet(store, kSelectFirst, first);
     return readSet(store, kSelectSecond, second) && gotFirst;
 }
 
-bool insertAll(const Store &store, const QList<ChangeLaneModelParam> &params) {
+bool insertChangeLaneParams(const Store &store, const QList<ChangeLaneModelParam> &params) {
     bool written = true;
     Query insert(store, kInsertLaneChange);
     for (const ChangeLaneModelParam &param : params) {
@@ -94,13 +95,14 @@ bool insertAll(const Store &store, const QList<ChangeLaneModelParam> &params) {
     return written;
 }
 
-bool saveAll(const Store &store, const QList<ChangeLaneModelParam> &params, bool useTransaction) {
+bool saveChangeLaneParams(const Store &store, const QList<ChangeLaneModelParam> &params,
+                          bool useTransaction) {
     Transaction transaction(store, useTransaction);
     const bool emptied = Query(store, kDeleteLaneChange).exec();
-    return transaction.commit(insertAll(store, params) && emptied);
+    return transaction.commit(insertChangeLaneParams(store, params) && emptied);
 }
 
-bool readAll(const Store &store, QList<ChangeLaneModelParam> &params) {
+bool readChangeLaneParams(const Store &store, QList<ChangeLaneModelParam> &params) {
     Query rows(store, kSelectLaneChange);
     if (!rows.exec())
         return false;
@@ -135,13 +137,13 @@ void saveSets(NetSave &net, const char *table, const Column<Param> (&columns)[N]
 
 } // namespace
 
-void load(NetLoad &net) {
+void loadAllDriverModels(NetLoad &net) {
     NetSettings &settings = net.contents.settings;
     loadSets(net, "DriveFollowedModelParam", kFollowingColumns, settings.carFollowing);
     loadSets(net, "ChangeLaneModelParam", kLaneChangeColumns, settings.laneChanging);
 }
 
-void save(NetSave &net) {
+void saveAllDriverModels(NetSave &net) {
     const NetSettings &settings = net.contents.settings;
     saveSets(net, "DriveFollowedModelParam", kFollowingColumns, settings.carFollowing);
     saveSets(net, "ChangeLaneModelParam", kLaneChangeColumns, settings.laneChanging);

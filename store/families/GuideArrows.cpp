@@ -41,7 +41,7 @@ void readRow(Row &row, GuideArrow &arrow) {
 
 } // namespace
 
-bool insert(const Store &store, GuideArrow *arrow, bool inTransaction) {
+bool insertGuideArrow(const Store &store, GuideArrow *arrow, bool inTransaction) {
     if (!arrow)
         return true;
     Transaction transaction(store, inTransaction);
@@ -49,7 +49,7 @@ bool insert(const Store &store, GuideArrow *arrow, bool inTransaction) {
     return transaction.commit(bindRow(insert.bindNet(), *arrow).exec());
 }
 
-GuideArrow *read(const Store &store, long id) {
+GuideArrow *readGuideArrow(const Store &store, long id) {
     Query row(store, kSelect, {id});
     if (!row.execAndNext())
         return nullptr;
@@ -60,7 +60,7 @@ GuideArrow *read(const Store &store, long id) {
 
 /// The single reads give an arrow also where its lane belongs to no link. Such a lane is not loaded, so that
 /// the arrow could not be saved again.
-void load(NetLoad &net) {
+void loadAllGuideArrows(NetLoad &net) {
     net.forEachObject("GuideArrow", "guideArrowID", [&](Rows &row) {
         auto arrow = std::make_unique<GuideArrow>();
         readRow(row, *arrow);
@@ -91,7 +91,7 @@ QHash<const GuideArrow *, const Lane *> lanesOfUnnamed(const NetContents &conten
     return laneOf;
 }
 
-void save(NetSave &net) {
+void saveAllGuideArrows(NetSave &net) {
     net.giveIds("GuideArrow", net.contents.guideArrows, &GuideArrow::guideArrowID);
     const QHash<const GuideArrow *, const Lane *> laneOf = lanesOfUnnamed(net.contents);
     for (const auto &arrow : net.contents.guideArrows) {
@@ -102,7 +102,7 @@ void save(NetSave &net) {
                   [](RowWriter &row, const GuideArrow &arrow) { bindRow(row, arrow); });
 }
 
-bool listIds(const Store &store, QList<long> &ids) {
+bool listGuideArrowIds(const Store &store, QList<long> &ids) {
     return appendIds(store, kSelectIds, ids);
 }
 

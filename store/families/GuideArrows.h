@@ -14,15 +14,15 @@ struct NetContents;
 /// Guide arrows painted on lanes.
 namespace guidearrows {
 
-bool insert(const Store &store, GuideArrow *arrow, bool inTransaction);
-GuideArrow *read(const Store &store, long id);
+bool insertGuideArrow(const Store &store, GuideArrow *arrow, bool inTransaction);
+GuideArrow *readGuideArrow(const Store &store, long id);
 /// The arrows whose lane exists.
-bool listIds(const Store &store, QList<long> &ids);
+bool listGuideArrowIds(const Store &store, QList<long> &ids);
 
 /// The lanes of those arrows that name none by id, and that a lane has in its list.
 QHash<const GuideArrow *, const Lane *> lanesOfUnnamed(const NetContents &contents);
 
-void load(NetLoad &net);
-void save(NetSave &net);
+void loadAllGuideArrows(NetLoad &net);
+void saveAllGuideArrows(NetSave &net);
 
 } // namespace guidearrows

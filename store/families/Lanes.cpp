@@ -127,20 +127,20 @@ void loadRestrictions(NetLoad &net) {
 
 } // namespace
 
-const Lane *first(const Link &link) {
+const Lane *firstLane(const Link &link) {
     const auto found = std::find_if(link.mlLane.cbegin(), link.mlLane.cend(),
                                     [](const Lane *lane) { return lane->serialNumber == 1; });
     return found != link.mlLane.cend() ? *found : nullptr;
 }
 
-const Lane *last(const Link &link) {
+const Lane *lastLane(const Link &link) {
     const auto highest =
         std::max_element(link.mlLane.cbegin(), link.mlLane.cend(),
                          [](const Lane *a, const Lane *b) { return a->serialNumber < b->serialNumber; });
     return highest != link.mlLane.cend() ? *highest : nullptr;
 }
 
-bool insertAll(const Store &store, const Link &link, bool soFar) {
+bool insertLanes(const Store &store, const Link &link, bool soFar) {
     const bool withGeometry = hasGeometry(store);
     Query insert(store, insertText(store, withGeometry));
     for (const Lane *lane : link.mlLane) {
@@ -152,7 +152,7 @@ bool insertAll(const Store &store, const Link &link, bool soFar) {
     return soFar;
 }
 
-bool insertRestrictions(const Store &store, const Link &link) {
+bool insertLaneRestrictions(const Store &store, const Link &link) {
     if (store.hasSeveralNets())
         return true;
     bool written = true;
@@ -165,7 +165,7 @@ bool insertRestrictions(const Store &store, const Link &link) {
     return written;
 }
 
-void readAll(const Store &store, Link &link) {
+void readLanesOf(const Store &store, Link &link) {
     Query rows(store, store.hasMisspeltSerialNumber()
                           ? fillNumber(QString::fromLatin1(kSelectMisspelt), link.linkID)
                           : store.text(kSelect, {link.linkID}));
@@ -184,7 +184,7 @@ void readAll(const Store &store, Link &link) {
         readRestrictions(store, *lane);
 }
 
-void load(NetLoad &net) {
+void loadAllLanes(NetLoad &net) {
     Objects<Link> &links = net.contents.links;
     SortedById linkOf(links, [](const auto &link) { return link->linkID; });
     const char *serialNumber = serialNumberColumn(net.store);
@@ -202,7 +202,7 @@ void load(NetLoad &net) {
     loadRestrictions(net);
 }
 
-void save(NetSave &net) {
+void saveAllLanes(NetSave &net) {
     const Objects<Link> &links = net.contents.links;
     net.giveIds("Lane", links, &Link::mlLane, &Lane::laneID);
     const bool withGeometry = hasGeometry(net.store);

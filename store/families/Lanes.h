@@ -11,21 +11,21 @@ class NetSave;
 namespace lanes {
 
 /// The lane of serial number 1, the rightmost; null without one.
-const Lane *first(const Link &link);
+const Lane *firstLane(const Link &link);
 /// The lane of the highest serial number, the leftmost; null without lanes.
-const Lane *last(const Link &link);
+const Lane *lastLane(const Link &link);
 
 /// Writes the lanes. @param soFar the verdict so far: attributes are written only while nothing has failed.
 /// @return the verdict with the lanes.
-bool insertAll(const Store &store, const Link &link, bool soFar);
+bool insertLanes(const Store &store, const Link &link, bool soFar);
 /// Writes the vehicle types that may not use the lanes. Generation 6 keeps none.
-bool insertRestrictions(const Store &store, const Link &link);
+bool insertLaneRestrictions(const Store &store, const Link &link);
 
 /// Appends the stored lanes to @p link, by serial number, with their restrictions.
-void readAll(const Store &store, Link &link);
+void readLanesOf(const Store &store, Link &link);
 
 /// The lanes of the links loaded before.
-void load(NetLoad &net);
-void save(NetSave &net);
+void loadAllLanes(NetLoad &net);
+void saveAllLanes(NetSave &net);
 
 } // namespace lanes

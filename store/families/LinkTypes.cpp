@@ -44,7 +44,7 @@ Row &bindRow(Row &row, const LinkType &type) {
 
 } // namespace
 
-bool readAll(const Store &store, QList<LinkType> &types) {
+bool readLinkTypes(const Store &store, QList<LinkType> &types) {
     Query rows(store, kSelect);
     if (!rows.exec())
         return true;
@@ -53,7 +53,7 @@ bool readAll(const Store &store, QList<LinkType> &types) {
     return true;
 }
 
-void load(NetLoad &net) {
+void loadAllLinkTypes(NetLoad &net) {
     net.forEachObject("LinkType", "linkTypeID", [&net](Rows &row) {
         LinkType type = readRow(row);
         type.storedTypeName = storedword::kept(row.text("typeName"), type.typeName);
@@ -62,11 +62,11 @@ void load(NetLoad &net) {
     glLinkType = net.contents.linkTypes;
 }
 
-void save(NetSave &net) {
+void saveAllLinkTypes(NetSave &net) {
     if (!net.isGood())
         return;
     QList<LinkType> present;
-    readAll(net.store, present);
+    readLinkTypes(net.store, present);
     QList<const LinkType *> added;
     Query update(net.store, kUpdate);
     for (const LinkType &type : qAsConst(net.contents.linkTypes)) {

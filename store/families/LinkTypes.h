@@ -12,9 +12,9 @@ class NetSave;
 namespace linktypes {
 
 /// Appends all link types; true in every case.
-bool readAll(const Store &store, QList<LinkType> &types);
+bool readLinkTypes(const Store &store, QList<LinkType> &types);
 
-void load(NetLoad &net);
-void save(NetSave &net);
+void loadAllLinkTypes(NetLoad &net);
+void saveAllLinkTypes(NetSave &net);
 
 } // namespace linktypes

@@ -137,8 +137,8 @@ bool insertRow(const Store &store, Link &link) {
 /// The break points of a link are those of its outer lanes.
 template <class Row>
 Row &bindGeometry(Row &row, const Link &link) {
-    const Lane *leftmost = lanes::last(link);
-    const Lane *rightmost = lanes::first(link);
+    const Lane *leftmost = lanes::lastLane(link);
+    const Lane *rightmost = lanes::firstLane(link);
     return row.bind(":centerLinePointsJson", link.centerLinePointsJson)
         .bind(":leftBreakPointsJson", leftmost ? leftmost->leftBreakPointsJson : StoredJson())
         .bind(":rightBreakPointsJson", rightmost ? rightmost->rightBreakPointsJson : StoredJson());
@@ -421,7 +421,7 @@ void saveRows(NetSave &net) {
 
 } // namespace
 
-bool insert(const Store &store, Link *link, bool inTransaction) {
+bool insertLink(const Store &store, Link *link, bool inTransaction) {
     if (!link)
         return true;
     if (!wholeness::isWhole(store, *link))
@@ -433,21 +433,21 @@ bool insert(const Store &store, Link *link, bool inTransaction) {
     written = insertRow(store, *link) && written;
     if (written && link->linkID >= 1 && store.hasColumn("Link", "centerLinePointsJson"))
         written = updateGeometry(store, *link);
-    written = lanes::insertAll(store, *link, written);
-    written = lanes::insertRestrictions(store, *link) && written;
+    written = lanes::insertLanes(store, *link, written);
+    written = lanes::insertLaneRestrictions(store, *link) && written;
     written = insertVertexOrder(store, *link) && written;
     return transaction.commit(written);
 }
 
-bool insertAll(Store &store, const QList<Link *> &links) {
+bool insertLinks(Store &store, const QList<Link *> &links) {
     if (!wholeness::hasNoNull(store, links))
         return false;
     store.keepStatements();
     return std::all_of(links.cbegin(), links.cend(),
-                       [&store](Link *link) { return insert(store, link, false); });
+                       [&store](Link *link) { return insertLink(store, link, false); });
 }
 
-Link *read(const Store &store, long linkId) {
+Link *readLink(const Store &store, long linkId) {
     const bool isCurrent = isCurrentNet(store);
     if (isCurrent) {
         if (Link *held = gNet.getLinkById(linkId))
@@ -461,7 +461,7 @@ Link *read(const Store &store, long linkId) {
     row.finish();
     readVertices(store, *link);
     addNodes(*link, nodes, [&store](long nodeId) { return readNodeName(store, nodeId); });
-    lanes::readAll(store, *link);
+    lanes::readLanesOf(store, *link);
     if (isCurrent && !store.lacksAnswer()) {
         gNet.enter(link.get());
         for (Lane *lane : qAsConst(link->mlLane))
@@ -470,12 +470,12 @@ Link *read(const Store &store, long linkId) {
     return store.whole(std::move(link));
 }
 
-void load(NetLoad &net) {
+void loadAllLinks(NetLoad &net) {
     Loader(net).load();
-    lanes::load(net);
+    lanes::loadAllLanes(net);
 }
 
-void save(NetSave &net) {
+void saveAllLinks(NetSave &net) {
     giveIds(net);
     const Objects<Link> &links = net.contents.links;
     net.writeEach("Vertex", distinctVertices(links),
@@ -490,14 +490,14 @@ void save(NetSave &net) {
                        of = &link;
                        bindOrder(row, link, *vertex, number);
                    });
-    lanes::save(net);
+    lanes::saveAllLanes(net);
 }
 
-bool listIds(const Store &store, QList<long> &ids) {
+bool listLinkIds(const Store &store, QList<long> &ids) {
     return appendIds(store, kSelectIds, ids);
 }
 
-std::optional<bool> hasVertex(const QSqlDatabase &db, long linkId, long vertexId, FailureList &failures) {
+std::optional<bool> linkHasVertex(const QSqlDatabase &db, long linkId, long vertexId, FailureList &failures) {
     return probes::returnsRow(
         db,
         fillNumbers(QStringLiteral("select * from LinkVertex where LinkID = %1 and vertexID = %2"),

@@ -90,7 +90,7 @@ Record recordOf(const NetRecord &net) {
     return record;
 }
 
-bool insert(const Store &store, const Record &record, bool useTransaction) {
+bool insertNetwork(const Store &store, const Record &record, bool useTransaction) {
     if (!store.isUsable() || !hasStorableAttributes(store, record) || isTaken(store, record).value_or(true))
         return false;
     Transaction transaction(store, useTransaction);
@@ -109,7 +109,7 @@ bool insert(const Store &store, const Record &record, bool useTransaction) {
     return transaction.commitOrRecord(insert.exec());
 }
 
-bool update(const Store &store, const Record &record, bool useTransaction) {
+bool updateNetwork(const Store &store, const Record &record, bool useTransaction) {
     if (!store.isUsable() || !hasStorableAttributes(store, record))
         return false;
     Transaction transaction(store, useTransaction);
@@ -128,30 +128,30 @@ bool update(const Store &store, const Record &record, bool useTransaction) {
     return transaction.commitOrRecord(update.exec());
 }
 
-Net *load(const Store &store) {
+Net *loadNetworkById(const Store &store) {
     return loadFirst(store, fillNumber(QStringLiteral("select * from Net where NetId = %1"), store.netId()));
 }
 
-Net *loadByName(const Store &store, const QString &name) {
+Net *loadNetworkByName(const Store &store, const QString &name) {
     if (name.isEmpty())
         return loadFirst(store, QStringLiteral("select * from Net order by netId"));
     return loadFirst(store, QStringLiteral("select * from Net where name = '%1'").arg(quoted(name)));
 }
 
-std::optional<bool> exists(const Store &store) {
+std::optional<bool> networkExists(const Store &store) {
     return Query(store, "select * from Net where NetId = %1", {store.netId()}).returnsRow();
 }
 
-long largestId(const Store &store) {
+long largestNetworkId(const Store &store) {
     Query largest(store, "select max(NetId) from Net");
     return largest.execAndNext() ? largest.firstId() : 0;
 }
 
-std::optional<bool> isAnyThere(const Store &store) {
+std::optional<bool> isAnyNetworkThere(const Store &store) {
     return Query(store, kSelectAll).returnsRow();
 }
 
-QList<Net> all(const Store &store) {
+QList<Net> readNetworks(const Store &store) {
     QList<Net> nets;
     Query rows(store, kSelectAll);
     if (!rows.exec())
@@ -166,7 +166,7 @@ QList<Net> all(const Store &store) {
     return nets;
 }
 
-QByteArray backgroundMap(const Store &store) {
+QByteArray readBackgroundMap(const Store &store) {
     Query map(store, kBackgroundMap);
     return map.execAndNext() ? map.value("backgroundMap").toByteArray() : QByteArray();
 }

@@ -35,22 +35,22 @@ struct Record {
 Record recordOf(const NetRecord &net);
 
 /// Writes @p record; false without a record of failure when its name (generation 6: its id) is taken.
-bool insert(const Store &store, const Record &record, bool useTransaction);
+bool insertNetwork(const Store &store, const Record &record, bool useTransaction);
 /// Writes @p record over the row of the store's network (generation 6).
-bool update(const Store &store, const Record &record, bool useTransaction);
+bool updateNetwork(const Store &store, const Record &record, bool useTransaction);
 
 /// Loads the store's network into gNet; null and gNet unchanged without its row.
-Net *load(const Store &store);
+Net *loadNetworkById(const Store &store);
 /// Loads the network of that name, or the first one for an empty name, into gNet.
-Net *loadByName(const Store &store, const QString &name);
+Net *loadNetworkByName(const Store &store, const QString &name);
 /// @{ Whether the store has the row of its network, or of any network; none when that could not be read.
-std::optional<bool> exists(const Store &store);
-std::optional<bool> isAnyThere(const Store &store);
+std::optional<bool> networkExists(const Store &store);
+std::optional<bool> isAnyNetworkThere(const Store &store);
 /// @}
-long largestId(const Store &store);
+long largestNetworkId(const Store &store);
 /// All networks with id, name and further attributes.
-QList<Net> all(const Store &store);
+QList<Net> readNetworks(const Store &store);
 
-QByteArray backgroundMap(const Store &store);
+QByteArray readBackgroundMap(const Store &store);
 
 } // namespace networks

@@ -45,7 +45,7 @@ constexpr Column<VehicleQueueCounter> kColumns[] = {
 
 } // namespace
 
-bool insert(const Store &store, const VehicleQueueCounter *counter, bool inTransaction) {
+bool insertQueueCounter(const Store &store, const VehicleQueueCounter *counter, bool inTransaction) {
     if (!counter)
         return true;
     Transaction transaction(store, inTransaction);
@@ -53,7 +53,7 @@ bool insert(const Store &store, const VehicleQueueCounter *counter, bool inTrans
     return transaction.discard(bindAll(insert.bindNet(), kColumns, *counter).exec());
 }
 
-VehicleQueueCounter *read(const Store &store, long counterId) {
+VehicleQueueCounter *readQueueCounter(const Store &store, long counterId) {
     auto counter = std::make_unique<VehicleQueueCounter>();
     Query row(store, kSelect, {counterId});
     if (row.execAndNext())
@@ -61,12 +61,12 @@ VehicleQueueCounter *read(const Store &store, long counterId) {
     return counter.release();
 }
 
-bool listIds(const Store &store, QList<long> &ids) {
+bool listQueueCounterIds(const Store &store, QList<long> &ids) {
     appendIds(store, kSelectIds, ids);
     return true;
 }
 
-void load(NetLoad &net) {
+void loadAllQueueCounters(NetLoad &net) {
     net.forEachObject("VehicleQueueCounter", "queueCounterID", [&net](Rows &row) {
         auto counter = std::make_unique<VehicleQueueCounter>();
         readAll(row, kColumns, *counter);
@@ -77,7 +77,7 @@ void load(NetLoad &net) {
     });
 }
 
-void save(NetSave &net) {
+void saveAllQueueCounters(NetSave &net) {
     const Objects<VehicleQueueCounter> &counters = net.contents.traffic.queueCounters;
     net.giveIds("VehicleQueueCounter", counters, &VehicleQueueCounter::queueCounterID);
     net.writeEach("VehicleQueueCounter", counters, [](RowWriter &row, const VehicleQueueCounter &counter) {

@@ -11,13 +11,13 @@ class VehicleQueueCounter;
 /// Queue counters.
 namespace queuecounters {
 
-bool insert(const Store &store, const VehicleQueueCounter *counter, bool inTransaction);
+bool insertQueueCounter(const Store &store, const VehicleQueueCounter *counter, bool inTransaction);
 /// Never null: a new counter when there is no such row.
-VehicleQueueCounter *read(const Store &store, long counterId);
+VehicleQueueCounter *readQueueCounter(const Store &store, long counterId);
 /// True in every case.
-bool listIds(const Store &store, QList<long> &ids);
+bool listQueueCounterIds(const Store &store, QList<long> &ids);
 
-void load(NetLoad &net);
-void save(NetSave &net);
+void loadAllQueueCounters(NetLoad &net);
+void saveAllQueueCounters(NetSave &net);
 
 } // namespace queuecounters

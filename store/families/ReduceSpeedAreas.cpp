@@ -125,7 +125,7 @@ void sortByCode(QList<ReduceSpeedVehiType *> &types) {
 
 } // namespace
 
-bool insert(const Store &store, const ReduceSpeedArea *area, bool inTransaction) {
+bool insertReduceSpeedArea(const Store &store, const ReduceSpeedArea *area, bool inTransaction) {
     if (!area)
         return true;
     if (!wholeness::isWhole(store, *area))
@@ -138,7 +138,7 @@ bool insert(const Store &store, const ReduceSpeedArea *area, bool inTransaction)
     return transaction.discard(written);
 }
 
-ReduceSpeedArea *read(const Store &store, long areaId) {
+ReduceSpeedArea *readReduceSpeedArea(const Store &store, long areaId) {
     Query row(store, kSelect, {areaId});
     if (!row.execAndNext())
         return nullptr;
@@ -152,12 +152,12 @@ ReduceSpeedArea *read(const Store &store, long areaId) {
     return store.whole(std::move(area));
 }
 
-bool listIds(const Store &store, QList<long> &ids) {
+bool listReduceSpeedAreaIds(const Store &store, QList<long> &ids) {
     appendIds(store, kSelectIds, ids);
     return true;
 }
 
-void load(NetLoad &net) {
+void loadAllReduceSpeedAreas(NetLoad &net) {
     Objects<ReduceSpeedArea> &areas = net.contents.traffic.speedAreas;
     net.forEachObject("ReduceSpeedArea", "reduceSpeedAreaID", [&areas](Rows &row) {
         areas.push_back(std::make_unique<ReduceSpeedArea>());
@@ -170,7 +170,7 @@ void load(NetLoad &net) {
                  kVehiTypeColumns, &ReduceSpeedArea::mlSpeedVehiType);
 }
 
-void save(NetSave &net) {
+void saveAllReduceSpeedAreas(NetSave &net) {
     const Objects<ReduceSpeedArea> &areas = net.contents.traffic.speedAreas;
     net.giveIds("ReduceSpeedArea", areas, &ReduceSpeedArea::reduceSpeedAreaID);
     net.giveIds("ReduceSpeedInterval", areas, &ReduceSpeedArea::mlSpeedInterval,

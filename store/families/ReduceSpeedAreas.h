@@ -11,12 +11,12 @@ class ReduceSpeedArea;
 /// Speed reduction areas with their intervals and the speeds of vehicle types.
 namespace reducespeedareas {
 
-bool insert(const Store &store, const ReduceSpeedArea *area, bool inTransaction);
-ReduceSpeedArea *read(const Store &store, long areaId);
+bool insertReduceSpeedArea(const Store &store, const ReduceSpeedArea *area, bool inTransaction);
+ReduceSpeedArea *readReduceSpeedArea(const Store &store, long areaId);
 /// True in every case.
-bool listIds(const Store &store, QList<long> &ids);
+bool listReduceSpeedAreaIds(const Store &store, QList<long> &ids);
 
-void load(NetLoad &net);
-void save(NetSave &net);
+void loadAllReduceSpeedAreas(NetLoad &net);
+void saveAllReduceSpeedAreas(NetSave &net);
 
 } // namespace reducespeedareas

@@ -162,7 +162,7 @@ void readChains(const Store &store, Routing &route, long routingId) {
 
 } // namespace
 
-bool insert(const Store &store, Routing *route, bool useTransaction) {
+bool insertRouting(const Store &store, Routing *route, bool useTransaction) {
     if (!route)
         return true;
     if (!wholeness::isWhole(store, *route))
@@ -173,7 +173,7 @@ bool insert(const Store &store, Routing *route, bool useTransaction) {
     return transaction.commit(written);
 }
 
-Routing *read(const Store &store, long routingId) {
+Routing *readRouting(const Store &store, long routingId) {
     Query row(store, kSelect, {routingId});
     if (!row.execAndNext())
         return nullptr;
@@ -183,7 +183,7 @@ Routing *read(const Store &store, long routingId) {
     return store.whole(std::move(route));
 }
 
-bool listIds(const Store &store, long deciPointId, QList<long> &ids) {
+bool listRoutingIds(const Store &store, long deciPointId, QList<long> &ids) {
     Query rows(store, kSelectIds, {deciPointId});
     rows.execPart();
     while (rows.next())
@@ -232,7 +232,7 @@ QList<LCStruct *> readLanePairs(const Store &store, long routingId, long connId)
     return pairs;
 }
 
-QList<RoutingFLowRatio *> load(NetLoad &net) {
+QList<RoutingFLowRatio *> loadAllRoutings(NetLoad &net) {
     Objects<DecisionPoint> &points = net.contents.traffic.decisionPoints;
     std::vector<Routing *> routes;
     Owners pointOf(net, points, &DecisionPoint::deciPointID, "Routing", "belongs to no decision point");
@@ -268,7 +268,7 @@ QList<RoutingFLowRatio *> load(NetLoad &net) {
     return ratios;
 }
 
-void save(NetSave &net) {
+void saveAllRoutings(NetSave &net) {
     const TrafficObjects &traffic = net.contents.traffic;
     net.giveIds("Routing", traffic.decisionPoints, &DecisionPoint::mlRouting, &Routing::routingID);
     std::vector<const Routing *> routes;

@@ -15,9 +15,9 @@ struct RoutingFlowByInterval;
 /// connectors.
 namespace routings {
 
-bool insert(const Store &store, Routing *route, bool useTransaction);
-Routing *read(const Store &store, long routingId);
-bool listIds(const Store &store, long deciPointId, QList<long> &ids);
+bool insertRouting(const Store &store, Routing *route, bool useTransaction);
+Routing *readRouting(const Store &store, long routingId);
+bool listRoutingIds(const Store &store, long deciPointId, QList<long> &ids);
 
 bool insertFlowRatios(const Store &store, long start, RoutingFlowByInterval *interval, bool useTransaction);
 bool readFlowRatios(const Store &store, QList<RoutingFLowRatio *> &ratios, long routingId);
@@ -28,9 +28,9 @@ QList<LCStruct *> readLanePairs(const Store &store, long routingId, long connId)
 
 /// Loads the routes of the decision points. @return the ratios of all routes, each route's by their ends; the
 /// caller owns them.
-QList<RoutingFLowRatio *> load(NetLoad &net);
+QList<RoutingFLowRatio *> loadAllRoutings(NetLoad &net);
 /// The routes with their links and lanes.
-void save(NetSave &net);
+void saveAllRoutings(NetSave &net);
 /// A ratio's interval starts where it says, or where the one before ends.
 void saveFlowRatios(NetSave &net);
 

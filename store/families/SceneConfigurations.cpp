@@ -52,12 +52,13 @@ bool updateSwitch(const Store &store, const char *sql, const char *placeholder, 
 
 } // namespace
 
-bool save(const Store &store, const Configuration &configuration, bool useTransaction) {
+bool saveSceneConfiguration(const Store &store, const Configuration &configuration, bool useTransaction) {
     Transaction transaction(store, useTransaction);
-    return transaction.commitIfGood(Query(store, kDelete).exec() && insert(store, configuration));
+    return transaction.commitIfGood(Query(store, kDelete).exec() &&
+                                    insertSceneConfiguration(store, configuration));
 }
 
-bool insert(const Store &store, const Configuration &configuration) {
+bool insertSceneConfiguration(const Store &store, const Configuration &configuration) {
     Query insert(store, kInsert);
     return bindAll(insert.bindNet(), kColumns, configuration)
         .bind(":backgroundMap", configuration.backgroundMap)
@@ -73,7 +74,7 @@ bool updateShowBackgroundMap(const Store &store, bool shown, bool useTransaction
     return updateSwitch(store, kUpdateShowBackgroundMap, ":showBackgroundMap", shown, useTransaction);
 }
 
-bool read(const Store &store, Configuration &configuration) {
+bool readSceneConfiguration(const Store &store, Configuration &configuration) {
     Query row(store, kSelect);
     if (!row.exec())
         return false;
@@ -82,7 +83,7 @@ bool read(const Store &store, Configuration &configuration) {
     return row.isComplete();
 }
 
-void load(NetLoad &net) {
+void loadAllSceneConfigurations(NetLoad &net) {
     std::optional<Configuration> &scene = net.contents.settings.scene;
     // The first row counts. There is no order in which single reads take it, and so none here.
     net.forEachRow("Configuration", "", [&](Rows &row) {
@@ -94,9 +95,9 @@ void load(NetLoad &net) {
     gNet.config() = scene.value_or(Configuration());
 }
 
-void save(NetSave &net) {
+void saveAllSceneConfigurations(NetSave &net) {
     if (net.isGood() && net.contents.settings.scene)
-        net.check(save(net.store, *net.contents.settings.scene, false));
+        net.check(saveSceneConfiguration(net.store, *net.contents.settings.scene, false));
 }
 
 } // namespace sceneconfigurations

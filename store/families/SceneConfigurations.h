@@ -10,13 +10,13 @@ class NetSave;
 namespace sceneconfigurations {
 
 /// Writes @p configuration in place of the network's row.
-bool save(const Store &store, const Configuration &configuration, bool useTransaction);
-bool insert(const Store &store, const Configuration &configuration);
+bool saveSceneConfiguration(const Store &store, const Configuration &configuration, bool useTransaction);
+bool insertSceneConfiguration(const Store &store, const Configuration &configuration);
 bool updateShowGrid(const Store &store, bool shown, bool useTransaction);
 bool updateShowBackgroundMap(const Store &store, bool shown, bool useTransaction);
-bool read(const Store &store, Configuration &configuration);
+bool readSceneConfiguration(const Store &store, Configuration &configuration);
 
-void load(NetLoad &net);
-void save(NetSave &net);
+void loadAllSceneConfigurations(NetLoad &net);
+void saveAllSceneConfigurations(NetSave &net);
 
 } // namespace sceneconfigurations

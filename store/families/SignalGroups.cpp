@@ -156,7 +156,7 @@ void readColors(const Store &store, SignalPhase &phase) {
 
 } // namespace
 
-bool insert(const Store &store, SignalGroup *group, bool inTransaction) {
+bool insertSignalGroup(const Store &store, SignalGroup *group, bool inTransaction) {
     if (!group)
         return true;
     if (!wholeness::isWhole(store, *group))
@@ -167,7 +167,7 @@ bool insert(const Store &store, SignalGroup *group, bool inTransaction) {
     return transaction.commit(written);
 }
 
-SignalGroup *read(const Store &store, long id) {
+SignalGroup *readSignalGroup(const Store &store, long id) {
     Query row(store, kSelect, {id});
     if (!row.execAndNext())
         return nullptr;
@@ -182,11 +182,11 @@ SignalGroup *read(const Store &store, long id) {
     return store.whole(std::move(group));
 }
 
-bool listIds(const Store &store, QList<long> &ids) {
+bool listSignalGroupIds(const Store &store, QList<long> &ids) {
     return appendIds(store, kSelectIds, ids);
 }
 
-void load(NetLoad &net) {
+void loadAllSignalGroups(NetLoad &net) {
     Objects<SignalGroup> &groups = net.contents.traffic.signalGroups;
     net.forEachObject("SignalGroup", "signalGroupID", [&](Rows &row) { groups.push_back(readRow(row)); });
     Owners groupOf(net, groups, &SignalGroup::signalGroupID, "SignalPhase", "belongs to no signal group");
@@ -209,7 +209,7 @@ void load(NetLoad &net) {
     });
 }
 
-void save(NetSave &net) {
+void saveAllSignalGroups(NetSave &net) {
     const Objects<SignalGroup> &groups = net.contents.traffic.signalGroups;
     net.giveIds("SignalGroup", groups, &SignalGroup::signalGroupID);
     net.giveIds("SignalPhase", groups, &SignalGroup::mlPhase, &SignalPhase::signalPhaseID);

@@ -11,11 +11,11 @@ class SignalGroup;
 /// Signal groups with their phases and colours.
 namespace signalgroups {
 
-bool insert(const Store &store, SignalGroup *group, bool inTransaction);
-SignalGroup *read(const Store &store, long id);
-bool listIds(const Store &store, QList<long> &ids);
+bool insertSignalGroup(const Store &store, SignalGroup *group, bool inTransaction);
+SignalGroup *readSignalGroup(const Store &store, long id);
+bool listSignalGroupIds(const Store &store, QList<long> &ids);
 
-void load(NetLoad &net);
-void save(NetSave &net);
+void loadAllSignalGroups(NetLoad &net);
+void saveAllSignalGroups(NetSave &net);
 
 } // namespace signalgroups

@@ -71,7 +71,7 @@ std::unique_ptr<SignalLamp> readRow(Row &row) {
 
 } // namespace
 
-bool insert(const Store &store, SignalLamp *lamp, bool inTransaction) {
+bool insertSignalLamp(const Store &store, SignalLamp *lamp, bool inTransaction) {
     if (!lamp)
         return true;
     if (!wholeness::isWhole(store, *lamp))
@@ -81,7 +81,7 @@ bool insert(const Store &store, SignalLamp *lamp, bool inTransaction) {
     return transaction.commit(bindRow(insert.bindNet(), *lamp).exec());
 }
 
-SignalLamp *read(const Store &store, long id) {
+SignalLamp *readSignalLamp(const Store &store, long id) {
     // The phase is resolved through gNet, which knows the current network alone.
     if (!isCurrentNet(store))
         return nullptr;
@@ -93,7 +93,7 @@ SignalLamp *read(const Store &store, long id) {
 
 /// The single reads give a lamp also where its lane belongs to no link, or to another network. Such a lane is
 /// not loaded, so that the lamp could not be saved again.
-void load(NetLoad &net) {
+void loadAllSignalLamps(NetLoad &net) {
     net.forEachObject("SignalLamp", "signalLampID", [&net](Rows &row) {
         const long laneId = row.id("laneID");
         const long id = row.id("signalLampID");
@@ -106,13 +106,13 @@ void load(NetLoad &net) {
     });
 }
 
-void save(NetSave &net) {
+void saveAllSignalLamps(NetSave &net) {
     const Objects<SignalLamp> &lamps = net.contents.traffic.signalLamps;
     net.giveIds("SignalLamp", lamps, &SignalLamp::signalLampID);
     net.writeEach("SignalLamp", lamps, [](RowWriter &row, const SignalLamp &lamp) { bindRow(row, lamp); });
 }
 
-bool listIds(const Store &store, QList<long> &ids) {
+bool listSignalLampIds(const Store &store, QList<long> &ids) {
     return appendIds(store, kSelectIds, ids);
 }
 

@@ -11,11 +11,11 @@ class SignalLamp;
 /// Signal heads; their phases are read before them.
 namespace signallamps {
 
-bool insert(const Store &store, SignalLamp *lamp, bool inTransaction);
-SignalLamp *read(const Store &store, long id);
-bool listIds(const Store &store, QList<long> &ids);
+bool insertSignalLamp(const Store &store, SignalLamp *lamp, bool inTransaction);
+SignalLamp *readSignalLamp(const Store &store, long id);
+bool listSignalLampIds(const Store &store, QList<long> &ids);
 
-void load(NetLoad &net);
-void save(NetSave &net);
+void loadAllSignalLamps(NetLoad &net);
+void saveAllSignalLamps(NetSave &net);
 
 } // namespace signallamps

@@ -75,7 +75,8 @@ bool saveToNet(const Store &store, const SimulateConfiguration &configuration, l
 
 } // namespace
 
-bool save(const Store &store, const SimulateConfiguration &configuration, bool useTransaction) {
+bool saveSimulateConfiguration(const Store &store, const SimulateConfiguration &configuration,
+                               bool useTransaction) {
     const long count = countRows(store);
     if (count < 0)
         return false;
@@ -84,7 +85,7 @@ bool save(const Store &store, const SimulateConfiguration &configuration, bool u
                                                            : saveToOneNet(store, configuration, count));
 }
 
-bool read(const Store &store, SimulateConfiguration &configuration) {
+bool readSimulateConfiguration(const Store &store, SimulateConfiguration &configuration) {
     Query row(store, kSelect);
     if (!row.exec())
         return false;
@@ -93,7 +94,7 @@ bool read(const Store &store, SimulateConfiguration &configuration) {
     return row.isComplete();
 }
 
-void load(NetLoad &net) {
+void loadAllSimulateConfigurations(NetLoad &net) {
     std::optional<SimulateConfiguration> &simulation = net.contents.settings.simulation;
     // The first row counts. There is no order in which single reads take it, and so none here.
     net.forEachRow("SimulateConfiguration", "", [&](Rows &row) {
@@ -104,7 +105,7 @@ void load(NetLoad &net) {
     });
 }
 
-void save(NetSave &net) {
+void saveAllSimulateConfigurations(NetSave &net) {
     const std::optional<SimulateConfiguration> &simulation = net.contents.settings.simulation;
     if (!simulation)
         return;

@@ -9,10 +9,11 @@ class NetSave;
 /// How a simulation run is stepped and what it records: one row a network.
 namespace simulateconfigurations {
 
-bool save(const Store &store, const SimulateConfiguration &configuration, bool useTransaction);
-bool read(const Store &store, SimulateConfiguration &configuration);
+bool saveSimulateConfiguration(const Store &store, const SimulateConfiguration &configuration,
+                               bool useTransaction);
+bool readSimulateConfiguration(const Store &store, SimulateConfiguration &configuration);
 
-void load(NetLoad &net);
-void save(NetSave &net);
+void loadAllSimulateConfigurations(NetLoad &net);
+void saveAllSimulateConfigurations(NetSave &net);
 
 } // namespace simulateconfigurations

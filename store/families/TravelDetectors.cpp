@@ -46,7 +46,7 @@ constexpr Column<VehicleTravelDetector> kColumns[] = {
 
 } // namespace
 
-bool insert(const Store &store, const VehicleTravelDetector *detector, bool inTransaction) {
+bool insertTravelDetector(const Store &store, const VehicleTravelDetector *detector, bool inTransaction) {
     if (!detector)
         return true;
     Transaction transaction(store, inTransaction);
@@ -54,7 +54,7 @@ bool insert(const Store &store, const VehicleTravelDetector *detector, bool inTr
     return transaction.discard(bindAll(insert.bindNet(), kColumns, *detector).exec());
 }
 
-VehicleTravelDetector *read(const Store &store, long detectorId) {
+VehicleTravelDetector *readTravelDetector(const Store &store, long detectorId) {
     Query row(store, kSelect, {detectorId});
     if (!row.execAndNext())
         return nullptr;
@@ -63,12 +63,12 @@ VehicleTravelDetector *read(const Store &store, long detectorId) {
     return detector.release();
 }
 
-bool listIds(const Store &store, QList<long> &ids) {
+bool listTravelDetectorIds(const Store &store, QList<long> &ids) {
     appendIds(store, kSelectIds, ids);
     return true;
 }
 
-void load(NetLoad &net) {
+void loadAllTravelDetectors(NetLoad &net) {
     net.forEachObject("VehicleTravelDetector", "detectorId", [&net](Rows &row) {
         auto detector = std::make_unique<VehicleTravelDetector>();
         readAll(row, kColumns, *detector);
@@ -80,7 +80,7 @@ void load(NetLoad &net) {
     });
 }
 
-void save(NetSave &net) {
+void saveAllTravelDetectors(NetSave &net) {
     const Objects<VehicleTravelDetector> &detectors = net.contents.traffic.travelDetectors;
     net.giveIds("VehicleTravelDetector", detectors, &VehicleTravelDetector::detectorId);
     net.writeEach(

@@ -11,12 +11,12 @@ class VehicleTravelDetector;
 /// Travel-time detectors.
 namespace traveldetectors {
 
-bool insert(const Store &store, const VehicleTravelDetector *detector, bool inTransaction);
-VehicleTravelDetector *read(const Store &store, long detectorId);
+bool insertTravelDetector(const Store &store, const VehicleTravelDetector *detector, bool inTransaction);
+VehicleTravelDetector *readTravelDetector(const Store &store, long detectorId);
 /// True in every case.
-bool listIds(const Store &store, QList<long> &ids);
+bool listTravelDetectorIds(const Store &store, QList<long> &ids);
 
-void load(NetLoad &net);
-void save(NetSave &net);
+void loadAllTravelDetectors(NetLoad &net);
+void saveAllTravelDetectors(NetSave &net);
 
 } // namespace traveldetectors

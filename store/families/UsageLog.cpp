@@ -97,12 +97,12 @@ bool insertRow(const Store &store, const Logger &event) {
 
 } // namespace
 
-bool append(const Store &store, Logger event) {
+bool appendEvent(const Store &store, Logger event) {
     fillIn(store, event);
     return drawId(store, event.logID) && insertRow(store, event);
 }
 
-bool read(const Store &store, QList<Logger> &events, int limit) {
+bool readEvents(const Store &store, QList<Logger> &events, int limit) {
     QString text = store.text(kSelect, {});
     if (limit > 0)
         text += QStringLiteral(" limit %1").arg(limit);

@@ -11,10 +11,10 @@ namespace usagelog {
 
 /// Appends an event of the store's network, filling in what it leaves empty. A failure is recorded and ends
 /// nothing: a transaction of the caller's goes on.
-bool append(const Store &store, Logger event);
+bool appendEvent(const Store &store, Logger event);
 
 /// Appends the newest @p limit events of the store's network to @p events, newest first; all when @p limit is
 /// not positive.
-bool read(const Store &store, QList<Logger> &events, int limit);
+bool readEvents(const Store &store, QList<Logger> &events, int limit);
 
 } // namespace usagelog

@@ -102,21 +102,23 @@ void saveCompositions(NetSave &net) {
 
 } // namespace
 
-bool insert(const Store &store, const VehicleComposition &composition, bool useTransaction) {
+bool insertVehicleComposition(const Store &store, const VehicleComposition &composition,
+                              bool useTransaction) {
     Transaction transaction(store, useTransaction);
     Query insert(store, kInsert);
     bindRow(insert.bindNet(), composition);
     // The first detail that fails ends the operation: a mix that lacks one of its types is of no use.
     const bool complete =
-        insert.run() && std::all_of(composition.mlDetail.cbegin(), composition.mlDetail.cend(),
-                                    [&](const auto &detail) { return insertDetail(store, detail, false); });
+        insert.run() &&
+        std::all_of(composition.mlDetail.cbegin(), composition.mlDetail.cend(),
+                    [&](const auto &detail) { return insertCompositionDetail(store, detail, false); });
     // A composition that is not complete is undone. A driver that ran the statement and reports an error
     // beside it only spoils the verdict: what it wrote stays, as with every other insert.
     const bool good = insert.check();
     return complete ? transaction.commit(good) : transaction.rollBack();
 }
 
-bool insertDetail(const Store &store, const VehicleConsDetail &detail, bool useTransaction) {
+bool insertCompositionDetail(const Store &store, const VehicleConsDetail &detail, bool useTransaction) {
     Transaction transaction(store, useTransaction);
     Query insert(store, kInsertDetail);
     insert.bindNet();
@@ -124,7 +126,7 @@ bool insertDetail(const Store &store, const VehicleConsDetail &detail, bool useT
     return transaction.commit(insert.exec());
 }
 
-bool readAll(const Store &store, QHash<long, VehicleComposition> &compositions) {
+bool readVehicleCompositions(const Store &store, QHash<long, VehicleComposition> &compositions) {
     QList<VehicleComposition> read;
     Query rows(store, kSelectAll);
     if (!rows.exec())
@@ -139,25 +141,25 @@ bool readAll(const Store &store, QHash<long, VehicleComposition> &compositions) 
     }
     rows.finish();
     for (VehicleComposition &composition : read) {
-        composition.mlDetail = readDetails(store, composition.vehicleConsCode);
+        composition.mlDetail = readCompositionDetails(store, composition.vehicleConsCode);
         if (!store.lacksAnswer())
             compositions.insert(composition.vehicleConsCode, composition);
     }
     return true;
 }
 
-VehicleComposition read(const Store &store, long consCode) {
+VehicleComposition readVehicleComposition(const Store &store, long consCode) {
     VehicleComposition composition;
     Query row(store, kSelect, {consCode});
     if (!row.execAndNext())
         return composition;
     readRow(row, composition);
     row.finish();
-    composition.mlDetail = readDetails(store, consCode);
+    composition.mlDetail = readCompositionDetails(store, consCode);
     return store.lacksAnswer() ? VehicleComposition() : composition;
 }
 
-QList<VehicleConsDetail> readDetails(const Store &store, long consCode) {
+QList<VehicleConsDetail> readCompositionDetails(const Store &store, long consCode) {
     QList<VehicleConsDetail> details;
     Query rows(store, kSelectDetails, {consCode});
     if (!rows.execPart())
@@ -170,7 +172,7 @@ QList<VehicleConsDetail> readDetails(const Store &store, long consCode) {
     return details;
 }
 
-void load(NetLoad &net) {
+void loadAllVehicleCompositions(NetLoad &net) {
     Objects<VehicleComposition> &compositions = net.contents.traffic.compositions;
     net.forEachObject("VehicleConstitutent", "vehicleConsCode", [&](Rows &row) {
         compositions.push_back(std::make_unique<VehicleComposition>());
@@ -206,7 +208,7 @@ void saveCatalogue(NetSave &net) {
         net.empty("VehicleConstitutent");
     if (withTypes) {
         net.empty("VehicleType");
-        vehicletypes::save(net);
+        vehicletypes::saveAllVehicleTypes(net);
     }
     saveCompositions(net);
     net.write("VehicleConsDetail", staying.size(), [&staying](RowWriter &row) {

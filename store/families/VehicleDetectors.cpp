@@ -101,7 +101,7 @@ QList<long> distinct(const QList<long> &codes) {
 
 } // namespace
 
-bool insert(const Store &store, const VehicleDetector *detector, bool inTransaction) {
+bool insertVehicleDetector(const Store &store, const VehicleDetector *detector, bool inTransaction) {
     if (!detector)
         return true;
     Transaction transaction(store, inTransaction);
@@ -110,7 +110,7 @@ bool insert(const Store &store, const VehicleDetector *detector, bool inTransact
     return transaction.discard(written);
 }
 
-VehicleDetector *read(const Store &store, long detectorId) {
+VehicleDetector *readVehicleDetector(const Store &store, long detectorId) {
     Query row(store, kSelect, {detectorId});
     if (!row.execAndNext())
         return nullptr;
@@ -121,12 +121,12 @@ VehicleDetector *read(const Store &store, long detectorId) {
     return store.whole(std::move(detector));
 }
 
-bool listIds(const Store &store, QList<long> &ids) {
+bool listVehicleDetectorIds(const Store &store, QList<long> &ids) {
     appendIds(store, kSelectIds, ids);
     return true;
 }
 
-void load(NetLoad &net) {
+void loadAllVehicleDetectors(NetLoad &net) {
     Objects<VehicleDetector> &detectors = net.contents.traffic.vehicleDetectors;
     net.forEachObject("VehicleDetector", "vehicleDetectorId", [&](Rows &row) {
         detectors.push_back(std::make_unique<VehicleDetector>());
@@ -148,7 +148,7 @@ void load(NetLoad &net) {
     });
 }
 
-void save(NetSave &net) {
+void saveAllVehicleDetectors(NetSave &net) {
     const Objects<VehicleDetector> &detectors = net.contents.traffic.vehicleDetectors;
     net.giveIds("VehicleDetector", detectors, &VehicleDetector::vehicleDetectorId);
     net.writeEach("VehicleDetector", detectors,

@@ -11,12 +11,12 @@ class VehicleDetector;
 /// Vehicle detectors with the vehicle types that they register.
 namespace vehicledetectors {
 
-bool insert(const Store &store, const VehicleDetector *detector, bool inTransaction);
-VehicleDetector *read(const Store &store, long detectorId);
+bool insertVehicleDetector(const Store &store, const VehicleDetector *detector, bool inTransaction);
+VehicleDetector *readVehicleDetector(const Store &store, long detectorId);
 /// True in every case.
-bool listIds(const Store &store, QList<long> &ids);
+bool listVehicleDetectorIds(const Store &store, QList<long> &ids);
 
-void load(NetLoad &net);
-void save(NetSave &net);
+void loadAllVehicleDetectors(NetLoad &net);
+void saveAllVehicleDetectors(NetSave &net);
 
 } // namespace vehicledetectors

@@ -48,14 +48,14 @@ void readRow(Row &row, VehicleType &type) {
 
 } // namespace
 
-bool insert(const Store &store, const VehicleType &type, bool useTransaction) {
+bool insertVehicleType(const Store &store, const VehicleType &type, bool useTransaction) {
     Transaction transaction(store, useTransaction);
     Query insert(store, kInsert);
     const QString storedName = gSpecialWords.trZhToEn(type.vehicleTypeName);
     return transaction.commit(bindRow(insert.bindNet(), type, storedName).exec());
 }
 
-bool readAll(const Store &store, QHash<long, VehicleType> &types) {
+bool readVehicleTypes(const Store &store, QHash<long, VehicleType> &types) {
     Query rows(store, kSelect);
     if (!rows.exec())
         return true;
@@ -67,7 +67,7 @@ bool readAll(const Store &store, QHash<long, VehicleType> &types) {
     return true;
 }
 
-void load(NetLoad &net) {
+void loadAllVehicleTypes(NetLoad &net) {
     ghVehicleType.clear();
     net.forEachObject("VehicleType", "vehicleTypeCode", [&net](Rows &row) {
         auto type = std::make_unique<VehicleType>();
@@ -78,7 +78,7 @@ void load(NetLoad &net) {
     });
 }
 
-void save(NetSave &net) {
+void saveAllVehicleTypes(NetSave &net) {
     const Objects<VehicleType> &types = net.contents.traffic.vehicleTypes;
     net.writeEach("VehicleType", types, [](RowWriter &row, const VehicleType &type) {
         bindRow(row, type, storedword::of(type.vehicleTypeName, type.storedTypeName));

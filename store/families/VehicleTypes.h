@@ -9,10 +9,10 @@ class NetSave;
 /// The catalogue of vehicle types.
 namespace vehicletypes {
 
-bool insert(const Store &store, const VehicleType &type, bool useTransaction);
-bool readAll(const Store &store, QHash<long, VehicleType> &types);
+bool insertVehicleType(const Store &store, const VehicleType &type, bool useTransaction);
+bool readVehicleTypes(const Store &store, QHash<long, VehicleType> &types);
 
-void load(NetLoad &net);
-void save(NetSave &net);
+void loadAllVehicleTypes(NetLoad &net);
+void saveAllVehicleTypes(NetSave &net);
 
 } // namespace vehicletypes

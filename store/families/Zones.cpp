@@ -150,7 +150,7 @@ void saveZones(NetSave &net, const ZoneTables &tables, const Objects<Zone> &zone
 
 } // namespace
 
-AccidentZone *readAccident(const Store &store, long zoneId) {
+AccidentZone *readAccidentZone(const Store &store, long zoneId) {
     // The statement of several networks is never well-formed: the read fails and is recorded.
     Query row(store, kSelectAccident, {zoneId});
     if (!row.execAndNext())
@@ -162,7 +162,7 @@ AccidentZone *readAccident(const Store &store, long zoneId) {
     return store.whole(std::move(zone));
 }
 
-RoadWorkZone *readRoadWork(const Store &store, long zoneId) {
+RoadWorkZone *readRoadWorkZone(const Store &store, long zoneId) {
     Query row(store, kSelectRoadWork, {zoneId});
     if (!row.execAndNext())
         return nullptr;
@@ -173,21 +173,21 @@ RoadWorkZone *readRoadWork(const Store &store, long zoneId) {
     return store.whole(std::move(zone));
 }
 
-bool listAccidentIds(const Store &store, QList<long> &ids) {
+bool listAccidentZoneIds(const Store &store, QList<long> &ids) {
     return lacksTable(store, "AccidentZone") || appendIds(store, kSelectAccidentIds, ids);
 }
 
-bool listRoadWorkIds(const Store &store, QList<long> &ids) {
+bool listRoadWorkZoneIds(const Store &store, QList<long> &ids) {
     return lacksTable(store, "RoadWorkZone") || appendIds(store, kSelectRoadWorkIds, ids);
 }
 
-void load(NetLoad &net) {
+void loadAllZones(NetLoad &net) {
     TrafficObjects &traffic = net.contents.traffic;
     loadZones(net, kAccident, traffic.accidentZones, &AccidentZone::accidentZoneId);
     loadZones(net, kRoadWork, traffic.roadWorkZones, &RoadWorkZone::roadWorkZoneId);
 }
 
-void save(NetSave &net) {
+void saveAllZones(NetSave &net) {
     const TrafficObjects &traffic = net.contents.traffic;
     saveZones(net, kAccident, traffic.accidentZones, &AccidentZone::accidentZoneId);
     saveZones(net, kRoadWork, traffic.roadWorkZones, &RoadWorkZone::roadWorkZoneId);

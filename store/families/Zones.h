@@ -12,15 +12,15 @@ class RoadWorkZone;
 /// Accident and road-work zones: read for the simulation, written by other programs.
 namespace zones {
 
-AccidentZone *readAccident(const Store &store, long zoneId);
-RoadWorkZone *readRoadWork(const Store &store, long zoneId);
+AccidentZone *readAccidentZone(const Store &store, long zoneId);
+RoadWorkZone *readRoadWorkZone(const Store &store, long zoneId);
 
 /// @{ False when the query failed; true when a store of one network has no such table yet.
-bool listAccidentIds(const Store &store, QList<long> &ids);
-bool listRoadWorkIds(const Store &store, QList<long> &ids);
+bool listAccidentZoneIds(const Store &store, QList<long> &ids);
+bool listRoadWorkZoneIds(const Store &store, QList<long> &ids);
 /// @}
 
-void load(NetLoad &net);
-void save(NetSave &net);
+void loadAllZones(NetLoad &net);
+void saveAllZones(NetSave &net);
 
 } // namespace zones

@@ -86,7 +86,7 @@ bool writeVehicleTypes(const Store &store) {
     for (const _VehicleType &record : catalogue) {
         VehicleType type;
         type = record;
-        written = vehicletypes::insert(store, type, false) && written;
+        written = vehicletypes::insertVehicleType(store, type, false) && written;
     }
     return written;
 }
@@ -104,14 +104,14 @@ bool writeStandardComposition(const Store &store) {
     standard.name = standardCompositionName();
     standard.isDefault = true;
     standard.mlDetail = {{1, 1, 90}, {1, 2, 10}};
-    return vehiclecompositions::insert(store, standard, false);
+    return vehiclecompositions::insertVehicleComposition(store, standard, false);
 }
 
 bool writeFollowingSets(const Store &store) {
     constexpr DriveFollowedModelParam sets[] = {{1, 5, 1.5, 2, 2, 4, 2}, {2, 3, 1.5, 1.5, 0.5, 4, 2}};
     bool written = true;
     for (const DriveFollowedModelParam &set : sets)
-        written = drivermodels::insert(store, set) && written;
+        written = drivermodels::insertFollowedModelParam(store, set) && written;
     return written;
 }
 
@@ -146,14 +146,14 @@ bool writeLaneChangeSets(const Store &store) {
             set.*value.field = value.byId[id - 1];
         sets.append(set);
     }
-    return drivermodels::insertAll(store, sets);
+    return drivermodels::insertChangeLaneParams(store, sets);
 }
 
 /// A new scene as Configuration has it, saved today.
 bool writeScene(const Store &store) {
     Configuration scene;
     scene.saveDate = QDate::currentDate().startOfDay();
-    return sceneconfigurations::insert(store, scene);
+    return sceneconfigurations::insertSceneConfiguration(store, scene);
 }
 
 /// What fills a table for a network that has none of its rows.
@@ -192,7 +192,7 @@ bool sow(const Store &store, const Seed &seed) {
 
 } // namespace
 
-bool seed(const Store &store, bool useTransaction) {
+bool seedDictionaries(const Store &store, bool useTransaction) {
     Transaction transaction(store, useTransaction);
     bool written = seedNet(store);
     for (const Seed &seed : kSeeds)

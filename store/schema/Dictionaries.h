@@ -6,7 +6,7 @@ class Store;
 namespace dictionaries {
 
 /// Seeds the dictionaries that the store's network does not have yet.
-bool seed(const Store &store, bool useTransaction);
+bool seedDictionaries(const Store &store, bool useTransaction);
 
 /// Seeds the coefficient sets of the car-following model alone, where there are none.
 bool seedFollowingSets(const Store &store);

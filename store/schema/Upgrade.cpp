@@ -106,7 +106,7 @@ void addNet(const Store &store) {
         return;
     Transaction transaction(store, true);
     if (Query(store, kCreateNet).exec()) {
-        networks::insert(store, networks::recordOf(gNet), false);
+        networks::insertNetwork(store, networks::recordOf(gNet), false);
         addColumns(store, kColumnsOfNet);
     }
     transaction.commit(true);

@@ -192,7 +192,7 @@ void addSimulateConfiguration(const Store &store) {
         return;
     Transaction transaction(store, true);
     if (Query(store, kSimulateConfiguration.create).exec())
-        simulateconfigurations::save(store, SimulateConfiguration(), false);
+        simulateconfigurations::saveSimulateConfiguration(store, SimulateConfiguration(), false);
     transaction.commit(true);
 }
 

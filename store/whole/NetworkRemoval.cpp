@@ -69,7 +69,7 @@ bool removeGroup(const Store &store, const std::vector<const char *> &tables) {
 
 } // namespace
 
-bool removeData(const Store &store, bool useTransaction) {
+bool removeNetworkData(const Store &store, bool useTransaction) {
     Transaction transaction(store, useTransaction);
     if (!store.isUsable() || (useTransaction && !store.checkConnection()))
         return transaction.rollBack();

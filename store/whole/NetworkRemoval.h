@@ -7,6 +7,6 @@ namespace networkremoval {
 
 /// Deletes the object rows of the store's network (all object rows of a store of one network), children
 /// before parents. The network's record, counters, configuration and the usage log stay.
-bool removeData(const Store &store, bool useTransaction);
+bool removeNetworkData(const Store &store, bool useTransaction);
 
 } // namespace networkremoval

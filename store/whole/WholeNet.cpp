@@ -51,52 +51,52 @@ void emptyWhatRemovalLeaves(NetSave &net) {
 
 /// Later kinds refer to what earlier ones entered into gNet's tables and the registries.
 void loadKinds(NetLoad &net) {
-    vehicletypes::load(net);
-    vehiclecompositions::load(net);
-    linktypes::load(net);
-    links::load(net);
-    guidearrows::load(net);
-    connectors::load(net);
-    signalgroups::load(net);
-    signallamps::load(net);
-    departurepoints::load(net);
-    decisionpoints::load(net);
-    vehicledetectors::load(net);
-    queuecounters::load(net);
-    traveldetectors::load(net);
-    drivinfocollectors::load(net);
-    busstations::load(net);
-    buslines::load(net);
-    zones::load(net);
-    reducespeedareas::load(net);
-    drivermodels::load(net);
-    simulateconfigurations::load(net);
-    sceneconfigurations::load(net);
+    vehicletypes::loadAllVehicleTypes(net);
+    vehiclecompositions::loadAllVehicleCompositions(net);
+    linktypes::loadAllLinkTypes(net);
+    links::loadAllLinks(net);
+    guidearrows::loadAllGuideArrows(net);
+    connectors::loadAllConnectors(net);
+    signalgroups::loadAllSignalGroups(net);
+    signallamps::loadAllSignalLamps(net);
+    departurepoints::loadAllDeparturePoints(net);
+    decisionpoints::loadAllDecisionPoints(net);
+    vehicledetectors::loadAllVehicleDetectors(net);
+    queuecounters::loadAllQueueCounters(net);
+    traveldetectors::loadAllTravelDetectors(net);
+    drivinfocollectors::loadAllDrivInfoCollectors(net);
+    busstations::loadAllBusStations(net);
+    buslines::loadAllBusLines(net);
+    zones::loadAllZones(net);
+    reducespeedareas::loadAllReduceSpeedAreas(net);
+    drivermodels::loadAllDriverModels(net);
+    simulateconfigurations::loadAllSimulateConfigurations(net);
+    sceneconfigurations::loadAllSceneConfigurations(net);
 }
 
 /// Later rows refer to earlier ones.
 void saveKinds(NetSave &net) {
     emptyWhatRemovalLeaves(net);
     vehiclecompositions::saveCatalogue(net);
-    linktypes::save(net);
-    links::save(net);
-    guidearrows::save(net);
-    connectors::save(net);
-    signalgroups::save(net);
-    signallamps::save(net);
-    departurepoints::save(net);
-    decisionpoints::save(net);
-    vehicledetectors::save(net);
-    queuecounters::save(net);
-    traveldetectors::save(net);
-    drivinfocollectors::save(net);
-    busstations::save(net);
-    buslines::save(net);
-    zones::save(net);
-    reducespeedareas::save(net);
-    drivermodels::save(net);
-    simulateconfigurations::save(net);
-    sceneconfigurations::save(net);
+    linktypes::saveAllLinkTypes(net);
+    links::saveAllLinks(net);
+    guidearrows::saveAllGuideArrows(net);
+    connectors::saveAllConnectors(net);
+    signalgroups::saveAllSignalGroups(net);
+    signallamps::saveAllSignalLamps(net);
+    departurepoints::saveAllDeparturePoints(net);
+    decisionpoints::saveAllDecisionPoints(net);
+    vehicledetectors::saveAllVehicleDetectors(net);
+    queuecounters::saveAllQueueCounters(net);
+    traveldetectors::saveAllTravelDetectors(net);
+    drivinfocollectors::saveAllDrivInfoCollectors(net);
+    busstations::saveAllBusStations(net);
+    buslines::saveAllBusLines(net);
+    zones::saveAllZones(net);
+    reducespeedareas::saveAllReduceSpeedAreas(net);
+    drivermodels::saveAllDriverModels(net);
+    simulateconfigurations::saveAllSimulateConfigurations(net);
+    sceneconfigurations::saveAllSceneConfigurations(net);
 }
 
 /// A network that is in the store already would be mixed with the new one.
@@ -118,27 +118,28 @@ bool isFree(NetSave &net) {
 /// What is saved beside the record of a store of one network could not be loaded.
 bool hasNoOtherRecord(NetSave &net) {
     const Store &store = net.store;
-    const auto isThere = store.hasSeveralNets() ? std::optional<bool>(false) : networks::isAnyThere(store);
+    const auto isThere =
+        store.hasSeveralNets() ? std::optional<bool>(false) : networks::isAnyNetworkThere(store);
     if (!isThere.value_or(true))
         return true;
     return isThere &&
            net.refuse(store.netId(),
                       QStringLiteral("The store holds one network, whose id is %1: save under that id.")
-                          .arg(networks::all(store).value(0).netId));
+                          .arg(networks::readNetworks(store).value(0).netId));
 }
 
 /// The record under the network's id, unless there is one.
 bool saveRecord(NetSave &net) {
     const Store &store = net.store;
-    const auto isThere = networks::exists(store);
+    const auto isThere = networks::networkExists(store);
     if (isThere.value_or(true))
         return isThere.has_value();
     if (!hasNoOtherRecord(net))
         return false;
     networks::Record record = networks::recordOf(net.contents.record);
     record.id = store.netId();
-    return networks::insert(store, record, false) &&
-           (!store.hasSeveralNets() || networks::update(store, record, false));
+    return networks::insertNetwork(store, record, false) &&
+           (!store.hasSeveralNets() || networks::updateNetwork(store, record, false));
 }
 
 void saveAll(NetSave &net) {
@@ -158,9 +159,9 @@ void forget(NetContents &contents) {
 
 } // namespace
 
-bool load(const Store &store, NetContents &contents, const NetProgress &progress) {
+bool loadWholeNet(const Store &store, NetContents &contents, const NetProgress &progress) {
     forget(contents);
-    if (!networks::load(store))
+    if (!networks::loadNetworkById(store))
         return false;
     contents.record = gNet.record();
     NetLoad net(store, contents, progress);
@@ -170,7 +171,8 @@ bool load(const Store &store, NetContents &contents, const NetProgress &progress
     return net.isGood();
 }
 
-bool save(const Store &store, NetContents &contents, bool useTransaction, const NetProgress &progress) {
+bool saveWholeNet(const Store &store, NetContents &contents, bool useTransaction,
+                  const NetProgress &progress) {
     if (!wholeness::isWhole(store, contents))
         return false;
     // Without a transaction around it a save on PostgreSQL could not take back what it wrote.

@@ -8,8 +8,9 @@ struct NetContents;
 /// Networks read and written as a whole.
 namespace wholenet {
 
-bool load(const Store &store, NetContents &contents, const NetProgress &progress);
+bool loadWholeNet(const Store &store, NetContents &contents, const NetProgress &progress);
 
-bool save(const Store &store, NetContents &contents, bool useTransaction, const NetProgress &progress);
+bool saveWholeNet(const Store &store, NetContents &contents, bool useTransaction,
+                  const NetProgress &progress);
 
 } // namespace wholenet
