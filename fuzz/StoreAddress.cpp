@@ -1,6 +1,6 @@
-#include "host/store/StoreAddress.h"
+#include "tools/session/StoreAddress.h"
 #include "fuzz/Fuzzing.h"
-#include "host/Failure.h"
+#include "tools/reports/Failure.h"
 
 /// Addresses of stores: a path stays as it is; a connection string keeps what it says when it is named.
 int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size) {

@@ -1,15 +1,15 @@
 #include "fuzz/Fuzzing.h"
-#include "host/Failure.h"
 #include "host/Host.h"
-#include "host/drawing/NetworkDrawing.h"
-#include "host/import/NetworkImport.h"
-#include "host/store/Kinds.h"
-#include "host/store/NewStore.h"
-#include "host/store/OpenStore.h"
-#include "host/sumo/CompanionReader.h"
-#include "host/sumo/NetReader.h"
 #include "store/DBTools.h"
 #include "store/DBTools_V6.h"
+#include "tools/drawing/NetworkDrawing.h"
+#include "tools/kinds/Kinds.h"
+#include "tools/reports/Failure.h"
+#include "tools/session/NewStore.h"
+#include "tools/session/StoreSession.h"
+#include "tools/sumo/import/NetworkImport.h"
+#include "tools/sumo/reader/CompanionReader.h"
+#include "tools/sumo/reader/NetReader.h"
 
 #include <QGuiApplication>
 #include <QSqlError>
@@ -56,13 +56,12 @@ struct Base {
 
     Base(const QString &at, const QString &templateName) : path(at) {
         makeStore(path, templateName);
-        const OpenStore store(path, Access::Write);
+        const StoreSession store(path, Access::Write);
         const SumoNet net = readSumoNet(example("crossing.net.xml"));
         SumoCompanions companions;
         for (const char *file : {"crossing.add.xml", "crossing.rou.xml", "turns.xml"})
             readSumoCompanion(example(file), companions);
-        Progress progress(QStringLiteral("writing"));
-        importNetwork(net, planCompanions(net, std::move(companions)), QStringLiteral("crossing"), progress);
+        importNetwork(net, planCompanions(net, std::move(companions)), QStringLiteral("crossing"));
         QSqlQuery names(QStringLiteral("select name from sqlite_master where type = 'table' and name not "
                                        "like 'sqlite%' order by name"),
                         gDB);

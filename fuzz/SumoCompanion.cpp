@@ -1,6 +1,6 @@
 #include "fuzz/Fuzzing.h"
-#include "host/Failure.h"
-#include "host/sumo/CompanionReader.h"
+#include "tools/reports/Failure.h"
+#include "tools/sumo/reader/CompanionReader.h"
 
 #include <algorithm>
 

@@ -1,6 +1,6 @@
 #include "fuzz/Fuzzing.h"
-#include "host/Failure.h"
-#include "host/sumo/NetReader.h"
+#include "tools/reports/Failure.h"
+#include "tools/sumo/reader/NetReader.h"
 
 #include <cmath>
 

@@ -1,8 +1,8 @@
-#include "host/Failure.h"
 #include "host/Host.h"
 #include "host/commands/Commands.h"
-#include "host/store/OpenStore.h"
-#include "host/store/TemporaryFolder.h"
+#include "tools/reports/Failure.h"
+#include "tools/session/StoreSession.h"
+#include "tools/session/TemporaryFolder.h"
 
 #include <QFile>
 #include <QGuiApplication>
@@ -57,11 +57,11 @@ bool parse(CLI::App &program) {
 int execute(const std::function<void()> &work) {
     try {
         work();
-    } catch (const OutputLost &lost) {
+    } catch (const commands::OutputLost &lost) {
         if (!lost.message().isEmpty())
             commands::tell(QStringLiteral("morastore: %1").arg(lost.message()));
         return Unwritten;
-    } catch (const Incomplete &incomplete) {
+    } catch (const commands::Incomplete &incomplete) {
         commands::tell(QStringLiteral("morastore: %1").arg(incomplete.message()));
         return LeftOut;
     } catch (const Failure &failure) {

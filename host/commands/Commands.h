@@ -1,5 +1,7 @@
 #pragma once
 
+#include "tools/reports/Failure.h"
+
 #include <CLI/CLI.hpp>
 
 #include <QString>
@@ -11,6 +13,19 @@ class QJsonDocument;
 /// The subcommands of morastore. Each function adds one with its options to the program; the command that the
 /// user chose leaves in `run` what it does.
 namespace commands {
+
+/// The operation went through, but what it had to say cannot be written. The message is empty where nobody
+/// wants to know: who read the output has left, and nothing was changed.
+class OutputLost : public Failure {
+public:
+    using Failure::Failure;
+};
+
+/// The operation went through, but without a part of what it was given. The message says which part.
+class Incomplete : public Failure {
+public:
+    using Failure::Failure;
+};
 
 /// What the user chose.
 struct Run {

@@ -1,8 +1,8 @@
-#include "host/Failure.h"
 #include "host/Printable.h"
 #include "host/commands/Commands.h"
-#include "host/store/StoreAddress.h"
-#include "host/store/StoreCompaction.h"
+#include "tools/reports/Failure.h"
+#include "tools/session/StoreAddress.h"
+#include "tools/session/StoreCompaction.h"
 
 namespace commands {
 

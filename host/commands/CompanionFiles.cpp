@@ -1,10 +1,10 @@
 #include "host/commands/CompanionFiles.h"
 
-#include "host/Failure.h"
-#include "host/Progress.h"
+#include "host/ProgressBar.h"
 #include "host/commands/Commands.h"
-#include "host/store/Kinds.h"
-#include "host/sumo/CompanionReader.h"
+#include "tools/kinds/Kinds.h"
+#include "tools/reports/Failure.h"
+#include "tools/sumo/reader/CompanionReader.h"
 
 #include <QSet>
 
@@ -26,9 +26,8 @@ CompanionPlan CompanionFiles::plan(const SumoNet &net) const {
     SumoCompanions companions;
     for (const auto *files : {&additional, &routes}) {
         for (const std::string &file : *files) {
-            Progress reading(QStringLiteral("reading"));
-            readSumoCompanion(QString::fromStdString(file), companions,
-                              [&reading](double share) { reading.at(share); });
+            ProgressBar reading(QStringLiteral("reading"));
+            readSumoCompanion(QString::fromStdString(file), companions, reading.hearer());
         }
     }
     CompanionPlan plan = planCompanions(net, std::move(companions));

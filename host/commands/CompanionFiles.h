@@ -1,7 +1,7 @@
 #pragma once
 
-#include "host/import/CompanionPlan.h"
-#include "host/store/TrafficObjects.h"
+#include "tools/kinds/TrafficObjects.h"
+#include "tools/sumo/import/CompanionPlan.h"
 
 #include <CLI/CLI.hpp>
 

@@ -1,8 +1,9 @@
-#include "host/Failure.h"
 #include "host/Printable.h"
+#include "host/ProgressBar.h"
 #include "host/commands/Commands.h"
-#include "host/rows/NetworkCopy.h"
-#include "host/store/OpenStore.h"
+#include "tools/reports/Failure.h"
+#include "tools/rows/NetworkCopy.h"
+#include "tools/session/StoreSession.h"
 
 namespace commands {
 
@@ -50,14 +51,14 @@ void copy(const Options &options) {
     for (const auto &table : source.tablesBesides(networks))
         leftOut.append(QStringLiteral("table %1: %2 rows").arg(table.first, QString::number(table.second)));
     {
-        const OpenStore target(to, Access::Read);
+        const StoreSession target(to, Access::Read);
         requireFreeNames(networks, name);
     }
     QString account;
     {
-        const OpenStore target(to, Access::Write);
-        Progress copying(QStringLiteral("copying"));
-        const QList<CopiedNetwork> copies = copyNetworks(source, networks, name, copying);
+        const StoreSession target(to, Access::Write);
+        ProgressBar copying(QStringLiteral("copying"));
+        const QList<CopiedNetwork> copies = copyNetworks(source, networks, name, copying.hearer());
         for (const CopiedNetwork &network : copies) {
             account += accountOf(network);
             leftOut += network.leftOut;

@@ -1,4 +1,5 @@
-#include "host/rows/Digest.h"
+#include "tools/rows/Digest.h"
+#include "host/ProgressBar.h"
 
 #include "host/Printable.h"
 #include "host/commands/Commands.h"
@@ -16,9 +17,9 @@ void digest(const Options &options) {
     const StoreReader store(QString::fromStdString(options.store));
     const QList<StoreReader::Network> networks = store.networksOf(options.nets);
     for (const StoreReader::Network &network : networks) {
-        Progress reading(QStringLiteral("reading"));
+        ProgressBar reading(QStringLiteral("reading"));
         print(QStringLiteral("%1  %2 %3\n")
-                  .arg(digestOf(store, network, reading), QString::number(network.id),
+                  .arg(digestOf(store, network, reading.hearer()), QString::number(network.id),
                        printable::line(network.name)));
     }
     for (const auto &table : store.tablesBesides(networks))

@@ -1,9 +1,10 @@
-#include "host/Failure.h"
+#include "host/ProgressBar.h"
 #include "host/commands/Commands.h"
-#include "host/drawing/NetworkDrawing.h"
-#include "host/store/NetworkChoice.h"
-#include "host/store/NetworkObjects.h"
-#include "host/store/OpenStore.h"
+#include "tools/drawing/NetworkDrawing.h"
+#include "tools/kinds/NetworkObjects.h"
+#include "tools/reports/Failure.h"
+#include "tools/session/NetworkChoice.h"
+#include "tools/session/StoreSession.h"
 
 namespace commands {
 
@@ -29,9 +30,9 @@ void addDraw(CLI::App &program, Run &run) {
         run.work = [options] {
             // Reading a large network takes its time.
             requirePicturePath(QString::fromStdString(options->picture));
-            const OpenStore store(QString::fromStdString(options->store), Access::Read);
-            Progress reading(QStringLiteral("reading"));
-            const NetworkObjects network = readNetwork(chosenNetwork(options->net), reading);
+            const StoreSession store(QString::fromStdString(options->store), Access::Read);
+            ProgressBar reading(QStringLiteral("reading"));
+            const NetworkObjects network = readNetwork(chosenNetwork(options->net), reading.hearer());
             const QStringList damage = damageOf(network);
             const QStringList leftOut =
                 damage + drawToFile(network, QString::fromStdString(options->picture), options->size);

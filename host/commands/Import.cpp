@@ -1,9 +1,10 @@
 #include "host/Printable.h"
+#include "host/ProgressBar.h"
 #include "host/commands/Commands.h"
 #include "host/commands/CompanionFiles.h"
-#include "host/import/NetworkImport.h"
-#include "host/store/OpenStore.h"
-#include "host/sumo/NetReader.h"
+#include "tools/session/StoreSession.h"
+#include "tools/sumo/import/NetworkImport.h"
+#include "tools/sumo/reader/NetReader.h"
 
 namespace commands {
 
@@ -22,22 +23,22 @@ void import(const Options &options) {
     // The store is asked first: it takes no time, and reading a large network may. It is opened last: what
     // brings an older store forward stays, whatever becomes of the import.
     const StoreAddress address(QString::fromStdString(options.store));
-    OpenStore::require(address, Access::Write);
+    StoreSession::require(address, Access::Write);
     {
-        const OpenStore store(address, Access::Read);
+        const StoreSession store(address, Access::Read);
         requirePlaceFor(name);
     }
     SumoNet net;
     {
-        Progress reading(QStringLiteral("reading"));
-        net = readSumoNet(path, [&reading](double share) { reading.at(share); });
+        ProgressBar reading(QStringLiteral("reading"));
+        net = readSumoNet(path, reading.hearer());
     }
     const CompanionPlan plan = options.companions.plan(net);
-    const OpenStore store(address, Access::Write);
+    const StoreSession store(address, Access::Write);
     NetworkObjects network;
     {
-        Progress writing(QStringLiteral("writing"));
-        network = importNetwork(net, plan, name, writing);
+        ProgressBar writing(QStringLiteral("writing"));
+        network = importNetwork(net, plan, name, writing.hearer());
     }
     const QString title =
         QStringLiteral("network %1 \"%2\"")

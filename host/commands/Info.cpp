@@ -1,6 +1,7 @@
 #include "host/commands/Commands.h"
-#include "host/store/OpenStore.h"
-#include "host/store/StoreInfo.h"
+#include "host/commands/StoreText.h"
+#include "tools/kinds/StoreInfo.h"
+#include "tools/session/StoreSession.h"
 
 #include <QJsonDocument>
 
@@ -19,12 +20,12 @@ void addInfo(CLI::App &program, Run &run) {
     command->callback([options, &run] {
         run.work = [options] {
             const StoreAddress address(QString::fromStdString(options->store));
-            const OpenStore store(address, Access::Read);
+            const StoreSession store(address, Access::Read);
             const StoreInfo info = takeStock(address.name());
             if (options->json)
                 printJson(QJsonDocument(info.toJson()));
             else
-                print(info.toText());
+                print(textOf(info));
         };
     });
 }

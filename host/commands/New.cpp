@@ -1,7 +1,7 @@
-#include "host/Failure.h"
 #include "host/commands/Commands.h"
-#include "host/store/NewDatabase.h"
-#include "host/store/NewStore.h"
+#include "tools/reports/Failure.h"
+#include "tools/session/NewDatabase.h"
+#include "tools/session/NewStore.h"
 
 namespace commands {
 

@@ -1,6 +1,6 @@
-#include "host/Failure.h"
 #include "host/Printable.h"
 #include "host/commands/Commands.h"
+#include "tools/reports/Failure.h"
 
 #include <QJsonDocument>
 

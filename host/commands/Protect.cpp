@@ -1,7 +1,7 @@
-#include "host/Failure.h"
 #include "host/commands/Commands.h"
-#include "host/store/OpenStore.h"
 #include "store/DBTools.h"
+#include "tools/reports/Failure.h"
+#include "tools/session/StoreSession.h"
 
 namespace commands {
 

@@ -1,10 +1,10 @@
-#include "host/Failure.h"
 #include "host/Printable.h"
 #include "host/Terminal.h"
 #include "host/commands/Commands.h"
-#include "host/store/NetworkChoice.h"
-#include "host/store/NetworkRemoval.h"
-#include "host/store/OpenStore.h"
+#include "tools/reports/Failure.h"
+#include "tools/rows/NetworkDeletion.h"
+#include "tools/session/NetworkChoice.h"
+#include "tools/session/StoreSession.h"
 
 #include <iostream>
 
@@ -33,10 +33,10 @@ bool isConfirmed() {
 
 void remove(const QString &address, const QString &wanted, bool isSure) {
     const StoreAddress store(address);
-    OpenStore::require(store, Access::Write);
+    StoreSession::require(store, Access::Write);
     // Opening for writing brings an older store forward, so it waits until there is something to remove.
     const NetworkInfo network = [&] {
-        const OpenStore open(store, Access::Read);
+        const StoreSession open(store, Access::Read);
         return takeStockBeforeRemoval(networkIdOf(wanted));
     }();
     const QString title =
@@ -48,7 +48,7 @@ void remove(const QString &address, const QString &wanted, bool isSure) {
         if (!isConfirmed())
             throw Failure(QStringLiteral("nothing was removed"));
     }
-    const OpenStore open(store, Access::Write);
+    const StoreSession open(store, Access::Write);
     removeNetwork(network.id);
     const QString gone = title + QStringLiteral(" is gone");
     QStringList account{gone + QLatin1Char(':')};

@@ -1,14 +1,16 @@
-#include "host/Failure.h"
+#include "host/ProgressBar.h"
 #include "host/commands/Commands.h"
 #include "host/commands/CompanionFiles.h"
-#include "host/drawing/NetworkDrawing.h"
-#include "host/import/NetworkImport.h"
-#include "host/store/Comparison.h"
-#include "host/store/NewStore.h"
-#include "host/store/OpenStore.h"
-#include "host/store/StoreInfo.h"
-#include "host/store/TemporaryFolder.h"
-#include "host/sumo/NetReader.h"
+#include "host/commands/StoreText.h"
+#include "tools/drawing/NetworkDrawing.h"
+#include "tools/kinds/Comparison.h"
+#include "tools/kinds/StoreInfo.h"
+#include "tools/reports/Failure.h"
+#include "tools/session/NewStore.h"
+#include "tools/session/StoreSession.h"
+#include "tools/session/TemporaryFolder.h"
+#include "tools/sumo/import/NetworkImport.h"
+#include "tools/sumo/reader/NetReader.h"
 
 #include <QElapsedTimer>
 #include <QLocale>
@@ -50,7 +52,7 @@ QString reportOf(const Comparison &comparison, const Stopwatch &stopwatch, const
     const QString verdict = comparison.isEqual()
                                 ? QStringLiteral("all equal")
                                 : QStringLiteral("%1 different").arg(locale.toString(comparison.differences));
-    return info.toText() +
+    return textOf(info) +
            QStringLiteral("\nread back   %1 values compared, %2 of them coordinates bit for bit: %3\n"
                           "seconds     %4\n")
                .arg(locale.toString(comparison.fields), locale.toString(comparison.coordinates), verdict,
@@ -59,9 +61,9 @@ QString reportOf(const Comparison &comparison, const Stopwatch &stopwatch, const
 
 NetworkObjects write(const QString &store, const SumoNet &net, const CompanionPlan &plan,
                      const QString &name) {
-    const OpenStore open(store, Access::Write);
-    Progress progress(QStringLiteral("writing"));
-    return importNetwork(net, plan, name, progress);
+    const StoreSession open(store, Access::Write);
+    ProgressBar progress(QStringLiteral("writing"));
+    return importNetwork(net, plan, name, progress.hearer());
 }
 
 void roundTrip(const Options &options) {
@@ -78,8 +80,8 @@ void roundTrip(const Options &options) {
     Stopwatch stopwatch;
     SumoNet net;
     {
-        Progress progress(QStringLiteral("parsing"));
-        net = readSumoNet(path, [&progress](double share) { progress.at(share); });
+        ProgressBar progress(QStringLiteral("parsing"));
+        net = readSumoNet(path, progress.hearer());
     }
     const CompanionPlan plan = options.companions.plan(net);
     stopwatch.lap("parsing");
@@ -88,9 +90,9 @@ void roundTrip(const Options &options) {
     stopwatch.lap("writing");
 
     // The store was closed, so nothing below comes from memory.
-    const OpenStore open(store, Access::Read);
-    Progress progress(QStringLiteral("reading"));
-    const NetworkObjects read = readNetwork(written.record.netId, progress);
+    const StoreSession open(store, Access::Read);
+    ProgressBar progress(QStringLiteral("reading"));
+    const NetworkObjects read = readNetwork(written.record.netId, progress.hearer());
     stopwatch.lap("reading");
     const Comparison comparison = compareNetworks(written, read, true);
     stopwatch.lap("comparing");

@@ -1,11 +1,11 @@
-#include "host/Failure.h"
 #include "host/Printable.h"
 #include "host/commands/Commands.h"
-#include "host/store/Kinds.h"
-#include "host/store/NetworkChoice.h"
-#include "host/store/NetworkObjects.h"
-#include "host/store/OpenStore.h"
 #include "store/DBTools.h"
+#include "tools/kinds/Kinds.h"
+#include "tools/kinds/NetworkObjects.h"
+#include "tools/reports/Failure.h"
+#include "tools/session/NetworkChoice.h"
+#include "tools/session/StoreSession.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -98,7 +98,7 @@ void showList(const NamedKind &kind, long netId, bool json) {
 
 void show(const Options &options) {
     const NamedKind &kind = kindCalled(QString::fromStdString(options.kind));
-    const OpenStore store(QString::fromStdString(options.store), Access::Read);
+    const StoreSession store(QString::fromStdString(options.store), Access::Read);
     const NetRecord record = openNetwork(chosenNetwork(options.net)).record;
     const long netId = record.netId;
     if (options.id.empty()) {

@@ -1,7 +1,8 @@
-#include "host/Failure.h"
 #include "host/commands/Commands.h"
-#include "host/store/StoreAddress.h"
-#include "host/store/StoreUpgrade.h"
+#include "host/commands/StoreText.h"
+#include "tools/reports/Failure.h"
+#include "tools/session/StoreAddress.h"
+#include "tools/session/StoreUpgrade.h"
 
 namespace commands {
 
@@ -26,7 +27,13 @@ void addUpgrade(CLI::App &program, Run &run) {
                                    "from the start")
                         .arg(address.name()));
             const StoreUpgrade upgrade = upgradeStore(address.path(), !options->noBackup);
-            print(upgrade.toText(address.path()),
+            if (!upgrade.refused.isEmpty())
+                throw Incomplete(QStringLiteral("%1: the store was brought forward in part (%2); %3")
+                                     .arg(address.path(), upgrade.refused,
+                                          upgrade.copy.isEmpty()
+                                              ? QStringLiteral("try again")
+                                              : QStringLiteral("%1 keeps what it was").arg(upgrade.copy)));
+            print(textOf(upgrade, address.path()),
                   upgrade.wasCurrent ? QString() : QStringLiteral("the store is current now"));
         };
     });

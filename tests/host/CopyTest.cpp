@@ -1,6 +1,6 @@
-#include "host/rows/NetworkTables.h"
 #include "tests/host/Morastore.h"
 #include "tests/support/PostgresDatabase.h"
+#include "tools/rows/NetworkTables.h"
 
 #include <algorithm>
 

@@ -1,8 +1,8 @@
-#include "host/store/StoreUpgrade.h"
 #include "model/Net.h"
 #include "tests/host/Morastore.h"
 #include "tests/support/OldStores.h"
 #include "tests/support/StoreText.h"
+#include "tools/session/StoreUpgrade.h"
 
 #include <QElapsedTimer>
 #include <QRandomGenerator>

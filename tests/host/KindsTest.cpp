@@ -1,4 +1,4 @@
-#include "host/store/Kinds.h"
+#include "tools/kinds/Kinds.h"
 #include "tests/host/Morastore.h"
 #include "tests/support/StatementTrace.h"
 #include "tests/support/StoreFixture.h"

@@ -1,5 +1,5 @@
 #include "tests/host/Morastore.h"
-#include "tests/host/RealData.h"
+#include "tests/support/RealData.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>

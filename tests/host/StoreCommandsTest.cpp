@@ -1,7 +1,7 @@
 #include "tests/host/Morastore.h"
-#include "tests/host/RealData.h"
 #include "tests/hostile/HostileFiles.h"
 #include "tests/support/OldStores.h"
+#include "tests/support/RealData.h"
 #include "tests/support/StoreText.h"
 
 #include <QSet>

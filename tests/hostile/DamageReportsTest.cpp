@@ -1,10 +1,10 @@
-#include "host/drawing/NetworkDrawing.h"
-#include "host/store/StoreAddress.h"
 #include "model/NetContents.h"
 #include "store/DBTools.h"
 #include "tests/host/Morastore.h"
 #include "tests/hostile/HostileFiles.h"
 #include "tests/support/StoreFixture.h"
+#include "tools/drawing/NetworkDrawing.h"
+#include "tools/session/StoreAddress.h"
 
 #include <QElapsedTimer>
 

@@ -1,10 +1,10 @@
-#include "host/Failure.h"
-#include "host/store/Kinds.h"
 #include "model/NetContents.h"
 #include "store/DBTools.h"
 #include "store/DBTools_V6.h"
 #include "tests/host/Morastore.h"
 #include "tests/hostile/HostileFiles.h"
+#include "tools/kinds/Kinds.h"
+#include "tools/reports/Failure.h"
 
 #include <QElapsedTimer>
 

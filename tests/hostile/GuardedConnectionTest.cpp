@@ -1,9 +1,9 @@
-#include "host/store/SqliteConnection.h"
 #include "store/DBTools.h"
 #include "store/DBTools_V6.h"
 #include "store/guard/ConnectionGuard.h"
 #include "tests/host/Morastore.h"
 #include "tests/support/OldStores.h"
+#include "tools/session/SqliteConnection.h"
 
 // What a connection to a stranger's store does not do.
 

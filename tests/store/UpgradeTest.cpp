@@ -1,10 +1,10 @@
-#include "host/store/StoreUpgrade.h"
 #include "model/Net.h"
 #include "tests/support/Golden.h"
 #include "tests/support/OldStores.h"
 #include "tests/support/StatementTrace.h"
 #include "tests/support/StoreFixture.h"
 #include "tests/support/StoreText.h"
+#include "tools/session/StoreUpgrade.h"
 
 namespace {
 

@@ -1,7 +1,7 @@
-#include "host/store/Kinds.h"
 #include "model/NetContents.h"
 #include "tests/support/Builders.h"
 #include "tests/support/StoreFixture.h"
+#include "tools/kinds/Kinds.h"
 
 #include <QFile>
 #include <QJsonArray>

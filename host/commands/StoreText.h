@@ -1,0 +1,13 @@
+#pragma once
+
+#include "tools/kinds/StoreInfo.h"
+#include "tools/session/StoreUpgrade.h"
+
+/// What is known of a store, in lines for people.
+namespace commands {
+
+QString textOf(const StoreInfo &info);
+/// `path` is what the user calls the store.
+QString textOf(const StoreUpgrade &upgrade, const QString &path);
+
+} // namespace commands

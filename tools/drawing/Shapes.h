@@ -1,0 +1,30 @@
+#pragma once
+
+#include "model/StoredJson.h"
+#include "tools/geometry/Polyline.h"
+
+#include <QPainterPath>
+
+#include <initializer_list>
+
+/// Parts of a plan as paths, in metres.
+namespace shapes {
+
+/// Whether numbers that a store holds are places or lengths on a plan, in metres: finite, and no farther than
+/// any place is from another, so that sums and squares of them are numbers, too.
+bool isOnPlan(std::initializer_list<double> metres);
+/// The points of a geometry object; none where one of them is not on a plan.
+Polyline lineOf(const StoredJson &geometry);
+
+void addLine(QPainterPath &path, const Polyline &line);
+/// The area between two borders that run the same way.
+void addArea(QPainterPath &path, const Polyline &left, const Polyline &right);
+/// An arrow of the given size along a line's direction, with its tip `beforeEnd` metres before the line's
+/// end.
+void addArrow(QPainterPath &path, const Polyline &line, double beforeEnd, double arrowLength,
+              double arrowWidth);
+/// The curve of a lane connector that has no geometry of its own: it leaves along the end of `from` and
+/// arrives along the start of `to`.
+void addTurn(QPainterPath &path, const Polyline &from, const Polyline &to);
+
+} // namespace shapes

@@ -1,0 +1,143 @@
+#include "tools/kinds/StoreInfo.h"
+
+#include "model/Net.h"
+#include "model/SpecialWords.h"
+#include "store/DBTools.h"
+#include "tools/session/StoreSession.h"
+
+#include <QJsonArray>
+#include <QSqlError>
+#include <QSqlQuery>
+#include <QVariant>
+
+namespace {
+
+/// Kinds of objects and their tables, in the order in which a network is loaded.
+constexpr struct {
+    const char *kind;
+    const char *table;
+} kKinds[] = {
+    {"vehicleTypes", "VehicleType"},
+    {"vehicleCompositions", "VehicleConstitutent"},
+    {"linkTypes", "LinkType"},
+    {"links", "Link"},
+    {"lanes", "Lane"},
+    {"nodes", "Node"},
+    {"vertices", "Vertex"},
+    {"connectors", "Connector"},
+    {"laneConnectors", "LaneConnector"},
+    {"guideArrows", "GuideArrow"},
+    {"signalGroups", "SignalGroup"},
+    {"signalPhases", "SignalPhase"},
+    {"signalLamps", "SignalLamp"},
+    {"departurePoints", "DeparturePoint"},
+    {"decisionPoints", "DecisionPoint"},
+    {"routes", "Routing"},
+    {"vehicleDetectors", "VehicleDetector"},
+    {"queueCounters", "VehicleQueueCounter"},
+    {"travelTimeDetectors", "VehicleTravelDetector"},
+    {"drivingDataCollectors", "VehicleDrivInfoCollecter"},
+    {"busLines", "BusLine"},
+    {"busStations", "BusStation"},
+    {"accidentZones", "AccidentZone"},
+    {"roadWorkZones", "RoadWorkZone"},
+    {"speedReductionAreas", "ReduceSpeedArea"},
+};
+
+/// An older store may lack the table.
+bool isTableMissing(const QSqlError &error) {
+    constexpr const char *undefinedTable = "42P01";
+    return error.nativeErrorCode() == QLatin1String(undefinedTable) ||
+           error.databaseText().startsWith(QLatin1String("no such table"));
+}
+
+/// The first row; invalid when there is no such table.
+QSqlQuery selectOf(const char *columns, const char *table, long netId) {
+    QSqlQuery query = rowsOfNetwork(QLatin1String(columns), table, netId);
+    query.next();
+    return query;
+}
+
+} // namespace
+
+QSqlQuery rowsOfNetwork(const QString &columns, const char *table, long netId, const QString &end) {
+    QString sql = QStringLiteral("select %1 from %2").arg(columns, QLatin1String(table));
+    if (DBTools::dbVer() >= 6)
+        sql += QStringLiteral(" where NetId = %1").arg(netId);
+    QSqlQuery query(gDB);
+    query.setForwardOnly(true);
+    if (!query.exec(sql + end)) {
+        if (!isTableMissing(query.lastError()))
+            refuseReading(QLatin1String(table), query.lastError().databaseText());
+        return QSqlQuery(gDB);
+    }
+    return query;
+}
+
+NetworkInfo takeStockOf(const Net &net) {
+    NetworkInfo info;
+    info.id = net.id();
+    info.name = net.netName();
+    info.sourceType = net.type();
+    info.sourceUrl = net.url();
+    info.isDefault = net.isDefault;
+    for (const auto &kind : kKinds) {
+        const QSqlQuery count = selectOf("count(*)", kind.table, info.id);
+        if (count.isValid())
+            info.rows.append({QLatin1String(kind.kind), count.value(0).toLongLong()});
+    }
+    info.linkLength = selectOf("coalesce(sum(length), 0)", "Link", info.id).value(0).toDouble();
+    const QSqlQuery extent = selectOf("min(X), min(Y), min(Z), max(X), max(Y), max(Z)", "Vertex", info.id);
+    info.hasExtent = extent.isValid() && !extent.value(0).isNull();
+    for (int i = 0; info.hasExtent && i < 3; ++i) {
+        info.low[i] = extent.value(i).toDouble();
+        info.high[i] = extent.value(3 + i).toDouble();
+    }
+    return info;
+}
+
+StoreInfo takeStock(const QString &path) {
+    StoreInfo info;
+    info.path = path;
+    info.generation = DBTools::dbVer();
+    info.isEnglish = gSpecialWords.dbIsEnglish;
+    const NetRecord before = gNet.record();
+    const int failuresBefore = unexpectedFailures();
+    const QList<Net> nets = DBTools::selectNets(gDB);
+    for (const Net &listed : nets) {
+        // The list gives id and name alone.
+        const Net *net = DBTools::selectNetById(gDB, listed.id());
+        info.networks.append(takeStockOf(net ? *net : listed));
+    }
+    gNet.loadRecord(before);
+    if (unexpectedFailures() > failuresBefore)
+        refuseReading(QStringLiteral("the list of networks"));
+    return info;
+}
+
+QJsonObject StoreInfo::toJson() const {
+    QJsonArray list;
+    for (const NetworkInfo &network : networks) {
+        QJsonObject rows;
+        for (const auto &kind : network.rows)
+            rows.insert(kind.first, kind.second);
+        QJsonObject entry{{QStringLiteral("id"), qint64(network.id)},
+                          {QStringLiteral("name"), network.name},
+                          {QStringLiteral("sourceType"), network.sourceType},
+                          {QStringLiteral("sourceUrl"), network.sourceUrl},
+                          {QStringLiteral("isDefault"), network.isDefault},
+                          {QStringLiteral("rows"), rows},
+                          {QStringLiteral("linkLength"), network.linkLength}};
+        if (network.hasExtent)
+            entry.insert(
+                QStringLiteral("extent"),
+                QJsonObject{
+                    {QStringLiteral("low"), QJsonArray{network.low[0], network.low[1], network.low[2]}},
+                    {QStringLiteral("high"), QJsonArray{network.high[0], network.high[1], network.high[2]}}});
+        list.append(entry);
+    }
+    return {{QStringLiteral("path"), path},
+            {QStringLiteral("generation"), generation},
+            {QStringLiteral("language"), isEnglish ? QStringLiteral("en") : QStringLiteral("zh")},
+            {QStringLiteral("networks"), list}};
+}

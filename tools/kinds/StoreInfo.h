@@ -1,0 +1,43 @@
+#pragma once
+
+#include <QJsonObject>
+#include <QList>
+#include <QString>
+
+class Net;
+class QSqlQuery;
+
+/// What the open store holds.
+struct NetworkInfo {
+    long id = 0;
+    QString name;
+    QString sourceType;
+    QString sourceUrl;
+    bool isDefault = false;
+    QList<QPair<QString, qint64>>
+        rows; ///< kind of object and number of rows; kinds the store has no table for are missing
+    double linkLength = 0;     ///< metres
+    bool hasExtent = false;    ///< false for a network without vertices
+    double low[3] = {0, 0, 0}; ///< x, y, z in metres
+    double high[3] = {0, 0, 0};
+};
+
+struct StoreInfo {
+    QString path;
+    int generation = 0;
+    bool isEnglish = false; ///< language of the stored words, else Chinese
+    QList<NetworkInfo> networks;
+
+    QJsonObject toJson() const;
+};
+
+/// Asks the open store for `columns` of the rows of network `netId` in a table; `end` closes the statement
+/// (" order by ..."). A store of one network gives all rows, one that lacks the table gives none. Throws
+/// `Failure` when the table cannot be read; while the rows are fetched, the query's error tells.
+QSqlQuery rowsOfNetwork(const QString &columns, const char *table, long netId, const QString &end = {});
+
+/// Takes stock of one network of the open store.
+NetworkInfo takeStockOf(const Net &net);
+
+/// Takes stock of the open store. In a store of one network every row belongs to it.
+StoreInfo takeStock(const QString &path);

@@ -1,0 +1,7 @@
+#pragma once
+
+#include "tools/kinds/Comparison.h"
+
+/// Adds the comparison of every kind of `TrafficObjects` to `result`, field by field as the objects are
+/// described. The two share no object.
+void compareTraffic(const TrafficObjects &written, const TrafficObjects &read, Comparison &result);

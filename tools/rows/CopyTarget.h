@@ -1,0 +1,48 @@
+#pragma once
+
+#include "store/core/Engine.h"
+#include "tools/rows/NetworkTables.h"
+#include "tools/rows/StoreReader.h"
+
+#include <QSet>
+#include <QSqlDatabase>
+
+#include <vector>
+
+class QSqlQuery;
+
+/// The open store of generation 6 that networks are copied into, within a transaction of the caller's.
+class CopyTarget {
+public:
+    explicit CopyTarget(QSqlDatabase &db);
+
+    QSqlDatabase &db() const { return mDb; }
+    const StoreTable *table(const QString &name) const;
+
+    /// Throws `Failure` when a network has that name.
+    void requireFreeName(const QString &name) const;
+    /// `wanted` when no network has it, else the next free one.
+    long networkId(long wanted) const;
+    bool hasDefaultNetwork() const;
+    /// What the link types of the whole store say, as the library asks it.
+    Language language() const;
+
+    /// Which of `ids`, which ascend, rows of any network have.
+    std::vector<qint64> taken(const NetworkTable &entry, const std::vector<qint64> &ids) const;
+    /// The largest identifier that any network has, reserved or drawn.
+    qint64 largest(const NetworkTable &entry) const;
+    /// Sees to it that identifiers up to `largest` are not handed out again.
+    void raiseCounters(long netId, const NetworkTable &entry, qint64 largest) const;
+    void raiseNetworkCounter(long netId) const;
+
+private:
+    bool isSqlite() const { return engine::isSqlite(mDb); }
+    QSqlQuery run(const QString &sql) const;
+    qint64 number(const QString &sql) const;
+    QString sequence(const char *table) const;
+    void raiseSequence(const QString &name, qint64 largest) const;
+
+    QSqlDatabase &mDb;
+    QHash<QString, StoreTable> mTables;
+    QSet<QString> mSequences;
+};

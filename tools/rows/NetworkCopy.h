@@ -1,0 +1,25 @@
+#pragma once
+
+#include "tools/reports/Progress.h"
+#include "tools/rows/StoreReader.h"
+
+/// What a copy made of a network.
+struct CopiedNetwork {
+    long from = 0;
+    long id = 0;
+    QString name;
+    qint64 rows = 0;
+    qint64 renumbered = 0; ///< identifiers that the target had already
+    qint64 words = 0;      ///< put into the language of the target
+    QStringList leftOut;   ///< what the target has no place for, a line each
+};
+
+/// Throws `Failure` when a network of the open store gDB, or another of `networks`, has the name that a copy
+/// would get. Asked before the target is opened for writing, which brings an older one forward.
+void requireFreeNames(const QList<StoreReader::Network> &networks, const QString &name);
+
+/// Copies networks, row by row and all or nothing, into the open store gDB, which must be of generation 6.
+/// Rows get new identifiers only where a network of the target has theirs already. `name`, when it is not
+/// empty, is that of the copy. Throws `Failure`, and then the target is as it was.
+QList<CopiedNetwork> copyNetworks(StoreReader &source, const QList<StoreReader::Network> &networks,
+                                  const QString &name, const Progress &progress = {});

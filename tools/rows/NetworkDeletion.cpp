@@ -1,0 +1,102 @@
+#include "tools/rows/NetworkDeletion.h"
+
+#include "model/Net.h"
+#include "store/DBTools.h"
+#include "store/guard/ConnectionGuard.h"
+#include "tools/reports/Failure.h"
+#include "tools/session/GuardedTransaction.h"
+#include "tools/session/StoreSession.h"
+
+#include <QSqlError>
+#include <QSqlField>
+#include <QSqlQuery>
+#include <QSqlRecord>
+
+#include <algorithm>
+
+namespace {
+
+/// Tables of the format that refer to a network's objects and that no operation of the library writes.
+constexpr const char *kOfOtherWriters[] = {"LinkFenceMiddle",       "LinkLimitVehicle", "LaneLimitVehicle",
+                                           "ConnectorLimitVehicle", "Passenger",        "PassengerArriving"};
+
+bool hasSeveralNetworks() {
+    return DBTools::dbVer() >= 6;
+}
+
+/// Link types are settings, which stay with a store of one network.
+bool belongsToStore(const QPair<QString, qint64> &rows) {
+    return rows.first == QLatin1String("linkTypes");
+}
+
+bool isLedByNetwork(const QString &table) {
+    const QSqlRecord columns = gDB.record(table);
+    for (int i = 0; i < columns.count(); ++i) {
+        if (columns.fieldName(i).compare(QLatin1String("NetId"), Qt::CaseInsensitive) == 0)
+            return true;
+    }
+    return false;
+}
+
+void deleteFrom(const QString &table, const QString &condition) {
+    QSqlQuery query(gDB);
+    if (query.exec(QStringLiteral("delete from %1%2").arg(table, condition)))
+        return;
+    requireServerAlive();
+    throw Failure(QStringLiteral("table %1 keeps its rows (%2); nothing was removed")
+                      .arg(table, query.lastError().databaseText()));
+}
+
+/// The library's removal reports the last statement of each group; what others refused shows in the rows.
+void requireEmptied(const Net &net) {
+    for (const auto &[kind, count] : takeStockOf(net).rows) {
+        if (count > 0 && !belongsToStore({kind, count}))
+            throw Failure(QStringLiteral("the store keeps its %1; nothing was removed").arg(kind));
+    }
+}
+
+} // namespace
+
+NetworkInfo takeStockBeforeRemoval(long netId) {
+    const Net *net = DBTools::selectNetById(gDB, netId);
+    if (!net)
+        refuseReading(QStringLiteral("network %1").arg(netId));
+    NetworkInfo info = takeStockOf(*net);
+    if (!hasSeveralNetworks())
+        info.rows.erase(std::remove_if(info.rows.begin(), info.rows.end(), belongsToStore), info.rows.end());
+    return info;
+}
+
+void removeNetwork(long netId) {
+    const Net *net = DBTools::selectNetById(gDB, netId);
+    if (!net)
+        throw Failure(QStringLiteral("network %1 is gone; nothing was removed").arg(netId));
+    const QString ofNetwork = QStringLiteral(" where NetId = %1").arg(netId);
+    QStringList tables = gDB.tables();
+    // Stores of one network keep its settings, its link types and the usage log: they belong to the store.
+    const auto isDeletedFrom = [](const QString &table) {
+        return table.compare(QLatin1String("Net"), Qt::CaseInsensitive) != 0 && isLedByNetwork(table);
+    };
+    QStringList led;
+    if (hasSeveralNetworks())
+        std::copy_if(tables.cbegin(), tables.cend(), std::back_inserter(led), isDeletedFrom);
+
+    const int failures = unexpectedFailures();
+    // What a plug-in's table would do to the others when its rows go is not asked for.
+    connectionguard::runNoTriggers(gDB);
+    GuardedTransaction transaction(gDB);
+    for (const char *table : kOfOtherWriters) {
+        if (tables.contains(QLatin1String(table), Qt::CaseInsensitive))
+            deleteFrom(QLatin1String(table), hasSeveralNetworks() ? ofNetwork : QString());
+    }
+    if (!DBTools::removeNetData(gDB, netId, false) || unexpectedFailures() > failures) {
+        requireServerAlive();
+        throw Failure(QStringLiteral("the store refuses the removal (%1); nothing was removed")
+                          .arg(firstFailureText()));
+    }
+    requireEmptied(*net);
+    for (const QString &table : qAsConst(led))
+        deleteFrom(table, ofNetwork);
+    deleteFrom(QStringLiteral("Net"), ofNetwork);
+    transaction.commit();
+}

@@ -1,0 +1,285 @@
+#include "tools/rows/StoreReader.h"
+
+#include "store/core/Engine.h"
+#include "store/core/StorableValue.h"
+#include "store/guard/ConnectionGuard.h"
+#include "store/guard/SchemaGuard.h"
+#include "tools/reports/Failure.h"
+#include "tools/session/ConnectionSettings.h"
+#include "tools/session/Server.h"
+#include "tools/session/StoreFile.h"
+
+#include <QFileInfo>
+#include <QSqlError>
+#include <QSqlQuery>
+
+#include <algorithm>
+
+namespace {
+
+const QString kConnection = QStringLiteral("morastore-rows");
+
+QSqlDatabase connection() {
+    return QSqlDatabase::database(kConnection, false);
+}
+
+} // namespace
+
+StoreReader::StoreReader(const StoreAddress &address) : mName(address.name()) {
+    if (address.isServer())
+        requireServerStore(address, Access::Read);
+    else
+        requireStore(address.path(), Access::Read);
+    try {
+        open(address);
+        mTables = storeTables(connection());
+        mGeneration = readGeneration();
+        readNetworks(address);
+        takeOlderArrivals();
+        if (mFile)
+            mFile->hideCopy();
+    } catch (...) {
+        QSqlDatabase::removeDatabase(kConnection);
+        throw;
+    }
+}
+
+StoreReader::~StoreReader() {
+    connection().close();
+    QSqlDatabase::removeDatabase(kConnection);
+}
+
+void StoreReader::open(const StoreAddress &address) {
+    const ConnectionSettings settings(address);
+    QSqlDatabase db = QSqlDatabase::addDatabase(settings.driver(), kConnection);
+    settings.applyTo(db);
+    if (!address.isServer()) {
+        mFile = std::make_unique<ReadOnlyFile>(address.path());
+        if (!mFile->refusal().isEmpty())
+            throw Failure(QStringLiteral("%1: %2").arg(mName, mFile->refusal()));
+        mFile->applyTo(db);
+        db.setConnectOptions(db.connectOptions() + QStringLiteral(";QSQLITE_BUSY_TIMEOUT=500"));
+    }
+    if (!connectionguard::open(db))
+        throw Failure(QStringLiteral("%1: cannot be opened (%2)")
+                          .arg(mName, db.lastError().databaseText().simplified()));
+    FailureList reasons;
+    if (!schemaguard::hasPlainTables(db, mName, reasons) ||
+        !schemaguard::hasFittingVersion(db, mName, reasons))
+        throw Failure(reasons.last().error);
+    run(address.isServer() ? QStringLiteral("begin transaction isolation level repeatable read read only")
+                           : QStringLiteral("begin"));
+}
+
+int StoreReader::readGeneration() const {
+    // Stores of the first generation need not say what they are.
+    if (!table(QStringLiteral("dbversion")))
+        return 0;
+    QSqlQuery version = run(QStringLiteral("select versionId from DbVersion"));
+    return version.next() ? version.value(0).toInt() : 0;
+}
+
+void StoreReader::readNetworks(const StoreAddress &address) {
+    const QString fallback =
+        address.isServer() ? address.value("dbname") : QFileInfo(address.path()).completeBaseName();
+    if (table(QStringLiteral("net"))) {
+        QSqlQuery rows = run(QStringLiteral("select NetId, name from Net order by NetId"));
+        while (rows.next())
+            mNetworks.append({long(rows.value(0).toLongLong()), rows.value(1).toString()});
+        check(rows);
+    }
+    if (hasSeveralNetworks())
+        return;
+    if (mNetworks.isEmpty())
+        mNetworks.append({1, fallback});
+    mNetworks.erase(mNetworks.begin() + 1, mNetworks.end());
+}
+
+/// Arrivals of older releases stand in a table of their own, with the same columns but for the name of the
+/// first. It counts where the one that replaced it is empty.
+void StoreReader::takeOlderArrivals() {
+    const QString current = QStringLiteral("busstationpassengerarriving");
+    const StoreTable *older = table(QStringLiteral("passengerarriving"));
+    const StoreTable *newer = table(current);
+    if (!older || hasSeveralNetworks() || (newer && count(*newer, mNetworks.first()) > 0))
+        return;
+    StoreTable arrivals = *older;
+    for (StoreColumn &column : arrivals.columns) {
+        if (column.key == QLatin1String("passengerid"))
+            column.key = QStringLiteral("passengerarrivingid");
+    }
+    mTables.remove(QStringLiteral("passengerarriving"));
+    mTables.insert(current, arrivals);
+}
+
+QList<StoreReader::Network> StoreReader::networksOf(const std::vector<std::string> &wanted) const {
+    if (wanted.empty() && mNetworks.isEmpty())
+        throw Failure(QStringLiteral("%1: the store has no network; import one first").arg(mName));
+    if (wanted.empty())
+        return mNetworks;
+    QList<Network> chosen;
+    for (const std::string &one : wanted)
+        chosen.append(networkCalled(QString::fromStdString(one), mNetworks));
+    return chosen;
+}
+
+bool StoreReader::isSqlite() const {
+    return engine::isSqlite(connection());
+}
+
+const StoreTable *StoreReader::table(const QString &named) const {
+    const auto found = mTables.constFind(named.toLower());
+    return found == mTables.constEnd() ? nullptr : &*found;
+}
+
+QString StoreReader::condition(const StoreTable &table, const Network &network) const {
+    // In a store of one network every row is its own, whatever number stands in it.
+    if (!hasSeveralNetworks())
+        return {};
+    const StoreColumn *column = table.column(QStringLiteral("netid"));
+    return column
+               ? QStringLiteral(" where %1 = %2").arg(quotedName(column->name), QString::number(network.id))
+               : QStringLiteral(" where 1 = 0");
+}
+
+void StoreReader::read(const StoreTable &table, const NetworkTable &entry, const Network &network,
+                       Order order, const std::function<void(const Row &)> &use) const {
+    QStringList columns;
+    for (const StoreColumn &column : table.columns)
+        columns.append(quotedName(column.name));
+    QStringList by;
+    if (order == Order::Written && isSqlite()) {
+        by.append(QStringLiteral("rowid"));
+    } else {
+        for (const char *name : entry.order) {
+            if (const StoreColumn *column = table.column(QLatin1String(name)))
+                by.append(quotedName(column->name));
+        }
+    }
+    QString sql = QStringLiteral("select %1 from %2%3")
+                      .arg(columns.join(QLatin1Char(',')), quotedName(table.name), condition(table, network));
+    if (!by.isEmpty())
+        sql += QStringLiteral(" order by ") + by.join(QLatin1Char(','));
+    const bool sqlite = isSqlite();
+    QSqlQuery rows = run(sql);
+    Row row(table.columns.size());
+    for (qint64 number = 0; rows.next(); ++number) {
+        for (int i = 0; i < row.size(); ++i) {
+            const QVariant value = rows.value(i);
+            if (sqlite)
+                requireText(value, sql, number, table, table.columns[i]);
+            row[i] = rowvalue::fromDriver(value, sqlite, table.columns[i].kind);
+        }
+        use(row);
+    }
+    check(rows);
+}
+
+/// SQLite's driver replaces what is not UTF-8 by a character that may as well be stored: then the bytes are
+/// asked for.
+void StoreReader::requireText(const QVariant &value, const QString &sql, qint64 row, const StoreTable &table,
+                              const StoreColumn &column) const {
+    using storablevalue::kLongestText;
+    const bool isText = value.userType() == QMetaType::QString;
+    const int size = isText                                      ? value.toString().size()
+                     : value.userType() == QMetaType::QByteArray ? value.toByteArray().size()
+                                                                 : 0;
+    if (size > kLongestText && !storablevalue::mayBeLonger(column.name))
+        throw Failure(QStringLiteral("%1: the text in column %2 of table %3, row %4, is longer than %5 "
+                                     "characters; shorten it")
+                          .arg(mName, column.name, table.name, QString::number(row + 1),
+                               QString::number(kLongestText)));
+    if (!isText || !value.toString().contains(QChar::ReplacementCharacter))
+        return;
+    QSqlQuery encoding = run(QStringLiteral("pragma encoding"));
+    if (encoding.next() && encoding.value(0).toString() != QLatin1String("UTF-8"))
+        return;
+    QSqlQuery stored = run(QStringLiteral("select cast(%1 as blob) from (%2) limit 1 offset %3")
+                               .arg(quotedName(column.name), sql, QString::number(row)));
+    if (!stored.next() || stored.value(0).toByteArray() != value.toString().toUtf8())
+        throw Failure(
+            QStringLiteral("%1: the text in column %2 of table %3, row %4, is not UTF-8; write it anew")
+                .arg(mName, column.name, table.name, QString::number(row + 1)));
+}
+
+qint64 StoreReader::count(const StoreTable &table, const Network &network) const {
+    QSqlQuery rows = run(
+        QStringLiteral("select count(*) from %1%2").arg(quotedName(table.name), condition(table, network)));
+    return rows.next() ? rows.value(0).toLongLong() : 0;
+}
+
+std::vector<qint64> StoreReader::integers(const StoreTable &table, const StoreColumn &column,
+                                          const Network &network) const {
+    QSqlQuery rows =
+        run(QStringLiteral("select distinct %1 from %2%3 order by 1")
+                .arg(quotedName(column.name), quotedName(table.name), condition(table, network)));
+    std::vector<qint64> values;
+    while (rows.next()) {
+        if (!rows.value(0).isNull())
+            values.push_back(rows.value(0).toLongLong());
+    }
+    check(rows);
+    return values;
+}
+
+qint64 StoreReader::largest(const StoreTable &table, const StoreColumn &column,
+                            const Network &network) const {
+    QSqlQuery rows =
+        run(QStringLiteral("select max(%1) from %2%3")
+                .arg(quotedName(column.name), quotedName(table.name), condition(table, network)));
+    return rows.next() ? rows.value(0).toLongLong() : 0;
+}
+
+QList<QPair<QString, qint64>> StoreReader::tablesBesides(const QList<Network> &networks) const {
+    // The store's own bookkeeping.
+    static const QStringList bookkeeping{QStringLiteral("idgenerater"), QStringLiteral("dbversion")};
+    QList<QPair<QString, qint64>> others;
+    for (auto table = mTables.cbegin(); table != mTables.cend(); ++table) {
+        if (networkTable(table.key()) || bookkeeping.contains(table.key()))
+            continue;
+        qint64 rows = 0;
+        if (table->isNetworkScoped() && hasSeveralNetworks()) {
+            for (const Network &network : networks)
+                rows += count(*table, network);
+        } else {
+            QSqlQuery all = run(QStringLiteral("select count(*) from %1").arg(quotedName(table->name)));
+            rows = all.next() ? all.value(0).toLongLong() : 0;
+        }
+        if (rows > 0)
+            others.append({table->name, rows});
+    }
+    std::sort(others.begin(), others.end());
+    return others;
+}
+
+Language StoreReader::language(const Network &network) const {
+    const StoreTable *types = table(QStringLiteral("linktype"));
+    const StoreColumn *name = types ? types->column(QStringLiteral("typename")) : nullptr;
+    if (!name || count(*types, network) == 0)
+        return Language::Unknown;
+    // What the library asks of a whole store when it opens it.
+    const QString where = condition(*types, network);
+    QSqlQuery rows = run(QStringLiteral("select 1 from %1%2 %3 %4 = '高速路'")
+                             .arg(quotedName(types->name), where,
+                                  where.isEmpty() ? QStringLiteral("where") : QStringLiteral("and"),
+                                  quotedName(name->name)));
+    return rows.next() ? Language::Chinese : Language::English;
+}
+
+void StoreReader::finish() {
+    run(QStringLiteral("rollback"));
+}
+
+QSqlQuery StoreReader::run(const QString &sql) const {
+    QSqlQuery query(connection());
+    query.setForwardOnly(true);
+    if (!query.exec(sql))
+        check(query);
+    return query;
+}
+
+void StoreReader::check(const QSqlQuery &query) const {
+    if (query.lastError().isValid())
+        throw Failure(QStringLiteral("%1: the store cannot be read (%2); check it, or the server")
+                          .arg(mName, query.lastError().databaseText().simplified()));
+}

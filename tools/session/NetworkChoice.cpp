@@ -1,0 +1,45 @@
+#include "tools/session/NetworkChoice.h"
+
+#include "model/Net.h"
+#include "store/DBTools.h"
+#include "tools/reports/Failure.h"
+#include "tools/session/StoreSession.h"
+
+#include <algorithm>
+#include <iterator>
+
+NamedNetwork networkCalled(const QString &wanted, const QList<NamedNetwork> &present) {
+    bool isNumber = false;
+    const long id = wanted.toLong(&isNumber);
+    QList<NamedNetwork> found;
+    const auto collect = [&](const auto &matches) {
+        std::copy_if(present.cbegin(), present.cend(), std::back_inserter(found), matches);
+    };
+    if (isNumber)
+        collect([id](const NamedNetwork &network) { return network.id == id; });
+    if (found.isEmpty())
+        collect([&wanted](const NamedNetwork &network) { return network.name == wanted; });
+    if (found.isEmpty())
+        throw Failure(
+            QStringLiteral("the store has no network \"%1\"; \"morastore info\" lists those that it has")
+                .arg(wanted));
+    if (found.size() > 1)
+        throw Failure(QStringLiteral("the store has %1 networks \"%2\"; give the number of one")
+                          .arg(QString::number(found.size()), wanted));
+    return found.first();
+}
+
+long networkIdOf(const QString &wanted) {
+    const int failuresBefore = unexpectedFailures();
+    QList<NamedNetwork> present;
+    const QList<Net> nets = DBTools::selectNets(gDB);
+    for (const Net &net : nets)
+        present.append({net.id(), net.netName()});
+    if (unexpectedFailures() > failuresBefore)
+        refuseReading(QStringLiteral("the list of networks"));
+    return networkCalled(wanted, present).id;
+}
+
+long chosenNetwork(const std::string &wanted) {
+    return wanted.empty() ? 0 : networkIdOf(QString::fromStdString(wanted));
+}

@@ -1,0 +1,14 @@
+#pragma once
+
+#include "tools/session/StoreAddress.h"
+
+#include <QStringList>
+
+/// Names of the templates that the library carries for servers, the one that is usually wanted first: it
+/// holds no network, as a new file does not.
+QStringList databaseTemplateNames();
+
+/// Makes a store of generation 6 in an empty database on a PostgreSQL server, from a template. A database
+/// that does not exist is made, where the user may. Throws `Failure`, and then there is no database that was
+/// not there before, and nothing in one that was.
+void makeDatabaseStore(const StoreAddress &address, const QString &name);

@@ -1,0 +1,33 @@
+#include "tools/session/SqliteConnection.h"
+
+#include "store/guard/ConnectionGuard.h"
+#include "tools/reports/Failure.h"
+
+#include <QSqlDatabase>
+#include <QSqlError>
+#include <QVariant>
+
+SqliteConnection::SqliteConnection(const char *name, const QString &path) : mName(QLatin1String(name)) {
+    QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), mName);
+    db.setDatabaseName(path);
+    db.setConnectOptions(QStringLiteral("QSQLITE_BUSY_TIMEOUT=500"));
+    connectionguard::open(db);
+}
+
+SqliteConnection::~SqliteConnection() {
+    QSqlDatabase::removeDatabase(mName);
+}
+
+QSqlQuery SqliteConnection::run(const QString &sql) const {
+    QSqlQuery query(QSqlDatabase::database(mName));
+    if (!query.exec(sql))
+        throw Failure(query.lastError().databaseText());
+    return query;
+}
+
+void SqliteConnection::requireIntegrity() const {
+    QSqlQuery check = run(QStringLiteral("pragma integrity_check"));
+    check.next();
+    if (check.value(0).toString() != QLatin1String("ok"))
+        throw Failure(check.value(0).toString().simplified());
+}

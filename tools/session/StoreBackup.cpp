@@ -1,0 +1,56 @@
+#include "tools/session/StoreBackup.h"
+
+#include "tools/reports/Failure.h"
+#include "tools/session/FileInMaking.h"
+#include "tools/session/SqliteConnection.h"
+
+#include <QStringList>
+#include <QVariant>
+
+namespace {
+
+QString literal(QString text) {
+    return QLatin1Char('\'') + text.replace(QLatin1Char('\''), QLatin1String("''")) + QLatin1Char('\'');
+}
+
+/// What the copy must have in common with the store: every table and index by the text that creates it, and
+/// the number of rows of every table. SQLite's own tables are its own affair.
+QStringList contentsOf(const SqliteConnection &store) {
+    QStringList contents;
+    QSqlQuery entries =
+        store.run(QStringLiteral("select type, name, sql from sqlite_master where name not like 'sqlite\\_%' "
+                                 "escape '\\' order by type, name"));
+    while (entries.next()) {
+        QString name = entries.value(1).toString();
+        contents.append(entries.value(0).toString() + QLatin1Char(' ') + entries.value(2).toString());
+        if (entries.value(0) != QLatin1String("table"))
+            continue;
+        QSqlQuery count = store.run(QStringLiteral("select count(*) from \"%1\"")
+                                        .arg(name.replace(QLatin1Char('"'), QLatin1String("\"\""))));
+        count.next();
+        contents.append(count.value(0).toString());
+    }
+    return contents;
+}
+
+void copyAndCheck(const QString &path, const QString &copy) {
+    const SqliteConnection source("morastore-copied", path);
+    source.run(QStringLiteral("vacuum into ") + literal(copy));
+    const SqliteConnection written("morastore-copy", copy);
+    written.requireIntegrity();
+    if (contentsOf(written) != contentsOf(source))
+        throw Failure(QStringLiteral("it holds something else; another program may be writing to the store"));
+}
+
+} // namespace
+
+void backUpStore(const QString &path, const QString &copy) {
+    FileInMaking making(copy);
+    try {
+        copyAndCheck(path, making.path());
+    } catch (const Failure &failure) {
+        throw Failure(QStringLiteral("%1: the copy cannot be made (%2); check the folder and its disk")
+                          .arg(copy, failure.message()));
+    }
+    making.publish();
+}

@@ -1,0 +1,15 @@
+#include "tools/sumo/import/CompanionPlan.h"
+
+#include "tools/sumo/import/References.h"
+
+CompanionPlan planCompanions(const SumoNet &net, SumoCompanions companions) {
+    CompanionPlan plan;
+    const auto records = std::make_shared<SumoCompanions>(std::move(companions));
+    plan.companions = records;
+    removeUnresolved(*records, net, plan.leftOut);
+    plan.obstacles = takeObstacles(*records, net);
+    plan.lines = planLines(*records, plan.leftOut);
+    plan.signalPlan = planSignals(net, *records, plan.leftOut);
+    plan.demand = planDemand(*records, plan.leftOut);
+    return plan;
+}

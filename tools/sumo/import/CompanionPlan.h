@@ -1,0 +1,23 @@
+#pragma once
+
+#include "tools/sumo/import/DemandPlan.h"
+#include "tools/sumo/import/LeftOut.h"
+#include "tools/sumo/import/Obstacles.h"
+#include "tools/sumo/import/SignalPlan.h"
+#include "tools/sumo/import/TransitPlan.h"
+
+#include <memory>
+
+/// What a network and its companion files will become, settled before the store is touched: every reference
+/// in it leads somewhere.
+struct CompanionPlan {
+    std::shared_ptr<const SumoCompanions> companions; ///< the others lead into it and into the network
+    SignalPlan signalPlan;
+    std::vector<PlannedLine> lines;
+    std::vector<Obstacle> obstacles;
+    DemandPlan demand;
+    LeftOut leftOut;
+};
+
+/// Plans the import of `companions`, which belong to `net`; the network must outlive the plan.
+CompanionPlan planCompanions(const SumoNet &net, SumoCompanions companions);

@@ -1,0 +1,230 @@
+#include "tools/sumo/import/NetworkBuilder.h"
+
+#include "model/SpecialWords.h"
+#include "tools/geometry/GeometryObject.h"
+#include "tools/sumo/import/Vocabulary.h"
+
+#include <QHash>
+#include <QJsonArray>
+#include <QPair>
+
+#include <algorithm>
+#include <cmath>
+
+using geometryobject::fromPolyline;
+
+namespace {
+
+constexpr double kKmhPerMs = 3.6;
+// The colour that new connectors have; networks in SUMO's format carry none.
+const QString kRoadColour = QStringLiteral("CCCCCC");
+
+QString word(const QString &entry) {
+    return gSpecialWords.getWord(entry);
+}
+
+double limitSpeedKmh(const SumoEdge &edge) {
+    double fastest = 0;
+    for (const SumoLane &lane : edge.lanes)
+        fastest = std::max(fastest, lane.speed);
+    return fastest * kKmhPerMs;
+}
+
+/// The offset to the left that leads from the centre line of lane `index` to that of the carriageway.
+double offsetToCentre(const SumoEdge &edge, std::size_t index, bool leftHand) {
+    double before = 0;
+    double all = 0;
+    for (std::size_t i = 0; i < edge.lanes.size(); ++i) {
+        if (i < index)
+            before += edge.lanes[i].width;
+        all += edge.lanes[i].width;
+    }
+    const double fromKerb = all / 2 - (before + edge.lanes[index].width / 2);
+    return leftHand ? -fromKerb : fromKerb;
+}
+
+QJsonObject sourceOf(const SumoEdge &edge, bool leftHand) {
+    QJsonObject source{{QStringLiteral("from"), edge.from}, {QStringLiteral("to"), edge.to}};
+    if (!edge.type.isEmpty())
+        source.insert(QStringLiteral("type"), edge.type);
+    if (!edge.name.isEmpty())
+        source.insert(QStringLiteral("name"), edge.name);
+    QJsonArray lanes;
+    for (const SumoLane &lane : edge.lanes) {
+        const QJsonObject entry{{QStringLiteral("id"), lane.id},
+                                {QStringLiteral("speed"), lane.speed},
+                                {QStringLiteral("length"), lane.length},
+                                {QStringLiteral("permissions"), lane.permissions.toText()}};
+        if (leftHand)
+            lanes.prepend(entry);
+        else
+            lanes.append(entry);
+    }
+    source.insert(QStringLiteral("lanes"), lanes);
+    return {{QStringLiteral("sumo"), source}};
+}
+
+QJsonObject sourceOf(const SumoConnection &connection) {
+    QJsonObject source{{QStringLiteral("fromLane"), connection.fromLane},
+                       {QStringLiteral("toLane"), connection.toLane},
+                       {QStringLiteral("dir"), connection.dir},
+                       {QStringLiteral("state"), connection.state}};
+    if (!connection.tl.isEmpty()) {
+        source.insert(QStringLiteral("tl"), connection.tl);
+        source.insert(QStringLiteral("linkIndex"), connection.linkIndex);
+    }
+    return source;
+}
+
+/// Whether the list has a connection between the same lanes: a lane connector is known by its lanes.
+bool hasMovement(const std::vector<const SumoConnection *> &list, const SumoConnection &connection) {
+    return std::any_of(list.begin(), list.end(), [&connection](const SumoConnection *other) {
+        return other->fromLane == connection.fromLane && other->toLane == connection.toLane;
+    });
+}
+
+} // namespace
+
+Polyline carriagewayCentre(const SumoEdge &edge, bool leftHand) {
+    const SumoLane &right = leftHand ? edge.lanes.back() : edge.lanes.front();
+    const SumoLane &left = leftHand ? edge.lanes.front() : edge.lanes.back();
+    if (edge.lanes.size() == 1)
+        return right.shape;
+    if (right.shape.size() == left.shape.size()) {
+        const Polyline between = geometry::midway(right.shape, left.shape);
+        return left.width == right.width ? between
+                                         : geometry::offset(between, (left.width - right.width) / 4);
+    }
+    std::size_t middle = 0;
+    for (std::size_t i = 1; i < edge.lanes.size(); ++i) {
+        if (std::abs(offsetToCentre(edge, i, leftHand)) < std::abs(offsetToCentre(edge, middle, leftHand)))
+            middle = i;
+    }
+    return geometry::offset(edge.lanes[middle].shape, offsetToCentre(edge, middle, leftHand));
+}
+
+std::vector<std::unique_ptr<Link>> NetworkBuilder::buildLinks() {
+    std::vector<std::unique_ptr<Link>> links;
+    links.reserve(mNet.edges.size());
+    for (const SumoEdge &edge : mNet.edges)
+        links.push_back(buildLink(edge));
+    return links;
+}
+
+std::unique_ptr<Link> NetworkBuilder::buildLink(const SumoEdge &edge) {
+    auto link = std::make_unique<Link>();
+    link->linkID = mIds.next("Link");
+    link->roadId = link->linkID;
+    link->linkName = edge.id;
+    link->laneNumber = double(edge.lanes.size());
+    link->laneColor = kRoadColour;
+    link->linkType = word(vocabulary::linkKind(edge));
+    link->length = edge.lanes.front().length;
+    link->curvature = 1.0;
+    link->nonLinearCoefficient = 1.0;
+    link->limitSpeed = limitSpeedKmh(edge);
+    link->desiredSpeed = link->limitSpeed;
+    link->otherAttrsJson = sourceOf(edge, mNet.leftHand);
+    addVertices(*link, edge);
+    addLanes(*link, edge);
+    link->laneWidth = link->width() / link->laneNumber;
+    link->rightBreakPointsJson = link->mlLane.first()->rightBreakPointsJson;
+    link->leftBreakPointsJson = link->mlLane.last()->leftBreakPointsJson;
+    return link;
+}
+
+void NetworkBuilder::addVertices(Link &link, const SumoEdge &edge) {
+    const Polyline centre = carriagewayCentre(edge, mNet.leftHand);
+    link.centerLinePointsJson = fromPolyline(centre);
+    for (const Point3 &point : centre)
+        link.mlVertex.append(new Vertex{mIds.next("Vertex"), point.x, point.y, point.z});
+    link.mpStartNode = new Node{mIds.next("Node"), edge.from, link.mlVertex.first()};
+    link.mpEndNode = new Node{mIds.next("Node"), edge.to, link.mlVertex.last()};
+}
+
+void NetworkBuilder::addLanes(Link &link, const SumoEdge &edge) {
+    const std::size_t count = edge.lanes.size();
+    for (std::size_t i = 0; i < count; ++i) {
+        const SumoLane &source = edge.lanes[mNet.leftHand ? count - 1 - i : i];
+        auto lane = std::make_unique<Lane>();
+        lane->laneID = mIds.next("Lane");
+        lane->linkID = link.linkID;
+        lane->serialNumber = int(i) + 1;
+        lane->width = source.width;
+        lane->expectTravelDirection = word(QStringLiteral("自由行驶"));
+        lane->actionType = word(vocabulary::laneKind(source.permissions));
+        lane->centerLinePointsJson = fromPolyline(source.shape);
+        lane->leftBreakPointsJson = fromPolyline(geometry::offset(source.shape, source.width / 2));
+        lane->rightBreakPointsJson = fromPolyline(geometry::offset(source.shape, -source.width / 2));
+        link.mlLane.append(lane.release());
+    }
+}
+
+std::vector<std::unique_ptr<Connector>>
+NetworkBuilder::buildConnectors(const std::vector<std::unique_ptr<Link>> &links) {
+    std::vector<std::vector<const SumoConnection *>> groups;
+    QHash<QPair<int, int>, std::size_t> groupOf;
+    for (const SumoConnection &connection : mNet.connections) {
+        const QPair<int, int> ends(mNet.edgeIndex.value(connection.from),
+                                   mNet.edgeIndex.value(connection.to));
+        const auto known = groupOf.constFind(ends);
+        if (known == groupOf.constEnd()) {
+            groupOf.insert(ends, groups.size());
+            groups.push_back({&connection});
+        } else if (!hasMovement(groups[*known], connection)) {
+            groups[*known].push_back(&connection);
+        }
+    }
+    std::vector<std::unique_ptr<Connector>> connectors;
+    connectors.reserve(groups.size());
+    for (const auto &group : groups)
+        connectors.push_back(buildConnector(group, links));
+    return connectors;
+}
+
+std::unique_ptr<Connector>
+NetworkBuilder::buildConnector(const std::vector<const SumoConnection *> &connections,
+                               const std::vector<std::unique_ptr<Link>> &links) {
+    const SumoConnection &first = *connections.front();
+    Link *from = links[std::size_t(mNet.edgeIndex.value(first.from))].get();
+    Link *to = links[std::size_t(mNet.edgeIndex.value(first.to))].get();
+    auto connector = std::make_unique<Connector>(mIds.next("Connector"), from, to);
+    connector->connName = QStringLiteral("%1->%2").arg(first.from, first.to);
+    connector->limitSpeed = std::min(from->limitSpeed, to->limitSpeed);
+    connector->desiredSpeed = connector->limitSpeed;
+    const LaneConnector *rightmost = nullptr;
+    const LaneConnector *leftmost = nullptr;
+    QJsonArray sources;
+    for (const SumoConnection *connection : connections) {
+        Lane *start = laneOf(*from, connection->fromLane);
+        auto laneConnector =
+            std::make_unique<LaneConnector>(connector.get(), start, laneOf(*to, connection->toLane));
+        laneConnector->laneConnId = mIds.next("LaneConnector");
+        const Polyline path = connectionPath(mNet, *connection);
+        const Polyline left = geometry::offset(path, start->width / 2);
+        const Polyline right = geometry::offset(path, -start->width / 2);
+        connector->length += geometry::length(path) / double(connections.size());
+        if (!rightmost || start->serialNumber < rightmost->mpStartLane->serialNumber) {
+            rightmost = laneConnector.get();
+            connector->rightBreakPointsJson = fromPolyline(right);
+        }
+        if (!leftmost || start->serialNumber >= leftmost->mpStartLane->serialNumber) {
+            leftmost = laneConnector.get();
+            connector->leftBreakPointsJson = fromPolyline(left);
+        }
+        if (mWithLaneConnectorGeometry) {
+            laneConnector->centerLinePointsJson = fromPolyline(path);
+            laneConnector->leftBreakPointsJson = fromPolyline(left);
+            laneConnector->rightBreakPointsJson = fromPolyline(right);
+        }
+        sources.append(sourceOf(*connection));
+        connector->mlLaneConnector.append(laneConnector.release());
+    }
+    connector->otherAttrsJson = {
+        {QStringLiteral("sumo"), QJsonObject{{QStringLiteral("connections"), sources}}}};
+    return connector;
+}
+
+Lane *NetworkBuilder::laneOf(const Link &link, int sumoIndex) const {
+    return link.mlLane.at(mNet.leftHand ? link.mlLane.size() - 1 - sumoIndex : sumoIndex);
+}

@@ -1,0 +1,317 @@
+#include "tools/sumo/import/References.h"
+
+#include "tools/sumo/import/Departures.h"
+
+#include <QFileInfo>
+#include <QSet>
+
+#include <algorithm>
+
+namespace {
+
+/// The vehicle types that SUMO knows by itself ("Definition of Vehicles, Vehicle Types, and Routes" in its
+/// documentation) and their classes.
+const QHash<QString, QString> &ownTypes() {
+    static const QHash<QString, QString> types{
+        {QStringLiteral("DEFAULT_VEHTYPE"), QStringLiteral("passenger")},
+        {QStringLiteral("DEFAULT_BIKETYPE"), QStringLiteral("bicycle")},
+        {QStringLiteral("DEFAULT_TAXITYPE"), QStringLiteral("taxi")},
+        {QStringLiteral("DEFAULT_RAILTYPE"), QStringLiteral("rail")},
+    };
+    return types;
+}
+
+QString unknown(const char *kind, const QString &id) {
+    return QStringLiteral("no %1 \"%2\"").arg(QLatin1String(kind), id);
+}
+
+class Resolver {
+public:
+    Resolver(SumoCompanions &companions, const SumoNet &net, LeftOut &leftOut)
+        : mCompanions(companions), mNet(net), mLeftOut(leftOut) {
+        for (const SumoEdge &edge : net.edges) {
+            for (const SumoLane &lane : edge.lanes)
+                mLanes.insert(lane.id);
+        }
+    }
+
+    void resolveTypes();
+    void resolveBusStops();
+    void resolveRoutes();
+    void resolveVehicles();
+    void resolveTurnRatios();
+    void resolveDevices();
+    void countUnread();
+
+private:
+    /// Removes the records for which `faultOf` gives a reason.
+    template <class Record, class FaultOf>
+    void filter(const char *kind, std::vector<Record> &records, const FaultOf &faultOf);
+    template <class Record>
+    QString faultOfId(const Record &record, QSet<QString> &seen);
+    template <class Known>
+    QString faultOfMembers(SumoDistribution &distribution, const char *kind, const Known &known);
+    QString faultOfEdges(const QStringList &edges) const;
+    QString faultOfLanes(const QStringList &lanes) const;
+    QString faultOfType(const QString &type);
+    QString faultOfRoute(const SumoVehicle &vehicle) const;
+    void removeUnknownStops(std::vector<SumoStop> &stops);
+
+    SumoCompanions &mCompanions;
+    const SumoNet &mNet;
+    LeftOut &mLeftOut;
+    QSet<QString> mLanes;
+    QSet<QString> mTypes; ///< with the distributions
+    QSet<QString> mBusStops;
+    QHash<QString, QString> mRouteFaults; ///< by id, distributions included; empty for a good one
+    std::vector<QString> mFaultOfRoute;   ///< by place
+};
+
+template <class Record, class FaultOf>
+void Resolver::filter(const char *kind, std::vector<Record> &records, const FaultOf &faultOf) {
+    const auto isFaulty = [&](Record &record) {
+        const QString fault = faultOf(record);
+        if (!fault.isEmpty())
+            mLeftOut.add(QLatin1String(kind), named(mCompanions, record.id, record.source, fault));
+        return !fault.isEmpty();
+    };
+    records.erase(std::remove_if(records.begin(), records.end(), isFaulty), records.end());
+}
+
+template <class Record>
+QString Resolver::faultOfId(const Record &record, QSet<QString> &seen) {
+    if (seen.contains(record.id))
+        return QStringLiteral("it occurs a second time");
+    seen.insert(record.id);
+    return {};
+}
+
+template <class Known>
+QString Resolver::faultOfMembers(SumoDistribution &distribution, const char *kind, const Known &known) {
+    auto &members = distribution.members;
+    QString fault = QStringLiteral("it has no member");
+    const auto isUnknown = [&](const SumoChoice &member) {
+        if (known(member.id))
+            return false;
+        fault = unknown(kind, member.id);
+        mLeftOut.add(QStringLiteral("members of distributions"),
+                     named(mCompanions, distribution.id, distribution.source, fault));
+        return true;
+    };
+    members.erase(std::remove_if(members.begin(), members.end(), isUnknown), members.end());
+    double sum = 0;
+    for (const SumoChoice &member : members)
+        sum += member.probability;
+    if (!members.empty() && sum > 0)
+        return {};
+    return members.empty() ? fault : QStringLiteral("all its probabilities are zero");
+}
+
+void Resolver::resolveTypes() {
+    filter("vehicle types", mCompanions.vehicleTypes,
+           [this](const SumoVehicleType &type) { return faultOfId(type, mTypes); });
+    const QSet<QString> single = mTypes;
+    filter("vehicle type distributions", mCompanions.typeDistributions,
+           [this, &single](SumoDistribution &distribution) {
+               const QString fault = faultOfId(distribution, mTypes);
+               return !fault.isEmpty() ? fault
+                                       : faultOfMembers(distribution, "vehicle type", [&](const QString &id) {
+                                             return single.contains(id);
+                                         });
+           });
+}
+
+void Resolver::resolveBusStops() {
+    filter("bus stops", mCompanions.busStops, [this](const SumoBusStop &stop) {
+        const QString fault = faultOfLanes({stop.lane});
+        return fault.isEmpty() ? faultOfId(stop, mBusStops) : fault;
+    });
+    filter("waiting passengers", mCompanions.passengers, [this](const SumoPassengers &passengers) {
+        return mBusStops.contains(passengers.busStop) ? QString() : unknown("bus stop", passengers.busStop);
+    });
+}
+
+void Resolver::removeUnknownStops(std::vector<SumoStop> &stops) {
+    const auto isUnknown = [this](const SumoStop &stop) {
+        if (stop.busStop.isEmpty() || mBusStops.contains(stop.busStop))
+            return false;
+        mLeftOut.add(QStringLiteral("stops"),
+                     named(mCompanions, stop.busStop, stop.source, unknown("bus stop", stop.busStop)));
+        return true;
+    };
+    stops.erase(std::remove_if(stops.begin(), stops.end(), isUnknown), stops.end());
+}
+
+QString Resolver::faultOfEdges(const QStringList &edges) const {
+    for (const QString &edge : edges) {
+        if (!mNet.edge(edge))
+            return unknown("edge", edge);
+    }
+    return edges.isEmpty() ? QStringLiteral("it has no edge") : QString();
+}
+
+QString Resolver::faultOfLanes(const QStringList &lanes) const {
+    for (const QString &lane : lanes) {
+        if (!mLanes.contains(lane))
+            return unknown("lane", lane);
+    }
+    return lanes.isEmpty() ? QStringLiteral("it names no lane") : QString();
+}
+
+void Resolver::resolveRoutes() {
+    QSet<QString> seen;
+    for (SumoRoute &route : mCompanions.routes) {
+        QString fault = faultOfEdges(route.edges);
+        if (!route.id.isEmpty()) {
+            if (seen.contains(route.id))
+                fault = QStringLiteral("it occurs a second time");
+            else
+                mRouteFaults.insert(route.id, fault);
+            seen.insert(route.id);
+            if (!fault.isEmpty())
+                mLeftOut.add(QStringLiteral("routes"), named(mCompanions, route.id, route.source, fault));
+        }
+        mFaultOfRoute.push_back(fault);
+        removeUnknownStops(route.stops);
+        if (!fault.isEmpty())
+            route.edges.clear();
+    }
+    filter("route distributions", mCompanions.routeDistributions, [&](SumoDistribution &distribution) {
+        QString fault = faultOfId(distribution, seen);
+        if (!fault.isEmpty())
+            return fault;
+        fault = faultOfMembers(distribution, "route", [this](const QString &id) {
+            const auto known = mRouteFaults.constFind(id);
+            return known != mRouteFaults.constEnd() && known->isEmpty();
+        });
+        mRouteFaults.insert(distribution.id, fault);
+        return fault;
+    });
+}
+
+QString Resolver::faultOfType(const QString &type) {
+    const QString id = type.isEmpty() ? QStringLiteral("DEFAULT_VEHTYPE") : type;
+    if (mTypes.contains(id))
+        return {};
+    const auto own = ownTypes().constFind(id);
+    if (own == ownTypes().constEnd())
+        return unknown("vehicle type", id);
+    SumoVehicleType added;
+    added.id = id;
+    added.vClass = *own;
+    mCompanions.vehicleTypes.push_back(added);
+    mTypes.insert(id);
+    return {};
+}
+
+QString Resolver::faultOfRoute(const SumoVehicle &vehicle) const {
+    if (vehicle.route >= 0)
+        return mFaultOfRoute[std::size_t(vehicle.route)];
+    if (!vehicle.routeId.isEmpty()) {
+        const auto known = mRouteFaults.constFind(vehicle.routeId);
+        if (known == mRouteFaults.constEnd())
+            return unknown("route", vehicle.routeId);
+        return known->isEmpty() ? QString() : QStringLiteral("route \"%1\": %2").arg(vehicle.routeId, *known);
+    }
+    if (vehicle.from.isEmpty())
+        return QStringLiteral("it has neither a route nor a first edge");
+    return faultOfEdges(vehicle.to.isEmpty() ? QStringList{vehicle.from}
+                                             : QStringList{vehicle.from, vehicle.to});
+}
+
+void Resolver::resolveVehicles() {
+    auto &vehicles = mCompanions.vehicles;
+    const auto isFaulty = [this](SumoVehicle &vehicle) {
+        QString fault = faultOfRoute(vehicle);
+        if (fault.isEmpty())
+            fault = faultOfType(vehicle.type);
+        if (fault.isEmpty() && !vehicle.isFlow && !vehicle.depart)
+            fault = QStringLiteral("it departs on an event, not at a time");
+        if (fault.isEmpty()) {
+            removeUnknownStops(vehicle.stops);
+            return false;
+        }
+        mLeftOut.vehicles += departuresOf(vehicle);
+        if (vehicle.isFlow)
+            mLeftOut.add(
+                QStringLiteral("flows"),
+                named(mCompanions, vehicle.id, vehicle.source,
+                      QStringLiteral("%1; %2 vehicles").arg(fault, QString::number(departuresOf(vehicle)))));
+        else
+            mLeftOut.add(QStringLiteral("vehicles"), named(mCompanions, vehicle.id, vehicle.source, fault));
+        return true;
+    };
+    vehicles.erase(std::remove_if(vehicles.begin(), vehicles.end(), isFaulty), vehicles.end());
+}
+
+void Resolver::resolveTurnRatios() {
+    QSet<QPair<QString, QString>> turns;
+    for (const SumoConnection &connection : mNet.connections)
+        turns.insert({connection.from, connection.to});
+    auto &ratios = mCompanions.turnRatios;
+    const auto isFaulty = [&](const SumoTurnRatio &ratio) {
+        QString fault = faultOfEdges({ratio.from, ratio.to});
+        if (fault.isEmpty() && !turns.contains({ratio.from, ratio.to}))
+            fault = QStringLiteral("no connection between the two edges");
+        if (!fault.isEmpty())
+            mLeftOut.add(
+                QStringLiteral("turn ratios"),
+                named(mCompanions, QStringLiteral("%1->%2").arg(ratio.from, ratio.to), ratio.source, fault));
+        return !fault.isEmpty();
+    };
+    ratios.erase(std::remove_if(ratios.begin(), ratios.end(), isFaulty), ratios.end());
+}
+
+void Resolver::resolveDevices() {
+    filter("loops", mCompanions.loops, [this](const SumoLoop &loop) { return faultOfLanes({loop.lane}); });
+    filter("area detectors", mCompanions.areaDetectors,
+           [this](const SumoAreaDetector &detector) { return faultOfLanes(detector.lanes); });
+    filter("entry-exit detectors", mCompanions.passageDetectors, [this](const SumoPassageDetector &detector) {
+        if (detector.entries.empty() || detector.exits.empty())
+            return QStringLiteral("it has no entry or no exit");
+        QStringList lanes;
+        for (const auto *sections : {&detector.entries, &detector.exits}) {
+            for (const SumoCrossSection &section : *sections)
+                lanes.append(section.lane);
+        }
+        return faultOfLanes(lanes);
+    });
+    filter("speed signs", mCompanions.speedSigns, [this](const SumoSpeedSign &sign) {
+        if (sign.steps.empty())
+            return QStringLiteral("it shows no speed");
+        for (const QString &type : sign.vehicleTypes) {
+            if (!mTypes.contains(type))
+                return unknown("vehicle type", type);
+        }
+        return faultOfLanes(sign.lanes);
+    });
+    filter("closures", mCompanions.closures, [this](const SumoClosure &closure) {
+        return closure.lane.isEmpty() ? faultOfEdges({closure.edge}) : faultOfLanes({closure.lane});
+    });
+}
+
+void Resolver::countUnread() {
+    for (auto kind = mCompanions.unread.cbegin(); kind != mCompanions.unread.cend(); ++kind)
+        mLeftOut.add(QStringLiteral("elements of a kind that stores do not hold"), kind.value(),
+                     QStringLiteral("%1 <%2>").arg(QString::number(kind.value()), kind.key()));
+}
+
+} // namespace
+
+void removeUnresolved(SumoCompanions &companions, const SumoNet &net, LeftOut &leftOut) {
+    Resolver resolver(companions, net, leftOut);
+    resolver.resolveTypes();
+    resolver.resolveBusStops();
+    resolver.resolveRoutes();
+    resolver.resolveVehicles();
+    resolver.resolveTurnRatios();
+    resolver.resolveDevices();
+    resolver.countUnread();
+}
+
+QString named(const SumoCompanions &companions, const QString &name, const SumoSource &source,
+              const QString &reason) {
+    return QStringLiteral("\"%1\" (%2, line %3: %4)")
+        .arg(name, QFileInfo(companions.files.value(source.file)).fileName(), QString::number(source.line),
+             reason);
+}

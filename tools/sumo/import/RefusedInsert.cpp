@@ -1,0 +1,14 @@
+#include "tools/sumo/import/RefusedInsert.h"
+
+#include "tools/reports/Failure.h"
+#include "tools/session/StoreSession.h"
+
+void requireWritten(bool done, const char *what) {
+    if (done)
+        return;
+    requireServerAlive();
+    const QString reason = firstFailureText();
+    throw Failure(
+        QStringLiteral("the store refused the %1 (%2); nothing was imported")
+            .arg(QLatin1String(what), reason.isEmpty() ? QStringLiteral("no reason given") : reason));
+}

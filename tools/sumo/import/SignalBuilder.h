@@ -1,0 +1,17 @@
+#pragma once
+
+#include "tools/kinds/TrafficObjects.h"
+#include "tools/sumo/import/IdSource.h"
+#include "tools/sumo/import/NetworkMap.h"
+#include "tools/sumo/import/SignalPlan.h"
+
+/// Makes signal groups and lamps. Each signal of a programme becomes a phase, named by its index; states of
+/// one colour that follow each other are one colour interval. Times are whole seconds: the ends of the
+/// states are rounded, so that a cycle keeps its length. A group starts at the programme's offset and ends
+/// with the day.
+///
+/// Colours: G and g are green, y and Y yellow, r red. Red-yellow (u) and the stop before a turn on red (s)
+/// are red too; off (O) and blinking (o) are grey, as is a signal for which a state has no letter.
+///
+/// A lamp stands at the end of the lane that a controlled connection leaves.
+void buildSignals(const SignalPlan &plan, const NetworkMap &network, IdSource &ids, TrafficObjects &into);

@@ -1,0 +1,27 @@
+#pragma once
+
+#include "tools/sumo/import/LeftOut.h"
+#include "tools/sumo/reader/SumoCompanions.h"
+
+/// A signal programme under a name that no other one has.
+struct PlannedGroup {
+    QString name;
+    const SumoProgramme *programme; ///< of the network or its companions
+};
+
+/// A lane connection and the signal that controls it.
+struct PlannedLamp {
+    const SumoConnection *connection;
+    std::size_t group;
+};
+
+struct SignalPlan {
+    std::vector<PlannedGroup> groups;
+    std::vector<PlannedLamp> lamps;
+};
+
+/// The programmes of the network and then of `companions`; those that share an id are named "ID/PROGRAMME".
+/// The lamp of a controlled lane connection shows the programme of its id that comes last, which is the one
+/// that SUMO runs; the others are plans to change to. A connection whose programme does not exist or has no
+/// signal for it is told to `leftOut`, but for railways' own signals. The plan leads into both records.
+SignalPlan planSignals(const SumoNet &net, const SumoCompanions &companions, LeftOut &leftOut);

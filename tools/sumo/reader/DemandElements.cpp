@@ -1,0 +1,346 @@
+#include "tools/sumo/reader/ElementReaders.h"
+
+#include <cmath>
+
+namespace {
+
+// What SUMO assumes where a flow does not say how long it lasts: a day.
+constexpr double kFlowEnd = 86400;
+// A store keeps times and counts as 32-bit numbers.
+constexpr double kLargest = 2147480000;
+
+/// The id of a distribution's member that has none of its own.
+QString nestedId(const QString &outer, std::size_t place) {
+    return QStringLiteral("%1#%2").arg(outer, QString::number(place));
+}
+
+QStringList edgesOf(const Attributes &attributes) {
+    return words(attributes, "edges");
+}
+
+void addType(CompanionReading &reading, const Attributes &attributes, const QString &id) {
+    SumoVehicleType type;
+    type.source = reading.here();
+    type.id = id;
+    type.vClass = attributes.text("vClass", QStringLiteral("passenger"));
+    type.length = optionalNumber(attributes, "length");
+    type.width = optionalNumber(attributes, "width");
+    type.maxSpeed = optionalNumber(attributes, "maxSpeed");
+    type.speedDev = optionalNumber(attributes, "speedDev");
+    type.accel = optionalNumber(attributes, "accel");
+    type.decel = optionalNumber(attributes, "decel");
+    type.emergencyDecel = optionalNumber(attributes, "emergencyDecel");
+    reading.into.vehicleTypes.push_back(type);
+    reading.input.skipElement();
+}
+
+void readType(CompanionReading &reading) {
+    const Attributes attributes(reading.input);
+    addType(reading, attributes, attributes.text("id"));
+}
+
+/// The members that a distribution names in two lists, of ids and of probabilities.
+std::vector<SumoChoice> listedMembers(const Attributes &attributes, const char *ids) {
+    const QStringList names = words(attributes, ids);
+    const QStringList probabilities = words(attributes, "probabilities");
+    if (!probabilities.isEmpty() && probabilities.size() != names.size())
+        attributes.failOn("probabilities", QStringLiteral("which is not one for each member"));
+    std::vector<SumoChoice> members;
+    for (int i = 0; i < names.size(); ++i) {
+        bool ok = true;
+        const double probability = probabilities.isEmpty() ? 1 : probabilities[i].toDouble(&ok);
+        if (!ok || !std::isfinite(probability) || probability < 0)
+            attributes.failOn("probabilities",
+                              QStringLiteral("where \"%1\" is no share").arg(probabilities[i]));
+        members.push_back({names[i], probability});
+    }
+    return members;
+}
+
+double probabilityOf(const Attributes &attributes) {
+    const double probability = attributes.number("probability", 1);
+    if (probability < 0)
+        attributes.failOn("probability", QStringLiteral("which is negative"));
+    return probability;
+}
+
+void readTypeDistribution(CompanionReading &reading) {
+    const Attributes attributes(reading.input);
+    SumoDistribution distribution{attributes.text("id"), listedMembers(attributes, "vTypes"), reading.here()};
+    while (reading.input.nextElement()) {
+        if (reading.input.name() != QLatin1String("vType")) {
+            reading.leaveUnread();
+            continue;
+        }
+        const Attributes type(reading.input);
+        const QString id = type.text("id", nestedId(distribution.id, distribution.members.size()));
+        distribution.members.push_back({id, probabilityOf(type)});
+        addType(reading, type, id);
+    }
+    reading.into.typeDistributions.push_back(std::move(distribution));
+}
+
+SumoStop readStop(CompanionReading &reading) {
+    const Attributes attributes(reading.input);
+    SumoStop stop;
+    stop.source = reading.here();
+    stop.busStop = attributes.text("busStop", attributes.text("trainStop", QString()));
+    stop.lane = attributes.text("lane", QString());
+    stop.endPos = attributes.number("endPos", -1);
+    stop.startPos = attributes.number("startPos", stop.endPos);
+    stop.duration = attributes.seconds("duration", 0);
+    reading.input.skipElement();
+    return stop;
+}
+
+/// Reads the children of a route, a vehicle or a flow.
+void readStops(CompanionReading &reading, std::vector<SumoStop> &stops) {
+    while (reading.input.nextElement()) {
+        if (reading.input.name() == QLatin1String("stop"))
+            stops.push_back(readStop(reading));
+        else
+            reading.input.skipElement();
+    }
+}
+
+void addRoute(CompanionReading &reading, const Attributes &attributes, const QString &id) {
+    SumoRoute route{id, edgesOf(attributes), {}, reading.here()};
+    readStops(reading, route.stops);
+    reading.into.routes.push_back(std::move(route));
+}
+
+void readRoute(CompanionReading &reading) {
+    const Attributes attributes(reading.input);
+    addRoute(reading, attributes, attributes.text("id"));
+}
+
+/// The route that is part of a vehicle. Many vehicles drive the same one: it is kept once.
+int readInlineRoute(CompanionReading &reading) {
+    const Attributes attributes(reading.input);
+    const QString edges = attributes.text("edges");
+    const auto known = reading.inlineRoutes.constFind(edges);
+    const int next = int(reading.into.routes.size());
+    addRoute(reading, attributes, QString());
+    if (!reading.into.routes.back().stops.empty())
+        return next;
+    if (known == reading.inlineRoutes.constEnd()) {
+        reading.inlineRoutes.insert(edges, next);
+        return next;
+    }
+    reading.into.routes.pop_back();
+    return *known;
+}
+
+/// A distribution that is part of a vehicle belongs to it alone; its id is made up.
+void addRouteDistribution(CompanionReading &reading, const Attributes &attributes, const QString &id) {
+    SumoDistribution distribution{id, listedMembers(attributes, "routes"), reading.here()};
+    while (reading.input.nextElement()) {
+        if (reading.input.name() != QLatin1String("route")) {
+            reading.leaveUnread();
+            continue;
+        }
+        const Attributes route(reading.input);
+        // A member without edges names a route that stands elsewhere.
+        if (route.has("refId")) {
+            distribution.members.push_back({route.text("refId"), probabilityOf(route)});
+            reading.input.skipElement();
+            continue;
+        }
+        const QString routeId = route.text("id", nestedId(id, distribution.members.size()));
+        distribution.members.push_back({routeId, probabilityOf(route)});
+        addRoute(reading, route, routeId);
+    }
+    reading.into.routeDistributions.push_back(std::move(distribution));
+}
+
+void readRouteDistribution(CompanionReading &reading) {
+    const Attributes attributes(reading.input);
+    addRouteDistribution(reading, attributes, attributes.text("id"));
+}
+
+void readVehicleChildren(CompanionReading &reading, SumoVehicle &vehicle) {
+    while (reading.input.nextElement()) {
+        if (reading.input.name() == QLatin1String("stop")) {
+            vehicle.stops.push_back(readStop(reading));
+        } else if (reading.input.name() == QLatin1String("route")) {
+            vehicle.route = readInlineRoute(reading);
+        } else if (reading.input.name() == QLatin1String("routeDistribution")) {
+            vehicle.routeId = QStringLiteral("vehicle ") + vehicle.id;
+            addRouteDistribution(reading, Attributes(reading.input), vehicle.routeId);
+        } else {
+            reading.input.skipElement();
+        }
+    }
+}
+
+SumoVehicle readHead(const CompanionReading &reading, const Attributes &attributes) {
+    SumoVehicle vehicle;
+    vehicle.source = reading.here();
+    vehicle.id = attributes.text("id");
+    vehicle.type = attributes.text("type", QString());
+    vehicle.line = attributes.text("line", QString());
+    vehicle.routeId = attributes.text("route", QString());
+    vehicle.from = attributes.text("from", QString());
+    vehicle.to = attributes.text("to", QString());
+    return vehicle;
+}
+
+void checkTime(const Attributes &attributes, const char *name, double seconds) {
+    if (seconds < 0 || seconds > kLargest)
+        attributes.failOn(name, QStringLiteral("which is no time that a store can hold"));
+}
+
+/// Vehicles and trips, which are vehicles without a route.
+void readVehicle(CompanionReading &reading) {
+    const Attributes attributes(reading.input);
+    SumoVehicle vehicle = readHead(reading, attributes);
+    const QString depart = attributes.text("depart");
+    if (!depart.isEmpty() && (depart[0].isDigit() || depart[0] == QLatin1Char('.')))
+        checkTime(attributes, "depart", *(vehicle.depart = attributes.seconds("depart", 0)));
+    readVehicleChildren(reading, vehicle);
+    reading.into.vehicles.push_back(std::move(vehicle));
+}
+
+/// Seconds between two departures of a flow; 0 where the file gives no rate. A random rate counts with its
+/// mean.
+double periodOf(const Attributes &attributes) {
+    for (const char *rate : {"vehsPerHour", "perHour", "probability"}) {
+        if (!attributes.has(rate))
+            continue;
+        const double value = attributes.number(rate);
+        if (value <= 0)
+            attributes.failOn(rate, QStringLiteral("which is not positive"));
+        return (qstrcmp(rate, "probability") == 0 ? 1 : 3600) / value;
+    }
+    const QString period = attributes.text("period", QString());
+    if (period.startsWith(QLatin1String("exp(")) && period.endsWith(QLatin1Char(')'))) {
+        bool ok = false;
+        const double rate = period.mid(4, period.size() - 5).toDouble(&ok);
+        if (!ok || !(rate > 0))
+            attributes.failOn("period", QStringLiteral("which has no positive rate"));
+        return 1 / rate;
+    }
+    const double seconds = attributes.seconds("period", 0);
+    if (attributes.has("period") && seconds <= 0)
+        attributes.failOn("period", QStringLiteral("which is not positive"));
+    return seconds;
+}
+
+void readFlowTimes(const Attributes &attributes, SumoVehicle &flow) {
+    flow.isFlow = true;
+    flow.begin = attributes.seconds("begin", 0);
+    flow.period = periodOf(attributes);
+    flow.number = attributes.integer("number", -1);
+    const bool endFollows = flow.number >= 0 && flow.period > 0;
+    flow.end = attributes.seconds("end", endFollows ? flow.begin + flow.number * flow.period
+                                                    : std::max(flow.begin, kFlowEnd));
+    checkTime(attributes, "begin", flow.begin);
+    checkTime(attributes, attributes.has("end") ? "end" : "number", flow.end);
+    if (flow.end < flow.begin)
+        attributes.failOn("end", QStringLiteral("which is before the begin"));
+    if (flow.number < 0 && flow.period <= 0)
+        attributes.failOn("id", QStringLiteral("which says neither how many depart nor how often"));
+    if (flow.number < 0 && (flow.end - flow.begin) / flow.period > kLargest)
+        attributes.failOn("id", QStringLiteral("of which more depart than a store can count"));
+}
+
+void readFlow(CompanionReading &reading) {
+    const Attributes attributes(reading.input);
+    SumoVehicle flow = readHead(reading, attributes);
+    readFlowTimes(attributes, flow);
+    readVehicleChildren(reading, flow);
+    reading.into.vehicles.push_back(std::move(flow));
+}
+
+/// Persons; of their plans only the waiting for a ride at a bus stop has a place in a store.
+void readPersons(CompanionReading &reading) {
+    const bool isFlow = reading.input.name() == QLatin1String("personFlow");
+    const Attributes attributes(reading.input);
+    SumoPassengers waiting;
+    waiting.source = reading.here();
+    waiting.id = attributes.text("id");
+    if (isFlow) {
+        SumoVehicle flow;
+        readFlowTimes(attributes, flow);
+        waiting.begin = flow.begin;
+        waiting.end = flow.end;
+        waiting.count =
+            flow.number >= 0 ? flow.number : int(std::ceil((flow.end - flow.begin) / flow.period));
+    } else {
+        waiting.begin = waiting.end = attributes.seconds("depart", 0);
+    }
+    bool rides = false;
+    while (reading.input.nextElement()) {
+        const Attributes stage(reading.input);
+        if (reading.input.name() == QLatin1String("stop") && !rides) {
+            waiting.busStop = stage.text("busStop", QString());
+        } else if (reading.input.name() == QLatin1String("ride") && !rides) {
+            rides = true;
+            waiting.lines = words(stage, "lines");
+        }
+        reading.input.skipElement();
+    }
+    if (rides && !waiting.busStop.isEmpty())
+        reading.into.passengers.push_back(waiting);
+    else
+        ++reading.into.unread[isFlow ? QStringLiteral("personFlow") : QStringLiteral("person")];
+}
+
+/// Turn ratios, in the form of relations between edges or in the older one of elements in each other. An
+/// interval with other contents is none of this kind.
+void readInterval(CompanionReading &reading) {
+    const Attributes interval(reading.input);
+    SumoTurnRatio ratio;
+    ratio.begin = interval.seconds("begin", 0);
+    ratio.end = interval.seconds("end", kFlowEnd);
+    const auto add = [&](const Attributes &attributes) {
+        ratio.source = reading.here();
+        for (const char *name : {"ratio", "probability", "count"}) {
+            if (attributes.has(name)) {
+                ratio.ratio = attributes.number(name);
+                if (ratio.ratio < 0)
+                    attributes.failOn(name, QStringLiteral("which is negative"));
+                reading.into.turnRatios.push_back(ratio);
+                return;
+            }
+        }
+        attributes.failOn("to", QStringLiteral("without a ratio, a probability or a count"));
+    };
+    while (reading.input.nextElement()) {
+        const Attributes outer(reading.input);
+        if (reading.input.name() == QLatin1String("edgeRelation")) {
+            ratio.from = outer.text("from");
+            ratio.to = outer.text("to");
+            add(outer);
+            reading.input.skipElement();
+        } else if (reading.input.name() == QLatin1String("fromEdge")) {
+            ratio.from = outer.text("id");
+            while (reading.input.nextElement()) {
+                const Attributes inner(reading.input);
+                ratio.to = inner.text("id");
+                add(inner);
+                reading.input.skipElement();
+            }
+        } else {
+            reading.leaveUnread();
+        }
+    }
+}
+
+} // namespace
+
+ElementReader demandReader(const QStringRef &element) {
+    static const QHash<QString, ElementReader> readers{
+        {QStringLiteral("vType"), readType},
+        {QStringLiteral("vTypeDistribution"), readTypeDistribution},
+        {QStringLiteral("route"), readRoute},
+        {QStringLiteral("routeDistribution"), readRouteDistribution},
+        {QStringLiteral("vehicle"), readVehicle},
+        {QStringLiteral("trip"), readVehicle},
+        {QStringLiteral("flow"), readFlow},
+        {QStringLiteral("person"), readPersons},
+        {QStringLiteral("personFlow"), readPersons},
+        {QStringLiteral("interval"), readInterval},
+    };
+    return readers.value(element.toString(), nullptr);
+}

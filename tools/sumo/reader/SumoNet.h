@@ -1,0 +1,112 @@
+#pragma once
+
+#include "tools/geometry/Polyline.h"
+#include "tools/sumo/reader/VehicleClasses.h"
+
+#include <QHash>
+#include <QString>
+
+#include <algorithm>
+#include <vector>
+
+/// The contents of a SUMO network file as plain records, in the file's order. Lengths are metres, speeds
+/// metres per second, times seconds; coordinates are metres after `SumoLocation::netOffset`.
+
+struct SumoLocation {
+    Point3 netOffset;
+    Polyline convBoundary; ///< lower left and upper right corner; empty where the file has no location
+    QString origBoundary;
+    QString projParameter;
+};
+
+struct SumoLane {
+    QString id;
+    int index = 0; ///< 0 is the kerb side: rightmost, or leftmost in a left-hand network
+    VehicleClasses permissions = VehicleClasses::all();
+    double speed = 0;
+    double length = 0; ///< authoritative; may differ from the drawn length
+    double width = 0;
+    Polyline shape; ///< centre line, two points at least
+};
+
+/// A road section between two junctions: an edge of the normal function.
+struct SumoEdge {
+    QString id;
+    QString from;
+    QString to;
+    QString type;
+    QString name;
+    Polyline shape;              ///< the drawn edge, where the file gives one
+    std::vector<SumoLane> lanes; ///< by index, from 0 without a gap
+    qint64 line = 0;
+};
+
+/// A lane inside a junction, kept for the paths of the connections that lead over it.
+struct SumoInternalLane {
+    Polyline shape;
+    QString via; ///< the internal lane that goes on from here, empty at the junction's end
+};
+
+struct SumoJunction {
+    QString id;
+    QString type;
+    Point3 position;
+    Polyline shape;
+};
+
+/// A permitted movement from a lane of one edge to a lane of another.
+struct SumoConnection {
+    QString from;
+    QString to;
+    int fromLane = 0;
+    int toLane = 0;
+    QString via; ///< first internal lane on the way, empty for a direct one
+    QString tl;  ///< signal programme that controls the movement, empty where there is none
+    int linkIndex = -1;
+    QString dir;
+    QString state;
+    qint64 line = 0;
+};
+
+struct SumoPhase {
+    double duration = 0;
+    QString state; ///< one letter for each link index; may be longer than the controlled links
+};
+
+struct SumoProgramme {
+    QString id;
+    QString programID;
+    QString type;
+    double offset = 0;
+    std::vector<SumoPhase> phases;
+
+    /// The number of signals that it controls.
+    int signalCount() const {
+        int count = 0;
+        for (const SumoPhase &phase : phases)
+            count = std::max(count, phase.state.size());
+        return count;
+    }
+};
+
+struct SumoNet {
+    QString path;
+    bool leftHand = false;
+    SumoLocation location;
+    std::vector<SumoEdge> edges;
+    std::vector<SumoJunction> junctions;     ///< without the internal ones
+    std::vector<SumoConnection> connections; ///< between normal edges only
+    std::vector<SumoProgramme> programmes;
+    QHash<QString, SumoInternalLane> internalLanes;
+    QHash<QString, int> edgeIndex; ///< edge id to its place in `edges`
+
+    /// The edge of that id, or null.
+    const SumoEdge *edge(const QString &id) const {
+        const auto found = edgeIndex.constFind(id);
+        return found == edgeIndex.constEnd() ? nullptr : &edges[std::size_t(*found)];
+    }
+};
+
+/// The path of a connection whose ends exist: its chain of internal lanes, or the straight line from the end
+/// of its first lane to the start of its last one where it has none.
+Polyline connectionPath(const SumoNet &net, const SumoConnection &connection);

@@ -1,0 +1,82 @@
+#pragma once
+
+#include "tools/geometry/Polyline.h"
+
+#include <QFile>
+#include <QString>
+#include <QXmlStreamReader>
+
+#include <memory>
+
+class GzipDevice;
+
+/// An XML file read as a stream, plain or compressed with gzip (told by its first bytes, not by its name).
+/// Every fault throws a `Failure` that names the file, the line and what to do. What a few bytes can stand
+/// for has limits: 16 MiB for a text, a tag or a comment, and 1000 elements within each other.
+class XmlInput {
+public:
+    /// Opens `path` and moves to the root element, which must be called `root` (empty: any name will do);
+    /// `expected` says in words what kind of file is wanted ("a SUMO network (.net.xml or .net.xml.gz)").
+    XmlInput(const QString &path, const QString &root, const QString &expected);
+
+    ~XmlInput();
+
+    /// Moves to the next child of the current element. False at the element's end; after that of the root the
+    /// file has been read to its end, and holds nothing more.
+    bool nextElement();
+    void skipElement();
+    QStringRef name() const { return mXml.name(); }
+    QXmlStreamAttributes attributes() const { return mXml.attributes(); }
+    qint64 line() const { return mXml.lineNumber(); }
+    QString path() const { return mFile.fileName(); }
+
+    /// How much of the file has been read, 0 to 1.
+    double progress() const;
+
+    /// Throws: "PATH, line N: WHAT".
+    [[noreturn]] void fail(const QString &what) const;
+
+private:
+    class Source;
+
+    QXmlStreamReader::TokenType next();
+    void check() const;
+    [[noreturn]] void refuse() const;
+
+    QFile mFile;
+    std::unique_ptr<GzipDevice> mInflated;
+    std::unique_ptr<Source> mSource;
+    QXmlStreamReader mXml;
+    QString mExpected;
+    qint64 mSize = 0;
+    int mDepth = 0; ///< of elements that are open
+    bool mHasRoot = false;
+};
+
+/// The attributes of the current element of an `XmlInput`, read with their types.
+class Attributes {
+public:
+    explicit Attributes(const XmlInput &input)
+        : mInput(input), mElement(input.name().toString()), mValues(input.attributes()) {}
+
+    bool has(const char *name) const { return mValues.hasAttribute(QLatin1String(name)); }
+    QString text(const char *name) const;
+    QString text(const char *name, const QString &fallback) const;
+    double number(const char *name) const;
+    double number(const char *name, double fallback) const;
+    int integer(const char *name) const;
+    int integer(const char *name, int fallback) const;
+    bool flag(const char *name, bool fallback) const;
+    /// Seconds, given as a number or as h:m:s (with days before: d:h:m:s).
+    double seconds(const char *name, double fallback) const;
+    /// Points "x,y" or "x,y,z" separated by blanks; a missing attribute gives no points.
+    Polyline shape(const char *name) const;
+    [[noreturn]] void failOn(const char *name, const QString &reason) const;
+
+private:
+    QStringRef required(const char *name) const;
+
+    const XmlInput &mInput;
+    QString mElement;
+    QXmlStreamAttributes mValues;
+};
