@@ -18,7 +18,12 @@ std::string reportOf(const NetContents &network) {
         QStringList ids;
         for (const long id : rows.ids)
             ids.append(QString::number(id));
-        report.append(QStringLiteral("%1 (%2): %3").arg(rows.table, ids.join(QLatin1Char(',')), rows.reason));
+        const qint64 more = rows.count - ids.size();
+        report.append(
+            QStringLiteral("%1 (%2%3): %4")
+                .arg(rows.table, ids.join(QLatin1Char(',')),
+                     more > 0 ? QStringLiteral(" and %1 more").arg(QString::number(more)) : QString(),
+                     rows.reason));
     }
     return report.join(QStringLiteral("; ")).toStdString();
 }
@@ -74,6 +79,13 @@ TEST_P(DamageReports, RowsThatComeTwice) {
     EXPECT_EQ(report(), "LinkType (99): is there more than once; Link (6): is there more than once");
     EXPECT_EQ(mLinks, (QList<long>{5, 6, 7}));
     EXPECT_EQ(mLinkTypes.count(99), 1);
+}
+
+TEST_P(DamageReports, OfTwelveRowsTenAreNamed) {
+    for (int id = 11; id <= 22; ++id)
+        addRow(QStringLiteral("Node"), QStringLiteral("nodeID, nodeName, vertexID"),
+               QStringLiteral("%1, 'n', 1").arg(id));
+    EXPECT_EQ(report(), "Node (11,12,13,14,15,16,17,18,19,20 and 2 more): belongs to no link");
 }
 
 TEST_P(DamageReports, IdsThatMemoryDoesNotHold) {

@@ -1,5 +1,6 @@
 #include "model/Net.h"
 #include "tests/support/Builders.h"
+#include "tests/support/OtherProcess.h"
 #include "tests/support/StoreFixture.h"
 
 namespace {
@@ -76,6 +77,20 @@ TEST_F(NetworksTest, GenerationSixTellsNetworksByTheirIds) {
     EXPECT_EQ(DBTools::mlCallDbResult.size(), 1);
     EXPECT_FALSE(DBTools::selectNetId(gDB, 8));
     EXPECT_TRUE(DBTools::selectNetId(gDB, 6));
+}
+
+TEST_F(NetworksTest, ARecordWhoseCommitFailsIsTakenBack) {
+    openTemplate("EmptyNet_V6.0.0");
+    const QString name = QStringLiteral("a");
+    gNet.name = name;
+    for (const bool isNew : {true, false}) {
+        const OtherProcess other(OtherProcess::Holds::Reading);
+        EXPECT_FALSE(isNew ? DBTools_V6::insertNet(gDB, 5, name, {}, name, {}, {}, false, true)
+                           : DBTools::updateNet(gDB, kNet, true));
+    }
+    EXPECT_EQ(DBTools_V6::mlCallDbResult.size(), 2);
+    EXPECT_TRUE(gDB.transaction()) << "none is left open";
+    EXPECT_EQ(rows(QStringLiteral("select NetId from Net where NetId = 5 or name = 'a'")), QStringList());
 }
 
 TEST_F(NetworksTest, AnotherRecordEmptiesTheTables) {

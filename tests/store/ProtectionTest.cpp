@@ -4,6 +4,7 @@
 
 #include <MoraInterfaces/MoraInterfaces.h>
 
+#include <QDateTime>
 #include <QDir>
 #include <QFile>
 #include <QRandomGenerator>
@@ -157,6 +158,25 @@ TEST_F(ProtectionTest, TheFileIsOnTheDiskBeforeItReplacesTheOldOneAndIsNeverOpen
         EXPECT_TRUE(DBTools::decryptFile(path()));
         EXPECT_EQ(systemcalls::noted(), expected);
     }
+}
+
+TEST_F(ProtectionTest, AChangeOfTheSameSizeIsNotLost) {
+    if (!systemcalls::canWatch)
+        GTEST_SKIP() << "the system does not let a program watch its own calls";
+    put(sample(100));
+    const QByteArray changed = sample(100).replace(50, 1, "!");
+    // The new content is written by then.
+    systemcalls::beforeSync([&] {
+        put(changed);
+        QFile file(path());
+        EXPECT_TRUE(file.open(QIODevice::ReadWrite));
+        EXPECT_TRUE(file.setFileTime(QDateTime::currentDateTime().addSecs(1), QFile::FileModificationTime));
+    });
+    EXPECT_FALSE(DBTools::encryptFile(path()));
+    EXPECT_EQ(content(), changed);
+    ASSERT_EQ(failureCount(), 1);
+    EXPECT_TRUE(DBTools::mlCallDbResult.first().error.contains(QLatin1String("has changed it meanwhile")));
+    EXPECT_EQ(QDir(folder()).entryList(QDir::Files).size(), 1);
 }
 
 TEST_F(ProtectionTest, NeedsNoThread) {

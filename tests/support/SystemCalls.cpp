@@ -2,6 +2,8 @@
 
 #include <QStringList>
 
+#include <utility>
+
 #ifdef __GLIBC__
 #include <cerrno>
 #include <cstdio>
@@ -16,6 +18,7 @@ namespace {
 bool gWatching = false;
 bool gNoThreads = false;
 QStringList gNotes;
+std::function<void()> gBeforeSync;
 
 [[maybe_unused]] void note(const QString &what) {
     if (gWatching)
@@ -34,6 +37,10 @@ void watch() {
 std::string noted() {
     gWatching = false;
     return gNotes.join(QLatin1String(", ")).toStdString();
+}
+
+void beforeSync(std::function<void()> action) {
+    gBeforeSync = std::move(action);
 }
 
 NoThreads::NoThreads() {
@@ -76,6 +83,8 @@ void noteChange(const struct stat &before, mode_t mode) {
 extern "C" {
 
 Q_DECL_EXPORT int fsync(int file) {
+    if (const auto action = std::exchange(gBeforeSync, nullptr))
+        action();
     struct stat status = {};
     if (fstat(file, &status) == 0)
         note(S_ISDIR(status.st_mode) ? QStringLiteral("sync folder")

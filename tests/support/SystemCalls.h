@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <string>
 
 /// Calls of the system that this process makes, as far as its test program can get in between (Linux with
@@ -14,6 +15,9 @@ extern const bool canWatch;
 void watch();
 /// What was noted since, joined by ", "; notes nothing more.
 std::string noted();
+
+/// Calls @p action once, before the next file is brought to the disk.
+void beforeSync(std::function<void()> action);
 
 /// No thread can be made while there is such an object.
 struct NoThreads {
