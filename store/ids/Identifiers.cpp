@@ -1,6 +1,7 @@
 #include "store/ids/Identifiers.h"
 
 #include "model/LaneConnector.h"
+#include "store/catalogue/Catalogue.h"
 #include "store/core/Probes.h"
 #include "store/core/Query.h"
 #include "store/core/StorableValue.h"
@@ -65,17 +66,10 @@ std::optional<Counter> readCounter(const Store &store, const QString &table) {
     return Counter{*isThere, *isThere ? row.firstInteger() : 0};
 }
 
-/// The column with the identifiers of @p table: there are more of them than the list that hosts know has.
+/// The column with the identifiers of @p table; there are more of them than hosts are told.
 QString columnOf(const QString &table) {
-    static const QHash<QString, QString> unlisted = {
-        {kLaneConnector, QStringLiteral("laneConnId")},
-        {QStringLiteral("BusStationPassengerArriving"), QStringLiteral("passengerArrivingID")},
-        {QStringLiteral("AccidentZone"), QStringLiteral("accidentZoneId")},
-        {QStringLiteral("RoadWorkZone"), QStringLiteral("roadWorkZoneId")},
-        {QStringLiteral("Logger"), QStringLiteral("logID")},
-        {QStringLiteral("VehicleType"), QStringLiteral("vehicleTypeCode")},
-    };
-    return unlisted.value(table, idColumn(table));
+    const catalogue::Table *entry = catalogue::find(table);
+    return entry ? QString::fromLatin1(entry->id) : QString();
 }
 
 std::optional<qint64> largestIn(const QSqlDatabase &db, std::optional<long> netId, const QString &table,
@@ -232,34 +226,9 @@ bool keepFrom(const Store &store, const QString &table, std::vector<long> ids) {
 }
 
 QString idColumn(const QString &table) {
-    static const QHash<QString, QString> columns = {
-        {QStringLiteral("Vertex"), QStringLiteral("VertexID")},
-        {QStringLiteral("Link"), QStringLiteral("linkID")},
-        {QStringLiteral("Lane"), QStringLiteral("laneID")},
-        {QStringLiteral("Connector"), QStringLiteral("ConnID")},
-        {QStringLiteral("DecisionPoint"), QStringLiteral("deciPointID")},
-        {QStringLiteral("DeparturePoint"), QStringLiteral("departurePointID")},
-        {QStringLiteral("BusLine"), QStringLiteral("busLineID")},
-        {QStringLiteral("BusStation"), QStringLiteral("busStationID")},
-        {QStringLiteral("BusStationLine"), QStringLiteral("stationLineID")},
-        // The column is spelled without its I in every store.
-        {QStringLiteral("DepartureInterval"), QStringLiteral("departureIntervalD")},
-        {QStringLiteral("Node"), QStringLiteral("nodeID")},
-        {QStringLiteral("ReduceSpeedArea"), QStringLiteral("reduceSpeedAreaID")},
-        {QStringLiteral("ReduceSpeedInterval"), QStringLiteral("intervalID")},
-        {QStringLiteral("Routing"), QStringLiteral("routingID")},
-        {QStringLiteral("RoutingFLowRatio"), QStringLiteral("RoutingFLowRatioID")},
-        {QStringLiteral("SignalGroup"), QStringLiteral("signalGroupID")},
-        {QStringLiteral("SignalPhase"), QStringLiteral("signalPhaseID")},
-        {QStringLiteral("SignalLamp"), QStringLiteral("signalLampID")},
-        {QStringLiteral("VehicleConstitutent"), QStringLiteral("vehicleConsCode")},
-        {QStringLiteral("VehicleDrivInfoCollecter"), QStringLiteral("collecterID")},
-        {QStringLiteral("VehicleQueueCounter"), QStringLiteral("QueueCounterID")},
-        {QStringLiteral("VehicleTravelDetector"), QStringLiteral("detectorId")},
-        {QStringLiteral("GuideArrow"), QStringLiteral("guideArrowID")},
-        {QStringLiteral("VehicleDetector"), QStringLiteral("vehicleDetectorId")},
-    };
-    return columns.value(table);
+    const catalogue::Table *entry = catalogue::find(table);
+    const bool isTold = entry && entry->isIdTold && table == QLatin1String(entry->name);
+    return isTold ? QString::fromLatin1(entry->id) : QString();
 }
 
 std::optional<qint64> largestInUse(const QSqlDatabase &db, long netId, const QString &table,

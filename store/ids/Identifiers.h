@@ -26,7 +26,8 @@ bool take(const Store &store, const QString &table, long floor, int count, QList
 /// with. Without a counter the first draw would begin at 1, whatever rows there are.
 bool keepFrom(const Store &store, const QString &table, std::vector<long> ids);
 
-/// The id column of @p table; empty for a table without one.
+/// The id column of @p table as hosts are told it; empty for a table without one, for one that they are not told
+/// of, and for a name that is spelled otherwise.
 QString idColumn(const QString &table);
 
 /// The largest identifier that rows of @p table use (of @p netId in generation 6); 0 without one, and where

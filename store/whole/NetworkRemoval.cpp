@@ -1,5 +1,6 @@
 #include "store/whole/NetworkRemoval.h"
 
+#include "store/catalogue/Catalogue.h"
 #include "store/core/Query.h"
 #include "store/core/Savepoint.h"
 #include "store/core/Transaction.h"
@@ -7,53 +8,13 @@
 
 #include <QSqlError>
 
-#include <vector>
-
 namespace networkremoval {
 
 namespace {
 
-using Groups = std::vector<std::vector<const char *>>;
-
-const std::vector<const char *> kBusLines = {"BusStationLine", "BusLineRoad", "BusLine", "BusStation"};
-const std::vector<const char *> kDevicesAndDemand = {
-    "ReduceSpeedVehiType", "ReduceSpeedInterval",   "ReduceSpeedArea",  "VehicleDrivInfoCollecter",
-    "VehicleQueueCounter", "VehicleTravelDetector", "DetectorVehiType", "VehicleDetector",
-    "SignalLamp",          "SignalColor",           "SignalPhase",      "SignalGroup",
-    "VehicleConsDetail",   "VehicleConstitutent",   "VehicleType",      "DepartureInterval",
-    "DeparturePoint"};
-
-const Groups kOneNet = {
-    {"BusStationPassengerArriving"},
-    kBusLines,
-    kDevicesAndDemand,
-    {"RoutingFlowRatio", "RoutingLaneConnector"},
-    {"RoutingLink", "Routing", "DecisionPoint", "GuideArrow", "RoadWorkZoneWithLane", "RoadWorkZone",
-     "AccidentZoneWithLane", "AccidentZone", "LaneConnector", "ConnectorLimitVehicle", "Connector",
-     "LinkVertex", "LaneLimitVehicle", "Lane", "Link", "Node"},
-    {"Vertex"},
-};
-
-// ConnectorLimitVehicle and LaneLimitVehicle are not touched: no operation of this generation writes them,
-// and rows of other writers stay theirs.
-const Groups kSeveralNets = {
-    {"BusStationPassengerArriving"},
-    kBusLines,
-    kDevicesAndDemand,
-    {"RoutingFlowRatio", "RoutingLaneConnector"},
-    {"RoutingLink", "Routing", "DecisionPoint"},
-    {"GuideArrow"},
-    {"RoadWorkZoneWithLane"},
-    {"RoadWorkZone"},
-    {"AccidentZoneWithLane", "AccidentZone"},
-    {"LaneConnector"},
-    {"Connector", "LinkVertex", "Lane", "Link", "Node"},
-    {"Vertex"},
-};
-
 /// Runs the statements of a group back to back; the last one's verdict is the group's. None follows one after
 /// which the store is given up.
-bool removeGroup(const Store &store, const std::vector<const char *> &tables) {
+bool removeGroup(const Store &store, const catalogue::Group &tables) {
     const QString condition = store.text({"", " where NetId = %1"}, {});
     QSqlQuery query(store.db());
     for (const char *table : tables) {
@@ -76,7 +37,7 @@ bool removeNetworkData(const Store &store, bool useTransaction) {
     const bool isCurrent = isCurrentNet(store);
     bool removed = true;
     bool begun = false;
-    for (const auto &group : store.hasSeveralNets() ? kSeveralNets : kOneNet) {
+    for (const auto &group : catalogue::removalOrder(store.hasSeveralNets())) {
         removed = removed && removeGroup(store, group);
         begun = begun || removed;
     }
