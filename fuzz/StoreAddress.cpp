@@ -2,6 +2,8 @@
 #include "fuzz/Fuzzing.h"
 #include "tools/reports/Failure.h"
 
+using namespace moratools;
+
 /// Addresses of stores: a path stays as it is; a connection string keeps what it says when it is named.
 int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size) {
     const QString text = QString::fromUtf8(fuzzing::bytesOf(data, size));

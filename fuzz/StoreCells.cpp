@@ -21,6 +21,8 @@
 #include <cmath>
 #include <memory>
 
+using namespace moratools;
+
 namespace {
 
 constexpr long kNet = 1;

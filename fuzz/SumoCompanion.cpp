@@ -4,6 +4,8 @@
 
 #include <algorithm>
 
+using namespace moratools;
+
 /// SUMO's files of demand and of additional objects: records or a sentence.
 int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size) {
     static const fuzzing::ScratchFile file;

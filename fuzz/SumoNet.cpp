@@ -4,6 +4,8 @@
 
 #include <cmath>
 
+using namespace moratools;
+
 /// SUMO networks, plain and compressed: a network or a sentence, and every number of a network is finite.
 int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size) {
     static const fuzzing::ScratchFile file;

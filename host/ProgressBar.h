@@ -13,7 +13,7 @@ public:
     ~ProgressBar();
 
     /// Moves the bar. It must outlive what is returned.
-    Progress hearer() {
+    moratools::Progress hearer() {
         return [this](double share) { at(share); };
     }
 

@@ -11,6 +11,8 @@
 #include <memory>
 #include <sstream>
 
+using namespace moratools;
+
 namespace {
 
 enum ExitCode { Done = 0, Failed = 1, WrongUsage = 2, LeftOut = 3, Unwritten = 4 };

@@ -4,6 +4,8 @@
 
 #include <QJsonDocument>
 
+using namespace moratools;
+
 namespace commands {
 
 namespace {

@@ -16,15 +16,15 @@ namespace commands {
 
 /// The operation went through, but what it had to say cannot be written. The message is empty where nobody
 /// wants to know: who read the output has left, and nothing was changed.
-class OutputLost : public Failure {
+class OutputLost : public moratools::Failure {
 public:
-    using Failure::Failure;
+    using moratools::Failure::Failure;
 };
 
 /// The operation went through, but without a part of what it was given. The message says which part.
-class Incomplete : public Failure {
+class Incomplete : public moratools::Failure {
 public:
-    using Failure::Failure;
+    using moratools::Failure::Failure;
 };
 
 /// What the user chose.

@@ -4,6 +4,8 @@
 #include "tools/session/StoreAddress.h"
 #include "tools/session/StoreCompaction.h"
 
+using namespace moratools;
+
 namespace commands {
 
 void addCompact(CLI::App &program, Run &run) {

@@ -8,6 +8,8 @@
 
 #include <QSet>
 
+using namespace moratools;
+
 namespace commands {
 
 void CompanionFiles::addTo(CLI::App &command) {

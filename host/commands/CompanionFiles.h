@@ -23,15 +23,15 @@ struct CompanionFiles {
 
     /// Reads the files and plans their import into `net`, which must outlive the plan. Tells the user what
     /// has to be left out; throws `Failure` when that is anything and `strict` is set.
-    CompanionPlan plan(const SumoNet &net) const;
+    moratools::CompanionPlan plan(const moratools::SumoNet &net) const;
 };
 
 /// Throws `Incomplete` when something was left out.
-void reportLeftOut(const CompanionPlan &plan);
+void reportLeftOut(const moratools::CompanionPlan &plan);
 
 /// "13 signal groups, 576 signal lamps": the objects of each kind, where there are any.
 QString countsOf(const TrafficObjects &traffic);
 /// How the vehicles of the files are accounted for; empty without any.
-QString vehicleAccountOf(const CompanionPlan &plan);
+QString vehicleAccountOf(const moratools::CompanionPlan &plan);
 
 } // namespace commands

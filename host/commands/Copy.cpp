@@ -5,6 +5,8 @@
 #include "tools/rows/NetworkCopy.h"
 #include "tools/session/StoreSession.h"
 
+using namespace moratools;
+
 namespace commands {
 
 namespace {

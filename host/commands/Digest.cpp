@@ -4,6 +4,8 @@
 #include "host/Printable.h"
 #include "host/commands/Commands.h"
 
+using namespace moratools;
+
 namespace commands {
 
 namespace {

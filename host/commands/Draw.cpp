@@ -6,6 +6,8 @@
 #include "tools/session/NetworkChoice.h"
 #include "tools/session/StoreSession.h"
 
+using namespace moratools;
+
 namespace commands {
 
 void addDraw(CLI::App &program, Run &run) {

@@ -6,6 +6,8 @@
 #include "tools/sumo/import/NetworkImport.h"
 #include "tools/sumo/reader/NetReader.h"
 
+using namespace moratools;
+
 namespace commands {
 
 namespace {

@@ -5,6 +5,8 @@
 
 #include <QJsonDocument>
 
+using namespace moratools;
+
 namespace commands {
 
 void addInfo(CLI::App &program, Run &run) {

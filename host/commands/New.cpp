@@ -3,6 +3,8 @@
 #include "tools/session/NewDatabase.h"
 #include "tools/session/NewStore.h"
 
+using namespace moratools;
+
 namespace commands {
 
 namespace {

@@ -8,6 +8,8 @@
 #include <cstdio>
 #include <system_error>
 
+using namespace moratools;
+
 namespace {
 
 bool write(std::FILE *file, const QString &text) {

@@ -3,6 +3,8 @@
 #include "tools/reports/Failure.h"
 #include "tools/session/StoreSession.h"
 
+using namespace moratools;
+
 namespace commands {
 
 namespace {

@@ -8,6 +8,8 @@
 
 #include <iostream>
 
+using namespace moratools;
+
 namespace commands {
 
 namespace {

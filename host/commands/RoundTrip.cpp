@@ -17,6 +17,8 @@
 
 #include <memory>
 
+using namespace moratools;
+
 namespace commands {
 
 namespace {

@@ -12,6 +12,8 @@
 
 #include <string>
 
+using namespace moratools;
+
 namespace commands {
 
 namespace {

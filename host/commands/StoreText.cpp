@@ -2,6 +2,8 @@
 
 #include "host/Printable.h"
 
+using namespace moratools;
+
 namespace commands {
 
 QString textOf(const StoreInfo &info) {

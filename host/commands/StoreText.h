@@ -6,8 +6,8 @@
 /// What is known of a store, in lines for people.
 namespace commands {
 
-QString textOf(const StoreInfo &info);
+QString textOf(const moratools::StoreInfo &info);
 /// `path` is what the user calls the store.
-QString textOf(const StoreUpgrade &upgrade, const QString &path);
+QString textOf(const moratools::StoreUpgrade &upgrade, const QString &path);
 
 } // namespace commands

@@ -4,6 +4,8 @@
 #include "tools/session/StoreAddress.h"
 #include "tools/session/StoreUpgrade.h"
 
+using namespace moratools;
+
 namespace commands {
 
 void addUpgrade(CLI::App &program, Run &run) {

@@ -3,7 +3,9 @@
 #include <QtGlobal>
 
 /// Marks what libMoraSupport offers.
-#ifdef MORASUPPORT_LIBRARY
+#if defined(MORASTORE_STATIC)
+#define MORASUPPORT_EXPORT
+#elif defined(MORASUPPORT_LIBRARY)
 #define MORASUPPORT_EXPORT Q_DECL_EXPORT
 #else
 #define MORASUPPORT_EXPORT Q_DECL_IMPORT

@@ -9,6 +9,8 @@
 
 #include <iostream>
 
+using namespace moratools;
+
 // A process that is killed, at any moment, leaves a store that is whole. The moments are all events of a run,
 // an event being a statement that begins or a call that changes a file, and moments by the clock.
 

@@ -7,6 +7,8 @@
 #include <sys/resource.h>
 #endif
 
+using namespace moratools;
+
 // What lists of names, copies and removals cost in a network of any size.
 
 class NamedKinds : public StoreFixture {};

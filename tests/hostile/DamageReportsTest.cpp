@@ -8,6 +8,8 @@
 
 #include <QElapsedTimer>
 
+using namespace moratools;
+
 // What is said of rows that are damaged, and what must not come of them.
 
 namespace {

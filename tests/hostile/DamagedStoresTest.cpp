@@ -10,6 +10,8 @@
 
 #include <random>
 
+using namespace moratools;
+
 // Stores with anything in their cells and pages. Whatever it is, every command and every reading of the
 // library ends, soon, with objects or with one sentence, and a command that fails leaves the store as it was.
 //

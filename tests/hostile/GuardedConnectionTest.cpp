@@ -5,6 +5,8 @@
 #include "tests/support/OldStores.h"
 #include "tools/session/SqliteConnection.h"
 
+using namespace moratools;
+
 // What a connection to a stranger's store does not do.
 
 namespace {

@@ -6,6 +6,8 @@
 #include "tests/support/StoreText.h"
 #include "tools/session/StoreUpgrade.h"
 
+using namespace moratools;
+
 namespace {
 
 /// A store as an older release left it, and the list of what it has when it has come forward.

@@ -9,6 +9,8 @@
 
 #include <map>
 
+using namespace moratools;
+
 namespace {
 
 /// The objects of each kind in their fields, as text that shows what differs.

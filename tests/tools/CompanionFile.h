@@ -15,8 +15,8 @@ protected:
         target.write("<" + root.toUtf8() + ">\n" + content + "\n</" + root.toUtf8() + ">\n");
         return target.fileName();
     }
-    SumoCompanions read(const QByteArray &content) {
-        SumoCompanions companions;
+    moratools::SumoCompanions read(const QByteArray &content) {
+        moratools::SumoCompanions companions;
         readSumoCompanion(write(content), companions);
         return companions;
     }

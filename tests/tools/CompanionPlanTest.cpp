@@ -6,6 +6,8 @@
 
 #include <numeric>
 
+using namespace moratools;
+
 namespace {
 
 class Plan : public CompanionFile {

@@ -1,6 +1,8 @@
 #include "tests/tools/CompanionFile.h"
 #include "tools/reports/Failure.h"
 
+using namespace moratools;
+
 namespace {
 
 class CompanionReader : public CompanionFile {};

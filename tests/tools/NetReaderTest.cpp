@@ -9,6 +9,8 @@
 #include <cmath>
 #include <zlib.h>
 
+using namespace moratools;
+
 namespace {
 
 /// Two roads across one junction; %1 is put among the attributes of the first lane, %2 before the end.

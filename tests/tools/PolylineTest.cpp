@@ -4,6 +4,8 @@
 
 #include <cmath>
 
+using namespace moratools;
+
 namespace {
 
 /// Distance of a point from the straight line through a and b, positive on the left.

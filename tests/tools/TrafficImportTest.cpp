@@ -9,6 +9,8 @@
 #include <QSqlQuery>
 #include <QVariant>
 
+using namespace moratools;
+
 namespace {
 
 /// The example network with all its companions, written into either kind of store.

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+using namespace moratools;
+
 TEST(Vocabulary, LaneKindsFollowThePermissions) {
     const struct {
         const char *allow;

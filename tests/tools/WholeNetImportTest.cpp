@@ -7,6 +7,8 @@
 #include "tools/sumo/reader/CompanionReader.h"
 #include "tools/sumo/reader/NetReader.h"
 
+using namespace moratools;
+
 namespace {
 
 /// The example network, which has objects of every kind.

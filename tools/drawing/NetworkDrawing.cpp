@@ -11,6 +11,8 @@
 #include <algorithm>
 #include <cmath>
 
+namespace moratools {
+
 using shapes::lineOf;
 
 namespace {
@@ -290,3 +292,5 @@ void NetworkDrawing::paintScaleBar(QPainter &painter, const QPointF &end, double
     const double width = QFontMetricsF(painter.font()).horizontalAdvance(label);
     painter.drawText(QPointF(start.x() - 10 - width, end.y() + 5), label);
 }
+
+} // namespace moratools

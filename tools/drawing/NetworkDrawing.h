@@ -1,5 +1,6 @@
 #pragma once
 
+#include "tools/MoraToolsExport.h"
 #include "tools/drawing/TrafficLayer.h"
 #include "tools/geometry/Polyline.h"
 #include "tools/kinds/NetworkObjects.h"
@@ -17,10 +18,12 @@
 
 class QPainter;
 
+namespace moratools {
+
 /// A plan of a network: lanes to scale and coloured by kind, with dividers and direction arrows where the
 /// scale lets them be seen, the curves of the lane connectors, what stands on the roads, a title, a legend
 /// and a scale bar.
-class NetworkDrawing {
+class MORATOOLS_EXPORT NetworkDrawing {
 public:
     explicit NetworkDrawing(const NetworkObjects &network);
 
@@ -68,10 +71,12 @@ private:
 };
 
 /// Throws `Failure` when no picture can go to `path`: another ending than .svg or .png, a folder, a store.
-void requirePicturePath(const QString &path);
+MORATOOLS_EXPORT void requirePicturePath(const QString &path);
 
 /// Paints `network` into an SVG or PNG file, told by the name's ending. `longSide` is the picture's longer
 /// side in pixels. The file, the one that a link leads to, is replaced in one go; a device or a pipe is
 /// written to. Throws `Failure` when it cannot be written, and as requirePicturePath() does.
 /// What the picture lacks, a line for each kind of object, is returned.
-QStringList drawToFile(const NetworkObjects &network, const QString &path, double longSide);
+MORATOOLS_EXPORT QStringList drawToFile(const NetworkObjects &network, const QString &path, double longSide);
+
+} // namespace moratools

@@ -8,6 +8,8 @@
 #include <QSaveFile>
 #include <QSvgGenerator>
 
+namespace moratools {
+
 namespace {
 
 /// SVG without what XML 1.0 forbids (https://www.w3.org/TR/xml/#charsets): control characters but for breaks,
@@ -50,7 +52,7 @@ QByteArray toPng(const NetworkDrawing &drawing, const QSize &size) {
     QImage image(size, QImage::Format_RGB32);
     if (image.isNull())
         throw Failure(
-            QStringLiteral("a picture of %1 x %2 pixels does not fit into memory; give a smaller --size")
+            QStringLiteral("a picture of %1 x %2 pixels does not fit into memory; give a smaller size")
                 .arg(QString::number(size.width()), QString::number(size.height())));
     QPainter painter(&image);
     drawing.paint(painter, size, false);
@@ -125,3 +127,5 @@ QStringList drawToFile(const NetworkObjects &network, const QString &path, doubl
     }
     return drawing.leftOut();
 }
+
+} // namespace moratools

@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <cmath>
 
+namespace moratools {
+
 namespace {
 
 constexpr double kFarthest = 1e9; // metres; 25 times around the earth
@@ -96,3 +98,5 @@ void addTurn(QPainterPath &path, const Polyline &from, const Polyline &to) {
 }
 
 } // namespace shapes
+
+} // namespace moratools

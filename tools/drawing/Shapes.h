@@ -7,6 +7,8 @@
 
 #include <initializer_list>
 
+namespace moratools {
+
 /// Parts of a plan as paths, in metres.
 namespace shapes {
 
@@ -28,3 +30,5 @@ void addArrow(QPainterPath &path, const Polyline &line, double beforeEnd, double
 void addTurn(QPainterPath &path, const Polyline &from, const Polyline &to);
 
 } // namespace shapes
+
+} // namespace moratools

@@ -11,6 +11,8 @@
 #include <algorithm>
 #include <cmath>
 
+namespace moratools {
+
 using shapes::lineOf;
 
 namespace {
@@ -321,3 +323,5 @@ void TrafficLayer::paintLegend(QPainter &painter, const QPointF &topLeft, double
         painter.drawText(at + QPointF(kLegendSymbol + 6, kLegendLine - 5), labels.at(int(i)));
     }
 }
+
+} // namespace moratools

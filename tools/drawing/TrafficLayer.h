@@ -13,6 +13,8 @@
 
 class QPainter;
 
+namespace moratools {
+
 /// What stands on the roads of a plan: signal lamps, departure and decision points, detectors, stations and
 /// bus lines, zones and speed areas. Symbols never get smaller than they can be seen.
 class TrafficLayer {
@@ -77,3 +79,5 @@ private:
     std::vector<Band> mBands;
     std::vector<Kind> mKinds;
 };
+
+} // namespace moratools

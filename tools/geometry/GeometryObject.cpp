@@ -2,6 +2,8 @@
 
 #include "model/GeometryJson.h"
 
+namespace moratools {
+
 namespace geometryobject {
 
 StoredJson fromPolyline(const Polyline &line) {
@@ -22,3 +24,5 @@ Polyline toPolyline(const StoredJson &geometry) {
 }
 
 } // namespace geometryobject
+
+} // namespace moratools

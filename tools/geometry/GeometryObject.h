@@ -1,12 +1,17 @@
 #pragma once
 
 #include "model/StoredJson.h"
+#include "tools/MoraToolsExport.h"
 #include "tools/geometry/Polyline.h"
+
+namespace moratools {
 
 /// The geometry objects of links, lanes and connectors: {"data":[{"x":..,"y":..,"z":..},...]}.
 namespace geometryobject {
 
-StoredJson fromPolyline(const Polyline &line);
-Polyline toPolyline(const StoredJson &geometry);
+MORATOOLS_EXPORT StoredJson fromPolyline(const Polyline &line);
+MORATOOLS_EXPORT Polyline toPolyline(const StoredJson &geometry);
 
 } // namespace geometryobject
+
+} // namespace moratools

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cmath>
 
+namespace moratools {
+
 namespace {
 
 struct Direction {
@@ -130,3 +132,5 @@ void append(Polyline &line, const Polyline &piece) {
 }
 
 } // namespace geometry
+
+} // namespace moratools

@@ -7,6 +7,8 @@
 
 #include <cstring>
 
+namespace moratools {
+
 namespace {
 
 constexpr int kSentences = 20;
@@ -256,3 +258,5 @@ Comparison compareNetworks(const NetworkObjects &written, const NetworkObjects &
     compareTraffic(written.traffic, read.traffic, result);
     return result;
 }
+
+} // namespace moratools

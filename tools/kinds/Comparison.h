@@ -1,14 +1,17 @@
 #pragma once
 
+#include "tools/MoraToolsExport.h"
 #include "tools/kinds/NetworkObjects.h"
 
 #include <QStringList>
 
+namespace moratools {
+
 /// Whether two numbers are the same bit for bit.
-bool sameBits(double a, double b);
+MORATOOLS_EXPORT bool sameBits(double a, double b);
 
 /// The outcome of comparing two networks.
-struct Comparison {
+struct MORATOOLS_EXPORT Comparison {
     qint64 fields = 0;      ///< values compared
     qint64 coordinates = 0; ///< of these, numbers of geometry, compared bit for bit
     qint64 differences = 0;
@@ -22,5 +25,7 @@ struct Comparison {
 /// Compares every field of a network that was read with that of the one that was written. The two share no
 /// object. Lane connectors are matched by their lanes: reading numbers them afresh. `laneConnectorGeometry`
 /// says whether the store keeps it.
-Comparison compareNetworks(const NetworkObjects &written, const NetworkObjects &read,
-                           bool laneConnectorGeometry);
+MORATOOLS_EXPORT Comparison compareNetworks(const NetworkObjects &written, const NetworkObjects &read,
+                                            bool laneConnectorGeometry);
+
+} // namespace moratools

@@ -2,6 +2,8 @@
 #include "tools/kinds/DescribedFields.h"
 #include "tools/kinds/Description.h"
 
+namespace moratools {
+
 namespace {
 
 QJsonObject fieldsOf(const Routing &route) {
@@ -107,3 +109,5 @@ Description describe(const DecisionPoint &point) {
 Description describe(const Routing &route) {
     return {route.routingID, route.routingName, fieldsOf(route)};
 }
+
+} // namespace moratools

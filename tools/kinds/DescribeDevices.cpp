@@ -3,6 +3,8 @@
 
 #include <algorithm>
 
+namespace moratools {
+
 namespace {
 
 QJsonArray lanesOf(const QList<ZoneLane *> &lanes) {
@@ -247,3 +249,5 @@ Description describe(const RoadWorkZone &zone) {
                 .add("roadType", zone.roadType)
                 .add("lanes", lanesOf(zone.mlLane))};
 }
+
+} // namespace moratools

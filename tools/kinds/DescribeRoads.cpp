@@ -3,6 +3,8 @@
 
 #include <QDateTime>
 
+namespace moratools {
+
 namespace {
 
 QJsonObject fieldsOf(const Node *node) {
@@ -177,3 +179,5 @@ Description describe(const Configuration &configuration) {
                 .add("showGrid", configuration.showGrid)
                 .add("saveDate", configuration.saveDate.toString(Qt::ISODate))};
 }
+
+} // namespace moratools

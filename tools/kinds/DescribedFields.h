@@ -4,6 +4,8 @@
 #include <QJsonObject>
 #include <QString>
 
+namespace moratools {
+
 /// Collects fields under their names.
 class Fields {
 public:
@@ -32,3 +34,5 @@ private:
 
     QJsonObject mFields;
 };
+
+} // namespace moratools

@@ -11,6 +11,8 @@
 
 #include <algorithm>
 
+namespace moratools {
+
 namespace {
 
 template <class T>
@@ -397,27 +399,27 @@ void readTraffic(long netId, TrafficObjects &into) {
     });
 }
 
-template Objects<Link> readAll(long netId, const std::function<void(double)> &progress);
-template Objects<Connector> readAll(long netId, const std::function<void(double)> &progress);
-template Objects<VehicleType> readAll(long netId, const std::function<void(double)> &progress);
-template Objects<VehicleComposition> readAll(long netId, const std::function<void(double)> &progress);
-template Objects<SignalGroup> readAll(long netId, const std::function<void(double)> &progress);
+template MORATOOLS_EXPORT Objects<Link> readAll(long netId, const std::function<void(double)> &progress);
+template MORATOOLS_EXPORT Objects<Connector> readAll(long netId, const std::function<void(double)> &progress);
+template MORATOOLS_EXPORT Objects<VehicleType> readAll(long netId, const std::function<void(double)> &progress);
+template MORATOOLS_EXPORT Objects<VehicleComposition> readAll(long netId, const std::function<void(double)> &progress);
+template MORATOOLS_EXPORT Objects<SignalGroup> readAll(long netId, const std::function<void(double)> &progress);
 
-template const char *kindWord<VehicleType>();
-template const char *kindWord<VehicleComposition>();
-template const char *kindWord<DeparturePoint>();
-template const char *kindWord<DecisionPoint>();
-template const char *kindWord<SignalGroup>();
-template const char *kindWord<SignalLamp>();
-template const char *kindWord<VehicleDetector>();
-template const char *kindWord<VehicleQueueCounter>();
-template const char *kindWord<VehicleTravelDetector>();
-template const char *kindWord<VehicleDrivInfoCollector>();
-template const char *kindWord<BusStation>();
-template const char *kindWord<BusLine>();
-template const char *kindWord<ReduceSpeedArea>();
-template const char *kindWord<AccidentZone>();
-template const char *kindWord<RoadWorkZone>();
+template MORATOOLS_EXPORT const char *kindWord<VehicleType>();
+template MORATOOLS_EXPORT const char *kindWord<VehicleComposition>();
+template MORATOOLS_EXPORT const char *kindWord<DeparturePoint>();
+template MORATOOLS_EXPORT const char *kindWord<DecisionPoint>();
+template MORATOOLS_EXPORT const char *kindWord<SignalGroup>();
+template MORATOOLS_EXPORT const char *kindWord<SignalLamp>();
+template MORATOOLS_EXPORT const char *kindWord<VehicleDetector>();
+template MORATOOLS_EXPORT const char *kindWord<VehicleQueueCounter>();
+template MORATOOLS_EXPORT const char *kindWord<VehicleTravelDetector>();
+template MORATOOLS_EXPORT const char *kindWord<VehicleDrivInfoCollector>();
+template MORATOOLS_EXPORT const char *kindWord<BusStation>();
+template MORATOOLS_EXPORT const char *kindWord<BusLine>();
+template MORATOOLS_EXPORT const char *kindWord<ReduceSpeedArea>();
+template MORATOOLS_EXPORT const char *kindWord<AccidentZone>();
+template MORATOOLS_EXPORT const char *kindWord<RoadWorkZone>();
 
 const std::vector<NamedKind> &namedKinds() {
     static const std::vector<NamedKind> kinds{
@@ -448,3 +450,5 @@ const std::vector<NamedKind> &namedKinds() {
     };
     return kinds;
 }
+
+} // namespace moratools

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "tools/MoraToolsExport.h"
 #include "tools/kinds/Description.h"
 #include "tools/kinds/TrafficObjects.h"
 
@@ -9,19 +10,21 @@
 #include <functional>
 #include <optional>
 
+namespace moratools {
+
 /// The objects of a kind of `TrafficObjects` in network `netId` of the open store, in ascending order of
 /// their ids, read through the library. Links, and for lamps the signal groups, must have been read before.
 /// `progress` hears the share that has been read. Throws `Failure` for an object that the store lists and
 /// that cannot be read, and for a list that cannot be.
 template <class T>
-Objects<T> readAll(long netId, const std::function<void(double)> &progress = {});
+MORATOOLS_EXPORT Objects<T> readAll(long netId, const std::function<void(double)> &progress = {});
 
 /// What an object of a kind is called: "signal group".
 template <class T>
-const char *kindWord();
+MORATOOLS_EXPORT const char *kindWord();
 
 /// Reads every kind of `TrafficObjects`.
-void readTraffic(long netId, TrafficObjects &into);
+MORATOOLS_EXPORT void readTraffic(long netId, TrafficObjects &into);
 
 /// What must have been read before objects of a kind.
 enum class Before { Nothing, Links, SignalGroups };
@@ -44,4 +47,6 @@ struct NamedKind {
 };
 
 /// All kinds of objects that the library reads one by one, and the settings of a network.
-const std::vector<NamedKind> &namedKinds();
+MORATOOLS_EXPORT const std::vector<NamedKind> &namedKinds();
+
+} // namespace moratools

@@ -9,6 +9,8 @@
 #include <QHash>
 #include <QSqlQuery>
 
+namespace moratools {
+
 namespace {
 
 /// While it lives all tables are read as they are at one moment, whatever other programs write meanwhile.
@@ -86,3 +88,5 @@ QStringList damageOf(const NetworkObjects &network) {
     }
     return lines;
 }
+
+} // namespace moratools

@@ -10,6 +10,8 @@
 #include <QSqlQuery>
 #include <QVariant>
 
+namespace moratools {
+
 namespace {
 
 /// Kinds of objects and their tables, in the order in which a network is loaded.
@@ -141,3 +143,5 @@ QJsonObject StoreInfo::toJson() const {
             {QStringLiteral("language"), isEnglish ? QStringLiteral("en") : QStringLiteral("zh")},
             {QStringLiteral("networks"), list}};
 }
+
+} // namespace moratools

@@ -1,11 +1,14 @@
 #pragma once
 
+#include "tools/MoraToolsExport.h"
 #include <QJsonObject>
 #include <QList>
 #include <QString>
 
 class Net;
 class QSqlQuery;
+
+namespace moratools {
 
 /// What the open store holds.
 struct NetworkInfo {
@@ -22,7 +25,7 @@ struct NetworkInfo {
     double high[3] = {0, 0, 0};
 };
 
-struct StoreInfo {
+struct MORATOOLS_EXPORT StoreInfo {
     QString path;
     int generation = 0;
     bool isEnglish = false; ///< language of the stored words, else Chinese
@@ -34,10 +37,13 @@ struct StoreInfo {
 /// Asks the open store for `columns` of the rows of network `netId` in a table; `end` closes the statement
 /// (" order by ..."). A store of one network gives all rows, one that lacks the table gives none. Throws
 /// `Failure` when the table cannot be read; while the rows are fetched, the query's error tells.
-QSqlQuery rowsOfNetwork(const QString &columns, const char *table, long netId, const QString &end = {});
+MORATOOLS_EXPORT QSqlQuery rowsOfNetwork(const QString &columns, const char *table, long netId,
+                                         const QString &end = {});
 
 /// Takes stock of one network of the open store.
-NetworkInfo takeStockOf(const Net &net);
+MORATOOLS_EXPORT NetworkInfo takeStockOf(const Net &net);
 
 /// Takes stock of the open store. In a store of one network every row belongs to it.
-StoreInfo takeStock(const QString &path);
+MORATOOLS_EXPORT StoreInfo takeStock(const QString &path);
+
+} // namespace moratools

@@ -6,6 +6,8 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 
+namespace moratools {
+
 namespace {
 
 QString shown(const QJsonValue &value) {
@@ -63,3 +65,5 @@ void compareKind(const Objects<T> &written, const Objects<T> &read, Comparison &
 void compareTraffic(const TrafficObjects &written, const TrafficObjects &read, Comparison &result) {
     forEachKind([&](auto list) { compareKind(written.*list, read.*list, result); });
 }
+
+} // namespace moratools

@@ -2,6 +2,8 @@
 
 #include "model/NetContents.h"
 
+namespace moratools {
+
 /// Calls `visit` with the member that lists each kind, in the order in which kinds are written and read.
 template <class Visit>
 void forEachKind(const Visit &visit) {
@@ -21,3 +23,5 @@ void forEachKind(const Visit &visit) {
     visit(&TrafficObjects::accidentZones);
     visit(&TrafficObjects::roadWorkZones);
 }
+
+} // namespace moratools

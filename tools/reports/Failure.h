@@ -1,14 +1,18 @@
 #pragma once
 
+#include "tools/MoraToolsExport.h"
+
 #include <QByteArray>
 #include <QString>
 
 #include <exception>
 
+namespace moratools {
+
 /// An operation that cannot go on; what else goes wrong in this library is a bug. The message is one sentence
 /// for the user: it names the thing that is wrong and what to do about it. Texts of a store or a file that it
 /// repeats are as they are there: who shows it on a terminal writes control characters out.
-class Failure : public std::exception {
+class MORATOOLS_EXPORT Failure : public std::exception {
 public:
     explicit Failure(const QString &message) : mMessage(message), mUtf8(message.toUtf8()) {}
 
@@ -20,3 +24,5 @@ private:
     QString mMessage;
     QByteArray mUtf8;
 };
+
+} // namespace moratools

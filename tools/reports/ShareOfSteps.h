@@ -6,6 +6,8 @@
 #include <algorithm>
 #include <cstring>
 
+namespace moratools {
+
 /// Shows the load or save of a network as a part of a longer step. Its tables differ in size by far, and
 /// which ones come is not known before: the bar moves on by a part of what is left with each.
 class ShareOfSteps {
@@ -31,3 +33,5 @@ private:
     mutable const char *mTable = nullptr;
     double mTo;
 };
+
+} // namespace moratools

@@ -9,6 +9,8 @@
 
 #include <algorithm>
 
+namespace moratools {
+
 namespace {
 
 QString textLiteral(const QString &text) {
@@ -50,8 +52,7 @@ qint64 CopyTarget::number(const QString &sql) const {
 
 void CopyTarget::requireFreeName(const QString &name) const {
     if (number(QStringLiteral("select count(*) from Net where name = %1").arg(textLiteral(name))) > 0)
-        throw Failure(QStringLiteral("the store has a network \"%1\" already; give another name with --name")
-                          .arg(name));
+        throw Failure(QStringLiteral("the store has a network \"%1\" already; give another name").arg(name));
 }
 
 long CopyTarget::networkId(long wanted) const {
@@ -145,3 +146,5 @@ void CopyTarget::raiseNetworkCounter(long netId) const {
     if (!isSqlite())
         raiseSequence(QStringLiteral("seq_net_id"), netId);
 }
+
+} // namespace moratools

@@ -11,6 +11,8 @@
 
 class QSqlQuery;
 
+namespace moratools {
+
 /// The open store of generation 6 that networks are copied into, within a transaction of the caller's.
 class CopyTarget {
 public:
@@ -46,3 +48,5 @@ private:
     QHash<QString, StoreTable> mTables;
     QSet<QString> mSequences;
 };
+
+} // namespace moratools

@@ -5,6 +5,8 @@
 
 #include <algorithm>
 
+namespace moratools {
+
 namespace {
 
 /// The columns of a table that count, by name: names do not depend on the order in which a store has them.
@@ -91,3 +93,5 @@ QString digestOf(const StoreReader &store, const StoreReader::Network &network, 
     }
     return QString::fromLatin1(hash.result().toHex());
 }
+
+} // namespace moratools

@@ -10,6 +10,8 @@
 #include <algorithm>
 #include <limits>
 
+namespace moratools {
+
 namespace {
 
 /// The number of rows that are to be copied, and of those that are.
@@ -167,8 +169,8 @@ void requireFreeNames(const QList<StoreReader::Network> &networks, const QString
         const QString own = name.isEmpty() ? network.name : name;
         target.requireFreeName(own);
         if (names.contains(own))
-            throw Failure(QStringLiteral("two of the networks are called \"%1\"; copy them one by one with "
-                                         "--net, and give one of them another name with --name")
+            throw Failure(QStringLiteral("two of the networks are called \"%1\"; copy them one by "
+                                         "one, and give one of them another name")
                               .arg(own));
         names.insert(own);
     }
@@ -186,3 +188,5 @@ QList<CopiedNetwork> copyNetworks(StoreReader &source, const QList<StoreReader::
     transaction.commit();
     return copies;
 }
+
+} // namespace moratools

@@ -1,7 +1,10 @@
 #pragma once
 
+#include "tools/MoraToolsExport.h"
 #include "tools/reports/Progress.h"
 #include "tools/rows/StoreReader.h"
+
+namespace moratools {
 
 /// What a copy made of a network.
 struct CopiedNetwork {
@@ -16,10 +19,13 @@ struct CopiedNetwork {
 
 /// Throws `Failure` when a network of the open store gDB, or another of `networks`, has the name that a copy
 /// would get. Asked before the target is opened for writing, which brings an older one forward.
-void requireFreeNames(const QList<StoreReader::Network> &networks, const QString &name);
+MORATOOLS_EXPORT void requireFreeNames(const QList<StoreReader::Network> &networks, const QString &name);
 
 /// Copies networks, row by row and all or nothing, into the open store gDB, which must be of generation 6.
 /// Rows get new identifiers only where a network of the target has theirs already. `name`, when it is not
 /// empty, is that of the copy. Throws `Failure`, and then the target is as it was.
-QList<CopiedNetwork> copyNetworks(StoreReader &source, const QList<StoreReader::Network> &networks,
-                                  const QString &name, const Progress &progress = {});
+MORATOOLS_EXPORT QList<CopiedNetwork> copyNetworks(StoreReader &source,
+                                                   const QList<StoreReader::Network> &networks,
+                                                   const QString &name, const Progress &progress = {});
+
+} // namespace moratools

@@ -14,6 +14,8 @@
 
 #include <algorithm>
 
+namespace moratools {
+
 namespace {
 
 /// Tables of the format that refer to a network's objects and that no operation of the library writes.
@@ -100,3 +102,5 @@ void removeNetwork(long netId) {
     deleteFrom(QStringLiteral("Net"), ofNetwork);
     transaction.commit();
 }
+
+} // namespace moratools

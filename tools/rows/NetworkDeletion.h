@@ -1,10 +1,15 @@
 #pragma once
 
+#include "tools/MoraToolsExport.h"
 #include "tools/kinds/StoreInfo.h"
 
+namespace moratools {
+
 /// What would go with a network of the open store. Throws `Failure` when it cannot be read.
-NetworkInfo takeStockBeforeRemoval(long netId);
+MORATOOLS_EXPORT NetworkInfo takeStockBeforeRemoval(long netId);
 
 /// Removes a network of the open store as a whole or, on a `Failure`, not at all: its objects, its record
 /// and, in a store of several networks, every other row that is led by its number.
-void removeNetwork(long netId);
+MORATOOLS_EXPORT void removeNetwork(long netId);
+
+} // namespace moratools

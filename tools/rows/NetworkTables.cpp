@@ -1,5 +1,7 @@
 #include "tools/rows/NetworkTables.h"
 
+namespace moratools {
+
 namespace {
 
 // A detector's own test of whether it is on a link: no lane number of its far side, or a negative one. Queue
@@ -161,3 +163,5 @@ const NetworkTable *networkTable(const QString &name) {
     }
     return nullptr;
 }
+
+} // namespace moratools

@@ -1,9 +1,12 @@
 #pragma once
 
+#include "tools/MoraToolsExport.h"
 #include <QString>
 #include <QVariant>
 
 #include <vector>
+
+namespace moratools {
 
 /// A column whose values are identifiers of another table.
 struct Reference {
@@ -43,7 +46,9 @@ struct NetworkTable {
 /// The tables that make up a network, as generation 6 has them, referred tables before those that refer to
 /// them. Not among them are the store's own bookkeeping (`DbVersion`, `IDGenerater`), the tables of finished
 /// runs, which belong to no network, and what plug-ins add.
-const std::vector<NetworkTable> &networkTables();
+MORATOOLS_EXPORT const std::vector<NetworkTable> &networkTables();
 
 /// The entry of a table; null without one. Upper and lower case are the same.
-const NetworkTable *networkTable(const QString &name);
+MORATOOLS_EXPORT const NetworkTable *networkTable(const QString &name);
+
+} // namespace moratools

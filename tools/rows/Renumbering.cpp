@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <limits>
 
+namespace moratools {
+
 qint64 Renumbering::firstAfter(qint64 largest, qint64 count, const QString &table) {
     // Subtracted, since the sum may not be a number of 64 bits.
     if (count > 0 && largest > std::numeric_limits<qint32>::max() - count)
@@ -40,3 +42,5 @@ qint64 Renumbering::count() const {
         all += qint64(ids.taken.size());
     return all;
 }
+
+} // namespace moratools

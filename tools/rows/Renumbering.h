@@ -5,6 +5,8 @@
 
 #include <vector>
 
+namespace moratools {
+
 /// New identifiers for those of a network's rows that the target has already; the others stay.
 class Renumbering {
 public:
@@ -30,3 +32,5 @@ private:
 
     QHash<QString, Ids> mTables;
 };
+
+} // namespace moratools

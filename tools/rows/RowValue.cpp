@@ -7,6 +7,8 @@
 #include <cmath>
 #include <cstring>
 
+namespace moratools {
+
 namespace rowvalue {
 
 namespace {
@@ -151,3 +153,5 @@ void appendCanonical(QByteArray &bytes, const QVariant &value) {
 }
 
 } // namespace rowvalue
+
+} // namespace moratools

@@ -1,7 +1,10 @@
 #pragma once
 
+#include "tools/MoraToolsExport.h"
 #include <QByteArray>
 #include <QVariant>
+
+namespace moratools {
 
 /// What a column takes.
 enum class ColumnKind {
@@ -18,15 +21,17 @@ enum class ColumnKind {
 namespace rowvalue {
 
 /// `value` as a driver gave it. A column of kind Date gives the day as text.
-QVariant fromDriver(const QVariant &value, bool isSqlite, ColumnKind kind);
+MORATOOLS_EXPORT QVariant fromDriver(const QVariant &value, bool isSqlite, ColumnKind kind);
 
 /// `value` as a column of `kind` takes it, without any loss: bytes become text and text bytes (UTF-8),
 /// integers reals, integral reals integers, a time of a day the day. False when it cannot be kept: texts that
 /// are not valid Unicode, and on SQLite those that begin with a byte order mark, which it takes off.
-bool fit(QVariant &value, ColumnKind kind, bool isSqlite);
+MORATOOLS_EXPORT bool fit(QVariant &value, ColumnKind kind, bool isSqlite);
 
 /// Appends a form of `value` that is the same on every engine: a number that is integral as a 64-bit integer,
 /// any other bit for bit, texts and bytes as bytes.
-void appendCanonical(QByteArray &bytes, const QVariant &value);
+MORATOOLS_EXPORT void appendCanonical(QByteArray &bytes, const QVariant &value);
 
 } // namespace rowvalue
+
+} // namespace moratools

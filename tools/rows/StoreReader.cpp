@@ -15,6 +15,8 @@
 
 #include <algorithm>
 
+namespace moratools {
+
 namespace {
 
 const QString kConnection = QStringLiteral("morastore-rows");
@@ -283,3 +285,5 @@ void StoreReader::check(const QSqlQuery &query) const {
         throw Failure(QStringLiteral("%1: the store cannot be read (%2); check it, or the server")
                           .arg(mName, query.lastError().databaseText().simplified()));
 }
+
+} // namespace moratools

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "store/guard/ReadOnlyFile.h"
+#include "tools/MoraToolsExport.h"
 #include "tools/rows/NetworkTables.h"
 #include "tools/rows/StoreTables.h"
 #include "tools/session/NetworkChoice.h"
@@ -16,12 +17,14 @@
 
 class QSqlQuery;
 
+namespace moratools {
+
 /// The words that the link types of a network are in.
 enum class Language { Unknown, Chinese, English };
 
 /// A store of any generation as rows, on a connection of its own: it is neither upgraded nor changed in any
 /// other way, and what is read is its state at one moment. One at a time.
-class StoreReader {
+class MORATOOLS_EXPORT StoreReader {
 public:
     using Network = NamedNetwork;
     using Row = QVector<QVariant>;
@@ -82,3 +85,5 @@ private:
     QHash<QString, StoreTable> mTables;
     QList<Network> mNetworks;
 };
+
+} // namespace moratools

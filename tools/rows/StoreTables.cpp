@@ -6,6 +6,8 @@
 #include <QSqlError>
 #include <QSqlQuery>
 
+namespace moratools {
+
 namespace {
 
 // Stores of the first generation spell the serial numbers of lanes and signal colours with an extra n.
@@ -82,3 +84,5 @@ QString quotedName(const QString &name) {
     return QLatin1Char('"') + QString(name).replace(QLatin1Char('"'), QLatin1String("\"\"")) +
            QLatin1Char('"');
 }
+
+} // namespace moratools

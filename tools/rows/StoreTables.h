@@ -1,11 +1,14 @@
 #pragma once
 
+#include "tools/MoraToolsExport.h"
 #include "tools/rows/RowValue.h"
 
 #include <QHash>
 #include <QSqlDatabase>
 #include <QString>
 #include <QVector>
+
+namespace moratools {
 
 /// A column as the engine has it.
 struct StoreColumn {
@@ -25,7 +28,9 @@ struct StoreTable {
 };
 
 /// The tables of an open store, by name in lower case. Throws `Failure` when the engine does not tell them.
-QHash<QString, StoreTable> storeTables(const QSqlDatabase &db);
+MORATOOLS_EXPORT QHash<QString, StoreTable> storeTables(const QSqlDatabase &db);
 
 /// A name of a table or column as SQL text, on either engine.
-QString quotedName(const QString &name);
+MORATOOLS_EXPORT QString quotedName(const QString &name);
+
+} // namespace moratools

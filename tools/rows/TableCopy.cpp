@@ -4,6 +4,8 @@
 
 #include <algorithm>
 
+namespace moratools {
+
 Translation::Translation(Language from, Language to)
     : mIsNeeded(from != to && from != Language::Unknown && to != Language::Unknown),
       mToChinese(to == Language::Chinese) {
@@ -157,3 +159,5 @@ QStringList TableCopy::leftOut() const {
     }
     return lines;
 }
+
+} // namespace moratools

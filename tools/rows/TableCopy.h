@@ -7,6 +7,8 @@
 
 #include <memory>
 
+namespace moratools {
+
 /// Words of the fixed vocabulary from one store's language into another's.
 class Translation {
 public:
@@ -81,3 +83,5 @@ private:
     qint64 mWords = 0;
     qint64 mLargestNumber = 0;
 };
+
+} // namespace moratools

@@ -6,6 +6,8 @@
 
 #include <QSqlError>
 
+namespace moratools {
+
 namespace {
 
 /// The beginning of a value on one line.
@@ -83,3 +85,5 @@ void TableWriter::refuse(const QString &reason) const {
         QStringLiteral("a row of table %1 is refused (%2); correct it in the source. Nothing was copied")
             .arg(mTable, reason));
 }
+
+} // namespace moratools

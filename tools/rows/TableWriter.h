@@ -8,6 +8,8 @@
 
 #include <memory>
 
+namespace moratools {
+
 /// Writes rows into one table of the open store: by one statement that is prepared once, or on a server as a
 /// stream.
 class TableWriter {
@@ -34,3 +36,5 @@ private:
     QSqlQuery mInsert;                   ///< SQLite
     std::unique_ptr<CopyStream> mStream; ///< PostgreSQL
 };
+
+} // namespace moratools

@@ -5,6 +5,8 @@
 
 #include <QFileInfo>
 
+namespace moratools {
+
 ConnectionSettings::ConnectionSettings(const StoreAddress &address) : mAddress(address) {
     for (const StoreAddress::Option &option : address.options()) {
         bool isNumber = false;
@@ -61,3 +63,5 @@ void ConnectionSettings::applyToLibrary() const {
     DBTools::mDbUser = mAddress.value("user");
     DBTools::mDbPassword = mAddress.value("password");
 }
+
+} // namespace moratools

@@ -4,6 +4,8 @@
 
 #include <QSqlDatabase>
 
+namespace moratools {
+
 /// The settings of Qt's driver for a store. What the driver has no setting for (service file, encryption,
 /// ...) stands in libpq's environment variables for the life of this object, so that it counts for the
 /// connections that are opened meanwhile.
@@ -34,3 +36,5 @@ private:
     int mPort = -1; ///< what libpq finds elsewhere
     QList<Variable> mVariables;
 };
+
+} // namespace moratools

@@ -8,6 +8,8 @@
 
 #include <filesystem>
 
+namespace moratools {
+
 namespace {
 
 constexpr const char *kBesides[] = {"-journal", "-wal", "-shm"};
@@ -77,3 +79,5 @@ void FileInMaking::publish() {
     mLeftover.reset();
     mPath.clear();
 }
+
+} // namespace moratools

@@ -6,6 +6,8 @@
 
 #include <optional>
 
+namespace moratools {
+
 /// A new file under a name that nobody else has, in the folder of the file that it is to become. It is
 /// removed again, with what SQLite keeps beside it, unless it was published.
 class FileInMaking {
@@ -27,3 +29,5 @@ private:
     QString mPath;
     std::optional<Leftover> mLeftover;
 };
+
+} // namespace moratools

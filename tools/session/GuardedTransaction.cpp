@@ -8,6 +8,8 @@
 #include <QSqlError>
 #include <QSqlQuery>
 
+namespace moratools {
+
 namespace {
 
 const QString kReader = QStringLiteral("morastore-reader");
@@ -126,3 +128,5 @@ void GuardedTransaction::refuse(const QSqlError &error) {
     throw Failure(QStringLiteral("the store cannot be written (%1); nothing was changed")
                       .arg(error.databaseText().simplified()));
 }
+
+} // namespace moratools

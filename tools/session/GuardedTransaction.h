@@ -1,12 +1,15 @@
 #pragma once
 
 #include "store/core/CommitGuard.h"
+#include "tools/MoraToolsExport.h"
 
 #include <QSqlDatabase>
 
 #include <memory>
 
 class QSqlError;
+
+namespace moratools {
 
 /// A transaction around many operations of the library: all or nothing, also when the disk fills up.
 ///
@@ -23,7 +26,7 @@ class QSqlError;
 /// row that the server refuses, though, and a transaction that is dead ends with a commit that reports
 /// success: so there the commit is refused once a statement has failed unexpectedly or the transaction is
 /// dead.
-class GuardedTransaction {
+class MORATOOLS_EXPORT GuardedTransaction {
 public:
     /// Takes the store's write lock at once. Throws `Failure` when another program holds it.
     explicit GuardedTransaction(QSqlDatabase &db);
@@ -58,3 +61,5 @@ private:
     int mFailuresBefore;
     bool mOpen = false;
 };
+
+} // namespace moratools

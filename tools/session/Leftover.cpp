@@ -6,6 +6,8 @@
 #include <cstdio>
 #include <cstring>
 
+namespace moratools {
+
 namespace {
 
 constexpr int kPlaces = 8;
@@ -74,3 +76,5 @@ Leftover::~Leftover() {
     if (mPlace >= 0)
         gIsUsed[mPlace] = 0;
 }
+
+} // namespace moratools

@@ -8,6 +8,8 @@
 #include <algorithm>
 #include <iterator>
 
+namespace moratools {
+
 NamedNetwork networkCalled(const QString &wanted, const QList<NamedNetwork> &present) {
     bool isNumber = false;
     const long id = wanted.toLong(&isNumber);
@@ -43,3 +45,5 @@ long networkIdOf(const QString &wanted) {
 long chosenNetwork(const std::string &wanted) {
     return wanted.empty() ? 0 : networkIdOf(QString::fromStdString(wanted));
 }
+
+} // namespace moratools

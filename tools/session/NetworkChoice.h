@@ -1,9 +1,12 @@
 #pragma once
 
+#include "tools/MoraToolsExport.h"
 #include <QList>
 #include <QString>
 
 #include <string>
+
+namespace moratools {
 
 /// A network as the user knows it.
 struct NamedNetwork {
@@ -13,10 +16,12 @@ struct NamedNetwork {
 
 /// The one of `present` that `wanted` names: by its number or else by its name. Throws `Failure` when there
 /// is none, and when several have the name.
-NamedNetwork networkCalled(const QString &wanted, const QList<NamedNetwork> &present);
+MORATOOLS_EXPORT NamedNetwork networkCalled(const QString &wanted, const QList<NamedNetwork> &present);
 
 /// The number of the network of the open store that `wanted` names. Throws as networkCalled() does.
-long networkIdOf(const QString &wanted);
+MORATOOLS_EXPORT long networkIdOf(const QString &wanted);
 
 /// The same for an option --net: 0, which stands for the store's first network, where it was not given.
-long chosenNetwork(const std::string &wanted);
+MORATOOLS_EXPORT long chosenNetwork(const std::string &wanted);
+
+} // namespace moratools

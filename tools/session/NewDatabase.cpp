@@ -8,6 +8,8 @@
 #include <QProcess>
 #include <QStandardPaths>
 
+namespace moratools {
+
 namespace {
 
 /// A database that is dropped again unless it is kept.
@@ -116,8 +118,8 @@ void makeDatabaseStore(const StoreAddress &address, const QString &name) {
         throw Failure(QStringLiteral("there is no template \"%1\" for servers; the templates are %2")
                           .arg(name, databaseTemplateNames().join(QStringLiteral(", "))));
     if (!address.isServer())
-        throw Failure(QStringLiteral("%1: this is no connection string; give \"dbname=... host=...\", or the "
-                                     "path without --postgres")
+        throw Failure(QStringLiteral("%1: this is no connection string; give \"dbname=... host=...\""
+                                     "")
                           .arg(address.name()));
     NewDatabase database(address);
     std::unique_ptr<Server> server = Server::open(address);
@@ -136,3 +138,5 @@ void makeDatabaseStore(const StoreAddress &address, const QString &name) {
     }
     database.keep();
 }
+
+} // namespace moratools

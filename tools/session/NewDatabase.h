@@ -1,14 +1,19 @@
 #pragma once
 
+#include "tools/MoraToolsExport.h"
 #include "tools/session/StoreAddress.h"
 
 #include <QStringList>
 
+namespace moratools {
+
 /// Names of the templates that the library carries for servers, the one that is usually wanted first: it
 /// holds no network, as a new file does not.
-QStringList databaseTemplateNames();
+MORATOOLS_EXPORT QStringList databaseTemplateNames();
 
 /// Makes a store of generation 6 in an empty database on a PostgreSQL server, from a template. A database
 /// that does not exist is made, where the user may. Throws `Failure`, and then there is no database that was
 /// not there before, and nothing in one that was.
-void makeDatabaseStore(const StoreAddress &address, const QString &name);
+MORATOOLS_EXPORT void makeDatabaseStore(const StoreAddress &address, const QString &name);
+
+} // namespace moratools

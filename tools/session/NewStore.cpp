@@ -10,6 +10,8 @@
 
 #include <algorithm>
 
+namespace moratools {
+
 namespace {
 
 const QString kTemplates = QStringLiteral(":/Resources/EmptyNet");
@@ -62,3 +64,5 @@ void makeStore(const QString &path, const QString &name) {
     }
     making.publish();
 }
+
+} // namespace moratools

@@ -13,6 +13,8 @@
 
 #include <vector>
 
+namespace moratools {
+
 namespace {
 
 constexpr int kDefaultSecondsToConnect = 10;
@@ -195,3 +197,5 @@ void requireServerStore(const StoreAddress &address, Access access) {
         throw Failure(QStringLiteral("%1: the server takes no changes; use the server that it is a copy of")
                           .arg(address.name()));
 }
+
+} // namespace moratools

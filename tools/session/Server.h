@@ -7,6 +7,8 @@
 
 struct pg_conn;
 
+namespace moratools {
+
 /// A session on a PostgreSQL server beside Qt's connections: it knows why a server refuses one, which Qt's
 /// driver does not say, and works where there is no store yet.
 class Server {
@@ -41,3 +43,5 @@ private:
 /// Checks, without changing anything, that the database is a store and can be had now for `access`. Throws
 /// `Failure` with the reason otherwise.
 void requireServerStore(const StoreAddress &address, Access access);
+
+} // namespace moratools

@@ -7,6 +7,8 @@
 #include <QSqlError>
 #include <QVariant>
 
+namespace moratools {
+
 SqliteConnection::SqliteConnection(const char *name, const QString &path) : mName(QLatin1String(name)) {
     QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), mName);
     db.setDatabaseName(path);
@@ -31,3 +33,5 @@ void SqliteConnection::requireIntegrity() const {
     if (check.value(0).toString() != QLatin1String("ok"))
         throw Failure(check.value(0).toString().simplified());
 }
+
+} // namespace moratools

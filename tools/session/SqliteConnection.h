@@ -1,10 +1,14 @@
 #pragma once
 
+#include "tools/MoraToolsExport.h"
+
 #include <QSqlQuery>
 #include <QString>
 
+namespace moratools {
+
 /// A connection of the host's own to an SQLite file, beside the library's. It closes with the object.
-class SqliteConnection {
+class MORATOOLS_EXPORT SqliteConnection {
 public:
     /// `name` is the connection's in Qt; one at a time has it.
     SqliteConnection(const char *name, const QString &path);
@@ -20,3 +24,5 @@ private:
 
     QString mName;
 };
+
+} // namespace moratools

@@ -9,6 +9,8 @@
 #include <algorithm>
 #include <memory>
 
+namespace moratools {
+
 namespace {
 
 using Options = std::unique_ptr<PQconninfoOption, decltype(&PQconninfoFree)>;
@@ -108,3 +110,5 @@ StoreAddress StoreAddress::withDatabase(const QString &name) const {
     address.nameServer();
     return address;
 }
+
+} // namespace moratools

@@ -1,10 +1,14 @@
 #pragma once
 
+#include "tools/MoraToolsExport.h"
+
 #include <QList>
 #include <QString>
 
+namespace moratools {
+
 /// Where a store is: the path of an SQLite file, or a database on a PostgreSQL server.
-class StoreAddress {
+class MORATOOLS_EXPORT StoreAddress {
 public:
     /// One keyword of a connection string.
     struct Option {
@@ -39,3 +43,5 @@ private:
     QString mName;
     QList<Option> mOptions;
 };
+
+} // namespace moratools

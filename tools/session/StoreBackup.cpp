@@ -7,6 +7,8 @@
 #include <QStringList>
 #include <QVariant>
 
+namespace moratools {
+
 namespace {
 
 QString literal(QString text) {
@@ -54,3 +56,5 @@ void backUpStore(const QString &path, const QString &copy) {
     }
     making.publish();
 }
+
+} // namespace moratools

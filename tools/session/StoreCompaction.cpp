@@ -8,6 +8,8 @@
 #include <QFileInfo>
 #include <QStorageInfo>
 
+namespace moratools {
+
 namespace {
 
 void requireRoom(const QString &path, qint64 size) {
@@ -41,3 +43,5 @@ Compaction compactStore(const QString &path) {
     sizes.after = QFileInfo(file).size();
     return sizes;
 }
+
+} // namespace moratools

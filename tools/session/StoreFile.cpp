@@ -15,6 +15,8 @@
 #include <QSqlQuery>
 #include <QtEndian>
 
+namespace moratools {
+
 namespace {
 
 const QString kProbe = QStringLiteral("morastore-probe");
@@ -170,3 +172,5 @@ Age requireStore(const QString &path, Access access) {
         requireWriteLock(path);
     return age;
 }
+
+} // namespace moratools

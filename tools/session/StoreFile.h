@@ -1,6 +1,9 @@
 #pragma once
 
+#include "tools/MoraToolsExport.h"
 #include <QString>
+
+namespace moratools {
 
 /// What a command is going to do with a store. Upgrade is writing to a store however old.
 enum class Access { Read, Write, Upgrade };
@@ -14,4 +17,6 @@ enum class Age {
 
 /// Checks, without changing anything, that `path` is an SQLite file that holds a store of a known version,
 /// that it is complete, and that it can be had now for `access`. Throws `Failure` with the reason otherwise.
-Age requireStore(const QString &path, Access access);
+MORATOOLS_EXPORT Age requireStore(const QString &path, Access access);
+
+} // namespace moratools

@@ -16,6 +16,8 @@
 #include <algorithm>
 #include <optional>
 
+namespace moratools {
+
 namespace {
 
 /// In a store of several networks counters are per network, so the row that belongs to none is refused when
@@ -139,3 +141,5 @@ void refuseReading(const QString &what, const QString &reason) {
                              "store, or else restore it from a copy")
                   .arg(what, reason.simplified()));
 }
+
+} // namespace moratools

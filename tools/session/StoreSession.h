@@ -1,14 +1,17 @@
 #pragma once
 
 #include "model/CallDbResult.h"
+#include "tools/MoraToolsExport.h"
 #include "tools/session/StoreAddress.h"
 #include "tools/session/StoreFile.h"
 
 #include <QString>
 
+namespace moratools {
+
 /// The store that a command works on: opened through the library for the life of this object, as the current
 /// connection gDB. One at a time.
-class StoreSession {
+class MORATOOLS_EXPORT StoreSession {
 public:
     /// Opens the store. For reading, nothing of it changes. For writing, an SQLite store that is not current
     /// is brought forward; one of the first generation is not written to, but by an upgrade. Throws
@@ -30,14 +33,17 @@ private:
 
 /// What the library recorded as failed since the store was opened, but for the one record that the first
 /// opening of a store of several networks leaves by design.
-int unexpectedFailures();
+MORATOOLS_EXPORT int unexpectedFailures();
 /// The engine's text of the first of them; empty without any.
-QString firstFailureText();
+MORATOOLS_EXPORT QString firstFailureText();
 /// Hands the records to the library's log.
-void logFailures();
+MORATOOLS_EXPORT void logFailures();
 
 /// Throws `Failure` when the server of the open store is gone; what was not committed is gone with it.
-void requireServerAlive();
+MORATOOLS_EXPORT void requireServerAlive();
 /// Throws `Failure`: @p what cannot be read, since the server is gone, a statement failed for @p reason, or
 /// the rows are not what they must be.
-[[noreturn]] void refuseReading(const QString &what, const QString &reason = firstFailureText());
+[[noreturn]] MORATOOLS_EXPORT void refuseReading(const QString &what,
+                                                 const QString &reason = firstFailureText());
+
+} // namespace moratools

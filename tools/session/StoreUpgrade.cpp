@@ -12,6 +12,8 @@
 #include <QSqlQuery>
 #include <QVariant>
 
+namespace moratools {
+
 namespace {
 
 using Columns = QMap<QString, QStringList>;
@@ -87,3 +89,5 @@ StoreUpgrade upgradeStore(const QString &path, bool keepsCopy) {
     compare(before, after, upgrade);
     return upgrade;
 }
+
+} // namespace moratools

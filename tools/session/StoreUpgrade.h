@@ -1,7 +1,10 @@
 #pragma once
 
+#include "tools/MoraToolsExport.h"
 #include <QString>
 #include <QStringList>
+
+namespace moratools {
 
 /// What an upgrade did to a store.
 struct StoreUpgrade {
@@ -17,4 +20,6 @@ struct StoreUpgrade {
 /// Brings the SQLite store `path`, however old, to the current schema. With `keepsCopy`, what it was stays
 /// beside it in a checked copy, made before anything changes. Where statements were
 /// refused, the rest was done. Throws `Failure`, and nothing was changed then.
-StoreUpgrade upgradeStore(const QString &path, bool keepsCopy);
+MORATOOLS_EXPORT StoreUpgrade upgradeStore(const QString &path, bool keepsCopy);
+
+} // namespace moratools

@@ -9,6 +9,8 @@
 #include <unistd.h>
 #endif
 
+namespace moratools {
+
 namespace {
 
 const QString kPrefix = QStringLiteral("morastore-");
@@ -63,3 +65,5 @@ void TemporaryFolder::removeAbandoned() {
         dir.removeRecursively();
     }
 }
+
+} // namespace moratools

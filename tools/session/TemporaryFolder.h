@@ -1,5 +1,6 @@
 #pragma once
 
+#include "tools/MoraToolsExport.h"
 #include "tools/session/Leftover.h"
 
 #include <QLockFile>
@@ -8,9 +9,11 @@
 
 #include <optional>
 
+namespace moratools {
+
 /// A folder for a file that nobody is to keep. It goes with the object, or when a signal ends the process;
 /// where the process is killed outright, it goes with the next run of the program.
-class TemporaryFolder {
+class MORATOOLS_EXPORT TemporaryFolder {
 public:
     /// Throws `Failure` when it cannot be made.
     TemporaryFolder();
@@ -31,3 +34,5 @@ private:
     Leftover mLeftLock;
     std::optional<Leftover> mLeftFile;
 };
+
+} // namespace moratools

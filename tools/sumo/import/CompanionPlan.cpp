@@ -2,6 +2,8 @@
 
 #include "tools/sumo/import/References.h"
 
+namespace moratools {
+
 CompanionPlan planCompanions(const SumoNet &net, SumoCompanions companions) {
     CompanionPlan plan;
     const auto records = std::make_shared<SumoCompanions>(std::move(companions));
@@ -13,3 +15,5 @@ CompanionPlan planCompanions(const SumoNet &net, SumoCompanions companions) {
     plan.demand = planDemand(*records, plan.leftOut);
     return plan;
 }
+
+} // namespace moratools

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "tools/MoraToolsExport.h"
 #include "tools/sumo/import/DemandPlan.h"
 #include "tools/sumo/import/LeftOut.h"
 #include "tools/sumo/import/Obstacles.h"
@@ -7,6 +8,8 @@
 #include "tools/sumo/import/TransitPlan.h"
 
 #include <memory>
+
+namespace moratools {
 
 /// What a network and its companion files will become, settled before the store is touched: every reference
 /// in it leads somewhere.
@@ -20,4 +23,6 @@ struct CompanionPlan {
 };
 
 /// Plans the import of `companions`, which belong to `net`; the network must outlive the plan.
-CompanionPlan planCompanions(const SumoNet &net, SumoCompanions companions);
+MORATOOLS_EXPORT CompanionPlan planCompanions(const SumoNet &net, SumoCompanions companions);
+
+} // namespace moratools

@@ -9,6 +9,8 @@
 #include <cmath>
 #include <map>
 
+namespace moratools {
+
 namespace {
 
 int secondsOf(double time) {
@@ -172,3 +174,5 @@ void DemandBuilder::addRatios(DecisionPoint &point, const PlannedDecision &plann
         previousEnd = interval->endDateTime;
     }
 }
+
+} // namespace moratools

@@ -5,6 +5,8 @@
 #include "tools/sumo/import/IdSource.h"
 #include "tools/sumo/import/NetworkMap.h"
 
+namespace moratools {
+
 /// Makes vehicle types, compositions, departure points and decision points.
 ///
 /// Vehicle types get the codes above those in `into`, which holds the network's standard catalogue. A figure
@@ -46,3 +48,5 @@ private:
     QHash<QString, long> mTypeCodes;
     QHash<QString, const VehicleComposition *> mCompositions; ///< by type or distribution
 };
+
+} // namespace moratools

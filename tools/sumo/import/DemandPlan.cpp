@@ -8,6 +8,8 @@
 #include <algorithm>
 #include <cmath>
 
+namespace moratools {
+
 namespace {
 
 constexpr double kRounding = 1e-9;
@@ -192,3 +194,5 @@ DemandPlan DemandPlanner::plan() {
 DemandPlan planDemand(const SumoCompanions &companions, LeftOut &leftOut) {
     return DemandPlanner(companions, leftOut).plan();
 }
+
+} // namespace moratools

@@ -1,9 +1,12 @@
 #pragma once
 
+#include "tools/MoraToolsExport.h"
 #include "tools/sumo/import/LeftOut.h"
 #include "tools/sumo/reader/SumoCompanions.h"
 
 #include <map>
+
+namespace moratools {
 
 /// The vehicles that depart on an edge.
 struct PlannedDepartures {
@@ -44,4 +47,6 @@ struct DemandPlan {
 /// among the routes that they drive: the shares of an interval add up to 1. A flow with a distribution of
 /// routes counts for each with its probability. Turn ratios make decision points of their own, named
 /// "EDGE turns", with routes of two edges.
-DemandPlan planDemand(const SumoCompanions &companions, LeftOut &leftOut);
+MORATOOLS_EXPORT DemandPlan planDemand(const SumoCompanions &companions, LeftOut &leftOut);
+
+} // namespace moratools

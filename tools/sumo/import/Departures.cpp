@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cmath>
 
+namespace moratools {
+
 namespace {
 
 // A flow of n vehicles an hour departs n times in an hour, whatever the division leaves in the last digits.
@@ -51,3 +53,5 @@ std::pair<double, double> spanOfDepartures(const SumoVehicle &vehicle) {
         return {*vehicle.depart, *vehicle.depart};
     return {vehicle.begin, vehicle.begin + (departuresOf(vehicle) - 1) * periodOf(vehicle)};
 }
+
+} // namespace moratools

@@ -4,6 +4,8 @@
 #include <cmath>
 #include <map>
 
+namespace moratools {
+
 namespace {
 
 constexpr int kEndOfDay = 86400;
@@ -132,3 +134,5 @@ void buildDetectors(const SumoCompanions &companions, const NetworkMap &network,
     for (const SumoPassageDetector &detector : companions.passageDetectors)
         addTravelDetectors(detector, network, ids, into.travelDetectors);
 }
+
+} // namespace moratools

@@ -5,6 +5,8 @@
 #include "tools/sumo/import/NetworkMap.h"
 #include "tools/sumo/reader/SumoCompanions.h"
 
+namespace moratools {
+
 /// Makes detectors, each by what its kind measures:
 /// - A loop (E1) records the vehicles that pass a point: a driving-data collector. (The store's vehicle
 ///   detectors are loops that serve a signal group, which SUMO's do not.)
@@ -16,3 +18,5 @@
 /// Distances count from the start of the lane; they measure from the first second of the day to its last.
 void buildDetectors(const SumoCompanions &companions, const NetworkMap &network, IdSource &ids,
                     TrafficObjects &into);
+
+} // namespace moratools

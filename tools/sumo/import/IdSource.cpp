@@ -14,6 +14,8 @@
 
 #include <limits>
 
+namespace moratools {
+
 namespace {
 
 constexpr int kSeveralNetworks = 6;
@@ -64,3 +66,5 @@ void IdSource::pass(const char *table) const {
     if (highest > 0 && DBTools::dbVer() >= kSeveralNetworks)
         CopyTarget(mDb).raiseCounters(gNet.id(), entry, highest);
 }
+
+} // namespace moratools

@@ -1,15 +1,19 @@
 #pragma once
 
+#include "tools/MoraToolsExport.h"
+
 #include <QByteArray>
 #include <QSet>
 #include <QSqlDatabase>
+
+namespace moratools {
 
 /// Identifiers for the rows of a new network, drawn from the store's allocator for the current network gNet.
 ///
 /// A store of several networks counts them per network, yet writes the geometry of a connector by its id
 /// alone, and giving unused ids back sets the counters of all networks alike. So that importing a network
 /// never touches the rows or the ids of another one, ids that any network uses are passed over.
-class IdSource {
+class MORATOOLS_EXPORT IdSource {
 public:
     explicit IdSource(QSqlDatabase &db) : mDb(db) {}
 
@@ -23,3 +27,5 @@ private:
     QSqlDatabase &mDb;
     QSet<QByteArray> mPassed; ///< the tables whose counters were moved
 };
+
+} // namespace moratools

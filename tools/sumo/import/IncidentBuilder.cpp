@@ -6,6 +6,8 @@
 #include <cmath>
 #include <map>
 
+namespace moratools {
+
 namespace {
 
 constexpr double kKmhPerMs = 3.6;
@@ -128,3 +130,5 @@ void buildZones(const SumoCompanions &companions, const std::vector<Obstacle> &o
         into.roadWorkZones.push_back(buildRoadWork(closure, network, ids));
     }
 }
+
+} // namespace moratools

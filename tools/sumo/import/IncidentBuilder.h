@@ -6,6 +6,8 @@
 #include "tools/sumo/import/NetworkMap.h"
 #include "tools/sumo/import/Obstacles.h"
 
+namespace moratools {
+
 /// Makes speed reduction areas of variable speed signs. A speed of an area holds in all of its intervals, so
 /// a sign becomes an area for each lane and speed that it shows, with the times at which it shows it; each is
 /// as long as the lane and slows down the types that the sign names, or all. Speeds are km/h. The last speed
@@ -17,3 +19,5 @@ void buildSpeedAreas(const SumoCompanions &companions, const DemandBuilder &dema
 /// accident zone. What several rerouters close is one zone.
 void buildZones(const SumoCompanions &companions, const std::vector<Obstacle> &obstacles,
                 const NetworkMap &network, IdSource &ids, TrafficObjects &into);
+
+} // namespace moratools

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+namespace moratools {
+
 namespace {
 
 constexpr int kNamed = 10;
@@ -51,3 +53,5 @@ QStringList LeftOut::lines() const {
     }
     return lines;
 }
+
+} // namespace moratools

@@ -1,12 +1,16 @@
 #pragma once
 
+#include "tools/MoraToolsExport.h"
+
 #include <QString>
 #include <QStringList>
 #include <QVector>
 
+namespace moratools {
+
 /// What an import has to leave out, because a reference leads nowhere or the store has no place for it:
 /// counted by kind, with the first ten of each kind named.
-class LeftOut {
+class MORATOOLS_EXPORT LeftOut {
 public:
     /// One more of a kind of things ("vehicles"); `what` names it and says why.
     void add(const QString &kind, const QString &what) { add(kind, 1, what); }
@@ -32,3 +36,5 @@ private:
 
     QVector<Kind> mKinds;
 };
+
+} // namespace moratools

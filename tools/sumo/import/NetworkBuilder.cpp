@@ -11,6 +11,8 @@
 #include <algorithm>
 #include <cmath>
 
+namespace moratools {
+
 using geometryobject::fromPolyline;
 
 namespace {
@@ -228,3 +230,5 @@ NetworkBuilder::buildConnector(const std::vector<const SumoConnection *> &connec
 Lane *NetworkBuilder::laneOf(const Link &link, int sumoIndex) const {
     return link.mlLane.at(mNet.leftHand ? link.mlLane.size() - 1 - sumoIndex : sumoIndex);
 }
+
+} // namespace moratools

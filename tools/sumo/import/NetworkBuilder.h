@@ -2,11 +2,14 @@
 
 #include "model/Connector.h"
 #include "model/Link.h"
+#include "tools/MoraToolsExport.h"
 #include "tools/sumo/import/IdSource.h"
 #include "tools/sumo/reader/SumoNet.h"
 
 #include <memory>
 #include <vector>
+
+namespace moratools {
 
 /// Makes the objects of a store from the records of a SUMO network.
 ///
@@ -18,7 +21,7 @@
 /// What has no place of its own in the store is kept in the attributes objects under "sumo": for links the
 /// edge's name, type and junctions and for each lane, by serial number, its id, speed, length and permitted
 /// vehicles; for connectors direction, signal programme and link index of each connection.
-class NetworkBuilder {
+class MORATOOLS_EXPORT NetworkBuilder {
 public:
     /// `withLaneConnectorGeometry` says whether the store has a place for it.
     NetworkBuilder(const SumoNet &net, IdSource &ids, bool withLaneConnectorGeometry)
@@ -44,4 +47,6 @@ private:
 
 /// The centre line of an edge's carriageway: halfway between its outer lanes where these have equally many
 /// points, else its middle lane's line moved to the centre.
-Polyline carriagewayCentre(const SumoEdge &edge, bool leftHand);
+MORATOOLS_EXPORT Polyline carriagewayCentre(const SumoEdge &edge, bool leftHand);
+
+} // namespace moratools

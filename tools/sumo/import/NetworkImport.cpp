@@ -16,6 +16,8 @@
 
 #include <algorithm>
 
+namespace moratools {
+
 namespace {
 
 bool storeHasSeveralNetworks() {
@@ -129,8 +131,7 @@ void requirePlaceFor(const QString &name) {
     for (const Net &other : present) {
         if (other.netName() == name)
             throw Failure(
-                QStringLiteral("the store has a network \"%1\" already; give another name with --name")
-                    .arg(name));
+                QStringLiteral("the store has a network \"%1\" already; give another name").arg(name));
     }
     if (storeHasSeveralNetworks())
         return;
@@ -164,3 +165,5 @@ NetworkObjects importNetwork(const SumoNet &net, const CompanionPlan &plan, cons
     current.keep();
     return network;
 }
+
+} // namespace moratools

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+namespace moratools {
+
 double LanePlace::along(double position) const {
     return std::clamp(position < 0 ? source->length + position : position, 0.0, source->length);
 }
@@ -32,3 +34,5 @@ LanePlace NetworkMap::lane(const QString &edge, int index) const {
     const int place = mNet.leftHand ? owner->mlLane.size() - 1 - index : index;
     return {owner, owner->mlLane.at(place), &source.lanes[std::size_t(index)]};
 }
+
+} // namespace moratools

@@ -8,6 +8,8 @@
 #include <memory>
 #include <vector>
 
+namespace moratools {
+
 /// A lane of a SUMO network and what it became in the store.
 struct LanePlace {
     Link *link;
@@ -39,3 +41,5 @@ private:
     const std::vector<std::unique_ptr<Link>> &mLinks;
     QHash<QString, LanePlace> mLanes;
 };
+
+} // namespace moratools

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+namespace moratools {
+
 namespace {
 
 bool hasLane(const SumoEdge &edge, const QString &lane) {
@@ -27,3 +29,5 @@ std::vector<Obstacle> takeObstacles(SumoCompanions &companions, const SumoNet &n
     vehicles.erase(std::remove_if(vehicles.begin(), vehicles.end(), isObstacle), vehicles.end());
     return obstacles;
 }
+
+} // namespace moratools

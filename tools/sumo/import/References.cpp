@@ -7,6 +7,8 @@
 
 #include <algorithm>
 
+namespace moratools {
+
 namespace {
 
 /// The vehicle types that SUMO knows by itself ("Definition of Vehicles, Vehicle Types, and Routes" in its
@@ -315,3 +317,5 @@ QString named(const SumoCompanions &companions, const QString &name, const SumoS
         .arg(name, QFileInfo(companions.files.value(source.file)).fileName(), QString::number(source.line),
              reason);
 }
+
+} // namespace moratools

@@ -3,6 +3,8 @@
 #include "tools/sumo/import/LeftOut.h"
 #include "tools/sumo/reader/SumoCompanions.h"
 
+namespace moratools {
+
 /// Takes every record out of `companions` whose references lead nowhere, in the network or among the records
 /// themselves, or that occurs a second time, and tells `leftOut`. What remains can be followed without a
 /// check, except that
@@ -13,3 +15,5 @@ void removeUnresolved(SumoCompanions &companions, const SumoNet &net, LeftOut &l
 /// "NAME (FILE, line N: REASON)", as a report names a record.
 QString named(const SumoCompanions &companions, const QString &name, const SumoSource &source,
               const QString &reason);
+
+} // namespace moratools

@@ -3,6 +3,8 @@
 #include "tools/reports/Failure.h"
 #include "tools/session/StoreSession.h"
 
+namespace moratools {
+
 void requireWritten(bool done, const char *what) {
     if (done)
         return;
@@ -12,3 +14,5 @@ void requireWritten(bool done, const char *what) {
         QStringLiteral("the store refused the %1 (%2); nothing was imported")
             .arg(QLatin1String(what), reason.isEmpty() ? QStringLiteral("no reason given") : reason));
 }
+
+} // namespace moratools

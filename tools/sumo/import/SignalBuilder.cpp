@@ -4,6 +4,8 @@
 
 #include <cmath>
 
+namespace moratools {
+
 namespace {
 
 constexpr int kEndOfDay = 86400;
@@ -89,3 +91,5 @@ void buildSignals(const SignalPlan &plan, const NetworkMap &network, IdSource &i
     for (const PlannedLamp &lamp : plan.lamps)
         into.signalLamps.push_back(buildLamp(*lamp.connection, *into.signalGroups[lamp.group], network, ids));
 }
+
+} // namespace moratools

@@ -5,6 +5,8 @@
 #include "tools/sumo/import/NetworkMap.h"
 #include "tools/sumo/import/SignalPlan.h"
 
+namespace moratools {
+
 /// Makes signal groups and lamps. Each signal of a programme becomes a phase, named by its index; states of
 /// one colour that follow each other are one colour interval. Times are whole seconds: the ends of the
 /// states are rounded, so that a cycle keeps its length. A group starts at the programme's offset and ends
@@ -15,3 +17,5 @@
 ///
 /// A lamp stands at the end of the lane that a controlled connection leaves.
 void buildSignals(const SignalPlan &plan, const NetworkMap &network, IdSource &ids, TrafficObjects &into);
+
+} // namespace moratools

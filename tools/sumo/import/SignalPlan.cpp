@@ -5,6 +5,8 @@
 
 #include <algorithm>
 
+namespace moratools {
+
 namespace {
 
 QSet<QString> idsThatOccurTwice(const std::vector<PlannedGroup> &groups) {
@@ -70,3 +72,5 @@ SignalPlan planSignals(const SumoNet &net, const SumoCompanions &companions, Lef
     }
     return plan;
 }
+
+} // namespace moratools

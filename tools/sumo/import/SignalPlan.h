@@ -1,7 +1,10 @@
 #pragma once
 
+#include "tools/MoraToolsExport.h"
 #include "tools/sumo/import/LeftOut.h"
 #include "tools/sumo/reader/SumoCompanions.h"
+
+namespace moratools {
 
 /// A signal programme under a name that no other one has.
 struct PlannedGroup {
@@ -24,4 +27,7 @@ struct SignalPlan {
 /// The lamp of a controlled lane connection shows the programme of its id that comes last, which is the one
 /// that SUMO runs; the others are plans to change to. A connection whose programme does not exist or has no
 /// signal for it is told to `leftOut`, but for railways' own signals. The plan leads into both records.
-SignalPlan planSignals(const SumoNet &net, const SumoCompanions &companions, LeftOut &leftOut);
+MORATOOLS_EXPORT SignalPlan planSignals(const SumoNet &net, const SumoCompanions &companions,
+                                        LeftOut &leftOut);
+
+} // namespace moratools

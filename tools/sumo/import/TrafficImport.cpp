@@ -7,6 +7,8 @@
 #include "tools/sumo/import/SignalBuilder.h"
 #include "tools/sumo/import/TransitBuilder.h"
 
+namespace moratools {
+
 namespace {
 
 void build(const SumoNet &net, const CompanionPlan &plan, IdSource &ids, NetworkObjects &network) {
@@ -30,3 +32,5 @@ void buildTraffic(const SumoNet &net, const CompanionPlan &plan, IdSource &ids, 
     network.traffic.compositions = readAll<VehicleComposition>(network.record.netId);
     build(net, plan, ids, network);
 }
+
+} // namespace moratools

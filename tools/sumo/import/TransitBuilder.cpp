@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <cmath>
 
+namespace moratools {
+
 namespace {
 
 // The length of a stop that says only where it ends, as SUMO assumes it.
@@ -85,3 +87,5 @@ void buildTransit(const std::vector<PlannedLine> &lines, const SumoCompanions &c
         into.busLines.push_back(std::move(line));
     }
 }
+
+} // namespace moratools

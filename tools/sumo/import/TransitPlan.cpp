@@ -8,6 +8,8 @@
 
 #include <algorithm>
 
+namespace moratools {
+
 namespace {
 
 class LinePlanner {
@@ -153,3 +155,5 @@ std::vector<PlannedLine> LinePlanner::plan() {
 std::vector<PlannedLine> planLines(SumoCompanions &companions, LeftOut &leftOut) {
     return LinePlanner(companions, leftOut).plan();
 }
+
+} // namespace moratools

@@ -1,7 +1,10 @@
 #pragma once
 
+#include "tools/MoraToolsExport.h"
 #include "tools/sumo/import/LeftOut.h"
 #include "tools/sumo/reader/SumoCompanions.h"
+
+namespace moratools {
 
 struct PlannedStop {
     SumoStop stop;
@@ -23,4 +26,6 @@ struct PlannedLine {
 /// vehicle's id up to the running number at its end ("bus_11" for "bus_11_0" and "bus_11_1"). A line whose
 /// vehicles drive several routes becomes several, with numbered names. Stops off the route are left out.
 /// Passengers wait at the first stop of the first line that they take.
-std::vector<PlannedLine> planLines(SumoCompanions &companions, LeftOut &leftOut);
+MORATOOLS_EXPORT std::vector<PlannedLine> planLines(SumoCompanions &companions, LeftOut &leftOut);
+
+} // namespace moratools

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+namespace moratools {
+
 namespace {
 
 constexpr double kKmhPerMs = 3.6;
@@ -58,3 +60,5 @@ VehicleType vehicleTypeOf(const SumoVehicleType &type, const VehicleType &standa
         vehicleType.speedSD = *type.speedDev * vehicleType.avgSpeed;
     return vehicleType;
 }
+
+} // namespace moratools

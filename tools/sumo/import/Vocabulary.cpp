@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <iterator>
 
+namespace moratools {
+
 namespace {
 
 const QString kMotorLane = QStringLiteral("机动车道");
@@ -81,3 +83,5 @@ QString linkKind(const SumoEdge &edge) {
 }
 
 } // namespace vocabulary
+
+} // namespace moratools

@@ -1,5 +1,7 @@
 #include "tools/sumo/reader/AttributeCount.h"
 
+namespace moratools {
+
 namespace {
 
 constexpr quint32 kCommentStarts = 0x3c212d2d; // <!--
@@ -24,3 +26,5 @@ void AttributeCount::take(const char *bytes, qint64 size) {
             ++mCount;
     }
 }
+
+} // namespace moratools

@@ -2,6 +2,8 @@
 
 #include <QtGlobal>
 
+namespace moratools {
+
 /// Counts the attributes of an element from its bytes, before the parser has all of it: QXmlStreamReader
 /// compares each with all before it, so that an element with very many takes minutes. There are at least as
 /// many equals signs as attributes; those of comments do not count, since whole networks are commented out.
@@ -21,3 +23,5 @@ private:
     bool mIsInComment = false;
     quint32 mLast = 0; ///< the last four bytes
 };
+
+} // namespace moratools

@@ -4,6 +4,8 @@
 
 #include <QRegularExpression>
 
+namespace moratools {
+
 namespace {
 
 constexpr int kElementsBetweenReports = 2000;
@@ -47,3 +49,5 @@ void readSumoCompanion(const QString &path, SumoCompanions &into, const Progress
     if (progress)
         progress(1.0);
 }
+
+} // namespace moratools

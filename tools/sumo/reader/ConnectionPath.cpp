@@ -1,5 +1,7 @@
 #include "tools/sumo/reader/SumoNet.h"
 
+namespace moratools {
+
 namespace {
 
 // Real chains have two or three pieces; a longer one runs in a circle.
@@ -23,3 +25,5 @@ Polyline connectionPath(const SumoNet &net, const SumoConnection &connection) {
     const Polyline &to = net.edge(connection.to)->lanes[std::size_t(connection.toLane)].shape;
     return {from.back(), to.front()};
 }
+
+} // namespace moratools

@@ -2,6 +2,8 @@
 
 #include <cmath>
 
+namespace moratools {
+
 namespace {
 
 // What SUMO assumes where a flow does not say how long it lasts: a day.
@@ -344,3 +346,5 @@ ElementReader demandReader(const QStringRef &element) {
     };
     return readers.value(element.toString(), nullptr);
 }
+
+} // namespace moratools

@@ -1,6 +1,8 @@
 #include "tools/sumo/reader/ElementReaders.h"
 #include "tools/sumo/reader/Programme.h"
 
+namespace moratools {
+
 namespace {
 
 /// Seconds over which a detector adds up; "freq" is the older name. 0 where the file gives none.
@@ -120,3 +122,5 @@ ElementReader deviceReader(const QStringRef &element) {
     };
     return readers.value(element.toString(), nullptr);
 }
+
+} // namespace moratools

@@ -3,6 +3,8 @@
 #include "tools/sumo/reader/SumoCompanions.h"
 #include "tools/sumo/reader/XmlInput.h"
 
+namespace moratools {
+
 /// A companion file while it is read.
 struct CompanionReading {
     XmlInput &input;
@@ -28,3 +30,5 @@ ElementReader deviceReader(const QStringRef &element);
 std::optional<double> optionalNumber(const Attributes &attributes, const char *name);
 /// The words of an attribute, separated by blanks or commas.
 QStringList words(const Attributes &attributes, const char *name);
+
+} // namespace moratools

@@ -4,6 +4,8 @@
 #include <limits>
 #include <new>
 
+namespace moratools {
+
 namespace {
 
 constexpr int kInputSize = 64 * 1024;
@@ -55,3 +57,5 @@ qint64 GzipDevice::readData(char *data, qint64 size) {
     const qint64 got = wanted - mStream.avail_out;
     return got > 0 ? got : -1;
 }
+
+} // namespace moratools

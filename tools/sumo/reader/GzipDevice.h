@@ -5,6 +5,8 @@
 
 #include <zlib.h>
 
+namespace moratools {
+
 /// The contents of a file that was compressed with gzip, read as a stream. Several parts one after the other
 /// are read as one.
 class GzipDevice : public QIODevice {
@@ -41,3 +43,5 @@ private:
     bool mIsAtEnd = false;
     Fault mFault = Fault::None;
 };
+
+} // namespace moratools

@@ -2,6 +2,8 @@
 
 #include "tools/reports/Failure.h"
 
+namespace moratools {
+
 namespace {
 
 [[noreturn]] void fail(const SumoNet &net, const SumoConnection &connection, const QString &missing) {
@@ -34,3 +36,5 @@ void checkReferences(const SumoNet &net) {
             fail(net, connection, QStringLiteral("the internal lane \"%1\"").arg(connection.via));
     }
 }
+
+} // namespace moratools

@@ -7,6 +7,8 @@
 
 #include <algorithm>
 
+namespace moratools {
+
 namespace {
 
 // The lane width that SUMO assumes where the file gives none.
@@ -215,3 +217,5 @@ SumoNet readSumoNet(const QString &path, const Progress &progress) {
     checkReferences(net);
     return net;
 }
+
+} // namespace moratools

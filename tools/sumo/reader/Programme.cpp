@@ -2,6 +2,8 @@
 
 #include "tools/sumo/reader/XmlInput.h"
 
+namespace moratools {
+
 SumoProgramme readProgramme(XmlInput &input) {
     const Attributes attributes(input);
     SumoProgramme programme;
@@ -18,3 +20,5 @@ SumoProgramme readProgramme(XmlInput &input) {
     }
     return programme;
 }
+
+} // namespace moratools

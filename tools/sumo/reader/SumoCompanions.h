@@ -1,5 +1,6 @@
 #pragma once
 
+#include "tools/MoraToolsExport.h"
 #include "tools/sumo/reader/SumoNet.h"
 
 #include <QMap>
@@ -9,6 +10,8 @@
 #include <limits>
 #include <optional>
 #include <vector>
+
+namespace moratools {
 
 /// What belongs to a SUMO network and comes in files of its own: demand (.rou.xml) and additional objects
 /// (.add.xml) as plain records in the files' order. Either kind of file may hold either kind of object, and a
@@ -64,7 +67,7 @@ struct SumoRoute {
 };
 
 /// A vehicle or a trip (one departure) or a flow (several).
-struct SumoVehicle {
+struct MORATOOLS_EXPORT SumoVehicle {
     QString id;
     QString type; ///< vehicle type or distribution
     QString line; ///< of public transport; empty for other traffic
@@ -192,3 +195,5 @@ struct SumoCompanions {
 
     QMap<QString, qint64> unread; ///< elements that nothing reads, counted by name
 };
+
+} // namespace moratools

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "tools/MoraToolsExport.h"
 #include "tools/geometry/Polyline.h"
 #include "tools/sumo/reader/VehicleClasses.h"
 
@@ -8,6 +9,8 @@
 
 #include <algorithm>
 #include <vector>
+
+namespace moratools {
 
 /// The contents of a SUMO network file as plain records, in the file's order. Lengths are metres, speeds
 /// metres per second, times seconds; coordinates are metres after `SumoLocation::netOffset`.
@@ -19,7 +22,7 @@ struct SumoLocation {
     QString projParameter;
 };
 
-struct SumoLane {
+struct MORATOOLS_EXPORT SumoLane {
     QString id;
     int index = 0; ///< 0 is the kerb side: rightmost, or leftmost in a left-hand network
     VehicleClasses permissions = VehicleClasses::all();
@@ -73,7 +76,7 @@ struct SumoPhase {
     QString state; ///< one letter for each link index; may be longer than the controlled links
 };
 
-struct SumoProgramme {
+struct MORATOOLS_EXPORT SumoProgramme {
     QString id;
     QString programID;
     QString type;
@@ -89,7 +92,7 @@ struct SumoProgramme {
     }
 };
 
-struct SumoNet {
+struct MORATOOLS_EXPORT SumoNet {
     QString path;
     bool leftHand = false;
     SumoLocation location;
@@ -109,4 +112,6 @@ struct SumoNet {
 
 /// The path of a connection whose ends exist: its chain of internal lanes, or the straight line from the end
 /// of its first lane to the start of its last one where it has none.
-Polyline connectionPath(const SumoNet &net, const SumoConnection &connection);
+MORATOOLS_EXPORT Polyline connectionPath(const SumoNet &net, const SumoConnection &connection);
+
+} // namespace moratools

@@ -6,6 +6,8 @@
 #include <initializer_list>
 #include <iterator>
 
+namespace moratools {
+
 namespace {
 
 // The abstract vehicle classes of the SUMO network format; names that later versions added stand at the end.
@@ -79,3 +81,5 @@ QString VehicleClasses::toText() const {
     }
     return names.join(QLatin1Char(' '));
 }
+
+} // namespace moratools

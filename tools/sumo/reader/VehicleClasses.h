@@ -1,11 +1,15 @@
 #pragma once
 
+#include "tools/MoraToolsExport.h"
+
 #include <QString>
 
 #include <cstdint>
 
+namespace moratools {
+
 /// A set of the vehicle classes that a SUMO lane may admit.
-class VehicleClasses {
+class MORATOOLS_EXPORT VehicleClasses {
 public:
     /// The set of a lane's exclusive attributes `allow` and `disallow`; without both every class may pass.
     static VehicleClasses of(const QString &allow, const QString &disallow);
@@ -34,3 +38,5 @@ private:
 
     std::uint64_t mBits;
 };
+
+} // namespace moratools

@@ -11,6 +11,8 @@
 #include <algorithm>
 #include <cmath>
 
+namespace moratools {
+
 namespace {
 
 constexpr char kGzipMagic[] = "\x1f\x8b";
@@ -262,3 +264,5 @@ Polyline Attributes::shape(const char *name) const {
     }
     return points;
 }
+
+} // namespace moratools

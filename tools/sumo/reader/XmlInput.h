@@ -8,6 +8,8 @@
 
 #include <memory>
 
+namespace moratools {
+
 class GzipDevice;
 
 /// An XML file read as a stream, plain or compressed with gzip (told by its first bytes, not by its name).
@@ -80,3 +82,5 @@ private:
     QString mElement;
     QXmlStreamAttributes mValues;
 };
+
+} // namespace moratools
