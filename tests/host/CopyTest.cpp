@@ -2,7 +2,10 @@
 #include "tests/support/PostgresDatabase.h"
 #include "tools/rows/NetworkTables.h"
 
-#include <algorithm>
+#include <QRegularExpression>
+#include <QSet>
+
+#include <tuple>
 
 using namespace moratools;
 
@@ -61,6 +64,24 @@ protected:
         QSqlDatabase::removeDatabase(QStringLiteral("change"));
     }
 
+    static QList<QStringList> allRows(const QString &store, const QString &sql) {
+        QList<QStringList> rows;
+        {
+            QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), QStringLiteral("rows"));
+            db.setDatabaseName(store);
+            EXPECT_TRUE(db.open());
+            QSqlQuery query(db);
+            EXPECT_TRUE(query.exec(sql)) << sql.toStdString() << query.lastError().text().toStdString();
+            while (query.next()) {
+                rows.append(QStringList());
+                for (int i = 0; i < query.record().count(); ++i)
+                    rows.last().append(query.value(i).toString());
+            }
+        }
+        QSqlDatabase::removeDatabase(QStringLiteral("rows"));
+        return rows;
+    }
+
     static QString value(const QString &store, const QString &sql) {
         return row(store, sql).first().toString();
     }
@@ -86,24 +107,66 @@ const QStringList kAwkwardRows{
                    "where linkID = (select min(linkID) from Link)"),
 };
 
-/// SQL for the place that the row a reference of `a` leads to has among the rows of its table.
-QString rankOf(const Reference &reference, int net) {
-    const auto rankIn = [net, &reference](const char *table) {
-        return QStringLiteral("(select count(*) from %1 b where b.NetId = %3 and b.%2 <= a.%4 and exists "
-                              "(select 1 from %1 c where c.NetId = %3 and c.%2 = a.%4))")
-            .arg(QLatin1String(table), QLatin1String(networkTable(QLatin1String(table))->id),
-                 QString::number(net), QLatin1String(reference.column));
+/// One more row of a table, like its first one but for the changes.
+QStringList another(const char *table, const char *changes) {
+    return {QStringLiteral("create temp table more as select * from %1 limit 1").arg(QLatin1String(table)),
+            QStringLiteral("update more set %1").arg(QLatin1String(changes)),
+            QStringLiteral("insert into %1 select * from more").arg(QLatin1String(table)),
+            QStringLiteral("drop table more")};
+}
+
+/// Rows of all tables with references that the crossing leaves empty, and roads that are connectors: there are a
+/// link 5 and a connector 5.
+QStringList rowsWithReferences() {
+    QStringList statements{
+        QStringLiteral("insert into RoutingLaneConnector select 1, (select min(routingID) from Routing), "
+                       "connID, startLaneID, endLaneID from LaneConnector order by laneConnId limit 5"),
+        QStringLiteral("insert into GuideArrow select 1, 4, max(laneID), 1, 2, 3 from Lane"),
+        QStringLiteral("insert into LinkLimitVehicle select 1, max(linkID), 2 from Link"),
+        QStringLiteral("insert into ConnectorLimitVehicle select 1, max(connID), 2 from Connector"),
+        QStringLiteral("insert into VehicleDetector values(1, 3, 1, 'd', 1, 5, 'L', 1, null, 2, 3, 't', 9), "
+                       "(1, 4, 1, 'e', 1, 5, 'C', 1, 0, 2, 3, 't', 9), "
+                       "(1, 5, 1, 'f', 1, 7, 'C', 1, -1, 2, 3, 't', 9)"),
+        QStringLiteral("insert into DetectorVehiType values(1, 4, 2)"),
     };
-    if (reference.table)
-        return rankIn(reference.table);
-    QString isLink = QStringLiteral("1");
-    if (reference.roadType)
-        isLink = QStringLiteral("%1 like 'l%'").arg(QLatin1String(reference.roadType));
-    for (const char *lane : reference.lanes)
-        isLink += QStringLiteral(" and coalesce(%1, -1) < %2")
-                      .arg(QLatin1String(lane), QString::number(reference.firstOfConnector));
-    return QStringLiteral("case when %1 then %2 else 1000 + %3 end")
-        .arg(isLink, rankIn("Link"), rankIn("Connector"));
+    return statements + another("VehicleQueueCounter", "QueueCounterID = 77, roadID = 5, toLaneNumber = 0") +
+           another("VehicleQueueCounter", "QueueCounterID = 78, roadID = 5, toLaneNumber = 1") +
+           another("VehicleDrivInfoCollecter", "collecterID = 78, roadID = 5, toLaneNumber = 1") +
+           another("VehicleTravelDetector", "detectorId = 77, startRoadId = 5, start_laneNumber = 1, "
+                                            "teminalRoadId = 6, teminal_toLaneNumber = 2") +
+           another("ReduceSpeedArea", "reduceSpeedAreaID = 78, roadID = 5, toLaneNumber = 1") +
+           another("AccidentZone", "accidentZoneId = 78, roadId = 5, roadType = 'C'") +
+           another("RoadWorkZone", "roadWorkZoneId = 78, roadID = 5, roadType = 'C'");
+}
+
+/// A column with identifiers of another table's rows, in the rows for which a condition holds.
+struct Key {
+    QString table, column, target, id, condition;
+};
+
+/// What the schema does not declare: roads, and what refers to catalogues or to the own table.
+QList<Key> undeclaredKeys() {
+    QList<Key> keys;
+    for (const auto &[table, column, target, id] : {std::tuple("Link", "roadid", "Link", "linkID"),
+                                                    std::tuple("Connector", "roadId", "Connector", "connID"),
+                                                    std::tuple("SignalLamp", "toLaneID", "Lane", "laneID"),
+                                                    std::tuple("BusLineRoad", "roadID", "Link", "linkID")})
+        keys.append({table, column, target, id, QStringLiteral("1")});
+    for (const auto &[table, column, isOnConnector] :
+         {std::tuple("VehicleDetector", "roadId", "coalesce(toLaneNumber, -1) >= 0"),
+          std::tuple("VehicleQueueCounter", "roadID", "toLaneNumber >= 1"),
+          std::tuple("VehicleDrivInfoCollecter", "roadID", "toLaneNumber >= 1"),
+          std::tuple("VehicleTravelDetector", "startRoadId",
+                     "max(start_laneNumber, start_toLaneNumber) >= 1"),
+          std::tuple("VehicleTravelDetector", "teminalRoadId",
+                     "max(teminal_laneNumber, teminal_toLaneNumber) >= 1"),
+          std::tuple("ReduceSpeedArea", "roadID", "toLaneNumber >= 1"),
+          std::tuple("AccidentZone", "roadId", "roadType not like 'l%'"),
+          std::tuple("RoadWorkZone", "roadID", "roadType not like 'l%'")}) {
+        keys.append({table, column, "Link", "linkID", QStringLiteral("not (%1)").arg(isOnConnector)});
+        keys.append({table, column, "Connector", "connID", isOnConnector});
+    }
+    return keys;
 }
 
 TEST_F(Copy, ATextThatIsNoUtf8IsRefusedByName) {
@@ -176,43 +239,78 @@ TEST_F(Copy, AnEqualDigestThroughTheServerAndBack) {
     }
 }
 
-// Every reference of the copy leads to the row that stands where the one of the original led to.
+// Every reference of the copy leads to the row that stands where the one of the original led to. Which columns are
+// references, and which are identifiers, is what the schema declares.
 TEST_F(Copy, IdentifiersThatCollideAreNewAndReferencesFollow) {
     const QString store = crossing(QStringLiteral("store"));
-    change(store, kAwkwardRows);
+    change(store, kAwkwardRows + rowsWithReferences());
     const QString expected = digest(store);
     const Outcome copied = copy(store, store, {QStringLiteral("--name"), QStringLiteral("second")});
     ASSERT_EQ(copied.exitCode, 0) << copied.err.toStdString();
     EXPECT_EQ(digest(store), expected);
-    for (const NetworkTable &table : networkTables()) {
-        const QString name = QLatin1String(table.name);
-        if (table.id) {
-            const QString shared = QStringLiteral("select count(*) - count(distinct %1) from %2")
-                                       .arg(QLatin1String(table.id), name);
-            EXPECT_EQ(value(store, shared), QStringLiteral("0")) << table.name;
-        }
-        QList<QString> ranks[2];
-        for (int net = 1; net <= 2; ++net) {
-            ranks[net - 1].append(value(
+
+    const QString ofNetworks =
+        QStringLiteral("from sqlite_master m, %1(m.name) c where m.type = 'table' and exists "
+                       "(select 1 from pragma_table_info(m.name) where lower(name) = 'netid')");
+    QList<Key> keys = undeclaredKeys();
+    QSet<QString> references;
+    for (const QStringList &key :
+         allRows(store, QStringLiteral("select m.name, c.\"from\", c.\"table\", c.\"to\" ") +
+                            ofNetworks.arg(QStringLiteral("pragma_foreign_key_list")) +
+                            QStringLiteral(" and lower(c.\"from\") <> 'netid'")))
+        keys.append({key.at(0), key.at(1), key.at(2), key.at(3), QStringLiteral("1")});
+    for (const Key &key : qAsConst(keys)) {
+        const QString what = key.table + QLatin1Char('.') + key.column;
+        references.insert(what.toLower());
+        QString places[2];
+        for (const int net : {1, 2})
+            places[net - 1] = value(
                 store,
-                QStringLiteral("select count(*) from %1 where NetId = %2").arg(name, QString::number(net))));
-            for (const Reference &reference : table.references) {
-                ranks[net - 1].append(value(
-                    store, QStringLiteral("select group_concat(%1) from (select * from %2 where NetId = "
-                                          "%3 order by rowid) a")
-                               .arg(rankOf(reference, net), name, QString::number(net))));
-            }
-        }
-        EXPECT_EQ(ranks[0], ranks[1]) << table.name;
+                QStringLiteral(
+                    "select group_concat(place) from (select (select count(*) from %3 b where b.NetId "
+                    "= a.NetId and b.%4 <= a.%2) * exists (select 1 from %3 b where b.NetId = a.NetId "
+                    "and b.%4 = a.%2) as place from %1 a where NetId = %5 and (%6) order by a.rowid)")
+                    .arg(key.table, key.column, key.target, key.id, QString::number(net), key.condition));
+        EXPECT_EQ(places[0], places[1]) << what.toStdString();
+        EXPECT_TRUE(places[0].contains(QRegularExpression(QStringLiteral("[1-9]"))))
+            << what.toStdString() << " leads nowhere: " << places[0].toStdString();
     }
-    for (const auto &[table, column] : {std::pair("Link", "linkID"), std::pair("LaneConnector", "laneConnId"),
-                                        std::pair("VehicleConstitutent", "vehicleConsCode")})
+
+    // Numbers that mean the same in every network.
+    const QSet<QString> shared{QStringLiteral("changelanemodelparam.modelparamid"),
+                               QStringLiteral("drivefollowedmodelparam.modelparamid"),
+                               QStringLiteral("linktype.linktypeid"),
+                               QStringLiteral("v2xconfig.v2xconfigid"),
+                               QStringLiteral("vehicletype.vehicletypecode"),
+                               QStringLiteral("vehicleconstitutent.vehicleconscode")};
+    // Numbers that are no identifiers.
+    const QSet<QString> times{QStringLiteral("busstationpassengerarriving.starttime"),
+                              QStringLiteral("busstationpassengerarriving.endtime"),
+                              QStringLiteral("passenger.arrivingtime"), QStringLiteral("idgenerater.id")};
+    int identifiers = 0;
+    for (const QStringList &column :
+         allRows(store, QStringLiteral("select m.name, c.name, c.pk ") +
+                            ofNetworks.arg(QStringLiteral("pragma_table_info")) +
+                            QStringLiteral(" and lower(c.type) = 'bigint' and lower(c.name) <> 'netid'"))) {
+        const QString what = (column.at(0) + QLatin1Char('.') + column.at(1)).toLower();
+        if (references.contains(what) || shared.contains(what) || times.contains(what))
+            continue;
+        EXPECT_EQ(column.at(2), QStringLiteral("2"))
+            << what.toStdString() << " refers to nothing that is known here";
+        ++identifiers;
+        EXPECT_EQ(value(store, QStringLiteral("select count(*) - count(distinct %2) from %1")
+                                   .arg(column.at(0), column.at(1))),
+                  QStringLiteral("0"))
+            << what.toStdString();
         EXPECT_EQ(
-            value(store, QStringLiteral("select (select ID from IDGenerater where NetId = 2 and TableName "
-                                        "= '%1') >= (select max(%2) from %1 where NetId = 2)")
-                             .arg(QLatin1String(table), QLatin1String(column))),
+            value(store, QStringLiteral(
+                             "select coalesce((select ID from IDGenerater where NetId = 2 and TableName = "
+                             "'%1'), 0) >= coalesce(max(%2), 0) from %1 where NetId = 2")
+                             .arg(column.at(0), column.at(1))),
             QStringLiteral("1"))
-            << table;
+            << what.toStdString();
+    }
+    EXPECT_EQ(identifiers, 29);
     // Without a collision nothing is renumbered, and the network's own number does not count.
     const QString other = newStore(QStringLiteral("other"));
     change(other, {QStringLiteral("insert into Net(NetId, name, sourceType, centerX, centerY, isDefault) "

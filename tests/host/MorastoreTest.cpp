@@ -1,5 +1,4 @@
 #include "tests/host/Morastore.h"
-#include "tests/support/RealData.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -321,30 +320,6 @@ TEST_F(Morastore, ShowsEveryKind) {
         QStringLiteral("has no 99"));
 }
 
-TEST_F(Morastore, ARealCityComesBackWithItsTraffic) {
-    const QString net = realDataFile(QStringLiteral("bologna/joined_buslanes.net.xml.gz"));
-    if (net.isEmpty())
-        GTEST_SKIP() << "no real data";
-    const QString store = file(QStringLiteral("city.mora"));
-    QStringList arguments{QStringLiteral("roundtrip"), net, QStringLiteral("--store"), store,
-                          QStringLiteral("--strict")};
-    for (const char *name : {"joined_tls", "joined_vtypes", "joined_bus_stops", "joined_detectors"})
-        arguments << QStringLiteral("--additional")
-                  << realDataFile(QStringLiteral("bologna/%1.add.xml").arg(QLatin1String(name)));
-    for (const char *name : {"joined.rou.xml.gz", "joined_busses.rou.xml"})
-        arguments << QStringLiteral("--routes")
-                  << realDataFile(QStringLiteral("bologna/%1").arg(QLatin1String(name)));
-    const Outcome outcome = run(arguments);
-    EXPECT_EQ(outcome.exitCode, 0) << outcome.err.toStdString();
-    EXPECT_TRUE(outcome.out.contains(QStringLiteral("all equal")));
-    EXPECT_EQ(row(store, QStringLiteral(
-                             "select (select count(*) from SignalGroup), (select count(*) from SignalLamp), "
-                             "(select count(*) from VehicleConstitutent), (select sum(vehiCount) from "
-                             "DepartureInterval), (select count(*) from VehicleDrivInfoCollecter), "
-                             "(select count(*) from BusStation), (select count(*) from BusLine)")),
-              QVariantList({26, 244, 3, 11000, 106, 56, 20}));
-}
-
 TEST_F(Morastore, WrongUsageIsToldFromFailure) {
     for (const QStringList &arguments :
          {QStringList{}, QStringList{QStringLiteral("fly")}, QStringList{QStringLiteral("info")},
@@ -359,28 +334,6 @@ TEST_F(Morastore, WrongUsageIsToldFromFailure) {
         const Outcome outcome = run({QLatin1String(option)});
         EXPECT_EQ(outcome.exitCode, 0);
         EXPECT_TRUE(outcome.out.contains(QLatin1String("morastore")));
-    }
-}
-
-TEST_F(Morastore, RoundTripsRealNetworks) {
-    const struct {
-        const char *network;
-        QList<int> counts;
-    } table[] = {
-        {"rilsa/net.net.xml", {8, 12, 12, 12}},
-        {"bologna/joined_buslanes.net.xml.gz", {267, 411, 437, 576}},
-        {"berlin/net.net.xml.gz", {630, 931, 951, 1078}},
-    };
-    int number = 0;
-    for (const auto &entry : table) {
-        const QString network = realDataFile(QLatin1String(entry.network));
-        if (network.isEmpty())
-            GTEST_SKIP() << "no real data: " << entry.network;
-        const QString store = file(QString::number(++number));
-        const Outcome outcome = run({QStringLiteral("roundtrip"), network, QStringLiteral("--store"), store});
-        EXPECT_EQ(outcome.exitCode, 0) << outcome.err.toStdString();
-        EXPECT_TRUE(outcome.out.contains(QLatin1String("all equal"))) << outcome.out.toStdString();
-        EXPECT_EQ(counts(store), entry.counts) << entry.network;
     }
 }
 

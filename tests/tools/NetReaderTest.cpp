@@ -1,8 +1,6 @@
 #include "tools/sumo/reader/NetReader.h"
-#include "tests/support/RealData.h"
 #include "tools/reports/Failure.h"
 
-#include <QSet>
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
 
@@ -273,38 +271,4 @@ TEST_F(NetReader, ReadsACompressedFileOfSeveralPartsToItsEnd) {
     const QString path =
         write(QStringLiteral("parts.gz"), part(whole.left(middle)) + part(whole.mid(middle)));
     EXPECT_EQ(readSumoNet(path).edges.size(), 2U);
-}
-
-TEST(RealNetworks, HaveTheCountsOfAnIndependentParse) {
-    const struct {
-        const char *file;
-        std::size_t links, lanes, laneConnections, connectors, programmes, phases;
-    } table[] = {
-        {"rilsa/net.net.xml", 8, 12, 12, 12, 1, 8},
-        {"bologna/joined_buslanes.net.xml.gz", 267, 411, 576, 437, 13, 101},
-        {"berlin/net.net.xml.gz", 630, 931, 1078, 951, 9, 51},
-        {"badhersfeld/osm_edited.net.xml.gz", 9981, 13992, 15297, 14968, 21, 141},
-        {"porto_alegre/poa.net.xml.gz", 24224, 30749, 61388, 54655, 572, 2585},
-    };
-    for (const auto &row : table) {
-        const QString path = realDataFile(QLatin1String(row.file));
-        if (path.isEmpty())
-            GTEST_SKIP() << "no real data: " << row.file;
-        const SumoNet net = readSumoNet(path);
-        std::size_t lanes = 0;
-        std::size_t phases = 0;
-        QSet<QPair<QString, QString>> pairs;
-        for (const SumoEdge &edge : net.edges)
-            lanes += edge.lanes.size();
-        for (const SumoProgramme &programme : net.programmes)
-            phases += programme.phases.size();
-        for (const SumoConnection &connection : net.connections)
-            pairs.insert({connection.from, connection.to});
-        EXPECT_EQ(net.edges.size(), row.links) << row.file;
-        EXPECT_EQ(lanes, row.lanes) << row.file;
-        EXPECT_EQ(net.connections.size(), row.laneConnections) << row.file;
-        EXPECT_EQ(std::size_t(pairs.size()), row.connectors) << row.file;
-        EXPECT_EQ(net.programmes.size(), row.programmes) << row.file;
-        EXPECT_EQ(phases, row.phases) << row.file;
-    }
 }
