@@ -12,6 +12,7 @@
 #include <functional>
 
 using namespace differential;
+using namespace moratools;
 
 // No field of an object may be missing where objects are compared or shown. What their fields are says the list that
 // the differential tests keep by hand.

@@ -5,6 +5,8 @@
 
 #include <QFile>
 
+using namespace moratools;
+
 // Rules of docs/import.md, each by a value that was worked out by hand for a network small enough for that.
 
 namespace {
