@@ -2,7 +2,9 @@
 
 #include "Net.h"
 
-BusLine::BusLine() : desirSpeed(gNet.config().inSceneUnits(50 / 3.6)) {}
+BusLine::BusLine() : BusLine(gNet) {}
+
+BusLine::BusLine(const Net &net) : desirSpeed(net.config().inSceneUnits(50 / 3.6)) {}
 
 void BusLine::init() {
     *this = BusLine();

@@ -8,13 +8,15 @@
 #include <QString>
 
 class Link;
+class Net;
 
 /// A bus line. It owns its stops and never its links: a copy has copies of the stops and runs on the same
 /// links.
 class MORASTORE_EXPORT BusLine {
 public:
-    /// The speed follows the scale of gNet at this moment.
+    /// The speed follows the scale of gNet at this moment, or that of `net`.
     BusLine();
+    explicit BusLine(const Net &net);
 
     /// Back to the state of a new line; deletes the stops.
     void init();

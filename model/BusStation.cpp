@@ -3,8 +3,10 @@
 #include "Net.h"
 #include "SpecialWords.h"
 
-BusStation::BusStation(Link *link, int lane)
-    : laneNumber(lane),
-      length(gNet.config().inSceneUnits(30.0)),
-      type(gSpecialWords.getWord(QStringLiteral("路侧式"))),
-      mpLink(link) {}
+BusStation::BusStation(Link *link, int lane) : BusStation(gNet, gSpecialWords) {
+    laneNumber = lane;
+    mpLink = link;
+}
+
+BusStation::BusStation(const Net &net, const SpecialWords &words)
+    : length(net.config().inSceneUnits(30.0)), type(words.getWord(QStringLiteral("路侧式"))) {}

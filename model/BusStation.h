@@ -5,12 +5,16 @@
 #include <QString>
 
 class Link;
+class Net;
+class SpecialWords;
 
 /// A place where buses stop.
 class MORASTORE_EXPORT BusStation {
 public:
-    /// Length and kind follow the scale of gNet and the dictionary at this moment. The link keeps its owner.
+    /// Length and kind follow the scale of gNet and gSpecialWords at this moment, or the scale of `net` and `words`. The
+    /// link keeps its owner.
     explicit BusStation(Link *link = nullptr, int lane = 0);
+    BusStation(const Net &net, const SpecialWords &words);
 
     long busStationID = 0;
     QString name = QStringLiteral("0");

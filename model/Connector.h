@@ -2,6 +2,7 @@
 
 #include "LaneConnector.h"
 #include "MoraStoreExport.h"
+#include "NetIndex.h"
 #include "OwningList.h"
 #include "StoredJson.h"
 
@@ -14,8 +15,6 @@ class MORASTORE_EXPORT Connector {
 public:
     /// The road id starts as `id`, too. The links stay with their owners.
     Connector(long id, Link *from, Link *to);
-    /// Deletes the lane connectors and leaves the tables of gNet.
-    ~Connector();
 
     long connID = 0;
     long roadId = 0;
@@ -34,6 +33,12 @@ public:
     OwningList<LaneConnector> mlLaneConnector;
     QList<long> mlLimitVehicle; ///< codes of the restricted vehicle types
 
+    /// The network whose tables have the object; null while none has.
+    Net *net() const { return mPlace.net(); }
+
 private:
+    friend class NetIndex<Connector>;
     Q_DISABLE_COPY(Connector)
+
+    NetIndex<Connector>::Place mPlace;
 };

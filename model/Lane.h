@@ -1,6 +1,7 @@
 #pragma once
 
 #include "MoraStoreExport.h"
+#include "NetIndex.h"
 #include "StoredJson.h"
 
 #include <QList>
@@ -13,8 +14,6 @@ struct GuideArrow;
 class MORASTORE_EXPORT Lane {
 public:
     Lane() = default;
-    /// Leaves the tables of gNet.
-    ~Lane();
 
     /// Takes the guide arrows of that id out of the list, without deleting them.
     void removeGuideArrow(long guideArrowID);
@@ -32,6 +31,12 @@ public:
     QList<GuideArrow *> mlGuideArrow;           ///< not owned
     QList<QPair<long, QString>> mlLimitVehicle; ///< code and name of each restricted vehicle type
 
+    /// The network whose tables have the object; null while none has.
+    Net *net() const { return mPlace.net(); }
+
 private:
+    friend class NetIndex<Lane>;
     Q_DISABLE_COPY(Lane)
+
+    NetIndex<Lane>::Place mPlace;
 };

@@ -1,12 +1,31 @@
 #include "LaneConnector.h"
 
-#include "Net.h"
+#include <algorithm>
+#include <mutex>
+
+namespace {
+
+// Stores that are open in different threads share the numbers.
+std::mutex generIdLock;
+
+} // namespace
 
 long LaneConnector::generId = 0;
 
 LaneConnector::LaneConnector(Connector *connector, Lane *from, Lane *to)
-    : laneConnId(++generId), mpConnector(connector), mpStartLane(from), mpEndLane(to) {}
+    : laneConnId(nextId()), mpConnector(connector), mpStartLane(from), mpEndLane(to) {}
 
-LaneConnector::~LaneConnector() {
-    Net::forget(this);
+long LaneConnector::lastId() {
+    const std::lock_guard<std::mutex> lock(generIdLock);
+    return generId;
+}
+
+long LaneConnector::nextId() {
+    const std::lock_guard<std::mutex> lock(generIdLock);
+    return ++generId;
+}
+
+void LaneConnector::passId(long id) {
+    const std::lock_guard<std::mutex> lock(generIdLock);
+    generId = std::max(generId, id);
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "MoraStoreExport.h"
+#include "NetIndex.h"
 #include "StoredJson.h"
 
 class Connector;
@@ -11,8 +12,6 @@ class MORASTORE_EXPORT LaneConnector {
 public:
     /// Takes the next number of generId as its id. The three objects stay with their owners.
     LaneConnector(Connector *connector, Lane *from, Lane *to);
-    /// Leaves the tables of gNet.
-    ~LaneConnector();
 
     long laneConnId = 0;
     int weight = 0;
@@ -25,9 +24,21 @@ public:
     Lane *mpEndLane = nullptr;
 
     /// The last id given. Lane connectors are numbered by process, afresh at every read; opening a store of
-    /// generation 6 moves this past the ids that the store has.
+    /// generation 6 moves this past the ids that the store has. While other threads use stores it is reached
+    /// by the functions below alone.
     static long generId;
+    static long lastId();
+    /// The next number.
+    static long nextId();
+    /// From now on numbers are above `id`.
+    static void passId(long id);
+
+    /// The network whose tables have the object; null while none has.
+    Net *net() const { return mPlace.net(); }
 
 private:
+    friend class NetIndex<LaneConnector>;
     Q_DISABLE_COPY(LaneConnector)
+
+    NetIndex<LaneConnector>::Place mPlace;
 };

@@ -1,6 +1,5 @@
 #include "Link.h"
 
-#include "Net.h"
 #include "SpecialWords.h"
 
 #include <MoraSupport/MyLogger.h>
@@ -11,19 +10,6 @@
 #include <cmath>
 
 namespace {
-
-QString word(const QString &key) {
-    return gSpecialWords.getWord(key);
-}
-
-/// What drives on the lanes of a link of that type.
-QString actionTypeOf(const QString &linkType) {
-    if (linkType == word(QStringLiteral("机非共享车道")) || linkType == word(QStringLiteral("机非共享")))
-        return word(QStringLiteral("机非共享车道"));
-    if (linkType == word(QStringLiteral("非机动车道")) || linkType == word(QStringLiteral("公交专用道")))
-        return linkType;
-    return word(QStringLiteral("机动车道"));
-}
 
 void showFailure(const QString &text) {
     const QString title = QStringLiteral("Link");
@@ -36,14 +22,25 @@ void showFailure(const QString &text) {
 } // namespace
 
 Link::~Link() {
-    Net::forget(this);
     if (mpEndNode != mpStartNode)
         delete mpEndNode;
     delete mpStartNode;
 }
 
+QString Link::word(const QString &key) const {
+    return words().getWord(key);
+}
+
+QString Link::actionTypeOfLanes() const {
+    if (linkType == word(QStringLiteral("机非共享车道")) || linkType == word(QStringLiteral("机非共享")))
+        return word(QStringLiteral("机非共享车道"));
+    if (linkType == word(QStringLiteral("非机动车道")) || linkType == word(QStringLiteral("公交专用道")))
+        return linkType;
+    return word(QStringLiteral("机动车道"));
+}
+
 void Link::createLanes(const QList<double> &widths) {
-    const QString actionType = actionTypeOf(linkType);
+    const QString actionType = actionTypeOfLanes();
     for (int i = 0; i < widths.size(); ++i) {
         if (!appendLane(i + 1, widths.at(i), actionType))
             return;
@@ -53,7 +50,7 @@ void Link::createLanes(const QList<double> &widths) {
 void Link::createLanes() {
     // Only lanes made by number keep a pedestrian way's type; lanes of given widths on one are motor lanes.
     const bool isPedestrianWay = linkType == word(QStringLiteral("人行道"));
-    const QString actionType = isPedestrianWay ? linkType : actionTypeOf(linkType);
+    const QString actionType = isPedestrianWay ? linkType : actionTypeOfLanes();
     for (int made = 0; laneNumber > made; ++made) {
         if (!appendLane(made + 1, laneWidth, actionType))
             return;

@@ -2,6 +2,7 @@
 
 #include "Lane.h"
 #include "MoraStoreExport.h"
+#include "NetIndex.h"
 #include "Node.h"
 #include "OwningList.h"
 #include "StoredJson.h"
@@ -9,15 +10,17 @@
 
 #include <QString>
 
+class SpecialWords;
+
 /// A directed road section. It owns its end nodes, vertices and lanes.
 class MORASTORE_EXPORT Link {
 public:
     Link() = default;
-    /// Deletes nodes, vertices and lanes, and leaves the tables of gNet.
+    /// Deletes nodes, vertices and lanes.
     ~Link();
 
-    /// Appends one lane per width (metres), numbered by its place in `widths`, with ids drawn from gDB. When
-    /// the store gives no id the lanes made so far stay, and the failure is shown in a message box under a
+    /// Appends one lane per width (metres), numbered by its place in `widths`, with ids drawn from the open
+    /// store whose network has the link, or from gDB while none has. When the store gives no id the lanes made so far stay, and the failure is shown in a message box under a
     /// QApplication and written to the log "Link" elsewhere.
     void createLanes(const QList<double> &widths);
     /// The same for the link's own number and width of lanes; a fraction of a lane counts as a lane.
@@ -56,10 +59,21 @@ public:
     OwningList<Vertex> mlVertex; ///< from start to end
     OwningList<Lane> mlLane;
 
+    /// The network whose tables have the object; null while none has.
+    Net *net() const { return mPlace.net(); }
+
 private:
+    friend class NetIndex<Link>;
     Q_DISABLE_COPY(Link)
 
-    bool appendLane(int serialNumber, double laneWidth, const QString &actionType);
-    /// Asks the open store.
-    static bool nextLaneId(long &id);
+    bool appendLane(int serialNumber, double width, const QString &actionType);
+    QString word(const QString &key) const;
+    /// What drives on the lanes, by the link's type.
+    QString actionTypeOfLanes() const;
+    /// @{ Of the open store whose network has the link; of the process's store while none has.
+    const SpecialWords &words() const;
+    bool nextLaneId(long &id) const;
+    /// @}
+
+    NetIndex<Link>::Place mPlace;
 };

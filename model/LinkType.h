@@ -17,5 +17,5 @@ struct LinkType {
     QString storedTypeName = {};
 };
 
-/// The link types of the open store; the host fills it from DBTools::selectLinkType.
-extern MORASTORE_EXPORT QList<LinkType> glLinkType;
+/// The link types of the process's store; the host fills it from DBTools::selectLinkType.
+extern MORASTORE_EXPORT QList<LinkType> &glLinkType;

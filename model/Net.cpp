@@ -6,15 +6,7 @@
 #include "Link.h"
 #include "SignalPhase.h"
 
-namespace {
-
-// Objects may outlive gNet when a process ends. A plain bool has no destructor, so it can still be asked
-// then.
-bool gNetIsGone = false;
-
-} // namespace
-
-Net gNet;
+Net::Net() = default;
 
 Net::Net(const Net &other) : IRoadNet(), NetRecord(other), mConfig(other.mConfig) {}
 
@@ -24,10 +16,7 @@ Net &Net::operator=(const Net &other) {
     return *this;
 }
 
-Net::~Net() {
-    if (this == &gNet)
-        gNetIsGone = true;
-}
+Net::~Net() = default;
 
 void Net::loadRecord(const NetRecord &record) {
     if (record.netId != netId)
@@ -59,29 +48,4 @@ void Net::releaseNet() {
     mConnectors.clear();
     mLaneConnectors.clear();
     mSignalPhases.clear();
-}
-
-void Net::forget(const Link *link) {
-    if (!gNetIsGone)
-        gNet.mLinks.leave(link);
-}
-
-void Net::forget(const Lane *lane) {
-    if (!gNetIsGone)
-        gNet.mLanes.leave(lane);
-}
-
-void Net::forget(const Connector *connector) {
-    if (!gNetIsGone)
-        gNet.mConnectors.leave(connector);
-}
-
-void Net::forget(const LaneConnector *laneConnector) {
-    if (!gNetIsGone)
-        gNet.mLaneConnectors.leave(laneConnector);
-}
-
-void Net::forget(const SignalPhase *phase) {
-    if (!gNetIsGone)
-        gNet.mSignalPhases.leave(phase);
 }

@@ -33,12 +33,12 @@ struct NetRecord {
 /// A network: its record, its scene configuration, and tables of its objects by id.
 ///
 /// The tables are filled by the reads and by the enter functions. They are indexes and own nothing: what a
-/// read returned belongs to its caller, and an object that is destroyed leaves the tables of gNet, and of
-/// gNet alone. So only gNet should be given objects. Copying takes the record and the configuration, never
-/// the tables.
+/// read returned belongs to its caller. An object is in the tables of one network at most: it leaves them when
+/// another network is given it, and when it is destroyed, be that before the network or after it. Copying
+/// takes the record and the configuration, never the tables.
 class MORASTORE_EXPORT Net : public IRoadNet, public NetRecord {
 public:
-    Net() = default;
+    Net();
     Net(const Net &other);
     /// The own tables stay when both are records of the same network, and are emptied otherwise.
     Net &operator=(const Net &other);
@@ -68,6 +68,10 @@ public:
     /// Reads this network's scene configuration from a store, with DBTools::selectConfiguration().
     bool readConfiguration(QSqlDatabase &db);
 
+    /// The connection of the open store whose current network this is (gDB for gNet); null for any other
+    /// network.
+    QSqlDatabase *connection() const { return mConnection; }
+
     /// The links and the connectors of the tables, in ascending order of their ids.
     QList<Link *> lLink() const { return mLinks.inAscendingOrder(); }
     QList<Connector *> lConnector() const { return mConnectors.inAscendingOrder(); }
@@ -90,21 +94,17 @@ public:
     /// Empties the tables. The objects stay with their owners.
     void releaseNet();
 
-    /// Takes an object that is being destroyed out of gNet's tables; also safe when gNet is gone already.
-    static void forget(const Link *link);
-    static void forget(const Lane *lane);
-    static void forget(const Connector *connector);
-    static void forget(const LaneConnector *laneConnector);
-    static void forget(const SignalPhase *phase);
-
 private:
+    friend struct StoreState;
+
     Configuration mConfig;
-    NetIndex<Link> mLinks;
-    NetIndex<Lane> mLanes;
-    NetIndex<Connector> mConnectors;
-    NetIndex<LaneConnector> mLaneConnectors;
-    NetIndex<SignalPhase> mSignalPhases;
+    QSqlDatabase *mConnection = nullptr;
+    NetIndex<Link> mLinks{this};
+    NetIndex<Lane> mLanes{this};
+    NetIndex<Connector> mConnectors{this};
+    NetIndex<LaneConnector> mLaneConnectors{this};
+    NetIndex<SignalPhase> mSignalPhases{this};
 };
 
-/// The current network.
-extern MORASTORE_EXPORT Net gNet;
+/// The current network of the process's store.
+extern MORASTORE_EXPORT Net &gNet;

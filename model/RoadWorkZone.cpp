@@ -2,5 +2,7 @@
 
 #include "Net.h"
 
-RoadWorkZone::RoadWorkZone()
-    : zoneLength(gNet.config().inSceneUnits(100.0)), limitSpeed(gNet.config().inSceneUnits(60 / 3.6)) {}
+RoadWorkZone::RoadWorkZone() : RoadWorkZone(gNet) {}
+
+RoadWorkZone::RoadWorkZone(const Net &net)
+    : zoneLength(net.config().inSceneUnits(100.0)), limitSpeed(net.config().inSceneUnits(60 / 3.6)) {}

@@ -6,11 +6,14 @@
 
 #include <QString>
 
+class Net;
+
 /// A stretch of road blocked by works. It owns its lanes; a copy has copies of them.
 class MORASTORE_EXPORT RoadWorkZone {
 public:
-    /// Length and speed limit follow the scale of gNet at this moment.
+    /// Length and speed limit follow the scale of gNet at this moment, or that of `net`.
     RoadWorkZone();
+    explicit RoadWorkZone(const Net &net);
 
     bool isOnLink() const { return ZoneLane::allOnLink(mlLane); }
 

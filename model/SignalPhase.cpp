@@ -1,15 +1,12 @@
 #include "SignalPhase.h"
 
-#include "Net.h"
 #include "SignalLamp.h"
 
 #include <QStringList>
 
 SignalPhase::SignalPhase(QObject *parent) : QObject(parent) {}
 
-SignalPhase::~SignalPhase() {
-    Net::forget(this);
-}
+SignalPhase::~SignalPhase() = default;
 
 QList<ISignalLamp *> SignalPhase::signalLamps() const {
     QList<ISignalLamp *> lamps;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "MoraStoreExport.h"
+#include "NetIndex.h"
 
 #include <MoraInterfaces/ISignalPhase.h>
 
@@ -15,7 +16,7 @@ class MORASTORE_EXPORT SignalPhase : public QObject, public ISignalPhase {
 
 public:
     explicit SignalPhase(QObject *parent = nullptr);
-    /// Leaves the tables of gNet. The lamps stay with their owners, without a phase.
+    /// The lamps stay with their owners, without a phase.
     ~SignalPhase() override;
 
     QString phaseName() const override { return name; }
@@ -34,4 +35,12 @@ public:
     /// The colours as a whole load found them, where one of the displayed would be written otherwise.
     QStringList storedColors;
     QList<SignalLamp *> mlLamp; ///< not owned; filled by SignalLamp::setPhase
+
+    /// The network whose tables have the object; null while none has.
+    Net *net() const { return mPlace.net(); }
+
+private:
+    friend class NetIndex<SignalPhase>;
+
+    NetIndex<SignalPhase>::Place mPlace;
 };

@@ -58,8 +58,6 @@ const Word VOCABULARY[] = {
 
 } // namespace
 
-SpecialWords gSpecialWords;
-
 SpecialWords::SpecialWords() {
     for (const Word &word : VOCABULARY)
         mEnglishByChinese.insert(QString::fromUtf16(word.chinese), QString::fromUtf16(word.english));

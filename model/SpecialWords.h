@@ -40,5 +40,5 @@ private:
     QMap<QString, QString> mEnglishByChinese;
 };
 
-/// The dictionary that all store operations and entity defaults use.
-extern MORASTORE_EXPORT SpecialWords gSpecialWords;
+/// The dictionary of the process's store, which entity defaults use, too.
+extern MORASTORE_EXPORT SpecialWords &gSpecialWords;

@@ -2,8 +2,6 @@
 
 #include <algorithm>
 
-QHash<long, VehicleComposition> ghVehicleComposition;
-
 bool VehicleComposition::exits(long consCode, long typeCode) const {
     return std::any_of(mlDetail.begin(), mlDetail.end(), [=](const VehicleConsDetail &detail) {
         return detail.vehicleConsCode == consCode && detail.vehicleTypeCode == typeCode;

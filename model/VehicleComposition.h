@@ -30,5 +30,6 @@ public:
     QList<VehicleConsDetail> mlDetail;
 };
 
-/// The compositions of the open network by code; the host fills it from DBTools::selectVehicleConstitutent.
-extern MORASTORE_EXPORT QHash<long, VehicleComposition> ghVehicleComposition;
+/// The compositions of the process's store by code; the host fills it from
+/// DBTools::selectVehicleConstitutent.
+extern MORASTORE_EXPORT QHash<long, VehicleComposition> &ghVehicleComposition;

@@ -3,5 +3,7 @@
 #include "Net.h"
 #include "SpecialWords.h"
 
-VehicleDetector::VehicleDetector()
-    : length(gNet.config().inSceneUnits(1.0)), type(gSpecialWords.getWord(QStringLiteral("标准检测器"))) {}
+VehicleDetector::VehicleDetector() : VehicleDetector(gNet, gSpecialWords) {}
+
+VehicleDetector::VehicleDetector(const Net &net, const SpecialWords &words)
+    : length(net.config().inSceneUnits(1.0)), type(words.getWord(QStringLiteral("标准检测器"))) {}

@@ -5,12 +5,16 @@
 #include <QList>
 #include <QString>
 
+class Net;
+class SpecialWords;
+
 /// A loop on a lane of a link, or on a lane-to-lane path of a connector, that serves a phase of a signal
 /// group.
 class MORASTORE_EXPORT VehicleDetector {
 public:
-    /// Length and kind follow the scale of gNet and the dictionary at this moment.
+    /// Length and kind follow the scale of gNet and gSpecialWords at this moment, or the scale of `net` and `words`.
     VehicleDetector();
+    VehicleDetector(const Net &net, const SpecialWords &words);
 
     /// Whether toLaneNumber is negative; roadType plays no part.
     bool isOnLink() const { return toLaneNumber < 0; }

@@ -2,18 +2,15 @@
 
 #include "Net.h"
 
-VehicleQueueCounter::VehicleQueueCounter() {
-    init();
+VehicleQueueCounter::VehicleQueueCounter() : VehicleQueueCounter(gNet) {}
+
+VehicleQueueCounter::VehicleQueueCounter(const QPointF &position) : VehicleQueueCounter() {
+    x = position.x();
+    y = position.y();
 }
 
-VehicleQueueCounter::VehicleQueueCounter(const QPointF &position) : x(position.x()), y(position.y()) {
-    init();
-}
-
-void VehicleQueueCounter::init() {
-    const Configuration &scene = gNet.config();
-    speedLowLimit = scene.inSceneUnits(5 / 3.6);
-    speedUpLimit = scene.inSceneUnits(10 / 3.6);
-    maxDistInterval = scene.inSceneUnits(20.0);
-    maxQueueLength = scene.inSceneUnits(500.0);
-}
+VehicleQueueCounter::VehicleQueueCounter(const Net &net)
+    : speedLowLimit(net.config().inSceneUnits(5 / 3.6)),
+      speedUpLimit(net.config().inSceneUnits(10 / 3.6)),
+      maxDistInterval(net.config().inSceneUnits(20.0)),
+      maxQueueLength(net.config().inSceneUnits(500.0)) {}

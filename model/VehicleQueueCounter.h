@@ -5,11 +5,14 @@
 #include <QPointF>
 #include <QString>
 
+class Net;
+
 /// Measures queues upstream of a point. Lengths in metres, times in seconds; the limits of a new counter are
-/// in scene units, by the scale of gNet.
+/// in scene units, by the scale of gNet at this moment or that of `net`.
 class MORASTORE_EXPORT VehicleQueueCounter {
 public:
     VehicleQueueCounter();
+    explicit VehicleQueueCounter(const Net &net);
     explicit VehicleQueueCounter(const QPointF &position);
 
     /// Whether toLaneNumber is below 1.
@@ -32,7 +35,4 @@ public:
     int endTime = 3600;
     int dataInterval = 300;
     int countInterval = 1;
-
-private:
-    void init();
 };

@@ -8,8 +8,6 @@
 
 #include <algorithm>
 
-QHash<long, VehicleType> ghVehicleType;
-
 QReadWriteLock VehicleType::mlock(QReadWriteLock::Recursive);
 
 VehicleType &VehicleType::operator=(const _VehicleType &record) {

@@ -55,5 +55,5 @@ public:
     QString storedTypeName;
 };
 
-/// The vehicle types of the open network by code; the host fills it from DBTools::selectVehicleType.
-extern MORASTORE_EXPORT QHash<long, VehicleType> ghVehicleType;
+/// The vehicle types of the process's store by code; the host fills it from DBTools::selectVehicleType.
+extern MORASTORE_EXPORT QHash<long, VehicleType> &ghVehicleType;

@@ -9,25 +9,21 @@
 #include "store/core/Transaction.h"
 #include "store/families/Links.h"
 #include "store/families/Networks.h"
-#include "store/guard/ConnectionGuard.h"
-#include "store/guard/SchemaGuard.h"
 #include "store/ids/Identifiers.h"
 #include "store/ids/Sequences.h"
+#include "store/opening/ProcessStore.h"
+#include "store/opening/StoreOpening.h"
 #include "store/protection/FileProtection.h"
-#include "store/schema/Upgrade.h"
-
-#include <QDir>
 
 #include <optional>
 
-QSqlDatabase gDB;
+QSqlDatabase &gDB = processStore().state.db;
 QSqlDatabase gDBForBackup;
-QString gsDbPath;
+QString &gsDbPath = processStore().state.path;
 
-StoreState DBTools::mState;
-bool &DBTools::mbLinkHasRouadId = mState.linkHasRoadId;
-QHash<long, QHash<QString, QList<long>>> &DBTools::mhId = mState.reservedIds;
-QHash<long, QHash<QString, long>> &DBTools::mhNetMaxId = mState.highestIds;
+bool &DBTools::mbLinkHasRouadId = processStore().state.linkHasRoadId;
+QHash<long, QHash<QString, QList<long>>> &DBTools::mhId = processStore().state.reservedIds;
+QHash<long, QHash<QString, long>> &DBTools::mhNetMaxId = processStore().state.highestIds;
 
 namespace {
 
@@ -46,11 +42,11 @@ networks::Record networkRecord(long id, const QString &name, const QPointF &cent
 } // namespace
 
 Store DBTools::ownStore(QSqlDatabase &db, long netId) {
-    return {db, mState, netId, Generation::OneNet, mDbVer, mlCallDbResult};
+    return opening::storeOfOneNet(stateOf(db), db, netId);
 }
 
 Store DBTools::storeOf(QSqlDatabase &db, long netId) {
-    const std::optional<long> version = probes::dbVersion(db, mlCallDbResult);
+    const std::optional<long> version = probes::dbVersion(db, failuresOf(db.driver()));
     if (version.value_or(0) >= 6)
         return DBTools_V6::storeOf(db, netId);
     Store store = ownStore(db, netId);
@@ -58,6 +54,14 @@ Store DBTools::storeOf(QSqlDatabase &db, long netId) {
     if (!version)
         store.giveUp();
     return store;
+}
+
+Store DBTools::currentStoreOf(QSqlDatabase &db) {
+    return storeOf(db, stateOf(db).net.netId);
+}
+
+QList<CallDbResult> &DBTools::failuresOf(const QSqlDriver *driver) {
+    return stateOf(driver).failures;
 }
 
 int DBTools::dbVer() {
@@ -73,40 +77,36 @@ bool DBTools::isInternational() {
 }
 
 void DBTools::logError(QSqlDatabase &db) {
-    if (db.isOpen())
-        writeFailureLog(db.databaseName(), mlCallDbResult + DBTools_V6::mlCallDbResult);
+    if (!db.isOpen())
+        return;
+    const StoreState &state = stateOf(db);
+    const bool isOneList = state.severalNetsFailures == &state.failures;
+    writeFailureLog(db.databaseName(),
+                    isOneList ? state.failures : state.failures + *state.severalNetsFailures);
 }
 
 long DBTools::selectDbVersion(QSqlDatabase &db) {
-    return probes::dbVersion(db, mlCallDbResult).value_or(0);
+    return probes::dbVersion(db, failuresOf(db.driver())).value_or(0);
 }
 
 bool DBTools::hasTable(QSqlDatabase &db, QString table) {
-    return probes::hasTable(db, table, mlCallDbResult).value_or(false);
+    return probes::hasTable(db, table, failuresOf(db.driver())).value_or(false);
 }
 
 bool DBTools::tableHasField(QSqlDatabase &db, QString table, QString field) {
-    return probes::tableHasField(db, table, field, mlCallDbResult).value_or(false);
+    return probes::tableHasField(db, table, field, failuresOf(db.driver())).value_or(false);
 }
 
 bool DBTools::checkConstraint(QSqlDatabase &db, QString sql) {
-    return probes::returnsRow(db, sql, mlCallDbResult).value_or(false);
+    return probes::returnsRow(db, sql, failuresOf(db.driver())).value_or(false);
 }
 
 bool DBTools::hasErrorFieldName(QSqlDatabase &db) {
-    return probes::hasMisspeltColumn(db, mlCallDbResult).value_or(false);
+    return probes::hasMisspeltColumn(db, failuresOf(db.driver())).value_or(false);
 }
 
 void DBTools::metadata(QSqlDatabase &db) {
-    if (!mlTableName.isEmpty())
-        return;
-    const auto tables = probes::tables(db, mlCallDbResult);
-    const auto keys = tables ? probes::keyColumns(db, tables->plain, mlCallDbResult) : std::nullopt;
-    // What could not be read is read the next time.
-    if (!keys)
-        return;
-    mlTableName = tables->names;
-    mhTablePK = *keys;
+    opening::readCatalogue(stateOf(db), db);
 }
 
 QHash<QString, QString> DBTools::tablePK() {
@@ -116,34 +116,15 @@ QHash<QString, QString> DBTools::tablePK() {
 void DBTools::updateDatabase(QSqlDatabase &db) {
     // Databases of a server are never upgraded.
     if (!engine::isPostgreSql(db))
-        bringForward(db);
-}
-
-bool DBTools::bringForward(QSqlDatabase &db) {
-    const bool isAnswered = upgrade::toCurrentSchema(ownStore(db, 0));
-    metadata(db);
-    return isAnswered;
+        opening::bringForward(stateOf(db), db);
 }
 
 void DBTools::updateDatabase1x(QSqlDatabase &db) {
-    if (engine::isPostgreSql(db))
-        return;
-    // A host opens such a store by itself.
-    connectionguard::harden(db);
-    const QString name = QDir::toNativeSeparators(db.databaseName());
-    if (!schemaguard::hasPlainTables(db, name, mlCallDbResult) ||
-        !schemaguard::hasFittingVersion(db, name, mlCallDbResult))
-        return;
-    const auto version = probes::dbVersion(db, mlCallDbResult);
-    // No store of several networks has ever been of the first generation.
-    if (!version || *version >= 6)
-        return;
-    upgrade::firstGeneration(ownStore(db, 0));
-    mDbVer = static_cast<int>(selectDbVersion(db));
+    opening::bringFirstGenerationForward(stateOf(db), db);
 }
 
 bool DBTools::getIDByTableName(QSqlDatabase &db, QString table, long &id) {
-    return identifiers::next(storeOf(db, gNet.netId), table, id);
+    return identifiers::next(currentStoreOf(db), table, id);
 }
 
 bool DBTools::getID(QSqlDatabase &db, long &id) {
@@ -157,14 +138,14 @@ QString DBTools::getIDName(QString table) {
 }
 
 long DBTools::getMaxID(QSqlDatabase &db, long netId, QString table) {
-    const qint64 largest = identifiers::largestInUse(db, netId, table, mlCallDbResult).value_or(0);
+    const qint64 largest = identifiers::largestInUse(db, netId, table, failuresOf(db.driver())).value_or(0);
     return identifiers::requireId(ownStore(db, netId), table, largest)
                ? static_cast<long>(largest)
                : static_cast<long>(storablevalue::kLargestId);
 }
 
 bool DBTools::updateIds(QSqlDatabase &db, bool useTransaction) {
-    return identifiers::giveBackUnused(ownStore(db, gNet.netId), useTransaction);
+    return identifiers::giveBackUnused(ownStore(db, stateOf(db).net.netId), useTransaction);
 }
 
 bool DBTools::getMaxIdByAllTables(QSqlDatabase &db, long &maxId, QString schema) {
@@ -191,14 +172,15 @@ bool DBTools::insertNet(QSqlDatabase &db, long id, QString name, QPointF center,
 }
 
 bool DBTools::insertNet(QSqlDatabase &db, bool useTransaction) {
-    return networks::insertNetwork(ownStore(db, gNet.netId), networks::recordOf(gNet), useTransaction);
+    const Net &net = stateOf(db).net;
+    return networks::insertNetwork(ownStore(db, net.netId), networks::recordOf(net), useTransaction);
 }
 
 bool DBTools::updateNet(QSqlDatabase &db, long id, bool useTransaction) {
     const Store store = storeOf(db, id);
     if (!store.hasSeveralNets())
         return !store.isGivenUp();
-    return networks::updateNetwork(store, networks::recordOf(gNet), useTransaction);
+    return networks::updateNetwork(store, networks::recordOf(store.net()), useTransaction);
 }
 
 Net *DBTools::selectNetById(QSqlDatabase &db, long id) {
@@ -239,7 +221,7 @@ bool DBTools::insertLinks(QSqlDatabase &db, long netId, QList<Link *> &links, bo
 }
 
 bool DBTools::checkLinkVertex(QSqlDatabase &db, long linkId, long vertexId) {
-    return links::linkHasVertex(db, linkId, vertexId, mlCallDbResult).value_or(false);
+    return links::linkHasVertex(db, linkId, vertexId, failuresOf(db.driver())).value_or(false);
 }
 
 QString DBTools::breakPoints(QJsonObject geometry) {
@@ -247,7 +229,7 @@ QString DBTools::breakPoints(QJsonObject geometry) {
 }
 
 bool DBTools::checkNodeVertex(QSqlDatabase &db, long nodeId, long vertexId) {
-    return links::nodeStandsOn(db, nodeId, vertexId, mlCallDbResult).value_or(false);
+    return links::nodeStandsOn(db, nodeId, vertexId, failuresOf(db.driver())).value_or(false);
 }
 
 bool DBTools::encryptFile(QString path) {

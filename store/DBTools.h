@@ -6,21 +6,23 @@
 #include <QJsonObject>
 #include <QPointF>
 
-/// The connection that the host works on.
-extern MORASTORE_EXPORT QSqlDatabase gDB;
+class QSqlDriver;
+
+/// The connection of the process's store, which the host works on.
+extern MORASTORE_EXPORT QSqlDatabase &gDB;
 /// A second connection, opened by DBTools_V6::openDatabaseForBackup().
 extern MORASTORE_EXPORT QSqlDatabase gDBForBackup;
-/// Path of the open SQLite store; empty while none is open.
-extern MORASTORE_EXPORT QString gsDbPath;
+/// Path of the process's store where it is an SQLite file; empty while none is open.
+extern MORASTORE_EXPORT QString &gsDbPath;
 
-/// The operations on a store, as a host calls them: every store is opened through this class, and every
-/// operation serves it.
+/// The operations on a store, as a host calls them: the process's store is opened through this class, and
+/// every operation serves it. Further stores are opened as a OpenStore.
 ///
 /// Those that are declared here and not in StoreOperations run alike on stores of all generations, unless
 /// they say otherwise.
 class MORASTORE_EXPORT DBTools : public StoreOperations<DBTools> {
 public:
-    /// @name State of the open store
+    /// @name State of the process's store
     /// @{
     /// Whether Link of the open store has a column whose name contains "roadid". Hosts use the name as
     /// spelled.
@@ -213,20 +215,13 @@ public:
     /// @}
 
 private:
-    friend class DBTools_V6;
     friend class StoreOperations<DBTools>;
-    /// What is known of the open store; one for both classes.
-    static StoreState mState;
-    /// The store as its version has it. Where that cannot be read nothing of the operation runs.
+    /// @{ The store as its version has it, on a network or on the current one. Where the version cannot be
+    /// read nothing of the operation runs.
     static Store storeOf(QSqlDatabase &db, long netId);
+    static Store currentStoreOf(QSqlDatabase &db);
+    /// @}
     /// A store of one network, whatever its version says: for the operations that never forward.
     static Store ownStore(QSqlDatabase &db, long netId);
-
-    static bool takeSettings();
-    /// @{ Steps of an opening; false when it ends there.
-    static bool nameStore(QSqlDatabase &db, const QString &path);
-    static bool learnAboutStore(QSqlDatabase &db, const QString &path, bool resetIdCache, bool mayUpgrade);
-    static bool bringForward(QSqlDatabase &db);
-    static bool judgeIsInter(QSqlDatabase &db);
-    /// @}
+    static QList<CallDbResult> &failuresOf(const QSqlDriver *driver);
 };

@@ -3,13 +3,23 @@
 #include "store/core/Store.h"
 #include "store/families/Networks.h"
 #include "store/ids/Identifiers.h"
+#include "store/opening/ProcessStore.h"
 
 Store DBTools_V6::storeOf(QSqlDatabase &db, long netId) {
-    return {db, DBTools::mState, netId, Generation::SeveralNets, 6, mlCallDbResult};
+    StoreState &state = stateOf(db);
+    return {db, state, netId, Generation::SeveralNets, 6, *state.severalNetsFailures};
+}
+
+Store DBTools_V6::currentStoreOf(QSqlDatabase &db) {
+    return storeOf(db, stateOf(db).net.netId);
 }
 
 Store DBTools_V6::ownStore(QSqlDatabase &db, long netId) {
     return storeOf(db, netId);
+}
+
+QList<CallDbResult> &DBTools_V6::failuresOf(const QSqlDriver *driver) {
+    return *stateOf(driver).severalNetsFailures;
 }
 
 bool DBTools_V6::getIDByTableName(QSqlDatabase &db, long netId, QString table, long &id) {

@@ -28,6 +28,8 @@ private:
     friend class StoreOperations<DBTools_V6>;
     /// @{ A store of generation 6, unasked.
     static Store storeOf(QSqlDatabase &db, long netId);
+    static Store currentStoreOf(QSqlDatabase &db);
     static Store ownStore(QSqlDatabase &db, long netId);
     /// @}
+    static QList<CallDbResult> &failuresOf(const QSqlDriver *driver);
 };

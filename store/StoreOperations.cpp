@@ -26,43 +26,57 @@
 #include "store/families/VehicleDetectors.h"
 #include "store/families/VehicleTypes.h"
 #include "store/families/Zones.h"
+#include "store/opening/ProcessStore.h"
 #include "store/schema/Dictionaries.h"
 #include "store/whole/NetworkRemoval.h"
 #include "store/whole/WholeNet.h"
 
-#include <QSysInfo>
+#include <type_traits>
+
+namespace {
+
+/// What a class has for itself of the process's store.
+template <class Facade>
+StoreFacts &facts() {
+    if constexpr (std::is_same_v<Facade, DBTools>)
+        return processStore().state;
+    else
+        return processStore().severalNets;
+}
+
+} // namespace
 
 template <class Facade>
-QString StoreOperations<Facade>::mDbDriver = QStringLiteral("QSQLITE");
+QString &StoreOperations<Facade>::mDbDriver = facts<Facade>().settings.driver;
 template <class Facade>
-QString StoreOperations<Facade>::mDbHost = QSysInfo::machineHostName();
+QString &StoreOperations<Facade>::mDbHost = facts<Facade>().settings.host;
 template <class Facade>
-int StoreOperations<Facade>::mDbPort = 5432;
+int &StoreOperations<Facade>::mDbPort = facts<Facade>().settings.port;
 template <class Facade>
-QString StoreOperations<Facade>::mDbName;
+QString &StoreOperations<Facade>::mDbName = facts<Facade>().settings.name;
 template <class Facade>
-QString StoreOperations<Facade>::mDbUser;
+QString &StoreOperations<Facade>::mDbUser = facts<Facade>().settings.user;
 template <class Facade>
-QString StoreOperations<Facade>::mDbPassword;
+QString &StoreOperations<Facade>::mDbPassword = facts<Facade>().settings.password;
 template <class Facade>
-int StoreOperations<Facade>::mDbVer = 2;
+int &StoreOperations<Facade>::mDbVer = facts<Facade>().version;
 template <class Facade>
-bool StoreOperations<Facade>::mbInter = false;
+bool &StoreOperations<Facade>::mbInter = facts<Facade>().isInternational;
 template <class Facade>
-QList<CallDbResult> StoreOperations<Facade>::mlCallDbResult;
+QList<CallDbResult> &StoreOperations<Facade>::mlCallDbResult = facts<Facade>().failures;
 template <class Facade>
-QStringList StoreOperations<Facade>::mlTableName;
+QStringList &StoreOperations<Facade>::mlTableName = facts<Facade>().tableNames;
 template <class Facade>
-QHash<QString, QString> StoreOperations<Facade>::mhTablePK;
+QHash<QString, QString> &StoreOperations<Facade>::mhTablePK = facts<Facade>().keyColumns;
 
 template <class Facade>
 bool StoreOperations<Facade>::validateDatabase(QSqlDatabase &db) {
-    return checkConnection(db, mlCallDbResult);
+    return checkConnection(db, Facade::failuresOf(db.driver()));
 }
 
 template <class Facade>
 bool StoreOperations<Facade>::validateQuery(QSqlQuery &query) {
-    return checkStatement(query, mlCallDbResult);
+    return checkStatement(query, Facade::failuresOf(query.driver()));
 }
 
 template <class Facade>
@@ -451,8 +465,8 @@ bool StoreOperations<Facade>::selectSimuConfiguration(QSqlDatabase &db, long net
 
 template <class Facade>
 bool StoreOperations<Facade>::saveConfiguration(QSqlDatabase &db, long netId, bool useTransaction) {
-    return sceneconfigurations::saveSceneConfiguration(Facade::storeOf(db, netId), gNet.config(),
-                                                       useTransaction);
+    const Store store = Facade::storeOf(db, netId);
+    return sceneconfigurations::saveSceneConfiguration(store, store.net().config(), useTransaction);
 }
 
 template <class Facade>
@@ -463,14 +477,15 @@ bool StoreOperations<Facade>::selectConfiguration(QSqlDatabase &db, long netId,
 
 template <class Facade>
 bool StoreOperations<Facade>::updateConfigIfShowGrid(QSqlDatabase &db, bool useTransaction) {
-    return sceneconfigurations::updateShowGrid(Facade::storeOf(db, gNet.netId), gNet.config().showGrid,
-                                               useTransaction);
+    const Store store = Facade::currentStoreOf(db);
+    return sceneconfigurations::updateShowGrid(store, store.net().config().showGrid, useTransaction);
 }
 
 template <class Facade>
 bool StoreOperations<Facade>::updateConfigIfShowBackgroundMap(QSqlDatabase &db, bool useTransaction) {
-    return sceneconfigurations::updateShowBackgroundMap(Facade::storeOf(db, gNet.netId),
-                                                        gNet.config().showBackgroundMap, useTransaction);
+    const Store store = Facade::currentStoreOf(db);
+    return sceneconfigurations::updateShowBackgroundMap(store, store.net().config().showBackgroundMap,
+                                                        useTransaction);
 }
 
 template <class Facade>

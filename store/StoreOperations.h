@@ -41,7 +41,6 @@ struct DriveFollowedModelParam;
 struct LCStruct;
 struct NetContents;
 struct RoutingFlowByInterval;
-struct StoreState;
 struct VehicleConsDetail;
 
 /// The operations that DBTools and DBTools_V6 have in common, with the state that each keeps for itself.
@@ -67,7 +66,10 @@ struct VehicleConsDetail;
 /// - Identifiers are the caller's: inserts write the ids that the objects carry (getIDByTableName() hands
 ///   them out).
 /// - Lists of ids are appended to in ascending order and not cleared.
-/// - One thread at a time uses the store: all state is process-wide.
+/// - An operation on the connection of an OpenStore works on what that knows and holds: where these
+///   descriptions speak of gNet, the registries, gSpecialWords, mlCallDbResult or another static member, its
+///   own is meant. Any other connection is one of the process's store, which these statics belong to.
+/// - One thread at a time uses a store.
 template <class Facade>
 class StoreOperations {
 public:
@@ -77,20 +79,20 @@ public:
     /// Each class has its own. DBTools::openDatabase() reads those of DBTools; the host's JSON settings
     /// overwrite them.
     /// @{
-    static QString mDbDriver;   ///< Qt driver: "QSQLITE" (default) or "QPSQL".
-    static QString mDbHost;     ///< Server host (PostgreSQL); default: the name of this machine.
-    static int mDbPort;         ///< Server port (PostgreSQL); default 5432.
-    static QString mDbName;     ///< Database name; for SQLite the file path.
-    static QString mDbUser;     ///< User name (PostgreSQL).
-    static QString mDbPassword; ///< Password (PostgreSQL).
+    static QString &mDbDriver;   ///< Qt driver: "QSQLITE" (default) or "QPSQL".
+    static QString &mDbHost;     ///< Server host (PostgreSQL); default: the name of this machine.
+    static int &mDbPort;         ///< Server port (PostgreSQL); default 5432.
+    static QString &mDbName;     ///< Database name; for SQLite the file path.
+    static QString &mDbUser;     ///< User name (PostgreSQL).
+    static QString &mDbPassword; ///< Password (PostgreSQL).
     /// @}
 
-    /// Failed calls of this class since the last opening.
-    static QList<CallDbResult> mlCallDbResult;
+    /// Failed calls of this class since the last opening, of the process's store.
+    static QList<CallDbResult> &mlCallDbResult;
     /// Table names, filled by DBTools::metadata().
-    static QStringList mlTableName;
+    static QStringList &mlTableName;
     /// Table name to the column of its own id, filled by DBTools::metadata().
-    static QHash<QString, QString> mhTablePK;
+    static QHash<QString, QString> &mhTablePK;
 
     /// @name Opening and checking
     /// @{
@@ -455,8 +457,8 @@ public:
     /// @}
 
 protected:
-    static int mDbVer;
-    static bool mbInter;
+    static int &mDbVer;
+    static bool &mbInter;
 };
 
 class DBTools;

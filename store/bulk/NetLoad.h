@@ -45,7 +45,9 @@ public:
     void skip(const char *table, long id, const char *reason);
 
     /// Whether there is a link or a connector of that id among what was loaded.
-    static bool isLoaded(long roadId) { return gNet.getLinkById(roadId) || gNet.getConnectorById(roadId); }
+    bool isLoaded(long roadId) const {
+        return store.net().getLinkById(roadId) || store.net().getConnectorById(roadId);
+    }
 
     /// Neither cancelled nor failed so far.
     bool isGood() const { return !mFailed && !mMeter.isCancelled(); }

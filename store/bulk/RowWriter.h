@@ -22,6 +22,8 @@ public:
     RowWriter(const RowWriter &) = delete;
     RowWriter &operator=(const RowWriter &) = delete;
 
+    const Store &store() const { return mStore; }
+
     /// @{ As those of Query.
     RowWriter &bind(const char *name, long value) {
         if (!storablevalue::holdsId(value))

@@ -53,7 +53,7 @@ QString statement(const Store &store, const char *table, const char *columns, Ro
 } // namespace
 
 Rows::Rows(const Store &store, const char *table, const char *order, Ties ties, ProgressMeter &meter)
-    : mMeter(meter), mFailures(store.failures()), mFailuresBefore(mFailures.size()) {
+    : mStore(store), mMeter(meter), mFailuresBefore(store.failures().size()) {
     if (meter.isCancelled() || !store.isUsable() || !hasTable(store, table).value_or(false))
         return;
     meter.begin(table, meter.isWanted() ? count(store, table) : 0);
@@ -70,7 +70,7 @@ bool Rows::next() {
     if (mSource && mSource->next())
         return mMeter.step();
     mMeter.end();
-    mFailed = mFailures.size() > mFailuresBefore;
+    mFailed = mStore.failures().size() > mFailuresBefore;
     return false;
 }
 

@@ -26,6 +26,8 @@ public:
     Rows(const Rows &) = delete;
     Rows &operator=(const Rows &) = delete;
 
+    const Store &store() const { return mStore; }
+
     /// False after the last row, after a failure, which is recorded, and once the work is cancelled.
     bool next();
     /// Whether the pass ended because a statement failed.
@@ -83,9 +85,9 @@ public:
 private:
     int columnIndex(const char *column);
 
+    const Store &mStore;
     std::unique_ptr<RowSource> mSource;
     ProgressMeter &mMeter;
-    const FailureList &mFailures;
     int mFailuresBefore;
     bool mFailed = false;
     bool mJsonParses = true;

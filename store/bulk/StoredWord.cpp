@@ -8,26 +8,26 @@ namespace storedword {
 
 namespace {
 
-bool shows(const QString &kept, const QString &shown) {
-    return !kept.isEmpty() && gSpecialWords.trEnToZh(kept) == shown;
+bool shows(const SpecialWords &words, const QString &kept, const QString &shown) {
+    return !kept.isEmpty() && words.trEnToZh(kept) == shown;
 }
 
 } // namespace
 
-QString kept(const QString &stored, const QString &shown) {
-    return gSpecialWords.trZhToEn(shown) == stored ? QString() : stored;
+QString kept(const SpecialWords &words, const QString &stored, const QString &shown) {
+    return words.trZhToEn(shown) == stored ? QString() : stored;
 }
 
-QString of(const QString &shown, const QString &kept) {
-    return shows(kept, shown) ? kept : gSpecialWords.trZhToEn(shown);
+QString of(const SpecialWords &words, const QString &shown, const QString &kept) {
+    return shows(words, kept, shown) ? kept : words.trZhToEn(shown);
 }
 
-QString of(const QString &shown, const QStringList &kept, int place) {
-    if (shows(kept.value(place), shown))
+QString of(const SpecialWords &words, const QString &shown, const QStringList &kept, int place) {
+    if (shows(words, kept.value(place), shown))
         return kept.at(place);
     const auto other = std::find_if(kept.cbegin(), kept.cend(),
-                                    [&shown](const QString &word) { return shows(word, shown); });
-    return other != kept.cend() ? *other : gSpecialWords.trZhToEn(shown);
+                                    [&](const QString &word) { return shows(words, word, shown); });
+    return other != kept.cend() ? *other : words.trZhToEn(shown);
 }
 
 } // namespace storedword

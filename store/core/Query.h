@@ -32,6 +32,8 @@ public:
     Query(const Query &) = delete;
     Query &operator=(const Query &) = delete;
 
+    const Store &store() const { return mStore; }
+
     /// @{ Bind a value to the placeholder named @p name (with its colon). A text that was never set binds as
     /// the empty text, never as NULL.
     Query &bind(const char *name, long value) {

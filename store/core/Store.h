@@ -35,6 +35,13 @@ public:
 
     QSqlDatabase &db() const { return mDb; }
     StoreState &state() const { return mState; }
+    /// @{ The current network of the open store, its registries and its dictionary.
+    Net &net() const { return mState.net; }
+    QHash<long, VehicleType> &vehicleTypes() const { return mState.vehicleTypes; }
+    QHash<long, VehicleComposition> &compositions() const { return mState.compositions; }
+    QList<LinkType> &linkTypes() const { return mState.linkTypes; }
+    const SpecialWords &words() const { return mState.words; }
+    /// @}
     int schemaVersion() const { return mSchemaVersion; }
     long netId() const { return mNetId; }
     bool hasSeveralNets() const { return mGeneration == Generation::SeveralNets; }

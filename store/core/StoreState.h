@@ -1,11 +1,43 @@
 #pragma once
 
+#include "model/LinkType.h"
+#include "model/Net.h"
+#include "model/SpecialWords.h"
+#include "model/StoreSettings.h"
+#include "model/VehicleComposition.h"
+#include "model/VehicleType.h"
+#include "store/core/Failures.h"
+
 #include <QHash>
 #include <QList>
+#include <QSqlDatabase>
 #include <QString>
+#include <QStringList>
 
-/// What a process knows of the store that it has open, beside the rows. Hosts see it as members of DBTools.
-struct StoreState {
+#include <memory>
+
+/// What a class of operations tells of an open store; DBTools and DBTools_V6 each have one.
+struct StoreFacts {
+    StoreSettings settings;
+    int version = 2; ///< when the store was opened
+    bool isInternational = false;
+    FailureList failures;
+    QStringList tableNames;
+    QHash<QString, QString> keyColumns; ///< by table
+};
+
+/// A store that is open: its connection, and all that a process knows of it beside the rows.
+struct StoreState : StoreFacts {
+    StoreState() { net.mConnection = &db; }
+    StoreState(const StoreState &) = delete;
+    StoreState &operator=(const StoreState &) = delete;
+
+    /// What must outlive the connection: the private copy of a file that is read from one.
+    std::shared_ptr<void> fileCopy;
+    QSqlDatabase db;
+    QString path; ///< of the SQLite file; empty while none is open
+    /// Where operations of DBTools_V6 record.
+    FailureList *severalNetsFailures = &failures;
     /// Whether table Link of a store of one network has a column for road ids.
     bool linkHasRoadId = true;
     /// Network id to table name to the identifiers reserved and not yet used, ascending.
@@ -13,4 +45,11 @@ struct StoreState {
     /// Network id (0 in stores of one network) to table name to the highest identifier that was reserved or
     /// handed out.
     QHash<long, QHash<QString, long>> highestIds;
+
+    /// The current network, with the tables that reads resolve ids through.
+    Net net;
+    QHash<long, VehicleType> vehicleTypes;        ///< of the current network, by code
+    QHash<long, VehicleComposition> compositions; ///< of the current network, by code
+    QList<LinkType> linkTypes;                    ///< of the current network
+    SpecialWords words;                           ///< in the store's language
 };

@@ -95,18 +95,18 @@ Row &bindRow(Row &row, const BusLine &line, const Link &road, int serialNumber) 
 
 template <class Row>
 std::unique_ptr<BusLine> readRow(Row &row) {
-    auto line = std::make_unique<BusLine>();
+    auto line = std::make_unique<BusLine>(row.store().net());
     readAll(row, kColumns, *line);
     // Fractions of a second are cut off, not rounded.
     line->dischargeStartTime = static_cast<int>(storablevalue::wholePart(row.number("dischargeStartTime")));
     return line;
 }
 
-/// Appends the road of a row to the route when gNet knows it.
+/// Appends the road of a row to the route when the current network knows it.
 template <class Row>
 bool readRoad(Row &row, BusLine &line) {
     const long roadId = row.id("roadID");
-    Link *link = gNet.getLinkById(roadId);
+    Link *link = row.store().net().getLinkById(roadId);
     if (!link)
         return false;
     line.mlLink.append(link);
@@ -153,7 +153,7 @@ bool insertRoads(const Store &store, const BusLine &line) {
     return true;
 }
 
-/// The roads that gNet knows, which holds the current network alone.
+/// The roads that the current network knows.
 void readRoads(const Store &store, BusLine &line, long lineId) {
     if (!isCurrentNet(store))
         return;

@@ -56,10 +56,10 @@ BusStation *readBusStation(const Store &store, long stationId) {
     Query row(store, kSelect, {stationId});
     if (!row.execAndNext())
         return nullptr;
-    auto station = std::make_unique<BusStation>();
+    auto station = std::make_unique<BusStation>(store.net(), store.words());
     readAll(row, kColumns, *station);
     if (isCurrentNet(store))
-        station->mpLink = gNet.getLinkById(row.id("linkID"));
+        station->mpLink = store.net().getLinkById(row.id("linkID"));
     return station.release();
 }
 
@@ -70,9 +70,9 @@ bool listBusStationIds(const Store &store, QList<long> &ids) {
 
 void loadAllBusStations(NetLoad &net) {
     net.forEachObject("BusStation", "busStationID", [&net](Rows &row) {
-        auto station = std::make_unique<BusStation>();
+        auto station = std::make_unique<BusStation>(net.store.net(), net.store.words());
         readAll(row, kColumns, *station);
-        station->mpLink = gNet.getLinkById(row.id("linkID"));
+        station->mpLink = net.store.net().getLinkById(row.id("linkID"));
         if (station->mpLink)
             net.contents.traffic.busStations.push_back(std::move(station));
         else

@@ -186,11 +186,11 @@ void saveLaneConnectors(NetSave &net) {
                    });
 }
 
-/// Reads the row of a connector; null when gNet does not know its links.
+/// Reads the row of a connector; null when the current network does not know its links.
 template <class Row>
 std::unique_ptr<Connector> readRow(Row &row, bool withRoad) {
-    Link *from = gNet.getLinkById(row.id("StartLinkID"));
-    Link *to = gNet.getLinkById(row.id("EndLinkID"));
+    Link *from = row.store().net().getLinkById(row.id("StartLinkID"));
+    Link *to = row.store().net().getLinkById(row.id("EndLinkID"));
     if (!from || !to)
         return nullptr;
     auto connector = std::make_unique<Connector>(row.id("ConnID"), from, to);
@@ -209,11 +209,11 @@ std::unique_ptr<Connector> readRow(Row &row, bool withRoad) {
     return connector;
 }
 
-/// Appends the lane connector of a row; false when gNet does not know its lanes.
+/// Appends the lane connector of a row; false when the current network does not know its lanes.
 template <class Row>
 bool readLaneConnector(Row &row, Connector &connector) {
-    Lane *from = gNet.getLaneById(row.id("StartLaneID"));
-    Lane *to = gNet.getLaneById(row.id("EndLaneID"));
+    Lane *from = row.store().net().getLaneById(row.id("StartLaneID"));
+    Lane *to = row.store().net().getLaneById(row.id("EndLaneID"));
     if (!from || !to)
         return false;
     auto lanes = std::make_unique<LaneConnector>(&connector, from, to);
@@ -260,7 +260,7 @@ bool insertConnectors(Store &store, const QList<Connector *> &connectors) {
 }
 
 Connector *readConnector(const Store &store, long connectorId) {
-    // The ends are resolved through gNet, which knows the current network alone.
+    // The ends are resolved through the current network alone.
     if (!isCurrentNet(store))
         return nullptr;
     Query row(store, kSelect, {connectorId});
@@ -271,7 +271,7 @@ Connector *readConnector(const Store &store, long connectorId) {
         return nullptr;
     row.finish();
     readLaneConnectors(store, *connector);
-    gNet.enter(connector.get());
+    store.net().enter(connector.get());
     return store.whole(std::move(connector));
 }
 
@@ -304,7 +304,7 @@ void loadAllConnectors(NetLoad &net) {
             connectors[owner]->mlLimitVehicle.append(row.id("vehicleTypeCode"));
     });
     for (const auto &connector : connectors)
-        gNet.enter(connector.get());
+        net.store.net().enter(connector.get());
 }
 
 void saveAllConnectors(NetSave &net) {

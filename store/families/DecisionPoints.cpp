@@ -124,7 +124,7 @@ std::unique_ptr<DecisionPoint> readRow(Row &row, bool isCurrent) {
     point->deciPointID = row.id("deciPointID");
     point->deciPointName = row.text("deciPointName");
     if (isCurrent)
-        point->mpLink = gNet.getLinkById(row.id("linkID"));
+        point->mpLink = row.store().net().getLinkById(row.id("linkID"));
     point->x = row.number("x");
     point->y = row.number("y");
     point->z = row.number("z");

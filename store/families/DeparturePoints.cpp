@@ -123,7 +123,7 @@ void loadAllDeparturePoints(NetLoad &net) {
         DeparturePoint *point = owner.of(row, "departurePointID");
         if (!point)
             return;
-        point->mlInterval.append(readInterval(row, ghVehicleComposition));
+        point->mlInterval.append(readInterval(row, net.store.compositions()));
         if (point->mlInterval.last().vehiCons.vehicleConsCode != row.id("vehiCons"))
             net.skip("DepartureInterval", point->mlInterval.last().departureIntervalD,
                      "names a composition that is missing and reads as none");

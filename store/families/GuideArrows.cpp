@@ -64,7 +64,7 @@ void loadAllGuideArrows(NetLoad &net) {
     net.forEachObject("GuideArrow", "guideArrowID", [&](Rows &row) {
         auto arrow = std::make_unique<GuideArrow>();
         readRow(row, *arrow);
-        if (gNet.getLaneById(arrow->laneID))
+        if (net.store.net().getLaneById(arrow->laneID))
             net.contents.guideArrows.push_back(std::move(arrow));
         else
             net.skip("GuideArrow", arrow->guideArrowID, "belongs to no lane");

@@ -115,7 +115,7 @@ void loadRestrictions(NetLoad &net) {
     net.forEachRow("LaneLimitVehicle", "laneID, vehicleTypeCode", [&](Rows &row) {
         const long laneId = row.id("laneID");
         const auto type = typeNames.constFind(row.id("vehicleTypeCode"));
-        Lane *lane = gNet.getLaneById(laneId);
+        Lane *lane = net.store.net().getLaneById(laneId);
         if (!lane)
             net.skip("LaneLimitVehicle", laneId, "belongs to no lane");
         else if (type == typeNames.constEnd())
@@ -196,7 +196,7 @@ void loadAllLanes(NetLoad &net) {
         auto lane = std::make_unique<Lane>();
         lane->linkID = links[owner]->linkID;
         readRow(row, serialNumber, *lane);
-        gNet.enter(lane.get());
+        net.store.net().enter(lane.get());
         links[owner]->mlLane.append(lane.release());
     });
     loadRestrictions(net);

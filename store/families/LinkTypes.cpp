@@ -1,6 +1,5 @@
 #include "store/families/LinkTypes.h"
 
-#include "model/SpecialWords.h"
 #include "store/bulk/NetLoad.h"
 #include "store/bulk/NetSave.h"
 #include "store/bulk/StoredWord.h"
@@ -24,7 +23,7 @@ template <class Row>
 LinkType readRow(Row &row) {
     LinkType type;
     type.linkTypeID = row.id("linkTypeID");
-    type.typeName = gSpecialWords.trEnToZh(row.text("typeName"));
+    type.typeName = row.store().words().trEnToZh(row.text("typeName"));
     type.trafficCapacity = row.number("trafficCapacity");
     type.trafficSpeed = row.number("trafficSpeed");
     type.limitSpeed = row.number("limitSpeed");
@@ -35,7 +34,7 @@ LinkType readRow(Row &row) {
 template <class Row>
 Row &bindRow(Row &row, const LinkType &type) {
     return row.bind(":linkTypeID", type.linkTypeID)
-        .bind(":typeName", storedword::of(type.typeName, type.storedTypeName))
+        .bind(":typeName", storedword::of(row.store().words(), type.typeName, type.storedTypeName))
         .bind(":trafficCapacity", type.trafficCapacity)
         .bind(":trafficSpeed", type.trafficSpeed)
         .bind(":limitSpeed", type.limitSpeed)
@@ -56,10 +55,10 @@ bool readLinkTypes(const Store &store, QList<LinkType> &types) {
 void loadAllLinkTypes(NetLoad &net) {
     net.forEachObject("LinkType", "linkTypeID", [&net](Rows &row) {
         LinkType type = readRow(row);
-        type.storedTypeName = storedword::kept(row.text("typeName"), type.typeName);
+        type.storedTypeName = storedword::kept(row.store().words(), row.text("typeName"), type.typeName);
         net.contents.linkTypes.append(type);
     });
-    glLinkType = net.contents.linkTypes;
+    net.store.linkTypes() = net.contents.linkTypes;
 }
 
 void saveAllLinkTypes(NetSave &net) {

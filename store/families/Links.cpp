@@ -4,7 +4,6 @@
 #include "model/Lane.h"
 #include "model/Link.h"
 #include "model/Node.h"
-#include "model/SpecialWords.h"
 #include "model/Vertex.h"
 #include "store/bulk/NetLoad.h"
 #include "store/bulk/NetSave.h"
@@ -130,7 +129,7 @@ void bindRow(Row &row, const Store &store, bool withRoad, Link &link, const QStr
 bool insertRow(const Store &store, Link &link) {
     const bool withRoad = store.hasRoadIds();
     Query insert(store, withRoad ? store.text(kInsertLink) : QString::fromLatin1(kInsertLinkWithoutRoad));
-    bindRow(insert, store, withRoad, link, gSpecialWords.trZhToEn(link.linkType));
+    bindRow(insert, store, withRoad, link, store.words().trZhToEn(link.linkType));
     return insert.exec();
 }
 
@@ -260,7 +259,7 @@ public:
         loadNodes();
         mNet.contents.links.reserve(mLinks.size());
         for (LoadedLink &loaded : mLinks) {
-            gNet.enter(loaded.link.get());
+            mNet.store.net().enter(loaded.link.get());
             mNet.contents.links.push_back(std::move(loaded.link));
         }
     }
@@ -280,7 +279,7 @@ private:
         mNet.forEachObject("Link", "linkID", [&](Rows &row) {
             auto link = std::make_unique<Link>();
             const NodeIds nodes = readRow(row, withRoad, *link);
-            link->storedLinkType = storedword::kept(link->linkType, link->linkType);
+            link->storedLinkType = storedword::kept(row.store().words(), link->linkType, link->linkType);
             mLinks.push_back({std::move(link), nodes});
         });
         sortById(mLinks, [](const LoadedLink &loaded) { return loaded.link->linkID; });
@@ -410,7 +409,8 @@ void saveRows(NetSave &net) {
         for (const auto &link : links) {
             if (withRoad)
                 net.setIfUnset(link->roadId, link->linkID);
-            bindRow(row, net.store, withRoad, *link, storedword::of(link->linkType, link->storedLinkType));
+            bindRow(row, net.store, withRoad, *link,
+                    storedword::of(row.store().words(), link->linkType, link->storedLinkType));
             if (withGeometry)
                 bindGeometry(row, *link).bindFilled(":otherAttrsJson", link->otherAttrsJson);
             if (!row.exec())
@@ -450,7 +450,7 @@ bool insertLinks(Store &store, const QList<Link *> &links) {
 Link *readLink(const Store &store, long linkId) {
     const bool isCurrent = isCurrentNet(store);
     if (isCurrent) {
-        if (Link *held = gNet.getLinkById(linkId))
+        if (Link *held = store.net().getLinkById(linkId))
             return held;
     }
     auto link = std::make_unique<Link>();
@@ -463,9 +463,9 @@ Link *readLink(const Store &store, long linkId) {
     addNodes(*link, nodes, [&store](long nodeId) { return readNodeName(store, nodeId); });
     lanes::readLanesOf(store, *link);
     if (isCurrent && !store.lacksAnswer()) {
-        gNet.enter(link.get());
+        store.net().enter(link.get());
         for (Lane *lane : qAsConst(link->mlLane))
-            gNet.enter(lane);
+            store.net().enter(lane);
     }
     return store.whole(std::move(link));
 }

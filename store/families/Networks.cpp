@@ -39,7 +39,7 @@ QString nameToStore(const QString &name) {
     return name.isEmpty() ? QStringLiteral("MoraSim") : name;
 }
 
-/// Loads the current row of @p row into gNet. Columns that older stores lack read as their defaults.
+/// Makes the current row of @p row the current network. Columns that older stores lack read as their defaults.
 Net *loadRow(Query &row) {
     Net net;
     net.netId = row.id("NetId");
@@ -52,8 +52,8 @@ Net *loadRow(Query &row) {
     net.centerY = row.number("centerY");
     net.caption = row.text("caption");
     net.isDefault = row.text("isDefault") == QLatin1String("T");
-    gNet.loadRecord(net);
-    return &gNet;
+    row.store().net().loadRecord(net);
+    return &row.store().net();
 }
 
 Net *loadFirst(const Store &store, const QString &sql) {

@@ -12,7 +12,7 @@
 class Net;
 struct NetRecord;
 
-/// Rows of table Net and the current network gNet.
+/// Rows of table Net and the current network.
 namespace networks {
 
 /// What a row of Net holds; the further attributes as JSON text.
@@ -39,9 +39,9 @@ bool insertNetwork(const Store &store, const Record &record, bool useTransaction
 /// Writes @p record over the row of the store's network (generation 6).
 bool updateNetwork(const Store &store, const Record &record, bool useTransaction);
 
-/// Loads the store's network into gNet; null and gNet unchanged without its row.
+/// Makes the store's network the current one; null, and that is unchanged, without its row.
 Net *loadNetworkById(const Store &store);
-/// Loads the network of that name, or the first one for an empty name, into gNet.
+/// The same for the network of that name, or the first one for an empty name.
 Net *loadNetworkByName(const Store &store, const QString &name);
 /// @{ Whether the store has the row of its network, or of any network; none when that could not be read.
 std::optional<bool> networkExists(const Store &store);

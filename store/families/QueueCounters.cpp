@@ -54,7 +54,7 @@ bool insertQueueCounter(const Store &store, const VehicleQueueCounter *counter, 
 }
 
 VehicleQueueCounter *readQueueCounter(const Store &store, long counterId) {
-    auto counter = std::make_unique<VehicleQueueCounter>();
+    auto counter = std::make_unique<VehicleQueueCounter>(store.net());
     Query row(store, kSelect, {counterId});
     if (row.execAndNext())
         readAll(row, kColumns, *counter);
@@ -68,7 +68,7 @@ bool listQueueCounterIds(const Store &store, QList<long> &ids) {
 
 void loadAllQueueCounters(NetLoad &net) {
     net.forEachObject("VehicleQueueCounter", "queueCounterID", [&net](Rows &row) {
-        auto counter = std::make_unique<VehicleQueueCounter>();
+        auto counter = std::make_unique<VehicleQueueCounter>(net.store.net());
         readAll(row, kColumns, *counter);
         if (net.store.hasSeveralNets() || net.isLoaded(counter->roadID))
             net.contents.traffic.queueCounters.push_back(std::move(counter));

@@ -123,8 +123,8 @@ LCStruct readLanePair(Row &row) {
     return {row.id("laneID1"), row.id("laneID2")};
 }
 
-/// Puts the links of chains into their routes, row by row. Links that gNet does not know are left out, and so
-/// are chains of nothing but such links.
+/// Puts the links of chains into their routes, row by row. Links that the current network does not know are left
+/// out, and so are chains of nothing but such links.
 class ChainReader {
 public:
     /// False for a link that is left out.
@@ -135,7 +135,7 @@ public:
             mOpen = false;
         mRoute = &route;
         mNumber = number;
-        Link *link = gNet.getLinkById(row.id("linkID"));
+        Link *link = row.store().net().getLinkById(row.id("linkID"));
         if (!link)
             return false;
         if (!mOpen)
@@ -254,7 +254,7 @@ QList<RoutingFLowRatio *> loadAllRoutings(NetLoad &net) {
     net.forEachRow("RoutingLaneConnector", "routingID, connID, laneID1, laneID2", [&](Rows &row) {
         const Routing *route = routeOfLanes.of(row, "routingID");
         const long connId = row.id("connID");
-        if (route && !gNet.getConnectorById(connId))
+        if (route && !net.store.net().getConnectorById(connId))
             net.skip("RoutingLaneConnector", route->routingID, "names a connector that is missing");
         else if (route)
             net.contents.traffic.routeLanes.append({route->routingID, connId, readLanePair(row)});

@@ -1,6 +1,5 @@
 #include "store/families/SceneConfigurations.h"
 
-#include "model/Net.h"
 #include "store/bulk/NetLoad.h"
 #include "store/bulk/NetSave.h"
 #include "store/core/Columns.h"
@@ -92,7 +91,7 @@ void loadAllSceneConfigurations(NetLoad &net) {
         else
             net.skip("Configuration", net.store.netId(), "stands behind another row of settings");
     });
-    gNet.config() = scene.value_or(Configuration());
+    net.store.net().config() = scene.value_or(Configuration());
 }
 
 void saveAllSceneConfigurations(NetSave &net) {

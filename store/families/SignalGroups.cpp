@@ -78,7 +78,7 @@ bool insertColors(Query &insert, const SignalPhase &phase) {
     int number = 0;
     for (const Online::ColorInterval &step : phase.mlColor) {
         bindColor(insert.bindNet(), ":serialNumber", phase, ++number, step,
-                  gSpecialWords.trZhToEn(step.color));
+                  insert.store().words().trZhToEn(step.color));
         written = insert.exec() && written;
     }
     return written;
@@ -118,7 +118,7 @@ std::unique_ptr<SignalPhase> readPhase(Row &row) {
 
 template <class Row>
 Online::ColorInterval readColor(Row &row) {
-    return {gSpecialWords.trEnToZh(row.text("color")), row.integer("timeLength")};
+    return {row.store().words().trEnToZh(row.text("color")), row.integer("timeLength")};
 }
 
 /// Appends a colour to a phase, and its word as it is stored when one of the phase would be written
@@ -126,9 +126,10 @@ Online::ColorInterval readColor(Row &row) {
 void loadColor(Rows &row, SignalPhase &phase) {
     const QString stored = row.text("color");
     const Online::ColorInterval step = readColor(row);
-    if (!phase.storedColors.isEmpty() || !storedword::kept(stored, step.color).isEmpty()) {
+    if (!phase.storedColors.isEmpty() ||
+        !storedword::kept(row.store().words(), stored, step.color).isEmpty()) {
         for (int i = phase.storedColors.size(); i < phase.mlColor.size(); ++i)
-            phase.storedColors.append(gSpecialWords.trZhToEn(phase.mlColor.at(i).color));
+            phase.storedColors.append(row.store().words().trZhToEn(phase.mlColor.at(i).color));
         phase.storedColors.append(stored);
     }
     phase.mlColor.append(step);
@@ -177,7 +178,7 @@ SignalGroup *readSignalGroup(const Store &store, long id) {
     for (SignalPhase *phase : qAsConst(group->mlPhase)) {
         readColors(store, *phase);
         if (isCurrentNet(store))
-            gNet.enter(phase);
+            store.net().enter(phase);
     }
     return store.whole(std::move(group));
 }
@@ -198,7 +199,7 @@ void loadAllSignalGroups(NetLoad &net) {
     for (const auto &group : groups) {
         phases.insert(phases.end(), group->mlPhase.cbegin(), group->mlPhase.cend());
         for (SignalPhase *phase : qAsConst(group->mlPhase))
-            gNet.enter(phase);
+            net.store.net().enter(phase);
     }
     Owners phaseOf(net, phases, &SignalPhase::signalPhaseID, "SignalColor", "belongs to no phase");
     const char *order =
@@ -228,8 +229,9 @@ void saveAllSignalGroups(NetSave &net) {
                    [&](RowWriter &row, const SignalPhase &phase, const Online::ColorInterval &step) {
                        number = of == &phase ? number + 1 : 1;
                        of = &phase;
-                       bindColor(row, serialNumber, phase, number, step,
-                                 storedword::of(step.color, phase.storedColors, number - 1));
+                       bindColor(
+                           row, serialNumber, phase, number, step,
+                           storedword::of(row.store().words(), step.color, phase.storedColors, number - 1));
                    });
 }
 

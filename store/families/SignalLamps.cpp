@@ -51,10 +51,10 @@ void enterInto(SignalPhase *phase, SignalLamp *lamp) {
         lamp->setPhase(phase);
 }
 
-/// A lamp of the phase that gNet knows; null without that phase.
+/// A lamp of the phase that the current network knows; null without that phase.
 template <class Row>
 std::unique_ptr<SignalLamp> readRow(Row &row) {
-    SignalPhase *phase = gNet.getSignalPhaseById(row.id("signalPhaseID"));
+    SignalPhase *phase = row.store().net().getSignalPhaseById(row.id("signalPhaseID"));
     if (!phase)
         return nullptr;
     auto lamp = std::make_unique<SignalLamp>();
@@ -82,7 +82,7 @@ bool insertSignalLamp(const Store &store, SignalLamp *lamp, bool inTransaction) 
 }
 
 SignalLamp *readSignalLamp(const Store &store, long id) {
-    // The phase is resolved through gNet, which knows the current network alone.
+    // The phase is resolved through the current network alone.
     if (!isCurrentNet(store))
         return nullptr;
     Query row(store, kSelect, {id});
@@ -97,7 +97,7 @@ void loadAllSignalLamps(NetLoad &net) {
     net.forEachObject("SignalLamp", "signalLampID", [&net](Rows &row) {
         const long laneId = row.id("laneID");
         const long id = row.id("signalLampID");
-        if (!gNet.getLaneById(laneId))
+        if (!net.store.net().getLaneById(laneId))
             net.skip("SignalLamp", id, "stands on a lane that is missing");
         else if (auto lamp = readRow(row))
             net.contents.traffic.signalLamps.push_back(std::move(lamp));

@@ -186,10 +186,10 @@ void loadAllVehicleCompositions(NetLoad &net) {
             ::readAll(row, kDetailColumns, composition->mlDetail.last());
         }
     });
-    ghVehicleComposition.clear();
+    net.store.compositions().clear();
     for (const auto &composition : compositions) {
         VehicleComposition &registered =
-            ghVehicleComposition.insert(composition->vehicleConsCode, *composition).value();
+            net.store.compositions().insert(composition->vehicleConsCode, *composition).value();
         registered.isDefault = false;
     }
 }

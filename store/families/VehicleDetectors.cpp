@@ -59,8 +59,8 @@ Row &bindType(Row &row, const VehicleDetector &detector, long code) {
 }
 
 /// A code that is not in the catalogue becomes that of the default type.
-long knownCode(long code) {
-    return VehicleType::findVeicleType(ghVehicleType, code).vehicleTypeCode;
+long knownCode(const Store &store, long code) {
+    return VehicleType::findVeicleType(store.vehicleTypes(), code).vehicleTypeCode;
 }
 
 bool insertRow(const Store &store, const VehicleDetector &detector) {
@@ -87,7 +87,7 @@ void readTypes(const Store &store, VehicleDetector &detector, long detectorId) {
     // The key gives them in this order on SQLite; a server takes its rows in the order that suits it.
     std::sort(codes.begin(), codes.end());
     for (const long code : qAsConst(codes))
-        detector.mlVehiTypeCode.append(knownCode(code));
+        detector.mlVehiTypeCode.append(knownCode(store, code));
 }
 
 QList<long> distinct(const QList<long> &codes) {
@@ -114,7 +114,7 @@ VehicleDetector *readVehicleDetector(const Store &store, long detectorId) {
     Query row(store, kSelect, {detectorId});
     if (!row.execAndNext())
         return nullptr;
-    auto detector = std::make_unique<VehicleDetector>();
+    auto detector = std::make_unique<VehicleDetector>(store.net(), store.words());
     readRow(row, *detector);
     row.finish();
     readTypes(store, *detector, detectorId);
@@ -129,7 +129,7 @@ bool listVehicleDetectorIds(const Store &store, QList<long> &ids) {
 void loadAllVehicleDetectors(NetLoad &net) {
     Objects<VehicleDetector> &detectors = net.contents.traffic.vehicleDetectors;
     net.forEachObject("VehicleDetector", "vehicleDetectorId", [&](Rows &row) {
-        detectors.push_back(std::make_unique<VehicleDetector>());
+        detectors.push_back(std::make_unique<VehicleDetector>(net.store.net(), net.store.words()));
         readRow(row, *detectors.back());
     });
     Owners owner(net, detectors, &VehicleDetector::vehicleDetectorId, "DetectorVehiType",
@@ -141,7 +141,7 @@ void loadAllVehicleDetectors(NetLoad &net) {
         const long code = row.id("vehicleTypeCode");
         // Without the registry's lock: the load has changed the registry, and its caller may hold the lock
         // for writing.
-        detector->mlVehiTypeCode.append(ghVehicleType.value(code).vehicleTypeCode);
+        detector->mlVehiTypeCode.append(net.store.vehicleTypes().value(code).vehicleTypeCode);
         if (detector->mlVehiTypeCode.last() != code)
             net.skip("DetectorVehiType", detector->vehicleDetectorId,
                      "names a vehicle type that is missing and reads as the default one");

@@ -1,6 +1,5 @@
 #include "store/families/VehicleTypes.h"
 
-#include "model/SpecialWords.h"
 #include "store/bulk/NetLoad.h"
 #include "store/bulk/NetSave.h"
 #include "store/bulk/StoredWord.h"
@@ -43,7 +42,7 @@ Row &bindRow(Row &row, const VehicleType &type, const QString &storedName) {
 template <class Row>
 void readRow(Row &row, VehicleType &type) {
     ::readAll(row, kColumns, type);
-    type.vehicleTypeName = gSpecialWords.trEnToZh(row.text("vehicleTypeName"));
+    type.vehicleTypeName = row.store().words().trEnToZh(row.text("vehicleTypeName"));
 }
 
 } // namespace
@@ -51,7 +50,7 @@ void readRow(Row &row, VehicleType &type) {
 bool insertVehicleType(const Store &store, const VehicleType &type, bool useTransaction) {
     Transaction transaction(store, useTransaction);
     Query insert(store, kInsert);
-    const QString storedName = gSpecialWords.trZhToEn(type.vehicleTypeName);
+    const QString storedName = store.words().trZhToEn(type.vehicleTypeName);
     return transaction.commit(bindRow(insert.bindNet(), type, storedName).exec());
 }
 
@@ -68,12 +67,13 @@ bool readVehicleTypes(const Store &store, QHash<long, VehicleType> &types) {
 }
 
 void loadAllVehicleTypes(NetLoad &net) {
-    ghVehicleType.clear();
+    net.store.vehicleTypes().clear();
     net.forEachObject("VehicleType", "vehicleTypeCode", [&net](Rows &row) {
         auto type = std::make_unique<VehicleType>();
         readRow(row, *type);
-        type->storedTypeName = storedword::kept(row.text("vehicleTypeName"), type->vehicleTypeName);
-        ghVehicleType.insert(type->vehicleTypeCode, *type);
+        type->storedTypeName =
+            storedword::kept(row.store().words(), row.text("vehicleTypeName"), type->vehicleTypeName);
+        net.store.vehicleTypes().insert(type->vehicleTypeCode, *type);
         net.contents.traffic.vehicleTypes.push_back(std::move(type));
     });
 }
@@ -81,7 +81,7 @@ void loadAllVehicleTypes(NetLoad &net) {
 void saveAllVehicleTypes(NetSave &net) {
     const Objects<VehicleType> &types = net.contents.traffic.vehicleTypes;
     net.writeEach("VehicleType", types, [](RowWriter &row, const VehicleType &type) {
-        bindRow(row, type, storedword::of(type.vehicleTypeName, type.storedTypeName));
+        bindRow(row, type, storedword::of(row.store().words(), type.vehicleTypeName, type.storedTypeName));
     });
 }
 

@@ -37,6 +37,15 @@ constexpr Sql kSelectRoadWorkIds = {
     "select roadWorkZoneId from RoadWorkZone order by roadWorkZoneId",
     "select roadWorkZoneId from RoadWorkZone where NetId = %1 order by roadWorkZoneId"};
 
+/// @{ A new zone of a store, before its row is read.
+void make(const Store &, std::unique_ptr<AccidentZone> &zone) {
+    zone = std::make_unique<AccidentZone>();
+}
+void make(const Store &store, std::unique_ptr<RoadWorkZone> &zone) {
+    zone = std::make_unique<RoadWorkZone>(store.net());
+}
+/// @}
+
 template <class Row>
 void readRow(Row &row, AccidentZone &zone) {
     zone.accidentZoneId = row.id("accidentZoneId");
@@ -126,7 +135,7 @@ constexpr ZoneTables kRoadWork = {"RoadWorkZone", "RoadWorkZoneWithLane", "roadW
 template <class Zone>
 void loadZones(NetLoad &net, const ZoneTables &tables, Objects<Zone> &zones, long Zone::*id) {
     net.forEachObject(tables.zones, tables.id, [&zones](Rows &row) {
-        zones.push_back(std::make_unique<Zone>());
+        make(row.store(), zones.emplace_back());
         readRow(row, *zones.back());
     });
     Owners zoneOf(net, zones, id, tables.lanes, "belongs to no zone");
@@ -166,7 +175,7 @@ RoadWorkZone *readRoadWorkZone(const Store &store, long zoneId) {
     Query row(store, kSelectRoadWork, {zoneId});
     if (!row.execAndNext())
         return nullptr;
-    auto zone = std::make_unique<RoadWorkZone>();
+    auto zone = std::make_unique<RoadWorkZone>(store.net());
     readRow(row, *zone);
     row.finish();
     readLanes(store, kSelectRoadWorkLanes, zoneId, zone->mlLane);

@@ -1,5 +1,6 @@
 #include "store/guard/ReadOnlyFile.h"
 
+#include "store/core/ConnectionName.h"
 #include "store/guard/ConnectionGuard.h"
 #include "store/guard/FileGuard.h"
 
@@ -17,14 +18,12 @@
 
 namespace {
 
-const QString kTrial = QStringLiteral("morastore-trial");
-
 /// The primary result code of the first read, https://www.sqlite.org/rescode.html; 0 when it succeeds. The
 /// read goes on until the trial is over, so that no other program changes the file by way of a journal.
 class Trial {
 public:
     explicit Trial(const ReadOnlyFile &file) {
-        QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), kTrial);
+        QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), mName);
         file.applyTo(db);
         db.setConnectOptions(db.connectOptions() + QStringLiteral(";QSQLITE_BUSY_TIMEOUT=500"));
         connectionguard::open(db);
@@ -34,7 +33,7 @@ public:
                 mCode = db.isOpen() ? query.lastError().nativeErrorCode().toInt() & 0xff : kCannotOpen;
         }
     }
-    ~Trial() { QSqlDatabase::removeDatabase(kTrial); }
+    ~Trial() { QSqlDatabase::removeDatabase(mName); }
 
     bool isGood() const { return mCode == 0; }
     /// The engine would have to write first.
@@ -46,6 +45,7 @@ private:
     static constexpr int kReadOnly = 8;
     static constexpr int kCannotOpen = 14;
 
+    const QString mName = newConnectionName("trial");
     int mCode = 0;
 };
 

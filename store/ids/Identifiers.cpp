@@ -49,7 +49,7 @@ void reserve(const Store &store, const QString &table, qint64 highest) {
     reserved = std::max(reserved, static_cast<long>(highest));
     // Those that are made without asking the store come after them.
     if (table == kLaneConnector)
-        LaneConnector::generId = std::max(LaneConnector::generId, reserved);
+        LaneConnector::passId(reserved);
 }
 
 /// The counter of a table in the store's network.
@@ -172,9 +172,9 @@ bool next(const Store &store, const QString &table, long &id) {
         return false;
     // Older stores do not keep the ids of lane connectors.
     if (!store.hasSeveralNets() && table == kLaneConnector && store.schemaVersion() < 6) {
-        if (!requireId(store, table, qint64(LaneConnector::generId) + 1))
+        if (!requireId(store, table, qint64(LaneConnector::lastId()) + 1))
             return false;
-        id = ++LaneConnector::generId;
+        id = LaneConnector::nextId();
         return true;
     }
     if (store.isPostgreSql())
@@ -215,7 +215,7 @@ bool keepFrom(const Store &store, const QString &table, std::vector<long> ids) {
     if (!requireId(store, table, largest))
         return false;
     if (table == kLaneConnector)
-        LaneConnector::generId = std::max(LaneConnector::generId, largest);
+        LaneConnector::passId(largest);
     if (store.isPostgreSql())
         return sequences::pass(store, table, largest);
     QList<long> &reserved = store.state().reservedIds[store.netId()][table];
@@ -247,8 +247,7 @@ bool passLaneConnectors(const Store &store) {
         probes::number(store.db(), QStringLiteral("select max(laneConnId) from LaneConnector"),
                        store.failures(), kLaneConnector);
     if (largest)
-        LaneConnector::generId = std::max(LaneConnector::generId,
-                                          static_cast<long>(std::min(*largest, storablevalue::kLargestId)));
+        LaneConnector::passId(static_cast<long>(std::min(*largest, storablevalue::kLargestId)));
     return largest.has_value();
 }
 
@@ -261,13 +260,14 @@ bool requireId(const Store &store, const QString &table, qint64 id) {
                        .arg(table, QString::number(id), QString::number(storablevalue::kLargestId)));
 }
 
-Reservations::Reservations(const Store &store) : mState(store.state()), mBefore(mState) {}
+Reservations::Reservations(const Store &store)
+    : mState(store.state()), mReserved(mState.reservedIds), mHighest(mState.highestIds) {}
 
 Reservations::~Reservations() {
     if (mKept)
         return;
-    mState.reservedIds = mBefore.reservedIds;
-    mState.highestIds = mBefore.highestIds;
+    mState.reservedIds = mReserved;
+    mState.highestIds = mHighest;
 }
 
 bool giveBackUnused(const Store &store, bool useTransaction) {

@@ -54,7 +54,8 @@ public:
 
 private:
     StoreState &mState;
-    StoreState mBefore;
+    QHash<long, QHash<QString, QList<long>>> mReserved;
+    QHash<long, QHash<QString, long>> mHighest;
     bool mKept = false;
 };
 

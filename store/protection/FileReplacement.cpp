@@ -1,5 +1,6 @@
 #include "store/protection/FileReplacement.h"
 
+#include "store/core/ConnectionName.h"
 #include "store/guard/ConnectionGuard.h"
 #include "store/guard/FileGuard.h"
 #include "store/guard/ReadOnlyFile.h"
@@ -61,8 +62,6 @@ void requireNotOpenHere(const QString &path) {
     }
 }
 
-const QString kConnection = QStringLiteral("morastore-protection");
-
 /// Why the store is none that would be opened, found out without a trace: what is refused stays as it is. Empty
 /// when it is one, and where it cannot be read, which has its sentence later.
 QString objectionTo(const QString &path) {
@@ -70,8 +69,9 @@ QString objectionTo(const QString &path) {
     if (!file.refusal().isEmpty())
         return file.refusal();
     QString objection;
+    const QString connection = newConnectionName("protection");
     {
-        QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), kConnection);
+        QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), connection);
         file.applyTo(db);
         db.setConnectOptions(db.connectOptions() + QStringLiteral(";QSQLITE_BUSY_TIMEOUT=500"));
         const bool isOpen = connectionguard::open(db);
@@ -82,7 +82,7 @@ QString objectionTo(const QString &path) {
              !schemaguard::hasFittingVersion(db, QString(), reasons)))
             objection = reasons.last().error;
     }
-    QSqlDatabase::removeDatabase(kConnection);
+    QSqlDatabase::removeDatabase(connection);
     return objection;
 }
 
@@ -90,8 +90,9 @@ QString objectionTo(const QString &path) {
 /// the file.
 void settle(const QString &path) {
     QString reason;
+    const QString connection = newConnectionName("protection");
     {
-        QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), kConnection);
+        QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), connection);
         db.setConnectOptions(QStringLiteral("QSQLITE_BUSY_TIMEOUT=500"));
         db.setDatabaseName(path);
         QSqlQuery query(connectionguard::open(db) ? QSqlQuery(db) : QSqlQuery());
@@ -102,7 +103,7 @@ void settle(const QString &path) {
         query.clear();
         db.close();
     }
-    QSqlDatabase::removeDatabase(kConnection);
+    QSqlDatabase::removeDatabase(connection);
     if (!reason.isEmpty())
         throw Refusal(
             QStringLiteral("another program is using the store, or it is damaged (%1): close it there")

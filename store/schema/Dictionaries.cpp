@@ -1,6 +1,5 @@
 #include "store/schema/Dictionaries.h"
 
-#include "model/SpecialWords.h"
 #include "store/core/Query.h"
 #include "store/core/Transaction.h"
 #include "store/families/DriverModels.h"
@@ -93,15 +92,15 @@ bool writeVehicleTypes(const Store &store) {
 
 /// Composition names do not pass through the dictionary, and the stored name is not the dictionary's
 /// "Default": it is spelled small in every store.
-QString standardCompositionName() {
+QString standardCompositionName(const SpecialWords &words) {
     const QString display = QStringLiteral("默认");
-    return gSpecialWords.trZhToEn(display) == display ? display : QStringLiteral("default");
+    return words.trZhToEn(display) == display ? display : QStringLiteral("default");
 }
 
 bool writeStandardComposition(const Store &store) {
     VehicleComposition standard;
     standard.vehicleConsCode = 1;
-    standard.name = standardCompositionName();
+    standard.name = standardCompositionName(store.words());
     standard.isDefault = true;
     standard.mlDetail = {{1, 1, 90}, {1, 2, 10}};
     return vehiclecompositions::insertVehicleComposition(store, standard, false);

@@ -106,7 +106,7 @@ void addNet(const Store &store) {
         return;
     Transaction transaction(store, true);
     if (Query(store, kCreateNet).exec()) {
-        networks::insertNetwork(store, networks::recordOf(gNet), false);
+        networks::insertNetwork(store, networks::recordOf(store.net()), false);
         addColumns(store, kColumnsOfNet);
     }
     transaction.commit(true);

@@ -43,7 +43,7 @@ bool removeNetworkData(const Store &store, bool useTransaction) {
     }
     // What is gone answers no read, nor does what may be gone.
     if (begun && isCurrent)
-        gNet.releaseNet();
+        store.net().releaseNet();
     return transaction.commit(removed);
 }
 

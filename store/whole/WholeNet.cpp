@@ -49,7 +49,7 @@ void emptyWhatRemovalLeaves(NetSave &net) {
         net.empty(table);
 }
 
-/// Later kinds refer to what earlier ones entered into gNet's tables and the registries.
+/// Later kinds refer to what earlier ones entered into the current network's tables and the registries.
 void loadKinds(NetLoad &net) {
     vehicletypes::loadAllVehicleTypes(net);
     vehiclecompositions::loadAllVehicleCompositions(net);
@@ -147,27 +147,27 @@ void saveAll(NetSave &net) {
     saveKinds(net);
 }
 
-void forget(NetContents &contents) {
+void forget(const Store &store, NetContents &contents) {
     contents = NetContents();
     // By itself: the record of another network empties the tables, one of the same id does not.
-    gNet.releaseNet();
-    gNet = Net();
-    ghVehicleType.clear();
-    ghVehicleComposition.clear();
-    glLinkType.clear();
+    store.net().releaseNet();
+    store.net() = Net();
+    store.vehicleTypes().clear();
+    store.compositions().clear();
+    store.linkTypes().clear();
 }
 
 } // namespace
 
 bool loadWholeNet(const Store &store, NetContents &contents, const NetProgress &progress) {
-    forget(contents);
+    forget(store, contents);
     if (!networks::loadNetworkById(store))
         return false;
-    contents.record = gNet.record();
+    contents.record = store.net().record();
     NetLoad net(store, contents, progress);
     loadKinds(net);
     if (!net.isGood())
-        forget(contents);
+        forget(store, contents);
     return net.isGood();
 }
 

@@ -169,6 +169,31 @@ TEST(Net, ShowsItsRecordThroughTheInterface) {
     EXPECT_EQ(roadNet.otherAttrs(), net.otherAttrsJson);
 }
 
+TEST_F(NetTables, AnObjectIsInThoseOfOneNetwork) {
+    const auto held = linkOf(1);
+    gNet.enter(held.get());
+    auto link = linkOf(3);
+    {
+        Net other;
+        other.enter(link.get());
+        EXPECT_EQ(link->net(), &other);
+        gNet.enter(link.get());
+        EXPECT_EQ(other.getLinkById(3), nullptr);
+        other.enter(link.get());
+        EXPECT_EQ(gNet.lLink(), QList<Link *>({held.get()}));
+        link->linkID = 1;
+        other.enter(link.get());
+        EXPECT_EQ(other.getLinkById(1), link.get());
+        EXPECT_EQ(other.connection(), nullptr);
+    }
+    EXPECT_EQ(link->net(), nullptr) << "the network died before";
+    link.reset();
+    EXPECT_EQ(gNet.getLinkById(1), held.get());
+    EXPECT_EQ(held->net(), &gNet);
+    gNet.releaseNet();
+    EXPECT_EQ(held->net(), nullptr);
+}
+
 TEST_F(NetTables, MayDieBeforeAnEnteredObject) {
     EXPECT_EXIT(
         {

@@ -1,3 +1,0 @@
-#include "LinkType.h"
-
-QList<LinkType> glLinkType;

@@ -1,0 +1,98 @@
+#include "store/OpenStore.h"
+
+#include "store/core/ConnectionName.h"
+#include "store/opening/ProcessStore.h"
+#include "store/opening/StoreOpening.h"
+
+namespace {
+
+StoreSettings settingsOfFile(const QString &path) {
+    StoreSettings settings;
+    settings.name = path;
+    return settings;
+}
+
+} // namespace
+
+OpenStore::OpenStore(const QString &path, Access access) : OpenStore(settingsOfFile(path), access) {}
+
+OpenStore::OpenStore(const StoreSettings &settings, Access access) : mState(std::make_unique<StoreState>()) {
+    StoreState &state = *mState;
+    state.settings = settings;
+    state.words.setLangIsNotZh(gSpecialWords.langIsNotZh);
+    state.db = QSqlDatabase::addDatabase(settings.driver, newConnectionName("store"));
+    if (state.db.isValid())
+        attachState(state.db, &state);
+    opening::nameStore(state.db, settings);
+    mIsOpened = access == Access::Write ? opening::forWriting(state, state.db, settings.name, true)
+                                        : opening::forReading(state, state.db, settings.name, true);
+    state.words.initVars();
+    if (!mIsOpened)
+        state.db.close();
+}
+
+OpenStore::~OpenStore() {
+    QSqlDatabase &db = mState->db;
+    const QString name = db.connectionName();
+    if (db.isValid())
+        attachState(db, nullptr);
+    db.close();
+    db = QSqlDatabase();
+    QSqlDatabase::removeDatabase(name);
+}
+
+bool OpenStore::isOpen() const {
+    return mIsOpened && mState->db.isOpen();
+}
+
+QSqlDatabase &OpenStore::db() {
+    return mState->db;
+}
+
+const StoreSettings &OpenStore::settings() const {
+    return mState->settings;
+}
+
+int OpenStore::version() const {
+    return mState->version;
+}
+
+bool OpenStore::isInternational() const {
+    return mState->isInternational;
+}
+
+QList<CallDbResult> &OpenStore::failures() {
+    return mState->failures;
+}
+
+const QList<CallDbResult> &OpenStore::failures() const {
+    return mState->failures;
+}
+
+Net &OpenStore::net() {
+    return mState->net;
+}
+
+QHash<long, VehicleType> &OpenStore::vehicleTypes() {
+    return mState->vehicleTypes;
+}
+
+QHash<long, VehicleComposition> &OpenStore::compositions() {
+    return mState->compositions;
+}
+
+QList<LinkType> &OpenStore::linkTypes() {
+    return mState->linkTypes;
+}
+
+SpecialWords &OpenStore::words() {
+    return mState->words;
+}
+
+QHash<long, QHash<QString, QList<long>>> &OpenStore::reservedIds() {
+    return mState->reservedIds;
+}
+
+QHash<long, QHash<QString, long>> &OpenStore::highestIds() {
+    return mState->highestIds;
+}

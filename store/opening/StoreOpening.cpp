@@ -1,0 +1,211 @@
+#include "store/opening/StoreOpening.h"
+
+#include "store/core/Engine.h"
+#include "store/core/Probes.h"
+#include "store/guard/ConnectionGuard.h"
+#include "store/guard/FileGuard.h"
+#include "store/guard/ReadOnlyFile.h"
+#include "store/guard/SchemaGuard.h"
+#include "store/ids/Identifiers.h"
+#include "store/protection/FileProtection.h"
+#include "store/schema/Upgrade.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QSqlQuery>
+
+#include <memory>
+#include <optional>
+
+namespace opening {
+
+namespace {
+
+bool refuse(const QString &path, const QString &reason, FailureList &failures) {
+    return recordFailure(failures, {}, QStringLiteral("%1: %2").arg(QDir::toNativeSeparators(path), reason));
+}
+
+/// Records why the file is not to be opened. SQLite would make a file for a path that does not exist, and
+/// opening leaves no traces; of a protected file it would say that it is no database.
+bool isStoreFile(const QString &path, FailureList &failures) {
+    if (!QFileInfo::exists(path))
+        return refuse(path, QStringLiteral("no such file"), failures);
+    if (fileprotection::isProtected(path))
+        return refuse(path, QStringLiteral("the store is protected; unprotect it first"), failures);
+    return true;
+}
+
+/// Opens a connection that takes a backslash in a text for what it is, as the library's statements count on.
+/// The driver finds out while it connects what the server is set to, and escapes bound texts accordingly: to
+/// change the setting afterwards would double their backslashes.
+bool openWithPlainBackslashes(QSqlDatabase &db) {
+    if (!connectionguard::open(db) || !engine::isPostgreSql(db))
+        return db.isOpen();
+    {
+        QSqlQuery setting(QStringLiteral("show standard_conforming_strings"), db);
+        if (!setting.next() || setting.value(0).toString() == QLatin1String("on"))
+            return true;
+    }
+    db.close();
+    QString options =
+        qEnvironmentVariable("PGOPTIONS") + QStringLiteral(" -c standard_conforming_strings=on");
+    options.replace(QLatin1Char('\\'), QLatin1String("\\\\"))
+        .replace(QLatin1Char('\''), QLatin1String("\\'"));
+    db.setConnectOptions(QStringLiteral("options='%1'").arg(options));
+    return db.open();
+}
+
+bool execute(const QSqlDatabase &db, const char *sql, FailureList &failures) {
+    const QSqlQuery query(QLatin1String(sql), db);
+    return checkStatement(query, failures);
+}
+
+bool hasFittingVersion(const StoreState &state, const QSqlDatabase &db, FailureList &failures) {
+    return schemaguard::hasFittingVersion(db, QDir::toNativeSeparators(state.settings.name), failures);
+}
+
+bool judgeLanguage(StoreState &state, const QSqlDatabase &db) {
+    // A store whose link types carry the Chinese default names is a Chinese store, any other an English one.
+    const auto isChinese =
+        probes::returnsRow(db, QStringLiteral("select * from LinkType where typeName='高速路'"),
+                           state.failures, QStringLiteral("LinkType"));
+    if (!isChinese)
+        return false;
+    state.isInternational = !*isChinese;
+    state.words.setDbIsEnglish(state.isInternational);
+    return true;
+}
+
+bool learnAboutStore(StoreState &state, QSqlDatabase &db, const QString &path, bool resetIdCache,
+                     bool mayUpgrade) {
+    if (!checkConnection(db, state.failures) || !hasFittingVersion(state, db, state.failures))
+        return false;
+    const auto version = probes::dbVersion(db, state.failures);
+    if (!version)
+        return false;
+    state.version = static_cast<int>(*version);
+    if (resetIdCache)
+        state.reservedIds.clear();
+    if (mayUpgrade && !bringForward(state, db))
+        return false;
+    const Store store(db, state, 0, state.version >= 6 ? Generation::SeveralNets : Generation::OneNet,
+                      state.version, state.failures);
+    if (!judgeLanguage(state, db) || !identifiers::passLaneConnectors(store))
+        return false;
+    const auto hasRoadId =
+        probes::tableHasField(db, QStringLiteral("Link"), QStringLiteral("roadid"), state.failures);
+    if (!hasRoadId)
+        return false;
+    state.linkHasRoadId = *hasRoadId;
+    state.path = engine::isSqlite(db) ? path : QString();
+    return true;
+}
+
+bool readDatabase(StoreState &state, QSqlDatabase &db, const QString &path, bool resetIdCache) {
+    return openGuarded(db, state.failures) && learnAboutStore(state, db, path, resetIdCache, false) &&
+           execute(db, "set default_transaction_read_only = on", state.failures);
+}
+
+} // namespace
+
+void nameStore(QSqlDatabase &db, const StoreSettings &settings) {
+    db.setHostName(settings.host);
+    db.setPort(settings.port);
+    db.setDatabaseName(settings.name);
+    db.setUserName(settings.user);
+    db.setPassword(settings.password);
+}
+
+bool isWritableStoreFile(const QString &path, FailureList &failures) {
+    if (!isStoreFile(path, failures))
+        return false;
+    const QString reason = fileguard::refusal(path, fileguard::Purpose::Write);
+    return reason.isEmpty() || refuse(path, reason, failures);
+}
+
+bool openGuarded(QSqlDatabase &db, FailureList &failures) {
+    if (!openWithPlainBackslashes(db))
+        return true;
+    const connectionguard::QuickQuestions quick(db);
+    return schemaguard::hasPlainTables(db, QDir::toNativeSeparators(db.databaseName()), failures);
+}
+
+bool forWriting(StoreState &state, QSqlDatabase &db, const QString &path, bool resetIdCache) {
+    const bool isSqlite = state.settings.driver == QLatin1String("QSQLITE");
+    if (isSqlite && !isWritableStoreFile(path, state.failures))
+        return false;
+    return openGuarded(db, state.failures) && learnAboutStore(state, db, path, resetIdCache, isSqlite);
+}
+
+bool forReading(StoreState &state, QSqlDatabase &db, const QString &path, bool resetIdCache) {
+    if (state.settings.driver != QLatin1String("QSQLITE"))
+        return readDatabase(state, db, path, resetIdCache);
+    if (!isStoreFile(path, state.failures))
+        return false;
+    const auto readOnlyFile = std::make_shared<ReadOnlyFile>(path);
+    state.fileCopy = readOnlyFile;
+    if (!readOnlyFile->refusal().isEmpty())
+        return refuse(path, readOnlyFile->refusal(), state.failures);
+    readOnlyFile->applyTo(db);
+    if (!openGuarded(db, state.failures) || !checkConnection(db, state.failures))
+        return false;
+    const auto isFirst = upgrade::isFirstGeneration(db, state.failures);
+    const auto isPending = isFirst ? upgrade::isPending(db, state.failures) : std::nullopt;
+    if (!isPending)
+        return false;
+    const bool isOlder = *isFirst || *isPending;
+    if (isOlder && !readOnlyFile->isCopy()) {
+        db.close();
+        if (!readOnlyFile->turnIntoCopy())
+            return refuse(path, readOnlyFile->refusal(), state.failures);
+        readOnlyFile->applyTo(db);
+        if (!openGuarded(db, state.failures))
+            return false;
+    }
+    if (*isFirst && hasFittingVersion(state, db, state.failures))
+        bringFirstGenerationForward(state, db);
+    if (!learnAboutStore(state, db, path, resetIdCache, isOlder))
+        return false;
+    readOnlyFile->hideCopy();
+    return execute(db, "pragma query_only = on", state.failures);
+}
+
+Store storeOfOneNet(StoreState &state, QSqlDatabase &db, long netId) {
+    return {db, state, netId, Generation::OneNet, state.version, state.failures};
+}
+
+bool bringForward(StoreState &state, QSqlDatabase &db) {
+    const bool isAnswered = upgrade::toCurrentSchema(storeOfOneNet(state, db, 0));
+    readCatalogue(state, db);
+    return isAnswered;
+}
+
+void bringFirstGenerationForward(StoreState &state, QSqlDatabase &db) {
+    if (engine::isPostgreSql(db))
+        return;
+    // A host opens such a store by itself.
+    connectionguard::harden(db);
+    const QString name = QDir::toNativeSeparators(db.databaseName());
+    if (!schemaguard::hasPlainTables(db, name, state.failures) ||
+        !schemaguard::hasFittingVersion(db, name, state.failures))
+        return;
+    const auto version = probes::dbVersion(db, state.failures);
+    // No store of several networks has ever been of the first generation.
+    if (!version || *version >= 6)
+        return;
+    upgrade::firstGeneration(storeOfOneNet(state, db, 0));
+    state.version = static_cast<int>(probes::dbVersion(db, state.failures).value_or(0));
+}
+
+void readCatalogue(StoreState &state, QSqlDatabase &db) {
+    if (!state.tableNames.isEmpty())
+        return;
+    const auto tables = probes::tables(db, state.failures);
+    const auto keys = tables ? probes::keyColumns(db, tables->plain, state.failures) : std::nullopt;
+    if (!keys)
+        return;
+    state.tableNames = tables->names;
+    state.keyColumns = *keys;
+}
+
+} // namespace opening

@@ -1,0 +1,38 @@
+#pragma once
+
+#include "store/core/Store.h"
+
+class QSqlDatabase;
+
+/// The steps of an opening, alike for the store of the process and for every other. What is found out goes
+/// to the state; false ends the opening, with a record there.
+namespace opening {
+
+/// Gives a connection that is not open the names of @p settings; the port of a server is one of them.
+void nameStore(QSqlDatabase &db, const StoreSettings &settings);
+
+/// @{ Opens @p db, which has its names, judges the store and learns what operations need to know.
+/// @param path of an SQLite file.
+/// @param resetIdCache empty the reserved identifiers once more after connecting.
+bool forWriting(StoreState &state, QSqlDatabase &db, const QString &path, bool resetIdCache);
+bool forReading(StoreState &state, QSqlDatabase &db, const QString &path, bool resetIdCache);
+/// @}
+
+/// @{ Parts of the above that switches of connections make use of: connecting to a store that is none of a
+/// stranger's (one that cannot be opened passes: it has its record when it is validated), and refusing what is
+/// no store file to write to.
+bool openGuarded(QSqlDatabase &db, FailureList &failures);
+bool isWritableStoreFile(const QString &path, FailureList &failures);
+/// @}
+
+/// A store of one network, whatever its version says.
+Store storeOfOneNet(StoreState &state, QSqlDatabase &db, long netId);
+/// Brings an SQLite store to the current schema; whether it could be asked everything.
+bool bringForward(StoreState &state, QSqlDatabase &db);
+/// Brings a store of the first generation to what bringForward() expects. Does nothing on a store of several
+/// networks, on a server, and where the store is refused.
+void bringFirstGenerationForward(StoreState &state, QSqlDatabase &db);
+/// Reads the names of tables and keys once; what could not be read is read the next time.
+void readCatalogue(StoreState &state, QSqlDatabase &db);
+
+} // namespace opening
