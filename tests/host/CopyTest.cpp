@@ -82,6 +82,25 @@ protected:
         return rows;
     }
 
+    static QString onServer(const PostgresDatabase &database, const QString &sql) {
+        QString value;
+        {
+            QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QPSQL"), QStringLiteral("outside"));
+            db.setHostName(PostgresDatabase::host());
+            db.setPort(PostgresDatabase::port());
+            db.setDatabaseName(database.name());
+            db.setUserName(PostgresDatabase::user());
+            db.setPassword(PostgresDatabase::password());
+            EXPECT_TRUE(db.open());
+            QSqlQuery query(db);
+            EXPECT_TRUE(query.exec(sql) && query.next())
+                << sql.toStdString() << query.lastError().text().toStdString();
+            value = query.value(0).toString();
+        }
+        QSqlDatabase::removeDatabase(QStringLiteral("outside"));
+        return value;
+    }
+
     static QString value(const QString &store, const QString &sql) {
         return row(store, sql).first().toString();
     }
@@ -122,6 +141,8 @@ QStringList rowsWithReferences() {
         QStringLiteral("insert into RoutingLaneConnector select 1, (select min(routingID) from Routing), "
                        "connID, startLaneID, endLaneID from LaneConnector order by laneConnId limit 5"),
         QStringLiteral("insert into GuideArrow select 1, 4, max(laneID), 1, 2, 3 from Lane"),
+        // One that leads nowhere does not come to lead somewhere.
+        QStringLiteral("insert into GuideArrow select 1, 5, max(laneID) + 1, 1, 2, 3 from Lane"),
         QStringLiteral("insert into LinkLimitVehicle select 1, max(linkID), 2 from Link"),
         QStringLiteral("insert into ConnectorLimitVehicle select 1, max(connID), 2 from Connector"),
         QStringLiteral("insert into VehicleDetector values(1, 3, 1, 'd', 1, 5, 'L', 1, null, 2, 3, 't', 9), "
@@ -211,6 +232,14 @@ TEST_F(Copy, AnEqualDigestThroughTheServerAndBack) {
         EXPECT_EQ(outcome.err, QString());
     }
     EXPECT_EQ(read(first), before);
+    for (const auto &[sequence, table, id] :
+         {std::tuple("seq_link_id", "link", "linkid"), std::tuple("seq_lane_id", "lane", "laneid"),
+          std::tuple("seq_net_id", "net", "netid")})
+        EXPECT_EQ(
+            onServer(database, QStringLiteral("select nextval('%1') > (select max(%3) from %2)")
+                                   .arg(QLatin1String(sequence), QLatin1String(table), QLatin1String(id))),
+            QStringLiteral("true"))
+            << sequence;
     const QString expected = digest(first);
     EXPECT_EQ(digest(server), expected);
     EXPECT_EQ(digest(last), expected);
@@ -311,12 +340,30 @@ TEST_F(Copy, IdentifiersThatCollideAreNewAndReferencesFollow) {
             << what.toStdString();
     }
     EXPECT_EQ(identifiers, 29);
+    // One network at most is opened by default.
+    const QString defaults =
+        QStringLiteral("select group_concat(isDefault) from (select isDefault from Net order by NetId)");
+    EXPECT_EQ(value(store, defaults), QStringLiteral("T,F"));
+    const QString alone = newStore(QStringLiteral("alone"));
+    ASSERT_EQ(copy(store, alone, {QStringLiteral("--net"), QStringLiteral("1")}).exitCode, 0);
+    EXPECT_EQ(value(alone, defaults), QStringLiteral("T"));
     // Without a collision nothing is renumbered, and the network's own number does not count.
     const QString other = newStore(QStringLiteral("other"));
     change(other, {QStringLiteral("insert into Net(NetId, name, sourceType, centerX, centerY, isDefault) "
                                   "values(1, 'taken', 's', 0, 0, 'T')")});
     ASSERT_EQ(copy(store, other, {QStringLiteral("--net"), QStringLiteral("1")}).exitCode, 0);
     EXPECT_EQ(digest(other, QStringLiteral("2")), expected);
+}
+
+TEST_F(Copy, TheDigestKeepsValuesApart) {
+    const QString store = newStore();
+    importInto(store);
+    change(store, {QStringLiteral("update Net set backgroundUrl = 'a', caption = 'b'")});
+    const QString before = digest(store);
+    // The bytes of both columns, one after the other, are the same.
+    change(store,
+           {QStringLiteral("update Net set backgroundUrl = 'acaption' || char(0) || 'bb', caption = null")});
+    EXPECT_NE(digest(store), before);
 }
 
 TEST_F(Copy, OlderStoresComeForwardInTheLanguageOfTheTarget) {

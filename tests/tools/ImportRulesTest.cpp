@@ -34,7 +34,7 @@ constexpr const char *kRoads = R"xml(<net>
 </net>)xml";
 
 constexpr const char *kCompanions = R"xml(<additional>
-<e1Detector id="end" lane="in_1" pos="-10" freq="60"/>
+<e1Detector id="end" lane="in_1" pos="-10" freq="60"/><e1Detector id="slope" lane="side_0" pos="10"/>
 <e2Detector id="queue" lanes="in_0 out_0" pos="10" endPos="50" speedThreshold="2.5" jamThreshold="8"/>
 <e3Detector id="pass"><detEntry lane="in_0" pos="20"/><detExit lane="out_1" pos="150"/>
  <detExit lane="side_0" pos="10"/></e3Detector>
@@ -118,8 +118,9 @@ TEST_F(ImportRules, SignalsShowEveryStateForItsWholeTime) {
 
 TEST_F(ImportRules, DevicesStandWhereTheyMeasure) {
     expect({
-        {"select name, laneNumber, distance, x, dataInterval from VehicleDrivInfoCollecter",
-         "end|2|90|90|60"},
+        {"select name, laneNumber, distance, x, y, z from VehicleDrivInfoCollecter order by collecterID",
+         "end|2|90|90|3.5|0;slope|1|10|110|20|2"},
+        {"select dataInterval from VehicleDrivInfoCollecter where name = 'end'", "60"},
         {"select q.name, linkName, q.laneNumber, distance, x, maxQueueLength, speedLowLimit, maxDistInterval from "
          "VehicleQueueCounter q, Link where linkID = q.roadID",
          "queue|out|1|50|145|140|2.5|8"},

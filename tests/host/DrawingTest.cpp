@@ -1,0 +1,109 @@
+#include "tests/host/Morastore.h"
+
+#include <QColor>
+#include <QImage>
+
+#include <cmath>
+
+// Pictures, pixel by pixel: a network of 220 by 8 m, drawn at ten pixels a metre.
+
+namespace {
+
+/// From the west two lanes, the left one for buses, lead to a single lane ten metres further on.
+constexpr const char *kRoads = R"(<net>
+<edge id="w" from="a" to="b">
+ <lane id="w_0" index="0" speed="10" length="200" width="4" shape="0,0 200,0"/>
+ <lane id="w_1" index="1" speed="10" length="200" width="4" allow="bus" shape="0,4 200,4"/></edge>
+<edge id="e" from="b" to="c"><lane id="e_0" index="0" speed="10" length="10" width="4" shape="210,0 220,0"/></edge>
+<junction id="a" x="0" y="0"/><junction id="b" x="205" y="0"/><junction id="c" x="220" y="0"/>
+<connection from="w" to="e" fromLane="0" toLane="0" tl="b" linkIndex="0"/>
+<connection from="w" to="e" fromLane="1" toLane="0" tl="b" linkIndex="1"/>
+<tlLogic id="b" programID="0" offset="0"><phase duration="9" state="uy"/><phase duration="9" state="Gr"/></tlLogic>
+</net>)";
+
+constexpr const char *kTraffic = R"(<additional>
+<e2Detector id="queue" lane="w_0" pos="20" endPos="60"/>
+<e3Detector id="pass"><detEntry lane="w_0" pos="80"/><detExit lane="e_0" pos="9"/></e3Detector>
+<vehicle id="v" depart="0"><route edges="e"/></vehicle>
+<vehicle id="x" depart="0"><route edges="w e"/></vehicle>
+</additional>)";
+
+class Drawing : public Morastore {
+protected:
+    void SetUp() override {
+        mStore = newStore();
+        const Outcome imported =
+            run({QStringLiteral("import"), mStore, write(QStringLiteral("roads.net.xml"), kRoads),
+                 QStringLiteral("--additional"), write(QStringLiteral("traffic.xml"), kTraffic)});
+        ASSERT_EQ(imported.exitCode, 0) << imported.err.toStdString();
+    }
+    QString draw(const char *name) const {
+        const QString picture = file(QLatin1String(name));
+        const Outcome outcome =
+            run({QStringLiteral("draw"), mStore, picture, QStringLiteral("--size"), QStringLiteral("2256")});
+        EXPECT_EQ(outcome.exitCode, 0) << outcome.err.toStdString();
+        return picture;
+    }
+
+    QString mStore;
+};
+
+bool isLike(const QColor &a, const QColor &b) {
+    return std::abs(a.red() - b.red()) + std::abs(a.green() - b.green()) + std::abs(a.blue() - b.blue()) < 24;
+}
+
+TEST_F(Drawing, EverythingIsWhereItStandsAndHasItsColour) {
+    const QImage picture(draw("p.png"));
+    ASSERT_EQ(picture.width(), 2256);
+    // The margin is 28 pixels wide, and 54 more are left for the legend below.
+    const int bottom = picture.height() - 28 - 54;
+    constexpr QRgb paper = 0xfaf9f6, motorLane = 0x8b939e, busLane = 0xcf866a, junction = 0xe2e4e7,
+                   edge = 0x6a6e76;
+    constexpr QRgb departure = 0x0f8b6d, decision = 0x6a3d9a, red = 0xd62f2f, yellow = 0xf2b705;
+    constexpr QRgb queue = 0xa35b94, curve = 0x819fc0; // half transparent, on a motor lane and on a junction
+    const struct {
+        double x, y;
+        QRgb colour;
+        const char *what;
+    } places[] = {
+        {10, 1, motorLane, "right lane"},
+        {10, 5, busLane, "left lane"},
+        {5, -2, edge, "right edge"},
+        {5, 6, edge, "left edge, between the dashes of a divider"},
+        {10, 6, edge, "left edge, on the dashes of a divider"},
+        {5, 2, motorLane, "between the dashes of the divider"},
+        {10, 2, junction, "dash of the divider, nearly white"},
+        {202, 4.5, junction, "junction"},
+        {203.6, 3, curve, "first half of the turn"},
+        {205, 2, curve, "middle of the turn"},
+        {202, 0, curve, "straight connection"},
+        {200, 0, red, "red and yellow shows red"},
+        {200, 4, yellow, "yellow"},
+        {30, 0, queue, "queue before its counter"},
+        {30, 1.5, motorLane, "beside the queue"},
+        {70, 0, motorLane, "behind the counter"},
+        {210.5, 0, decision, "decision point at the start of its link"},
+        {208, 0, departure, "departure point below it"},
+        {215, 4, paper, "beside the road"},
+    };
+    for (const auto &place : places) {
+        const QColor drawn =
+            picture.pixel(28 + int(std::lround(10 * place.x)), bottom - int(std::lround(10 * (place.y + 2))));
+        EXPECT_TRUE(isLike(drawn, QColor(place.colour)))
+            << place.what << " is " << drawn.name().toStdString();
+    }
+    // Ten metres are the longest round length below 180 pixels.
+    const int bar = picture.height() - 28 - 26;
+    EXPECT_LT(QColor(picture.pixel(2256 - 28 - 90, bar)).lightness(), 128);
+    EXPECT_TRUE(isLike(QColor(picture.pixel(2256 - 28 - 170, bar)), QColor(paper)));
+}
+
+TEST_F(Drawing, TheLegendCountsEveryObjectOnce) {
+    const QByteArray picture = read(draw("p.svg"));
+    for (const char *label :
+         {">queue counter (1)<", ">signal lamp (2)<", ">departure point (2)<", ">decision point (2)<",
+          ">travel-time detector (1)<", ">2 links, 3 lanes, 1 connectors, 0.2 km<", ">10 m<"})
+        EXPECT_TRUE(picture.contains(label)) << label;
+}
+
+} // namespace
