@@ -100,4 +100,18 @@ QStringList linesOf(const QMap<QString, TableRows> &tables) {
     return lines;
 }
 
+void noteFilled(const QMap<QString, TableRows> &rows, QMap<QString, bool> &isFilled) {
+    for (auto table = rows.cbegin(); table != rows.cend(); ++table) {
+        if (table->isEmpty())
+            isFilled[table.key()] = isFilled.value(table.key());
+        for (const QMap<QString, QString> &row : *table) {
+            isFilled[table.key()] = true;
+            for (auto column = row.cbegin(); column != row.cend(); ++column) {
+                bool &filled = isFilled[table.key() + QLatin1Char('.') + column.key()];
+                filled = filled || *column != QLatin1String("NULL");
+            }
+        }
+    }
+}
+
 } // namespace differential

@@ -18,4 +18,7 @@ QMap<QString, TableRows> storedRows(long netId, bool severalNets);
 /// A line for each row, tables and rows in an order that does not depend on the store.
 QStringList linesOf(const QMap<QString, TableRows> &tables);
 
+/// Notes by table, and by table and column with a dot between, whether there is a value.
+void noteFilled(const QMap<QString, TableRows> &rows, QMap<QString, bool> &isFilled);
+
 } // namespace differential
