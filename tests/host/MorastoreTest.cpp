@@ -1,4 +1,5 @@
 #include "tests/host/Morastore.h"
+#include "store/DBTools.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -174,6 +175,13 @@ TEST_F(Morastore, KeepsEveryNameAsItIs) {
     const QJsonObject first = stock.value(QLatin1String("networks")).toArray().at(0).toObject();
     EXPECT_EQ(first.value(QLatin1String("name")).toString(), kAwkward);
     EXPECT_EQ(first.value(QLatin1String("rows")).toObject().value(QLatin1String("lanes")).toInt(), 28);
+    const QJsonObject extent = first.value(QLatin1String("extent")).toObject();
+    const QVariantList corners =
+        row(store, QStringLiteral("select min(X), min(Y), min(Z), max(X), max(Y), max(Z) from "
+                                  "Vertex"));
+    EXPECT_EQ(extent.value(QLatin1String("low")).toArray().toVariantList() +
+                  extent.value(QLatin1String("high")).toArray().toVariantList(),
+              corners);
     EXPECT_EQ(row(store, QStringLiteral(
                              "select name, (select LinkName from Link where LinkName like '%🚦%') from Net")),
               (QVariantList{kAwkward, kAwkward}));
@@ -308,6 +316,16 @@ TEST_F(Morastore, ShowsEveryKind) {
     const Outcome line =
         run({QStringLiteral("show"), store, QStringLiteral("busLines"), QStringLiteral("1")});
     EXPECT_TRUE(line.out.contains(QStringLiteral("passengerCount         60"))) << line.out.toStdString();
+    alter(store, {QStringLiteral("update Link set length = 123456.789012 where linkID = 1")});
+    EXPECT_TRUE(run({QStringLiteral("show"), store, QStringLiteral("links"), QStringLiteral("1")})
+                    .out.contains(QStringLiteral("123456.789012")));
+    const QVariantList links =
+        row(store, QStringLiteral("select linkID from RoutingLink where routingID = 1 and num1 = 1 "
+                                  "and num2 = 1"));
+    const Outcome route = run({QStringLiteral("show"), store, QStringLiteral("routes"), QStringLiteral("1"),
+                               QStringLiteral("--json")});
+    EXPECT_EQ(QJsonDocument::fromJson(route.out.toUtf8())[QStringLiteral("linkChains")][0][0].toVariant(),
+              links.first());
     expectRefusal(
         [&] {
             return run({QStringLiteral("show"), store, QStringLiteral("cows")});
@@ -360,6 +378,9 @@ TEST_F(Morastore, ProtectsAStoreAndSaysSo) {
     expectSentence(run(byKey + QStringList(QStringLiteral("2"))), QStringLiteral("with another key"));
     EXPECT_EQ(run(byKey + QStringList(QStringLiteral("1"))).exitCode, 0);
     expectSentence(run(byKey + QStringList(QStringLiteral("1"))), QStringLiteral("it is not protected"));
+    EXPECT_EQ(read(store), before);
+    ASSERT_TRUE(DBTools::encryptDecryptFileByKey2(store));
+    EXPECT_EQ(run(byKey + QStringList(QStringLiteral("2"))).exitCode, 0);
     EXPECT_EQ(read(store), before);
     qunsetenv("MORA_CONFIG");
 }
