@@ -53,13 +53,14 @@ constexpr const char *kCompanions = R"xml(<additional>
 <flow id="random" type="car" begin="2700" end="3600" period="exp(0.1)" route="there"/>
 <route id="there" edges="in out"/>
 <vehicle id="circle" type="car" depart="3599"><route edges="out in out"/></vehicle>
+<interval begin="0" end="600"><edgeRelation from="in" to="out" count="30"/><edgeRelation from="in" to="side" count="10"/>
+</interval>
 <vehicle id="short" type="car" depart="100"><route edges="in side"/></vehicle>
 </additional>)xml";
 
-class ImportRules : public StoreFixture {
+class ImportRules : public StoreKindFixture {
 protected:
-    void SetUp() override {
-        openTemplate("EmptyNet_V6.0.0");
+    void prepare() override {
         execute(QStringLiteral("delete from Net"));
         const SumoNet net = readSumoNet(file("rules.net.xml", kRoads));
         SumoCompanions companions;
@@ -86,7 +87,7 @@ protected:
     }
 };
 
-TEST_F(ImportRules, RoadsHaveTheLimitsAndEdgesOfTheirLanes) {
+TEST_P(ImportRules, RoadsHaveTheLimitsAndEdgesOfTheirLanes) {
     expect({
         {"select linkName, limitSpeed, desiredSpeed, length, laneNumber, laneWidth from Link order by linkID",
          "in|72|72|100|2|3.5;out|54|54|200|2|3.5;side|18|18|50|1|3.2"},
@@ -98,25 +99,25 @@ TEST_F(ImportRules, RoadsHaveTheLimitsAndEdgesOfTheirLanes) {
         {"select distinct p.value ->> 'y' from Connector, json_each(cast(rightBreakPointsJson as text), '$.data') p "
          "where connName = 'in->out'",
          "-1.5"},
-        {"select name, centerX, centerY, isDefault from Net", "rules|110|30|T"},
+        {"select name, centerX, centerY from Net", "rules|110|30"},
     });
 }
 
-TEST_F(ImportRules, SignalsShowEveryStateForItsWholeTime) {
+TEST_P(ImportRules, SignalsShowEveryStateForItsWholeTime) {
     // The phases end after 1.4, 2.8, 4.2, 34.2 and 44.2 s.
     expect({
         {"select name, startTime, timeLength, endTime from SignalGroup", "mid|7|44|86400"},
         {"select p.name, c.color, c.timeLength from SignalPhase p, SignalColor c where c.signalPhaseID = "
          "p.signalPhaseID order by p.name, c.serialNumber",
          "0|绿|1;0|黄|2;0|红|41;1|灰|3;1|绿|1;1|黄|30;1|红|10"},
-        {"select a.name, k.linkName, l.serialNumber, t.linkName, m.serialNumber from SignalLamp a, Lane l, Link k, Lane "
+        {"select a.name, a.x, a.y, k.linkName, l.serialNumber, t.linkName, m.serialNumber from SignalLamp a, Lane l, Link k, Lane "
          "m, Link t where l.laneID = a.laneID and k.linkID = l.linkID and m.laneID = a.toLaneID and t.linkID = m.linkID "
          "order by a.name",
-         "mid:0|in|1|out|1;mid:1|in|2|out|2"},
+         "mid:0|100|0|in|1|out|1;mid:1|100|3.5|in|2|out|2"},
     });
 }
 
-TEST_F(ImportRules, DevicesStandWhereTheyMeasure) {
+TEST_P(ImportRules, DevicesStandWhereTheyMeasure) {
     expect({
         {"select name, laneNumber, distance, x, y, z from VehicleDrivInfoCollecter order by collecterID",
          "end|2|90|90|3.5|0;slope|1|10|110|20|2"},
@@ -141,7 +142,7 @@ TEST_F(ImportRules, DevicesStandWhereTheyMeasure) {
     });
 }
 
-TEST_F(ImportRules, TypesTakeWhatIsGivenAndTheRestFromTheirClass) {
+TEST_P(ImportRules, TypesTakeWhatIsGivenAndTheRestFromTheirClass) {
     expect({
         {"select n.vehicleTypeName, n.length, n.lengthSD, n.width = s.width, n.maxSpeed, n.avgSpeed = min(s.avgSpeed, "
          "90), n.avgDece, n.deceSD, n.maxDece from VehicleType n, VehicleType s where n.vehicleTypeName = 'van' and "
@@ -154,7 +155,7 @@ TEST_F(ImportRules, TypesTakeWhatIsGivenAndTheRestFromTheirClass) {
     });
 }
 
-TEST_F(ImportRules, TrafficDepartsAndTurnsByTheQuarterOfAnHour) {
+TEST_P(ImportRules, TrafficDepartsAndTurnsByTheQuarterOfAnHour) {
     expect({
         // 9 in each of the first two quarters, and one more that is short; 90 at random.
         {"select p.name, i.interval, i.vehiCount, c.name from DeparturePoint p, DepartureInterval i, "
@@ -162,18 +163,18 @@ TEST_F(ImportRules, TrafficDepartsAndTurnsByTheQuarterOfAnHour) {
          "by 1, 2, 4",
          "in|900|1|car;in|900|9|mix;in|1800|9|mix;in|2700|0|car;in|3600|90|car;out|2700|0|car;out|3600|1|car"},
         {"select routingName, round(proportion, 6) from Routing order by routingID",
-         "there|0.990826;in->side|0.009174;out->out|1"},
+         "there|0.990826;in->side|0.009174;out->out|1;out|0.75;side|0.25"},
         {"select r.routingName, num1, num2, linkName from Routing r, RoutingLink l, Link k where l.routingID = "
          "r.routingID and k.linkID = l.linkID and routingName = 'out->out' order by num1, num2",
          "out->out|1|1|out;out->out|1|2|in;out->out|2|1|out"},
         {"select routingName, startDateTime, endDateTime, ratio from Routing r, RoutingFLowRatio f where f.routingID = "
          "r.routingID order by r.routingID, startDateTime",
-         "there|1|900|0.9;there|901|1800|1;there|2701|3600|1;in->side|1|900|0.1;out->out|2701|3600|1"},
-        {"select deciPointName, x, y from DecisionPoint order by 1", "in|0|2;out|120|2"},
+         "there|1|900|0.9;there|901|1800|1;there|2701|3600|1;in->side|1|900|0.1;out->out|2701|3600|1;out|1|600|0.75;side|1|600|0.25"},
+        {"select deciPointName, x, y from DecisionPoint order by 1", "in|0|2;in turns|0|2;out|120|2"},
     });
 }
 
-TEST_F(ImportRules, LinesRunAtTheirHeadwayAndPassengersTakeTheFirst) {
+TEST_P(ImportRules, LinesRunAtTheirHeadwayAndPassengersTakeTheFirst) {
     expect({
         {"select name, dischargeFreq, dischargeStartTime, dischargeEndTime, length from BusLine where name = '5'",
          "5|600|0|1200|300"},
@@ -187,5 +188,7 @@ TEST_F(ImportRules, LinesRunAtTheirHeadwayAndPassengersTakeTheFirst) {
          "5|31|31|1"},
     });
 }
+
+INSTANTIATE_TEST_SUITE_P(Stores, ImportRules, testing::ValuesIn(kFileKinds), storeKindName);
 
 } // namespace
