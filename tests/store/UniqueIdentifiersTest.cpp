@@ -111,6 +111,20 @@ TEST_P(UniqueIdentifiersTest, WhatASavedNetworkBringsAlongIsNotDrawn) {
     }
 }
 
+TEST_P(UniqueIdentifiersTest, WhatASavedNetworkHadIsNotDrawnOnceItIsGone) {
+    for (const long brought : {205L, 0L}) {
+        NetContents contents;
+        contents.links.push_back(sampleLink(brought == 0 ? 7 : brought));
+        contents.links.front()->linkID = brought;
+        ASSERT_TRUE(DBTools::saveNet(gDB, kNet, contents, true));
+        const long id = contents.links.front()->linkID;
+        ASSERT_TRUE(DBTools::removeNetData(gDB, kNet, true));
+        // Another process: all that is known is the counter.
+        reopen();
+        EXPECT_GT(draw("Link"), id);
+    }
+}
+
 TEST_P(UniqueIdentifiersTest, TablesThatHostsDoNotListAreAskedToo) {
     letReferencesDangle();
     addRow(QStringLiteral("AccidentZone"),
