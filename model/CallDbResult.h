@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QList>
 #include <QString>
 
 /// The record of one call on a store that failed.
@@ -8,3 +9,6 @@ struct CallDbResult {
     long id = 0;   ///< the query's last insert id where the driver reports one
     QString error; ///< the driver's text
 };
+
+/// The failed calls of one operation class since the last opening. It only grows; opening empties it.
+using FailureList = QList<CallDbResult>;

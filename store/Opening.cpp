@@ -11,6 +11,17 @@
 
 #include <QJsonObject>
 
+#ifdef MORASTORE_STATIC
+// A linker leaves out of an archive what nobody names, and nobody names a resource. The macro wants to stand in no
+// namespace.
+static bool takeResourcesAlong() {
+    Q_INIT_RESOURCE(EmptyNet);
+    Q_INIT_RESOURCE(Changelog);
+    return true;
+}
+static const bool kHasResources = takeResourcesAlong();
+#endif
+
 namespace {
 
 /// Copies the settings that the host names into @p targets; keys that are absent or null leave theirs alone.

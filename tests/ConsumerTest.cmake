@@ -26,7 +26,7 @@ file(COPY ${SOURCE_DIR}/ DESTINATION ${WORK_DIR}/source)
 file(WRITE ${WORK_DIR}/source/headers.cpp "${headers}")
 file(APPEND ${WORK_DIR}/source/CMakeLists.txt "
 add_library(headers OBJECT headers.cpp)
-target_link_libraries(headers PRIVATE MoraStore::MoraStore MoraStore::MoraSupport)
+target_link_libraries(headers PRIVATE MoraStore::MoraStore MoraStore::MoraSupport MoraStore::MoraTools)
 ")
 
 run(${CMAKE_COMMAND} -G ${GENERATOR} -S ${WORK_DIR}/source -B ${WORK_DIR}/build -DCMAKE_PREFIX_PATH=${WORK_DIR}/prefix
@@ -36,6 +36,17 @@ run(${WORK_DIR}/build/consumer ${WORK_DIR}/store.db)
 if(NOT output MATCHES "${EXPECTED}")
     message(FATAL_ERROR "The consumer did not print '${EXPECTED}'.")
 endif()
+
+# 13 edges of the network are no internal ones.
+run(${WORK_DIR}/build/account ${WORK_DIR}/city.db ${NETWORK})
+if(NOT output STREQUAL "crossing: 13 links\n")
+    message(FATAL_ERROR "The account is '${output}'.")
+endif()
+
+# What a library exports, a public header declares: the rest would be its own and bind programs all the same.
+find_program(nm nm REQUIRED)
+find_program(python3 python3 REQUIRED)
+run(${python3} ${SOURCE_DIR}/../../scripts/check-exports ${WORK_DIR}/prefix)
 
 if(EXISTS ${WORK_DIR}/prefix/bin/morastore)
     run(${WORK_DIR}/prefix/bin/morastore --help)

@@ -2,13 +2,8 @@
 
 #include "model/CallDbResult.h"
 
-#include <QList>
-
 class QSqlDatabase;
 class QSqlQuery;
-
-/// The failed calls of one operation class since the last opening. It only grows; opening empties it.
-using FailureList = QList<CallDbResult>;
 
 /// Appends a failure. @return false, for the caller to return.
 /// @param sql the statement; empty for a failure that is none of a statement.

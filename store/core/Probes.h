@@ -1,7 +1,7 @@
 #pragma once
 
-#include "model/MoraStoreExport.h"
 #include "store/core/Failures.h"
+#include "store/core/StoreVersion.h"
 
 #include <QHash>
 #include <QString>
@@ -24,9 +24,6 @@ using Answer = std::optional<bool>;
 /// which the oldest stores lack. What is no integer from 1 to the newest version, and rows that disagree on
 /// whether there are several networks, are a failure: statements for one network would reach the rows of all.
 std::optional<long> dbVersion(const QSqlDatabase &db, FailureList &failures);
-
-/// Why a store of @p version is not used; empty for a version that this release knows.
-MORASTORE_EXPORT QString refusalOfVersion(qint64 version);
 
 /// Whether an SQLite store has @p table.
 Answer hasTable(const QSqlDatabase &db, const QString &table, FailureList &failures);

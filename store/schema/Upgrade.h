@@ -1,7 +1,7 @@
 #pragma once
 
+#include "model/CallDbResult.h"
 #include "model/MoraStoreExport.h"
-#include "store/core/Failures.h"
 
 #include <optional>
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "tools/MoraToolsExport.h"
+
 #include <vector>
 
 namespace moratools {

@@ -1,6 +1,6 @@
 #include "tools/session/Server.h"
 
-#include "store/core/Probes.h"
+#include "store/core/StoreVersion.h"
 #include "tools/reports/Failure.h"
 
 #include <QElapsedTimer>
