@@ -51,37 +51,6 @@ protected:
         return outcome.out.left(64);
     }
 
-    static void change(const QString &store, const QStringList &statements) {
-        {
-            QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), QStringLiteral("change"));
-            db.setDatabaseName(store);
-            ASSERT_TRUE(db.open());
-            for (const QString &sql : statements) {
-                QSqlQuery query(db);
-                EXPECT_TRUE(query.exec(sql)) << sql.toStdString() << query.lastError().text().toStdString();
-            }
-        }
-        QSqlDatabase::removeDatabase(QStringLiteral("change"));
-    }
-
-    static QList<QStringList> allRows(const QString &store, const QString &sql) {
-        QList<QStringList> rows;
-        {
-            QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), QStringLiteral("rows"));
-            db.setDatabaseName(store);
-            EXPECT_TRUE(db.open());
-            QSqlQuery query(db);
-            EXPECT_TRUE(query.exec(sql)) << sql.toStdString() << query.lastError().text().toStdString();
-            while (query.next()) {
-                rows.append(QStringList());
-                for (int i = 0; i < query.record().count(); ++i)
-                    rows.last().append(query.value(i).toString());
-            }
-        }
-        QSqlDatabase::removeDatabase(QStringLiteral("rows"));
-        return rows;
-    }
-
     static QString onServer(const PostgresDatabase &database, const QString &sql) {
         QString value;
         {
@@ -194,9 +163,9 @@ TEST_F(Copy, ATextThatIsNoUtf8IsRefusedByName) {
     const QString store = newStore();
     importInto(store);
     // The character that stands for damage elsewhere is one like others.
-    change(store, {QStringLiteral("update Link set linkName = 'a' || char(65533)")});
+    alter(store, {QStringLiteral("update Link set linkName = 'a' || char(65533)")});
     const QString sound = digest(store);
-    change(store, {QStringLiteral("update SignalGroup set name = cast(x'61C328' as text)")});
+    alter(store, {QStringLiteral("update SignalGroup set name = cast(x'61C328' as text)")});
     const QString target = newStore(QStringLiteral("target.mora"));
     const QString sentence =
         QStringLiteral("the text in column name of table SignalGroup, row 1, is not UTF-8; write it anew");
@@ -205,12 +174,12 @@ TEST_F(Copy, ATextThatIsNoUtf8IsRefusedByName) {
     expectSentence(run({QStringLiteral("digest"), store, QStringLiteral("--net"), QStringLiteral("1")}),
                    sentence);
     // A file would lose a leading mark: the driver hands it texts in UTF-16.
-    change(store, {QStringLiteral("update SignalGroup set name = cast(x'EFBBBF61' as text)")});
+    alter(store, {QStringLiteral("update SignalGroup set name = cast(x'EFBBBF61' as text)")});
     expectSentence(copy(store, target),
                    QStringLiteral("column name of table SignalGroup cannot keep the value"));
     EXPECT_EQ(counts(target), QList<int>({0, 0, 0, 0}));
     const QString marked = digest(store);
-    change(store, {QStringLiteral("update SignalGroup set name = 'a'")});
+    alter(store, {QStringLiteral("update SignalGroup set name = 'a'")});
     EXPECT_NE(digest(store), sound);
     EXPECT_NE(digest(store), marked);
 }
@@ -221,7 +190,7 @@ TEST_F(Copy, AnEqualDigestThroughTheServerAndBack) {
     if (!PostgresDatabase::hasServer())
         GTEST_SKIP() << "no PostgreSQL server";
     const QString first = crossing(QStringLiteral("first"));
-    change(first, kAwkwardRows);
+    alter(first, kAwkwardRows);
     const QByteArray before = read(first);
     const PostgresDatabase database;
     const QString server = database.connectionString();
@@ -263,7 +232,7 @@ TEST_F(Copy, AnEqualDigestThroughTheServerAndBack) {
         const QString changed = file(QStringLiteral("changed"));
         QFile::remove(changed);
         ASSERT_TRUE(QFile::copy(last, changed));
-        change(changed, {QLatin1String(entry.sql)});
+        alter(changed, {QLatin1String(entry.sql)});
         EXPECT_EQ(digest(changed) != expected, entry.isSeen) << entry.sql;
     }
 }
@@ -272,7 +241,7 @@ TEST_F(Copy, AnEqualDigestThroughTheServerAndBack) {
 // references, and which are identifiers, is what the schema declares.
 TEST_F(Copy, IdentifiersThatCollideAreNewAndReferencesFollow) {
     const QString store = crossing(QStringLiteral("store"));
-    change(store, kAwkwardRows + rowsWithReferences());
+    alter(store, kAwkwardRows + rowsWithReferences());
     const QString expected = digest(store);
     const Outcome copied = copy(store, store, {QStringLiteral("--name"), QStringLiteral("second")});
     ASSERT_EQ(copied.exitCode, 0) << copied.err.toStdString();
@@ -283,11 +252,12 @@ TEST_F(Copy, IdentifiersThatCollideAreNewAndReferencesFollow) {
                        "(select 1 from pragma_table_info(m.name) where lower(name) = 'netid')");
     QList<Key> keys = undeclaredKeys();
     QSet<QString> references;
-    for (const QStringList &key :
+    for (const QVariantList &key :
          allRows(store, QStringLiteral("select m.name, c.\"from\", c.\"table\", c.\"to\" ") +
                             ofNetworks.arg(QStringLiteral("pragma_foreign_key_list")) +
                             QStringLiteral(" and lower(c.\"from\") <> 'netid'")))
-        keys.append({key.at(0), key.at(1), key.at(2), key.at(3), QStringLiteral("1")});
+        keys.append({key.at(0).toString(), key.at(1).toString(), key.at(2).toString(), key.at(3).toString(),
+                     QStringLiteral("1")});
     for (const Key &key : qAsConst(keys)) {
         const QString what = key.table + QLatin1Char('.') + key.column;
         references.insert(what.toLower());
@@ -317,25 +287,26 @@ TEST_F(Copy, IdentifiersThatCollideAreNewAndReferencesFollow) {
                               QStringLiteral("busstationpassengerarriving.endtime"),
                               QStringLiteral("passenger.arrivingtime"), QStringLiteral("idgenerater.id")};
     int identifiers = 0;
-    for (const QStringList &column :
+    for (const QVariantList &column :
          allRows(store, QStringLiteral("select m.name, c.name, c.pk ") +
                             ofNetworks.arg(QStringLiteral("pragma_table_info")) +
                             QStringLiteral(" and lower(c.type) = 'bigint' and lower(c.name) <> 'netid'"))) {
-        const QString what = (column.at(0) + QLatin1Char('.') + column.at(1)).toLower();
+        const QString table = column.at(0).toString();
+        const QString name = column.at(1).toString();
+        const QString what = (table + QLatin1Char('.') + name).toLower();
         if (references.contains(what) || shared.contains(what) || times.contains(what))
             continue;
-        EXPECT_EQ(column.at(2), QStringLiteral("2"))
-            << what.toStdString() << " refers to nothing that is known here";
+        EXPECT_EQ(column.at(2).toInt(), 2) << what.toStdString() << " refers to nothing that is known here";
         ++identifiers;
-        EXPECT_EQ(value(store, QStringLiteral("select count(*) - count(distinct %2) from %1")
-                                   .arg(column.at(0), column.at(1))),
-                  QStringLiteral("0"))
+        EXPECT_EQ(
+            value(store, QStringLiteral("select count(*) - count(distinct %2) from %1").arg(table, name)),
+            QStringLiteral("0"))
             << what.toStdString();
         EXPECT_EQ(
             value(store, QStringLiteral(
                              "select coalesce((select ID from IDGenerater where NetId = 2 and TableName = "
                              "'%1'), 0) >= coalesce(max(%2), 0) from %1 where NetId = 2")
-                             .arg(column.at(0), column.at(1))),
+                             .arg(table, name)),
             QStringLiteral("1"))
             << what.toStdString();
     }
@@ -349,8 +320,8 @@ TEST_F(Copy, IdentifiersThatCollideAreNewAndReferencesFollow) {
     EXPECT_EQ(value(alone, defaults), QStringLiteral("T"));
     // Without a collision nothing is renumbered, and the network's own number does not count.
     const QString other = newStore(QStringLiteral("other"));
-    change(other, {QStringLiteral("insert into Net(NetId, name, sourceType, centerX, centerY, isDefault) "
-                                  "values(1, 'taken', 's', 0, 0, 'T')")});
+    alter(other, {QStringLiteral("insert into Net(NetId, name, sourceType, centerX, centerY, isDefault) "
+                                 "values(1, 'taken', 's', 0, 0, 'T')")});
     ASSERT_EQ(copy(store, other, {QStringLiteral("--net"), QStringLiteral("1")}).exitCode, 0);
     EXPECT_EQ(digest(other, QStringLiteral("2")), expected);
 }
@@ -358,11 +329,11 @@ TEST_F(Copy, IdentifiersThatCollideAreNewAndReferencesFollow) {
 TEST_F(Copy, TheDigestKeepsValuesApart) {
     const QString store = newStore();
     importInto(store);
-    change(store, {QStringLiteral("update Net set backgroundUrl = 'a', caption = 'b'")});
+    alter(store, {QStringLiteral("update Net set backgroundUrl = 'a', caption = 'b'")});
     const QString before = digest(store);
     // The bytes of both columns, one after the other, are the same.
-    change(store,
-           {QStringLiteral("update Net set backgroundUrl = 'acaption' || char(0) || 'bb', caption = null")});
+    alter(store,
+          {QStringLiteral("update Net set backgroundUrl = 'acaption' || char(0) || 'bb', caption = null")});
     EXPECT_NE(digest(store), before);
 }
 
@@ -373,11 +344,11 @@ TEST_F(Copy, OlderStoresComeForwardInTheLanguageOfTheTarget) {
             .exitCode,
         0);
     importInto(old, {QStringLiteral("--lang"), QStringLiteral("zh")});
-    change(old, {QStringLiteral("insert into RoadType values(1, 'x')"),
-                 QStringLiteral("insert into PassengerArriving select * from BusStationPassengerArriving"),
-                 QStringLiteral("delete from BusStationPassengerArriving"),
-                 QStringLiteral("alter table Lane rename column SerialNumber to SerialNnumber"),
-                 QStringLiteral("update Configuration set scale = null")});
+    alter(old, {QStringLiteral("insert into RoadType values(1, 'x')"),
+                QStringLiteral("insert into PassengerArriving select * from BusStationPassengerArriving"),
+                QStringLiteral("delete from BusStationPassengerArriving"),
+                QStringLiteral("alter table Lane rename column SerialNumber to SerialNnumber"),
+                QStringLiteral("update Configuration set scale = null")});
     const QByteArray before = read(old);
     const QString target = crossing(QStringLiteral("target"));
     const Outcome outcome = copy(old, target, {QStringLiteral("--name"), QStringLiteral("old")});
@@ -415,9 +386,9 @@ TEST_F(Copy, AllOrNothing) {
             return copy(store, store, {QStringLiteral("--net"), QStringLiteral("9")});
         },
         QStringLiteral("has no network \"9\""));
-    change(store,
-           {QStringLiteral("update Lane set linkID = 999 where laneID = (select max(laneID) from Lane)"),
-            QStringLiteral("update Net set caption = 'a' || char(0) || 'b'")});
+    alter(store,
+          {QStringLiteral("update Lane set linkID = 999 where laneID = (select max(laneID) from Lane)"),
+           QStringLiteral("update Net set caption = 'a' || char(0) || 'b'")});
     EXPECT_EQ(copy(store, newStore(QStringLiteral("b"))).exitCode, 0) << "SQLite keeps both";
     if (!PostgresDatabase::hasServer())
         return;
@@ -425,7 +396,7 @@ TEST_F(Copy, AllOrNothing) {
     const QString server = database.connectionString();
     expectRefusal([&] { return copy(store, server); },
                   QStringLiteral("column caption of table net cannot keep"));
-    change(store, {QStringLiteral("update Net set caption = null")});
+    alter(store, {QStringLiteral("update Net set caption = null")});
     expectRefusal([&] { return copy(store, server); }, QStringLiteral("a row of table lane is refused"));
     expectRefusal([&] { return run({QStringLiteral("digest"), server}); }, QStringLiteral("has no network"));
 }

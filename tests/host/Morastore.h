@@ -72,20 +72,30 @@ protected:
         return file(name);
     }
 
-    /// The values of the first row of a statement on a store, by a connection of the test's own.
-    static QVariantList row(const QString &path, const QString &sql) {
-        QVariantList values;
+    /// The rows of a statement on a store, by a connection of the test's own.
+    static QList<QVariantList> allRows(const QString &path, const QString &sql) {
+        QList<QVariantList> rows;
         {
             QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), QStringLiteral("outside"));
             db.setDatabaseName(path);
             EXPECT_TRUE(db.open());
             QSqlQuery query(db);
-            EXPECT_TRUE(query.exec(sql) && query.next()) << query.lastError().text().toStdString();
-            for (int i = 0; i < query.record().count(); ++i)
-                values.append(query.value(i));
+            EXPECT_TRUE(query.exec(sql)) << sql.toStdString() << query.lastError().text().toStdString();
+            while (query.next()) {
+                rows.append(QVariantList());
+                for (int i = 0; i < query.record().count(); ++i)
+                    rows.last().append(query.value(i));
+            }
         }
         QSqlDatabase::removeDatabase(QStringLiteral("outside"));
-        return values;
+        return rows;
+    }
+
+    /// The first of them.
+    static QVariantList row(const QString &path, const QString &sql) {
+        const QList<QVariantList> rows = allRows(path, sql);
+        EXPECT_FALSE(rows.isEmpty()) << sql.toStdString();
+        return rows.value(0);
     }
 
     /// Executes statements on a store, by a connection of the test's own.

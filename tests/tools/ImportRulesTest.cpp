@@ -76,14 +76,22 @@ protected:
         return target.fileName();
     }
 
+    /// The heights (y) at which edges run.
+    static QString edges(const char *table, const char *side, const char *condition) {
+        return QStringLiteral(
+                   "select p.value ->> 'y' from %1, json_each(cast(%2BreakPointsJson as text), '$.data') p where "
+                   "%3 group by %1.rowid, 1 order by %1.rowid, 1")
+            .arg(QLatin1String(table), QLatin1String(side), QLatin1String(condition));
+    }
+
     struct Rule {
-        const char *sql;
+        QString sql;
         const char *rows; ///< joined by ";"
     };
     void expect(std::initializer_list<Rule> rules) {
         for (const Rule &rule : rules)
-            EXPECT_EQ(rows(QString::fromUtf8(rule.sql)).join(QLatin1Char(';')).toStdString(), rule.rows)
-                << rule.sql;
+            EXPECT_EQ(rows(rule.sql).join(QLatin1Char(';')).toStdString(), rule.rows)
+                << rule.sql.toStdString();
     }
 };
 
@@ -93,12 +101,18 @@ TEST_P(ImportRules, RoadsHaveTheLimitsAndEdgesOfTheirLanes) {
          "in|72|72|100|2|3.5;out|54|54|200|2|3.5;side|18|18|50|1|3.2"},
         {"select connName, limitSpeed, desiredSpeed, round(length, 3) from Connector order by connID",
          "in->out|54|54|20;in->side|18|18|11.927"},
-        {"select distinct p.value ->> 'y' from Connector, json_each(cast(leftBreakPointsJson as text), '$.data') p "
-         "where connName = 'in->out'",
-         "5.5"},
-        {"select distinct p.value ->> 'y' from Connector, json_each(cast(rightBreakPointsJson as text), '$.data') p "
-         "where connName = 'in->out'",
-         "-1.5"},
+        {"select linkName, group_concat(x || ' ' || y || ' ' || z) from (select k.linkName, v.* from Link k, LinkVertex l, "
+         "Vertex v where l.linkID = k.linkID and v.vertexID = l.vertexID order by k.linkID, l.num) group by 1 order by 1",
+         "in|0 2 0,100 2 0;out|120 2 0,220 2 0;side|110 10 0,110 60 10"},
+        {"select linkName, a.nodeName, b.nodeName from Link, Node a, Node b where a.nodeID = startNodeID and b.nodeID = "
+         "endNodeID order by linkID",
+         "in|west|mid;out|mid|east;side|mid|north"},
+        {edges("Link", "left", "linkName = 'in'"), "5.5"},
+        {edges("Link", "right", "linkName = 'in'"), "-1.5"},
+        {edges("Lane", "left", "1 = 1"), "1.5;5.5;1.5;5.5;10;60"},
+        {edges("Lane", "right", "1 = 1"), "-1.5;1.5;-1.5;1.5;10;60"},
+        {edges("Connector", "left", "connName = 'in->out'"), "5.5"},
+        {edges("Connector", "right", "connName = 'in->out'"), "-1.5"},
         {"select name, centerX, centerY from Net", "rules|110|30"},
     });
 }

@@ -11,7 +11,6 @@
 
 #include <QSqlQuery>
 
-#include <cmath>
 
 using namespace moratools;
 
@@ -103,31 +102,6 @@ TEST_F(BuiltNetwork, LanesAreNumberedFromTheRightWhicheverSideTrafficKeepsTo) {
         ASSERT_EQ(connectors[0]->mlLaneConnector.size(), 2);
         EXPECT_EQ(connectors[0]->mlLaneConnector.at(1)->mpStartLane, &kerb);
     }
-}
-
-TEST_F(BuiltNetwork, ValuesAreThoseOfTheSource) {
-    openTemplate("EmptyNet_V6.0.0");
-    const SumoNet net = twoEdges(false);
-    IdSource ids(gDB);
-    NetworkBuilder builder(net, ids, true);
-    const auto links = builder.buildLinks();
-    const auto connectors = builder.buildConnectors(links);
-    const Link &a = *links[0];
-    EXPECT_EQ(a.length, 12.5);
-    EXPECT_EQ(a.limitSpeed, 36);
-    EXPECT_EQ(a.width(), 6);
-    EXPECT_EQ(a.laneWidth, 3);
-    // The carriageway reaches from y = -1 to y = 5.
-    EXPECT_EQ(geometryobject::toPolyline(a.centerLinePointsJson), (Polyline{{0, 2, 1}, {10, 2, 2}}));
-    EXPECT_EQ(geometryobject::toPolyline(a.leftBreakPointsJson), (Polyline{{0, 5, 1}, {10, 5, 2}}));
-    EXPECT_EQ(geometryobject::toPolyline(a.rightBreakPointsJson), (Polyline{{0, -1, 1}, {10, -1, 2}}));
-    EXPECT_EQ(a.mpEndNode->nodeName, QStringLiteral("j2"));
-    EXPECT_EQ(a.mpEndNode->mpVertex, a.mlVertex.last());
-    const Connector &connector = *connectors[0];
-    EXPECT_EQ(connector.connName, QStringLiteral("a->b"));
-    EXPECT_EQ(geometryobject::toPolyline(connector.mlLaneConnector.at(1)->centerLinePointsJson),
-              (Polyline{{10, 0, 2}, {20, 0, 2}}));
-    EXPECT_NEAR(connector.length, (10 + std::hypot(10, 3)) / 2, 1e-12);
 }
 
 TEST_F(BuiltNetwork, CentreLineOfLanesWithDifferentPointsIsTheMiddleLanesMoved) {
