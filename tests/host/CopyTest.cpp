@@ -1,13 +1,11 @@
+#include "tests/host/Beside.h"
 #include "tests/host/Morastore.h"
 #include "tests/support/PostgresDatabase.h"
-#include "tools/rows/NetworkTables.h"
 
 #include <QRegularExpression>
 #include <QSet>
 
 #include <tuple>
-
-using namespace moratools;
 
 // Networks go from store to store, and what arrives is compared row by row and by digest.
 
@@ -49,25 +47,6 @@ protected:
         EXPECT_EQ(outcome.exitCode, 0) << outcome.err.toStdString();
         EXPECT_EQ(outcome.out.count(QLatin1Char('\n')), 1) << outcome.out.toStdString();
         return outcome.out.left(64);
-    }
-
-    static QString onServer(const PostgresDatabase &database, const QString &sql) {
-        QString value;
-        {
-            QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QPSQL"), QStringLiteral("outside"));
-            db.setHostName(PostgresDatabase::host());
-            db.setPort(PostgresDatabase::port());
-            db.setDatabaseName(database.name());
-            db.setUserName(PostgresDatabase::user());
-            db.setPassword(PostgresDatabase::password());
-            EXPECT_TRUE(db.open());
-            QSqlQuery query(db);
-            EXPECT_TRUE(query.exec(sql) && query.next())
-                << sql.toStdString() << query.lastError().text().toStdString();
-            value = query.value(0).toString();
-        }
-        QSqlDatabase::removeDatabase(QStringLiteral("outside"));
-        return value;
     }
 
     static QString value(const QString &store, const QString &sql) {
@@ -201,13 +180,13 @@ TEST_F(Copy, AnEqualDigestThroughTheServerAndBack) {
         EXPECT_EQ(outcome.err, QString());
     }
     EXPECT_EQ(read(first), before);
+    const Beside beside(database.name());
     for (const auto &[sequence, table, id] :
          {std::tuple("seq_link_id", "link", "linkid"), std::tuple("seq_lane_id", "lane", "laneid"),
           std::tuple("seq_net_id", "net", "netid")})
-        EXPECT_EQ(
-            onServer(database, QStringLiteral("select nextval('%1') > (select max(%3) from %2)")
+        EXPECT_EQ(beside.value(QStringLiteral("select nextval('%1') > (select max(%3) from %2)")
                                    .arg(QLatin1String(sequence), QLatin1String(table), QLatin1String(id))),
-            QStringLiteral("true"))
+                  QStringLiteral("true"))
             << sequence;
     const QString expected = digest(first);
     EXPECT_EQ(digest(server), expected);
@@ -316,6 +295,11 @@ TEST_F(Copy, IdentifiersThatCollideAreNewAndReferencesFollow) {
         QStringLiteral("select group_concat(isDefault) from (select isDefault from Net order by NetId)");
     EXPECT_EQ(value(store, defaults), QStringLiteral("T,F"));
     const QString alone = newStore(QStringLiteral("alone"));
+    expectRefusal(
+        [&] {
+            return copy(store, alone, {QStringLiteral("--name"), QStringLiteral("x")});
+        },
+        QStringLiteral("--name names one network, and 2 are to be copied"));
     ASSERT_EQ(copy(store, alone, {QStringLiteral("--net"), QStringLiteral("1")}).exitCode, 0);
     EXPECT_EQ(value(alone, defaults), QStringLiteral("T"));
     // Without a collision nothing is renumbered, and the network's own number does not count.

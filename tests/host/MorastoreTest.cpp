@@ -237,10 +237,11 @@ TEST_F(Morastore, DrawsPictures) {
 
 TEST_F(Morastore, ImportsTrafficAndSaysWhatItLeavesOut) {
     const QString store = newStore();
-    const QString routes =
-        write(QStringLiteral("bad.rou.xml"),
-              "<routes><flow id=\"good\" end=\"60\" number=\"6\"><route edges=\"west_in\"/></flow>"
-              "<flow id=\"bad\" end=\"60\" number=\"5\"><route edges=\"nowhere\"/></flow></routes>");
+    const QString routes = write(
+        QStringLiteral("bad.rou.xml"),
+        "<routes><flow id=\"good\" end=\"60\" number=\"6\"><route edges=\"west_in\"/></flow>"
+        "<flow id=\"bad\" end=\"60\" number=\"5\"><route edges=\"nowhere\"/></flow>"
+        "<flow id=\"bus\" line=\"7\" end=\"60\" number=\"2\"><route edges=\"west_in\"/></flow></routes>");
     const QStringList import{QStringLiteral("import"), store, kExample, QStringLiteral("--routes"), routes};
     expectRefusal(
         [&] {
@@ -253,7 +254,7 @@ TEST_F(Morastore, ImportsTrafficAndSaysWhatItLeavesOut) {
 
     const Outcome outcome = run(import);
     EXPECT_EQ(outcome.exitCode, 3) << outcome.err.toStdString();
-    EXPECT_TRUE(outcome.out.contains(QStringLiteral("vehicles: 11 in the files, 6 depart")));
+    EXPECT_TRUE(outcome.out.contains(QStringLiteral("vehicles: 13 in the files, 6 depart, 2 run on lines")));
     EXPECT_EQ(row(store, QStringLiteral("select sum(vehiCount) from DepartureInterval")).first().toInt(), 6);
     EXPECT_EQ(row(store, QStringLiteral("select count(*) from SignalGroup")).first().toInt(), 1);
     const QString missing = file(QStringLiteral("missing.add.xml"));

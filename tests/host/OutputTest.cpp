@@ -13,14 +13,14 @@
 namespace {
 
 /// Escape sequences, line breaks, a C1 control, an override of direction: XML forbids some of them, too.
-const QString kHostile =
-    QStringLiteral("a\x1b[31m\nb\tc") + QChar(0x9b) + QChar(0x202e) + QChar(0x7f) + QStringLiteral("d\\");
-const QString kVisible = QStringLiteral("a\\x1b[31m\\nb\\tc\\x9b\\u202e\\x7fd\\");
+const QString kHostile = QStringLiteral("a\x1b[31m\nb\tc") + QChar(0x9b) + QChar(0x202e) + QChar(0x2066) +
+                         QChar(0x7f) + QStringLiteral("d\\");
+const QString kVisible = QStringLiteral("a\\x1b[31m\\nb\\tc\\x9b\\u202e\\u2066\\x7fd\\");
 
 bool hasControls(const QString &text) {
     return std::any_of(text.begin(), text.end(), [](QChar character) {
-        return character != QLatin1Char('\n') &&
-               (character.category() == QChar::Other_Control || character == QChar(0x202e));
+        return character != QLatin1Char('\n') && (character.category() == QChar::Other_Control ||
+                                                  character == QChar(0x202e) || character == QChar(0x2066));
     });
 }
 

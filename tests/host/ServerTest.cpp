@@ -1,3 +1,4 @@
+#include "tests/host/Beside.h"
 #include "tests/host/Morastore.h"
 #include "tests/support/PostgresDatabase.h"
 
@@ -9,29 +10,6 @@
 // password is said nowhere.
 
 namespace {
-
-/// A connection beside the program's.
-class Beside {
-public:
-    explicit Beside(const QString &database) {
-        QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QPSQL"), QStringLiteral("beside"));
-        db.setHostName(PostgresDatabase::host());
-        db.setPort(PostgresDatabase::port());
-        db.setDatabaseName(database);
-        db.setUserName(PostgresDatabase::user());
-        db.setPassword(PostgresDatabase::password());
-        EXPECT_TRUE(db.open()) << db.lastError().text().toStdString();
-    }
-    ~Beside() { QSqlDatabase::removeDatabase(QStringLiteral("beside")); }
-    QString value(const QString &sql) const {
-        QSqlQuery query(QSqlDatabase::database(QStringLiteral("beside")));
-        EXPECT_TRUE(query.exec(sql)) << sql.toStdString() << query.lastError().text().toStdString();
-        return query.next() ? query.value(0).toString() : QString();
-    }
-
-private:
-    Q_DISABLE_COPY(Beside)
-};
 
 class ServerStore : public Morastore {
 protected:
