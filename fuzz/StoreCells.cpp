@@ -155,7 +155,7 @@ void change(const Base &base, FuzzedDataProvider &input) {
 
 void readKinds(bool withRoads) {
     for (const NamedKind &kind : namedKinds()) {
-        if ((kind.before != Before::Nothing) != withRoads)
+        if (kind.needsNetwork != withRoads)
             continue;
         for (long id = 0; id <= kLargestId; ++id) {
             try {

@@ -59,6 +59,27 @@ struct TrafficObjects {
     Objects<ReduceSpeedArea> speedAreas;
     Objects<AccidentZone> accidentZones;
     Objects<RoadWorkZone> roadWorkZones;
+
+    /// Calls `visit` with the table, the list's name and the list of each kind, in the order in which kinds
+    /// are written and read.
+    template <class Visit>
+    static void forEachKind(const Visit &visit) {
+        visit("VehicleType", "vehicleTypes", &TrafficObjects::vehicleTypes);
+        visit("VehicleConstitutent", "compositions", &TrafficObjects::compositions);
+        visit("DeparturePoint", "departurePoints", &TrafficObjects::departurePoints);
+        visit("DecisionPoint", "decisionPoints", &TrafficObjects::decisionPoints);
+        visit("SignalGroup", "signalGroups", &TrafficObjects::signalGroups);
+        visit("SignalLamp", "signalLamps", &TrafficObjects::signalLamps);
+        visit("VehicleDetector", "vehicleDetectors", &TrafficObjects::vehicleDetectors);
+        visit("VehicleQueueCounter", "queueCounters", &TrafficObjects::queueCounters);
+        visit("VehicleTravelDetector", "travelDetectors", &TrafficObjects::travelDetectors);
+        visit("VehicleDrivInfoCollecter", "collectors", &TrafficObjects::collectors);
+        visit("BusStation", "busStations", &TrafficObjects::busStations);
+        visit("BusLine", "busLines", &TrafficObjects::busLines);
+        visit("ReduceSpeedArea", "speedAreas", &TrafficObjects::speedAreas);
+        visit("AccidentZone", "accidentZones", &TrafficObjects::accidentZones);
+        visit("RoadWorkZone", "roadWorkZones", &TrafficObjects::roadWorkZones);
+    }
 };
 
 /// The settings that a network is simulated and shown with.

@@ -5,6 +5,7 @@
 #include <QByteArray>
 #include <QDebug>
 #include <QJsonObject>
+#include <QMetaType>
 
 #include <initializer_list>
 #include <type_traits>
@@ -137,3 +138,5 @@ private:
     mutable QJsonObject mObject;
     mutable bool mIsUnread = false; ///< the text has not become the object yet
 };
+
+Q_DECLARE_METATYPE(StoredJson)

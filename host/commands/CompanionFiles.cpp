@@ -2,7 +2,7 @@
 
 #include "host/ProgressBar.h"
 #include "host/commands/Commands.h"
-#include "tools/kinds/Kinds.h"
+#include "store/catalogue/Catalogue.h"
 #include "tools/reports/Failure.h"
 #include "tools/sumo/reader/CompanionReader.h"
 
@@ -50,12 +50,10 @@ void reportLeftOut(const CompanionPlan &plan) {
 
 QString countsOf(const TrafficObjects &traffic) {
     QStringList counts;
-    forEachKind([&](auto list) {
-        const auto &objects = traffic.*list;
-        using T = typename std::decay_t<decltype(objects)>::value_type::element_type;
-        if (!objects.empty())
-            counts.append(
-                QStringLiteral("%1 %2s").arg(QString::number(objects.size()), QLatin1String(kindWord<T>())));
+    TrafficObjects::forEachKind([&](const char *table, const char *, auto list) {
+        if (const auto number = (traffic.*list).size(); number > 0)
+            counts.append(QStringLiteral("%1 %2s").arg(
+                QString::number(number), QLatin1String(catalogue::kindIn(QLatin1String(table))->word)));
     });
     return counts.join(QStringLiteral(", "));
 }

@@ -69,12 +69,13 @@ void showOne(const NamedKind &kind, long netId, long id, bool json) {
         throw Failure(QStringLiteral("network %1 has no %2 of kind %3; without a number \"show\" lists those "
                                      "that it has")
                           .arg(QString::number(netId), QString::number(id), kind.name));
+    const QJsonObject fields = object->toJson();
     if (json) {
-        printJson(QJsonDocument(object->fields));
+        printJson(QJsonDocument(fields));
         return;
     }
     QString text;
-    for (auto field = object->fields.constBegin(); field != object->fields.constEnd(); ++field)
+    for (auto field = fields.constBegin(); field != fields.constEnd(); ++field)
         appendField(text, field.key(), field.value(), 0);
     print(text);
 }
@@ -110,7 +111,7 @@ void show(const Options &options) {
     // What the object refers to is found among the current network's, which is read at one go. What cannot
     // be read of it is missed by the object alone.
     NetworkObjects network;
-    if (kind.before != Before::Nothing && !DBTools::loadNet(gDB, netId, network))
+    if (kind.needsNetwork && !DBTools::loadNet(gDB, netId, network))
         refuseReading(QStringLiteral("network \"%1\"").arg(record.name));
     showOne(kind, netId, std::stol(options.id), options.json);
 }

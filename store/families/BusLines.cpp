@@ -3,6 +3,7 @@
 #include "model/BusLine.h"
 #include "model/BusStation.h"
 #include "model/BusStationLine.h"
+#include "model/Description.h"
 #include "model/Link.h"
 #include "model/PassengerArriving.h"
 #include "store/bulk/NetSave.h"
@@ -18,6 +19,7 @@
 #include <QMap>
 #include <QSet>
 
+#include <algorithm>
 #include <memory>
 
 namespace buslines {
@@ -51,43 +53,42 @@ constexpr Sql kSelectArrivals = {
 constexpr Sql kSelectIds = {"select busLineID from BusLine order by busLineID",
                             "select busLineID from BusLine where NetId = %0 order by busLineID"};
 
-constexpr Column<BusLine> kColumns[] = {
-    {":busLineID", &BusLine::busLineID},
-    {":name", &BusLine::name},
-    {":length", &BusLine::length},
-    {":dischargeFreq", &BusLine::dischargeFreq},
-    {":dischargeStartTime", &BusLine::dischargeStartTime},
-    {":dischargeEndTime", &BusLine::dischargeEndTime},
-    {":startX", &BusLine::startX},
-    {":startY", &BusLine::startY},
-    {":endX", &BusLine::endX},
-    {":endY", &BusLine::endY},
-    {":desirSpeed", &BusLine::desirSpeed},
-    {":speedSD", &BusLine::speedSD},
-    {":passCountAtStartTime", &BusLine::passCountAtStartTime},
+constexpr std::tuple kColumns = {
+    Column{":busLineID", &BusLine::busLineID},
+    Column{":name", &BusLine::name},
+    Column{":length", &BusLine::length},
+    Column{":dischargeFreq", &BusLine::dischargeFreq},
+    Column{":dischargeStartTime", &BusLine::dischargeStartTime},
+    Column{":dischargeEndTime", &BusLine::dischargeEndTime},
+    Column{":startX", &BusLine::startX},
+    Column{":startY", &BusLine::startY},
+    Column{":endX", &BusLine::endX},
+    Column{":endY", &BusLine::endY},
+    Column{":desirSpeed", &BusLine::desirSpeed},
+    Column{":speedSD", &BusLine::speedSD},
+    Column{":passCountAtStartTime", &BusLine::passCountAtStartTime},
 };
 
-constexpr Column<BusStationLine> kStopColumns[] = {
-    {":stationLineID", &BusStationLine::stationLineID},
-    {":busStationID", &BusStationLine::busStationID},
-    {":busLineID", &BusStationLine::busLineID},
-    {":parkingTime", &BusStationLine::parkingTime},
-    {":leavingPercent", &BusStationLine::leavingPercent},
-    {":getOnTimePerson", &BusStationLine::getOnTimePerson},
-    {":getOutTimePerson", &BusStationLine::getOutTimePerson},
+constexpr std::tuple kStopColumns = {
+    Column{":stationLineID", &BusStationLine::stationLineID},
+    Column{":busStationID", &BusStationLine::busStationID},
+    Column{":busLineID", &BusStationLine::busLineID},
+    Column{":parkingTime", &BusStationLine::parkingTime},
+    Column{":leavingPercent", &BusStationLine::leavingPercent},
+    Column{":getOnTimePerson", &BusStationLine::getOnTimePerson},
+    Column{":getOutTimePerson", &BusStationLine::getOutTimePerson},
+};
+
+constexpr std::tuple kArrivalColumns = {
+    Column{":passengerArrivingID", &PassengerArriving::passengerArrivingID},
+    Column{":stationLineID", &BusStationLine::stationLineID},
+    Column{":startTime", &PassengerArriving::startTime},
+    Column{":endTime", &PassengerArriving::endTime},
+    Column{":passengerCount", &PassengerArriving::passengerCount},
 };
 
 template <class Row>
-Row &bindRow(Row &row, const BusStationLine &stop, const PassengerArriving &arrival) {
-    return row.bind(":passengerArrivingID", arrival.passengerArrivingID)
-        .bind(":stationLineID", stop.stationLineID)
-        .bind(":startTime", arrival.startTime)
-        .bind(":endTime", arrival.endTime)
-        .bind(":passengerCount", arrival.passengerCount);
-}
-
-template <class Row>
-Row &bindRow(Row &row, const BusLine &line, const Link &road, int serialNumber) {
+Row &bindRoad(Row &row, const BusLine &line, const Link &road, int serialNumber) {
     return row.bind(":busLineID", line.busLineID)
         .bind(":serialNumber", serialNumber)
         .bind(":roadID", road.linkID);
@@ -116,8 +117,9 @@ bool readRoad(Row &row, BusLine &line) {
 
 template <class Row>
 PassengerArriving *readArrival(Row &row) {
-    return new PassengerArriving(row.id("passengerArrivingID"), row.id("startTime"), row.id("endTime"),
-                                 row.integer("passengerCount"));
+    auto arrival = std::make_unique<PassengerArriving>(0, 0, 0, 0);
+    readAll(row, kArrivalColumns, *arrival);
+    return arrival.release();
 }
 
 bool insertRow(const Store &store, const BusLine &line) {
@@ -127,7 +129,7 @@ bool insertRow(const Store &store, const BusLine &line) {
 
 bool insertArrivals(Query &insert, const BusStationLine &stop) {
     for (const PassengerArriving *arrival : stop.mlPassengerArriving) {
-        if (!bindRow(insert.bindNet(), stop, *arrival).exec())
+        if (!bindAll(insert.bindNet(), kArrivalColumns, *arrival, stop).exec())
             return false;
     }
     return true;
@@ -147,7 +149,7 @@ bool insertRoads(const Store &store, const BusLine &line) {
     int serialNumber = 0;
     Query insert(store, kInsertRoad);
     for (const Link *link : line.mlLink) {
-        if (!bindRow(insert.bindNet(), line, *link, ++serialNumber).exec())
+        if (!bindRoad(insert.bindNet(), line, *link, ++serialNumber).exec())
             return false;
     }
     return true;
@@ -338,7 +340,7 @@ void saveAllBusLines(NetSave &net) {
                   [](RowWriter &row, const BusStationLine &stop) { bindAll(row, kStopColumns, stop); });
     net.writeOwned("BusStationPassengerArriving", stops, &BusStationLine::mlPassengerArriving,
                    [](RowWriter &row, const BusStationLine &stop, const PassengerArriving *arrival) {
-                       bindRow(row, stop, *arrival);
+                       bindAll(row, kArrivalColumns, *arrival, stop);
                    });
     const BusLine *of = nullptr;
     int serialNumber = 0;
@@ -346,8 +348,30 @@ void saveAllBusLines(NetSave &net) {
                    [&](RowWriter &row, const BusLine &line, const Link *link) {
                        serialNumber = of == &line ? serialNumber + 1 : 1;
                        of = &line;
-                       bindRow(row, line, *link, serialNumber);
+                       bindRoad(row, line, *link, serialNumber);
                    });
 }
 
 } // namespace buslines
+
+Description describe(const BusLine &line) {
+    using namespace buslines;
+    QVariantMap fields = describeAll(kColumns, line);
+    fields.insert(QStringLiteral("roads"),
+                  describeEach(line.mlRoadId, [](long id) { return qlonglong(id); }));
+    fields.insert(QStringLiteral("links"),
+                  describeEach(line.mlLink, [](const Link &link) { return qlonglong(link.linkID); }));
+    std::vector<BusStationLine *> stops = distinctStops(line);
+    std::sort(stops.begin(), stops.end(), [](const BusStationLine *a, const BusStationLine *b) {
+        return a->stationLineID < b->stationLineID;
+    });
+    fields.insert(QStringLiteral("stops"), describeEach(stops, [](const BusStationLine &stop) {
+                      QVariantMap part = describeAll(kStopColumns, stop);
+                      part.remove(QStringLiteral("busLineID"));
+                      part.insert(QStringLiteral("linkID"), qlonglong(stop.linkID));
+                      part.insert(QStringLiteral("arrivals"),
+                                  describeEach(stop.mlPassengerArriving, kArrivalColumns));
+                      return part;
+                  }));
+    return {line.busLineID, line.name, fields};
+}

@@ -1,6 +1,7 @@
 #include "store/families/BusStations.h"
 
 #include "model/BusStation.h"
+#include "model/Description.h"
 #include "model/Link.h"
 #include "store/bulk/NetLoad.h"
 #include "store/bulk/NetSave.h"
@@ -25,20 +26,16 @@ constexpr Sql kSelectIds = {
     "select busStationID from BusStation where linkID in (select linkID from Link) order by busStationID",
     "select busStationID from BusStation a join Link b on a.NetId = b.NetId and a.linkID = b.linkID where a.NetId = %0 order by busStationID"};
 
-constexpr Column<BusStation> kColumns[] = {
-    {":busStationID", &BusStation::busStationID},
-    {":name", &BusStation::name},
-    {":laneNumber", &BusStation::laneNumber},
-    {":length", &BusStation::length},
-    {":x", &BusStation::x},
-    {":y", &BusStation::y},
-    {":type", &BusStation::type},
+constexpr std::tuple kColumns = {
+    Reference{":linkID", &BusStation::mpLink, &Link::linkID},
+    Column{":busStationID", &BusStation::busStationID},
+    Column{":name", &BusStation::name},
+    Column{":laneNumber", &BusStation::laneNumber},
+    Column{":length", &BusStation::length},
+    Column{":x", &BusStation::x},
+    Column{":y", &BusStation::y},
+    Column{":type", &BusStation::type},
 };
-
-template <class Row>
-Row &bindRow(Row &row, const BusStation &station) {
-    return bindAll(row.bind(":linkID", station.mpLink->linkID), kColumns, station);
-}
 
 } // namespace
 
@@ -49,7 +46,7 @@ bool insertBusStation(const Store &store, const BusStation *station, bool inTran
         return false;
     Transaction transaction(store, inTransaction);
     Query insert(store, kInsert);
-    return transaction.discard(bindRow(insert.bindNet(), *station).exec());
+    return transaction.discard(bindAll(insert.bindNet(), kColumns, *station).exec());
 }
 
 BusStation *readBusStation(const Store &store, long stationId) {
@@ -84,7 +81,11 @@ void saveAllBusStations(NetSave &net) {
     const Objects<BusStation> &stations = net.contents.traffic.busStations;
     net.giveIds("BusStation", stations, &BusStation::busStationID);
     net.writeEach("BusStation", stations,
-                  [](RowWriter &row, const BusStation &station) { bindRow(row, station); });
+                  [](RowWriter &row, const BusStation &station) { bindAll(row, kColumns, station); });
 }
 
 } // namespace busstations
+
+Description describe(const BusStation &station) {
+    return {station.busStationID, station.name, describeAll(busstations::kColumns, station)};
+}

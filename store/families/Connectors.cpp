@@ -1,12 +1,14 @@
 #include "store/families/Connectors.h"
 
 #include "model/Connector.h"
+#include "model/Description.h"
 #include "model/Lane.h"
 #include "model/LaneConnector.h"
 #include "model/Link.h"
 #include "store/bulk/NetLoad.h"
 #include "store/bulk/NetSave.h"
 #include "store/bulk/SortedById.h"
+#include "store/core/Columns.h"
 #include "store/core/Query.h"
 #include "store/core/Transaction.h"
 #include "store/families/CurrentNet.h"
@@ -51,23 +53,56 @@ constexpr Sql kSelectLaneConnectors = {"select * from LaneConnector where connID
 constexpr Sql kSelectIds = {"select connID from Connector order by connID",
                             "select connID from Connector where NetId = %0 order by connID"};
 
+constexpr std::tuple kIdColumn = {Column{":ConnID", &Connector::connID, "connID"}};
+/// Older stores lack it.
+constexpr std::tuple kRoadColumn = {Column{":roadId", &Connector::roadId}};
+constexpr Reference kStartLink{":StartLinkID", &Connector::mpStartLink, &Link::linkID, "startLink"};
+constexpr Reference kEndLink{":EndLinkID", &Connector::mpEndLink, &Link::linkID, "endLink"};
+constexpr std::tuple kColumns = {
+    kStartLink,
+    kEndLink,
+    Column{":ConnName", &Connector::connName, "connName"},
+    Column{":Length", &Connector::length, "length"},
+    Column{":Curvature", &Connector::curvature, "curvature"},
+    Column{":NonLinearCoefficient", &Connector::nonLinearCoefficient, "nonLinearCoefficient"},
+    Column{":Color", &Connector::color, "color"},
+    Column{":DesiredSpeed", &Connector::desiredSpeed, "desiredSpeed"},
+    Column{":LimitSpeed", &Connector::limitSpeed, "limitSpeed"},
+};
+constexpr std::tuple kGeometryColumns = {
+    Column{":leftBreakPointsJson", &Connector::leftBreakPointsJson, "leftBreakPoints"},
+    Column{":rightBreakPointsJson", &Connector::rightBreakPointsJson, "rightBreakPoints"},
+};
+constexpr Column kAttributes{":otherAttrsJson", &Connector::otherAttrsJson, "otherAttrs"};
+
+constexpr Reference kStartLane{":StartLaneID", &LaneConnector::mpStartLane, &Lane::laneID, "startLane"};
+constexpr Reference kEndLane{":EndLaneID", &LaneConnector::mpEndLane, &Lane::laneID, "endLane"};
+/// But for the number, which reading gives anew.
+constexpr std::tuple kLaneColumns = {
+    Column{":connID", &Connector::connID},
+    kStartLane,
+    kEndLane,
+    Column{":weight", &LaneConnector::weight},
+};
+constexpr Column kLaneCenterLine{":centerLinePointsJson", &LaneConnector::centerLinePointsJson,
+                                 "centerLinePoints"};
+constexpr Column kLaneLeftBreakPoints{":leftBreakPointsJson", &LaneConnector::leftBreakPointsJson,
+                                      "leftBreakPoints"};
+constexpr Column kLaneRightBreakPoints{":rightBreakPointsJson", &LaneConnector::rightBreakPointsJson,
+                                       "rightBreakPoints"};
+constexpr Column kLaneAttributes{":otherAttrsJson", &LaneConnector::otherAttrsJson, "otherAttrs"};
+constexpr std::tuple kLaneGeometryColumns = {kLaneCenterLine, kLaneLeftBreakPoints, kLaneRightBreakPoints,
+                                             kLaneAttributes};
+
 /// A connector without a road id takes its own.
 template <class Row>
 void bindRow(Row &row, bool withRoad, Connector &connector) {
     if (withRoad && connector.roadId == 0)
         connector.roadId = connector.connID;
-    row.bind(":ConnID", connector.connID);
+    bindAll(row, kIdColumn, connector);
     if (withRoad)
-        row.bind(":roadId", connector.roadId);
-    row.bind(":StartLinkID", connector.mpStartLink->linkID)
-        .bind(":EndLinkID", connector.mpEndLink->linkID)
-        .bind(":ConnName", connector.connName)
-        .bind(":Length", connector.length)
-        .bind(":Curvature", connector.curvature)
-        .bind(":NonLinearCoefficient", connector.nonLinearCoefficient)
-        .bind(":Color", connector.color)
-        .bind(":DesiredSpeed", connector.desiredSpeed)
-        .bind(":LimitSpeed", connector.limitSpeed);
+        bindAll(row, kRoadColumn, connector);
+    bindAll(row, kColumns, connector);
 }
 
 bool insertRow(const Store &store, Connector &connector) {
@@ -77,20 +112,14 @@ bool insertRow(const Store &store, Connector &connector) {
     return insert.exec();
 }
 
-template <class Row>
-Row &bindGeometry(Row &row, const Connector &connector) {
-    return row.bind(":leftBreakPointsJson", connector.leftBreakPointsJson)
-        .bind(":rightBreakPointsJson", connector.rightBreakPointsJson);
-}
-
 bool updateGeometry(const Store &store, const Connector &connector) {
     if (!store.hasColumn("Connector", "leftBreakPointsJson"))
         return true;
     Query geometry(store, kUpdateGeometry, {connector.connID});
-    bool written = bindGeometry(geometry, connector).exec();
+    bool written = bindAll(geometry, kGeometryColumns, connector).exec();
     if (!connector.otherAttrsJson.holdsNothing()) {
         Query attributes(store, kUpdateAttributes, {connector.connID});
-        written = attributes.bind(":otherAttrsJson", connector.otherAttrsJson).exec() && written;
+        written = attributes.bind(kAttributes.placeholder, connector.otherAttrsJson).exec() && written;
     }
     return written;
 }
@@ -116,17 +145,14 @@ template <class Row>
 void bindRow(Row &row, bool withId, const Connector &connector, const LaneConnector &lanes) {
     if (withId)
         row.bind(":laneConnId", lanes.laneConnId);
-    row.bind(":connID", connector.connID)
-        .bind(":StartLaneID", lanes.mpStartLane->laneID)
-        .bind(":EndLaneID", lanes.mpEndLane->laneID)
-        .bind(":weight", lanes.weight);
+    bindAll(row, kLaneColumns, lanes, connector);
 }
 
 bool insertLaneConnectorAttributes(const Store &store, const Connector &connector,
                                    const LaneConnector &lanes) {
     Query update(store, kUpdateLaneConnectorAttributes,
                  {store.netId(), connector.connID, lanes.mpStartLane->laneID, lanes.mpEndLane->laneID});
-    return update.bind(":otherAttrsJson", lanes.otherAttrsJson).exec();
+    return update.bind(kLaneAttributes.placeholder, lanes.otherAttrsJson).exec();
 }
 
 /// Generation 6 stores the id and the attributes of a lane connector, older stores its geometry as far as
@@ -142,10 +168,10 @@ bool insertLaneConnectors(const Store &store, const Connector &connector) {
     for (const LaneConnector *lanes : connector.mlLaneConnector) {
         bindRow(insert.bindNet(), severalNets, connector, *lanes);
         if (withCenterLine)
-            insert.bind(":centerLinePointsJson", lanes->centerLinePointsJson);
+            kLaneCenterLine.bind(insert, *lanes);
         if (withBreakPoints) {
-            insert.bind(":leftBreakPointsJson", lanes->leftBreakPointsJson)
-                .bind(":rightBreakPointsJson", lanes->rightBreakPointsJson);
+            kLaneLeftBreakPoints.bind(insert, *lanes);
+            kLaneRightBreakPoints.bind(insert, *lanes);
         }
         bool laneWritten = insert.exec();
         if (laneWritten && severalNets && !lanes->otherAttrsJson.holdsNothing())
@@ -163,11 +189,11 @@ void saveLaneConnectors(NetSave &net) {
     const bool withBreakPoints = withCenterLine && store.hasColumn("LaneConnector", "leftBreakPointsJson");
     const bool withAttributes = store.hasColumn("LaneConnector", "otherAttrsJson");
     // Single inserts write the shape also when it is empty, those of generation 6 never.
-    const auto bindShape = [withId](const char *name, RowWriter &row, const StoredJson &shape) {
+    const auto bindShape = [withId](const auto &column, RowWriter &row, const LaneConnector &lanes) {
         if (withId)
-            row.bindFilled(name, shape);
+            row.bindFilled(column.placeholder, lanes.*column.member);
         else
-            row.bind(name, shape);
+            column.bind(row, lanes);
     };
     if (withId)
         net.giveIds("LaneConnector", net.contents.connectors, &Connector::mlLaneConnector,
@@ -176,52 +202,43 @@ void saveLaneConnectors(NetSave &net) {
                    [&](RowWriter &row, const Connector &connector, const LaneConnector *lanes) {
                        bindRow(row, withId, connector, *lanes);
                        if (withCenterLine)
-                           bindShape(":centerLinePointsJson", row, lanes->centerLinePointsJson);
+                           bindShape(kLaneCenterLine, row, *lanes);
                        if (withBreakPoints) {
-                           bindShape(":leftBreakPointsJson", row, lanes->leftBreakPointsJson);
-                           bindShape(":rightBreakPointsJson", row, lanes->rightBreakPointsJson);
+                           bindShape(kLaneLeftBreakPoints, row, *lanes);
+                           bindShape(kLaneRightBreakPoints, row, *lanes);
                        }
                        if (withAttributes)
-                           row.bindFilled(":otherAttrsJson", lanes->otherAttrsJson);
+                           row.bindFilled(kLaneAttributes.placeholder, lanes->otherAttrsJson);
                    });
 }
 
 /// Reads the row of a connector; null when the current network does not know its links.
 template <class Row>
 std::unique_ptr<Connector> readRow(Row &row, bool withRoad) {
-    Link *from = row.store().net().getLinkById(row.id("StartLinkID"));
-    Link *to = row.store().net().getLinkById(row.id("EndLinkID"));
+    Link *from = row.store().net().getLinkById(row.id(kStartLink.name()));
+    Link *to = row.store().net().getLinkById(row.id(kEndLink.name()));
     if (!from || !to)
         return nullptr;
-    auto connector = std::make_unique<Connector>(row.id("ConnID"), from, to);
+    auto connector = std::make_unique<Connector>(0, from, to);
+    readAll(row, kIdColumn, *connector);
     if (withRoad)
-        connector->roadId = row.id("roadId");
-    connector->connName = row.text("ConnName");
-    connector->length = row.number("Length");
-    connector->curvature = row.number("Curvature");
-    connector->nonLinearCoefficient = row.number("NonLinearCoefficient");
-    connector->color = row.text("Color");
-    connector->desiredSpeed = row.number("DesiredSpeed");
-    connector->limitSpeed = row.number("LimitSpeed");
-    connector->leftBreakPointsJson = row.json("leftBreakPointsJson");
-    connector->rightBreakPointsJson = row.json("rightBreakPointsJson");
-    connector->otherAttrsJson = row.json("otherAttrsJson");
+        readAll(row, kRoadColumn, *connector);
+    readAll(row, kColumns, *connector);
+    readAll(row, kGeometryColumns, *connector);
+    kAttributes.read(row, *connector);
     return connector;
 }
 
 /// Appends the lane connector of a row; false when the current network does not know its lanes.
 template <class Row>
 bool readLaneConnector(Row &row, Connector &connector) {
-    Lane *from = row.store().net().getLaneById(row.id("StartLaneID"));
-    Lane *to = row.store().net().getLaneById(row.id("EndLaneID"));
+    Lane *from = row.store().net().getLaneById(row.id(kStartLane.name()));
+    Lane *to = row.store().net().getLaneById(row.id(kEndLane.name()));
     if (!from || !to)
         return false;
     auto lanes = std::make_unique<LaneConnector>(&connector, from, to);
-    lanes->weight = row.integer("weight");
-    lanes->centerLinePointsJson = row.json("centerLinePointsJson");
-    lanes->leftBreakPointsJson = row.json("leftBreakPointsJson");
-    lanes->rightBreakPointsJson = row.json("rightBreakPointsJson");
-    lanes->otherAttrsJson = row.json("otherAttrsJson");
+    readAll(row, kLaneColumns, *lanes);
+    readAll(row, kLaneGeometryColumns, *lanes);
     connector.mlLaneConnector.append(lanes.release());
     return true;
 }
@@ -317,7 +334,8 @@ void saveAllConnectors(NetSave &net) {
             net.setIfUnset(connector.roadId, connector.connID);
         bindRow(row, withRoad, connector);
         if (withGeometry)
-            bindGeometry(row, connector).bindFilled(":otherAttrsJson", connector.otherAttrsJson);
+            bindAll(row, kGeometryColumns, connector)
+                .bindFilled(kAttributes.placeholder, connector.otherAttrsJson);
     });
     net.writeOwned("ConnectorLimitVehicle", connectors, &Connector::mlLimitVehicle,
                    [](RowWriter &row, const Connector &connector, long vehicleType) {
@@ -331,3 +349,13 @@ bool listConnectorIds(const Store &store, QList<long> &ids) {
 }
 
 } // namespace connectors
+
+Description describe(const Connector &connector) {
+    using namespace connectors;
+    constexpr auto columns =
+        std::tuple_cat(kIdColumn, kRoadColumn, kColumns, kGeometryColumns, std::tuple{kAttributes});
+    constexpr auto laneColumns = std::tuple_cat(kLaneColumns, kLaneGeometryColumns);
+    QVariantMap fields = describeAll(columns, connector);
+    fields.insert(QStringLiteral("laneConnectors"), describeEach(connector.mlLaneConnector, laneColumns));
+    return {connector.connID, connector.connName, fields};
+}

@@ -1,9 +1,11 @@
 #include "store/families/DecisionPoints.h"
 
 #include "model/DecisionPoint.h"
+#include "model/Description.h"
 #include "model/Link.h"
 #include "store/bulk/NetLoad.h"
 #include "store/bulk/NetSave.h"
+#include "store/core/Columns.h"
 #include "store/core/Query.h"
 #include "store/core/Transaction.h"
 #include "store/families/CurrentNet.h"
@@ -29,19 +31,18 @@ constexpr Sql kSelect = {"select * from DecisionPoint where deciPointID = %1",
 constexpr Sql kSelectIds = {"select deciPointID from DecisionPoint order by deciPointID",
                             "select deciPointID from DecisionPoint where NetId = %0 order by deciPointID"};
 
-template <class Row>
-Row &bindRow(Row &row, const DecisionPoint &point) {
-    return row.bind(":deciPointID", point.deciPointID)
-        .bind(":deciPointName", point.deciPointName)
-        .bind(":linkID", point.mpLink->linkID)
-        .bind(":x", point.x)
-        .bind(":y", point.y)
-        .bind(":z", point.z);
-}
+constexpr std::tuple kColumns = {
+    Column{":deciPointID", &DecisionPoint::deciPointID},
+    Column{":deciPointName", &DecisionPoint::deciPointName},
+    Reference{":linkID", &DecisionPoint::mpLink, &Link::linkID},
+    Column{":x", &DecisionPoint::x},
+    Column{":y", &DecisionPoint::y},
+    Column{":z", &DecisionPoint::z},
+};
 
 bool insertRow(const Store &store, const DecisionPoint &point) {
     Query insert(store, kInsert);
-    return bindRow(insert.bindNet(), point).exec();
+    return bindAll(insert.bindNet(), kColumns, point).exec();
 }
 
 bool insertRoutes(const Store &store, DecisionPoint &point) {
@@ -121,13 +122,9 @@ void nameNewRoute(NetSave &net, const DecisionPoint &point, const Routing &route
 template <class Row>
 std::unique_ptr<DecisionPoint> readRow(Row &row, bool isCurrent) {
     auto point = std::make_unique<DecisionPoint>();
-    point->deciPointID = row.id("deciPointID");
-    point->deciPointName = row.text("deciPointName");
+    readAll(row, kColumns, *point);
     if (isCurrent)
         point->mpLink = row.store().net().getLinkById(row.id("linkID"));
-    point->x = row.number("x");
-    point->y = row.number("y");
-    point->z = row.number("z");
     return point;
 }
 
@@ -230,7 +227,7 @@ void saveAllDecisionPoints(NetSave &net) {
     const Objects<DecisionPoint> &points = net.contents.traffic.decisionPoints;
     net.giveIds("DecisionPoint", points, &DecisionPoint::deciPointID);
     net.writeEach("DecisionPoint", points,
-                  [](RowWriter &row, const DecisionPoint &point) { bindRow(row, point); });
+                  [](RowWriter &row, const DecisionPoint &point) { bindAll(row, kColumns, point); });
     std::vector<const Routing *> newRoutes;
     for (const auto &point : points)
         newRoutes.push_back(newRouteOf(*point));
@@ -249,3 +246,18 @@ void saveAllDecisionPoints(NetSave &net) {
 }
 
 } // namespace decisionpoints
+
+Description describe(const DecisionPoint &point) {
+    QVariantMap fields = describeAll(decisionpoints::kColumns, point);
+    fields.insert(QStringLiteral("routes"),
+                  describeEach(point.mlRouting, [](const Routing &route) { return describe(route).fields; }));
+    QVariantList intervals;
+    for (const RoutingFlowByInterval *interval : point.mlFlowByInterval) {
+        if (!interval->mlFlowRatio.isEmpty())
+            intervals.append(QVariantMap{
+                {QStringLiteral("endDateTime"), qlonglong(interval->endDateTime)},
+                {QStringLiteral("flowRatios"), routings::describeFlowRatios(interval->mlFlowRatio)}});
+    }
+    fields.insert(QStringLiteral("flowIntervals"), intervals);
+    return {point.deciPointID, point.deciPointName, fields};
+}

@@ -1,7 +1,9 @@
 #include "store/families/DeparturePoints.h"
 
+#include "model/Description.h"
 #include "store/bulk/NetSave.h"
 #include "store/bulk/Owners.h"
+#include "store/core/Columns.h"
 #include "store/core/Query.h"
 #include "store/core/Transaction.h"
 
@@ -28,48 +30,43 @@ constexpr Sql kSelectIntervals = {
     "select * from DepartureInterval where departurePointID = %1 order by departureIntervalD",
     "select * from DepartureInterval where NetId = %0 and departurePointID = %1 order by departureIntervalD"};
 
-template <class Row>
-Row &bindRow(Row &row, const DeparturePoint &point) {
-    return row.bind(":departurePointID", point.departurePointID)
-        .bind(":linkID", point.linkID)
-        .bind(":name", point.name);
-}
+constexpr std::tuple kColumns = {
+    Column{":departurePointID", &DeparturePoint::departurePointID},
+    Column{":linkID", &DeparturePoint::linkID},
+    Column{":name", &DeparturePoint::name},
+};
+/// But for the composition, which the object holds itself.
+constexpr std::tuple kIntervalColumns = {
+    Column{":departureIntervalD", &DepartureInterval::departureIntervalD},
+    Column{":departurePointID", &DeparturePoint::departurePointID},
+    Column{":interval", &DepartureInterval::interval},
+    Column{":vehiCount", &DepartureInterval::vehiCount},
+};
 
 template <class Row>
-Row &bindRow(Row &row, const DeparturePoint &point, const DepartureInterval &interval) {
-    return row.bind(":departureIntervalD", interval.departureIntervalD)
-        .bind(":departurePointID", point.departurePointID)
-        .bind(":interval", interval.interval)
-        .bind(":vehiCount", interval.vehiCount)
+Row &bindInterval(Row &row, const DeparturePoint &point, const DepartureInterval &interval) {
+    return bindAll(row, kIntervalColumns, interval, point)
         .bind(":vehiCons", interval.vehiCons.vehicleConsCode);
-}
-
-template <class Row>
-void readRow(Row &row, DeparturePoint &point) {
-    point.name = row.text("name");
-    point.linkID = row.id("linkID");
 }
 
 template <class Row>
 DepartureInterval readInterval(Row &row, const QHash<long, VehicleComposition> &compositions) {
     DepartureInterval interval;
-    interval.departureIntervalD = row.id("departureIntervalD");
-    interval.interval = row.integer("interval");
-    interval.vehiCount = row.integer("vehiCount");
+    readAll(row, kIntervalColumns, interval);
     interval.vehiCons = VehicleComposition::findVcByCode(compositions, row.id("vehiCons"));
     return interval;
 }
 
 bool insertRow(const Store &store, const DeparturePoint &point) {
     Query insert(store, kInsert);
-    return bindRow(insert.bindNet(), point).exec();
+    return bindAll(insert.bindNet(), kColumns, point).exec();
 }
 
 bool insertIntervals(const Store &store, const DeparturePoint &point) {
     bool written = true;
     Query insert(store, kInsertInterval);
     for (const DepartureInterval &interval : point.mlInterval) {
-        written = bindRow(insert.bindNet(), point, interval).exec() && written;
+        written = bindInterval(insert.bindNet(), point, interval).exec() && written;
     }
     return written;
 }
@@ -98,8 +95,8 @@ DeparturePoint *readDeparturePoint(const Store &store, const QHash<long, Vehicle
     Query row(store, kSelect, {pointId});
     if (!row.execAndNext())
         return nullptr;
+    readAll(row, kColumns, *point);
     point->departurePointID = pointId;
-    readRow(row, *point);
     row.finish();
     readIntervals(store, compositions, *point);
     return store.whole(std::move(point));
@@ -114,8 +111,7 @@ void loadAllDeparturePoints(NetLoad &net) {
     Objects<DeparturePoint> &points = net.contents.traffic.departurePoints;
     net.forEachObject("DeparturePoint", "departurePointID", [&](Rows &row) {
         points.push_back(std::make_unique<DeparturePoint>());
-        points.back()->departurePointID = row.id("departurePointID");
-        readRow(row, *points.back());
+        readAll(row, kColumns, *points.back());
     });
     Owners owner(net, points, &DeparturePoint::departurePointID, "DepartureInterval",
                  "belongs to no departure point");
@@ -140,11 +136,23 @@ void saveAllDeparturePoints(NetSave &net) {
     }
     net.giveIds("DepartureInterval", intervalIds);
     net.writeEach("DeparturePoint", points,
-                  [](RowWriter &row, const DeparturePoint &point) { bindRow(row, point); });
+                  [](RowWriter &row, const DeparturePoint &point) { bindAll(row, kColumns, point); });
     net.writeOwned("DepartureInterval", points, &DeparturePoint::mlInterval,
                    [](RowWriter &row, const DeparturePoint &point, const DepartureInterval &interval) {
-                       bindRow(row, point, interval);
+                       bindInterval(row, point, interval);
                    });
 }
 
 } // namespace departurepoints
+
+Description describe(const DeparturePoint &point) {
+    using namespace departurepoints;
+    QVariantMap fields = describeAll(kColumns, point);
+    fields.insert(QStringLiteral("intervals"),
+                  describeEach(point.mlInterval, [](const DepartureInterval &interval) {
+                      QVariantMap part = describeAll(kIntervalColumns, interval);
+                      part.insert(QStringLiteral("vehiCons"), qlonglong(interval.vehiCons.vehicleConsCode));
+                      return part;
+                  }));
+    return {point.departurePointID, point.name, fields};
+}

@@ -1,5 +1,6 @@
 #include "store/families/DrivInfoCollectors.h"
 
+#include "model/Description.h"
 #include "store/bulk/NetLoad.h"
 #include "store/bulk/NetSave.h"
 #include "store/core/Columns.h"
@@ -20,19 +21,19 @@ constexpr Sql kSelectIds = {
     "select collecterID from VehicleDrivInfoCollecter where roadID in (select linkID from link) or roadID in (select ConnID from Connector) order by collecterID",
     "select collecterID from VehicleDrivInfoCollecter where NetId = %0 order by collecterID"};
 
-constexpr Column<VehicleDrivInfoCollector> kColumns[] = {
-    {":collecterID", &VehicleDrivInfoCollector::collecterID},
-    {":name", &VehicleDrivInfoCollector::name},
-    {":roadID", &VehicleDrivInfoCollector::roadID},
-    {":laneNumber", &VehicleDrivInfoCollector::laneNumber},
-    {":toLaneNumber", &VehicleDrivInfoCollector::toLaneNumber},
-    {":x", &VehicleDrivInfoCollector::x},
-    {":y", &VehicleDrivInfoCollector::y},
-    {":z", &VehicleDrivInfoCollector::z},
-    {":distance", &VehicleDrivInfoCollector::distance},
-    {":dataInterval", &VehicleDrivInfoCollector::dataInterval},
-    {":startTime", &VehicleDrivInfoCollector::startTime},
-    {":endTime", &VehicleDrivInfoCollector::endTime},
+constexpr std::tuple kColumns = {
+    Column{":collecterID", &VehicleDrivInfoCollector::collecterID},
+    Column{":name", &VehicleDrivInfoCollector::name},
+    Column{":roadID", &VehicleDrivInfoCollector::roadID},
+    Column{":laneNumber", &VehicleDrivInfoCollector::laneNumber},
+    Column{":toLaneNumber", &VehicleDrivInfoCollector::toLaneNumber},
+    Column{":x", &VehicleDrivInfoCollector::x},
+    Column{":y", &VehicleDrivInfoCollector::y},
+    Column{":z", &VehicleDrivInfoCollector::z},
+    Column{":distance", &VehicleDrivInfoCollector::distance},
+    Column{":dataInterval", &VehicleDrivInfoCollector::dataInterval},
+    Column{":startTime", &VehicleDrivInfoCollector::startTime},
+    Column{":endTime", &VehicleDrivInfoCollector::endTime},
 };
 
 } // namespace
@@ -77,3 +78,7 @@ void saveAllDrivInfoCollectors(NetSave &net) {
 }
 
 } // namespace drivinfocollectors
+
+Description describe(const VehicleDrivInfoCollector &collector) {
+    return {collector.collecterID, collector.name, describeAll(drivinfocollectors::kColumns, collector)};
+}

@@ -1,8 +1,10 @@
 #include "store/families/DriverModels.h"
 
+#include "model/Description.h"
 #include "store/bulk/NetLoad.h"
 #include "store/bulk/NetSave.h"
 #include "store/core/Columns.h"
+#include "store/core/Query.h"
 #include "store/core/Transaction.h"
 
 namespace drivermodels {
@@ -20,14 +22,14 @@ constexpr Sql kSelectFirst = {"select * from DriveFollowedModelParam where model
 constexpr Sql kSelectSecond = {"select * from DriveFollowedModelParam where modelParamID = 2",
                                "select * from DriveFollowedModelParam where NetId = %0 and modelParamID = 2"};
 
-constexpr Column<DriveFollowedModelParam> kFollowingColumns[] = {
-    {":modelParamID", &DriveFollowedModelParam::modelParamID},
-    {":maxAcce", &DriveFollowedModelParam::maxAcce},
-    {":safeTimeInterval", &DriveFollowedModelParam::safeTimeInterval},
-    {":desireDece", &DriveFollowedModelParam::desireDece},
-    {":spaceBetween", &DriveFollowedModelParam::spaceBetween},
-    {":alfa", &DriveFollowedModelParam::alfa},
-    {":beit", &DriveFollowedModelParam::beit},
+constexpr std::tuple kFollowingColumns = {
+    Column{":modelParamID", &DriveFollowedModelParam::modelParamID},
+    Column{":maxAcce", &DriveFollowedModelParam::maxAcce},
+    Column{":safeTimeInterval", &DriveFollowedModelParam::safeTimeInterval},
+    Column{":desireDece", &DriveFollowedModelParam::desireDece},
+    Column{":spaceBetween", &DriveFollowedModelParam::spaceBetween},
+    Column{":alfa", &DriveFollowedModelParam::alfa},
+    Column{":beit", &DriveFollowedModelParam::beit},
 };
 
 constexpr Sql kDeleteLaneChange = {"delete from ChangeLaneModelParam",
@@ -39,22 +41,22 @@ constexpr Sql kSelectLaneChange = {
     "select * from ChangeLaneModelParam order by modelParamID",
     "select * from ChangeLaneModelParam where NetId = %0 order by modelParamID"};
 
-constexpr Column<ChangeLaneModelParam> kLaneChangeColumns[] = {
-    {":modelParamID", &ChangeLaneModelParam::modelParamID},
-    {":headBeit0", &ChangeLaneModelParam::headBeit0},
-    {":headBeit1Coef", &ChangeLaneModelParam::headBeit1Coef},
-    {":headBeit2Coef", &ChangeLaneModelParam::headBeit2Coef},
-    {":headBeit3Coef", &ChangeLaneModelParam::headBeit3Coef},
-    {":headBeit4Coef", &ChangeLaneModelParam::headBeit4Coef},
-    {":headRandParam", &ChangeLaneModelParam::headRandParam},
-    {":headDistParam", &ChangeLaneModelParam::headDistParam},
-    {":lagBeit0", &ChangeLaneModelParam::lagBeit0},
-    {":lagBeit1Coef", &ChangeLaneModelParam::lagBeit1Coef},
-    {":lagBeit2Coef", &ChangeLaneModelParam::lagBeit2Coef},
-    {":lagBeit3Coef", &ChangeLaneModelParam::lagBeit3Coef},
-    {":lagBeit4Coef", &ChangeLaneModelParam::lagBeit4Coef},
-    {":lagRandParam", &ChangeLaneModelParam::lagRandParam},
-    {":lagDistParam", &ChangeLaneModelParam::lagDistParam},
+constexpr std::tuple kLaneChangeColumns = {
+    Column{":modelParamID", &ChangeLaneModelParam::modelParamID},
+    Column{":headBeit0", &ChangeLaneModelParam::headBeit0},
+    Column{":headBeit1Coef", &ChangeLaneModelParam::headBeit1Coef},
+    Column{":headBeit2Coef", &ChangeLaneModelParam::headBeit2Coef},
+    Column{":headBeit3Coef", &ChangeLaneModelParam::headBeit3Coef},
+    Column{":headBeit4Coef", &ChangeLaneModelParam::headBeit4Coef},
+    Column{":headRandParam", &ChangeLaneModelParam::headRandParam},
+    Column{":headDistParam", &ChangeLaneModelParam::headDistParam},
+    Column{":lagBeit0", &ChangeLaneModelParam::lagBeit0},
+    Column{":lagBeit1Coef", &ChangeLaneModelParam::lagBeit1Coef},
+    Column{":lagBeit2Coef", &ChangeLaneModelParam::lagBeit2Coef},
+    Column{":lagBeit3Coef", &ChangeLaneModelParam::lagBeit3Coef},
+    Column{":lagBeit4Coef", &ChangeLaneModelParam::lagBeit4Coef},
+    Column{":lagRandParam", &ChangeLaneModelParam::lagRandParam},
+    Column{":lagDistParam", &ChangeLaneModelParam::lagDistParam},
 };
 
 bool readSet(const Store &store, const Sql &sql, DriveFollowedModelParam &param) {
@@ -116,16 +118,16 @@ bool readChangeLaneParams(const Store &store, QList<ChangeLaneModelParam> &param
 
 namespace {
 
-template <class Param, std::size_t N>
-void loadSets(NetLoad &net, const char *table, const Column<Param> (&columns)[N], QList<Param> &sets) {
+template <class Param, class Columns>
+void loadSets(NetLoad &net, const char *table, const Columns &columns, QList<Param> &sets) {
     net.forEachRow(table, "modelParamID", [&](Rows &row) {
         sets.append(Param());
         ::readAll(row, columns, sets.last());
     });
 }
 
-template <class Param, std::size_t N>
-void saveSets(NetSave &net, const char *table, const Column<Param> (&columns)[N], const QList<Param> &sets) {
+template <class Param, class Columns>
+void saveSets(NetSave &net, const char *table, const Columns &columns, const QList<Param> &sets) {
     if (sets.isEmpty())
         return;
     net.empty(table);
@@ -150,3 +152,11 @@ void saveAllDriverModels(NetSave &net) {
 }
 
 } // namespace drivermodels
+
+Description describe(const DriveFollowedModelParam &set) {
+    return {set.modelParamID, {}, describeAll(drivermodels::kFollowingColumns, set)};
+}
+
+Description describe(const ChangeLaneModelParam &set) {
+    return {set.modelParamID, {}, describeAll(drivermodels::kLaneChangeColumns, set)};
+}

@@ -1,8 +1,10 @@
 #include "store/families/GuideArrows.h"
 
+#include "model/Description.h"
 #include "model/GuideArrow.h"
 #include "store/bulk/NetLoad.h"
 #include "store/bulk/NetSave.h"
+#include "store/core/Columns.h"
 #include "store/core/Query.h"
 #include "store/core/Transaction.h"
 
@@ -21,23 +23,13 @@ constexpr Sql kSelectIds = {
     "select guideArrowID from GuideArrow as a join lane b on a.laneID = b.laneID order by guideArrowID",
     "select a.guideArrowID from GuideArrow a join lane b on a.NetId = b.NetId and a.laneID = b.laneID where a.NetId = %0 order by a.guideArrowID"};
 
-template <class Row>
-Row &bindRow(Row &row, const GuideArrow &arrow) {
-    return row.bind(":guideArrowID", arrow.guideArrowID)
-        .bind(":laneID", arrow.laneID)
-        .bind(":length", arrow.length)
-        .bind(":distToTerminal", arrow.distToTerminal)
-        .bind(":arrowType", arrow.arrowType);
-}
-
-template <class Row>
-void readRow(Row &row, GuideArrow &arrow) {
-    arrow.guideArrowID = row.id("guideArrowID");
-    arrow.laneID = row.id("laneID");
-    arrow.length = row.number("length");
-    arrow.distToTerminal = row.number("distToTerminal");
-    arrow.arrowType = row.integer("arrowType");
-}
+constexpr std::tuple kColumns = {
+    Column{":guideArrowID", &GuideArrow::guideArrowID},
+    Column{":laneID", &GuideArrow::laneID},
+    Column{":length", &GuideArrow::length},
+    Column{":distToTerminal", &GuideArrow::distToTerminal},
+    Column{":arrowType", &GuideArrow::arrowType},
+};
 
 } // namespace
 
@@ -46,7 +38,7 @@ bool insertGuideArrow(const Store &store, GuideArrow *arrow, bool inTransaction)
         return true;
     Transaction transaction(store, inTransaction);
     Query insert(store, kInsert);
-    return transaction.commit(bindRow(insert.bindNet(), *arrow).exec());
+    return transaction.commit(bindAll(insert.bindNet(), kColumns, *arrow).exec());
 }
 
 GuideArrow *readGuideArrow(const Store &store, long id) {
@@ -54,7 +46,7 @@ GuideArrow *readGuideArrow(const Store &store, long id) {
     if (!row.execAndNext())
         return nullptr;
     auto arrow = std::make_unique<GuideArrow>();
-    readRow(row, *arrow);
+    readAll(row, kColumns, *arrow);
     return arrow.release();
 }
 
@@ -63,7 +55,7 @@ GuideArrow *readGuideArrow(const Store &store, long id) {
 void loadAllGuideArrows(NetLoad &net) {
     net.forEachObject("GuideArrow", "guideArrowID", [&](Rows &row) {
         auto arrow = std::make_unique<GuideArrow>();
-        readRow(row, *arrow);
+        readAll(row, kColumns, *arrow);
         if (net.store.net().getLaneById(arrow->laneID))
             net.contents.guideArrows.push_back(std::move(arrow));
         else
@@ -99,7 +91,7 @@ void saveAllGuideArrows(NetSave &net) {
             net.set(arrow->laneID, lane->laneID);
     }
     net.writeEach("GuideArrow", net.contents.guideArrows,
-                  [](RowWriter &row, const GuideArrow &arrow) { bindRow(row, arrow); });
+                  [](RowWriter &row, const GuideArrow &arrow) { bindAll(row, kColumns, arrow); });
 }
 
 bool listGuideArrowIds(const Store &store, QList<long> &ids) {
@@ -107,3 +99,7 @@ bool listGuideArrowIds(const Store &store, QList<long> &ids) {
 }
 
 } // namespace guidearrows
+
+Description describe(const GuideArrow &arrow) {
+    return {arrow.guideArrowID, {}, describeAll(guidearrows::kColumns, arrow)};
+}

@@ -5,6 +5,7 @@
 #include "store/bulk/NetLoad.h"
 #include "store/bulk/NetSave.h"
 #include "store/bulk/SortedById.h"
+#include "store/core/Columns.h"
 #include "store/core/Query.h"
 
 #include <algorithm>
@@ -48,19 +49,32 @@ QString insertText(const Store &store, bool withGeometry) {
     return withGeometry ? store.text(kInsert) : QString::fromLatin1(kInsertWithoutGeometry);
 }
 
-template <class Row>
-void bindRow(Row &row, const char *serialNumber, bool withGeometry, const Link &link, const Lane &lane) {
-    row.bind(":LaneID", lane.laneID)
-        .bind(":LinkID", link.linkID)
-        .bind(serialNumber, lane.serialNumber)
-        .bind(":Width", lane.width)
-        .bind(":ActionType", lane.actionType)
-        .bind(":ExpectTravelDirection", lane.expectTravelDirection);
-    if (withGeometry) {
-        row.bind(":centerLinePointsJson", lane.centerLinePointsJson)
-            .bind(":leftBreakPointsJson", lane.leftBreakPointsJson)
-            .bind(":rightBreakPointsJson", lane.rightBreakPointsJson);
-    }
+constexpr std::tuple kIdColumns = {
+    Column{":LaneID", &Lane::laneID, "laneID"},
+    Column{":LinkID", &Link::linkID},
+};
+constexpr Column kSerialNumber{":SerialNumber", &Lane::serialNumber, "serialNumber"};
+constexpr Column kMisspeltSerialNumber{":SerialNnumber", &Lane::serialNumber};
+constexpr std::tuple kColumns = {
+    Column{":Width", &Lane::width, "width"},
+    Column{":ActionType", &Lane::actionType, "actionType"},
+    Column{":ExpectTravelDirection", &Lane::expectTravelDirection, "expectTravelDirection"},
+};
+constexpr std::tuple kGeometryColumns = {
+    Column{":centerLinePointsJson", &Lane::centerLinePointsJson, "centerLinePoints"},
+    Column{":leftBreakPointsJson", &Lane::leftBreakPointsJson, "leftBreakPoints"},
+    Column{":rightBreakPointsJson", &Lane::rightBreakPointsJson, "rightBreakPoints"},
+};
+constexpr Column kAttributes{":otherAttrsJson", &Lane::otherAttrsJson, "otherAttrs"};
+
+template <class Row, class SerialNumber>
+void bindRow(Row &row, const SerialNumber &serialNumber, bool withGeometry, const Link &link,
+             const Lane &lane) {
+    bindAll(row, kIdColumns, lane, link);
+    serialNumber.bind(row, lane);
+    bindAll(row, kColumns, lane);
+    if (withGeometry)
+        bindAll(row, kGeometryColumns, lane);
 }
 
 template <class Row>
@@ -74,27 +88,23 @@ bool hasGeometry(const Store &store) {
 
 bool insertAttributes(const Store &store, const Lane &lane, long linkId) {
     Query update(store, kUpdateAttributes, {linkId, lane.laneID});
-    return update.bind(":otherAttrsJson", lane.otherAttrsJson).exec();
+    return update.bind(kAttributes.placeholder, lane.otherAttrsJson).exec();
 }
 
-const char *serialNumberColumn(const Store &store) {
-    return store.hasMisspeltSerialNumber() ? "SerialNnumber" : "SerialNumber";
+const auto &serialNumberOf(const Store &store) {
+    return store.hasMisspeltSerialNumber() ? kMisspeltSerialNumber : kSerialNumber;
 }
 
 /// Reads a row of a lane, but for the link that it belongs to.
-template <class Row>
-void readRow(Row &row, const char *serialNumber, Lane &lane) {
-    lane.laneID = row.id("LaneID");
-    lane.serialNumber = row.integer(serialNumber);
-    lane.width = row.number("width");
-    lane.actionType = row.text("actionType");
-    lane.expectTravelDirection = row.text("expectTravelDirection");
+template <class Row, class SerialNumber>
+void readRow(Row &row, const SerialNumber &serialNumber, Lane &lane) {
+    readAll(row, kIdColumns, lane);
+    serialNumber.read(row, lane);
+    readAll(row, kColumns, lane);
     if (lane.expectTravelDirection.isEmpty())
         lane.expectTravelDirection = QStringLiteral("FreeRunning");
-    lane.centerLinePointsJson = row.json("centerLinePointsJson");
-    lane.leftBreakPointsJson = row.json("leftBreakPointsJson");
-    lane.rightBreakPointsJson = row.json("rightBreakPointsJson");
-    lane.otherAttrsJson = row.json("otherAttrsJson");
+    readAll(row, kGeometryColumns, lane);
+    kAttributes.read(row, lane);
 }
 
 void readRestrictions(const Store &store, Lane &lane) {
@@ -144,7 +154,7 @@ bool insertLanes(const Store &store, const Link &link, bool soFar) {
     const bool withGeometry = hasGeometry(store);
     Query insert(store, insertText(store, withGeometry));
     for (const Lane *lane : link.mlLane) {
-        bindRow(insert.bindNet(), ":SerialNumber", withGeometry, link, *lane);
+        bindRow(insert.bindNet(), kSerialNumber, withGeometry, link, *lane);
         soFar = insert.exec() && soFar;
         if (soFar && withGeometry && !lane->otherAttrsJson.holdsNothing())
             soFar = insertAttributes(store, *lane, link.linkID);
@@ -174,7 +184,7 @@ void readLanesOf(const Store &store, Link &link) {
     while (rows.next()) {
         auto lane = std::make_unique<Lane>();
         lane->linkID = link.linkID;
-        readRow(rows, serialNumberColumn(store), *lane);
+        readRow(rows, serialNumberOf(store), *lane);
         link.mlLane.append(lane.release());
     }
     rows.finish();
@@ -184,11 +194,17 @@ void readLanesOf(const Store &store, Link &link) {
         readRestrictions(store, *lane);
 }
 
+QVariantList describeLanes(const Link &link) {
+    constexpr auto columns =
+        std::tuple_cat(kIdColumns, std::tuple{kSerialNumber, kAttributes}, kColumns, kGeometryColumns);
+    return describeEach(link.mlLane, columns);
+}
+
 void loadAllLanes(NetLoad &net) {
     Objects<Link> &links = net.contents.links;
     SortedById linkOf(links, [](const auto &link) { return link->linkID; });
-    const char *serialNumber = serialNumberColumn(net.store);
-    const QByteArray order = QByteArray("LinkID, ") + serialNumber;
+    const auto &serialNumber = serialNumberOf(net.store);
+    const QByteArray order = QByteArray("LinkID, ") + serialNumber.name();
     net.forEachRowAsWritten("Lane", order.constData(), [&](Rows &row) {
         const std::size_t owner = linkOf.find(row.id("LinkID"));
         if (owner == links.size())
@@ -206,14 +222,14 @@ void saveAllLanes(NetSave &net) {
     const Objects<Link> &links = net.contents.links;
     net.giveIds("Lane", links, &Link::mlLane, &Lane::laneID);
     const bool withGeometry = hasGeometry(net.store);
-    const char *serialNumber = net.store.hasMisspeltSerialNumber() ? ":SerialNnumber" : ":SerialNumber";
+    const auto &serialNumber = serialNumberOf(net.store);
     qint64 restrictions = 0;
     net.writeOwned("Lane", links, &Link::mlLane, [&](RowWriter &row, const Link &link, Lane *lane) {
         if (lane->linkID != link.linkID)
             net.set(lane->linkID, link.linkID);
         bindRow(row, serialNumber, withGeometry, link, *lane);
         if (withGeometry)
-            row.bindFilled(":otherAttrsJson", lane->otherAttrsJson);
+            row.bindFilled(kAttributes.placeholder, lane->otherAttrsJson);
         restrictions += lane->mlLimitVehicle.size();
     });
     net.write("LaneLimitVehicle", restrictions, [&](RowWriter &row) {

@@ -2,6 +2,8 @@
 
 #include "store/core/Store.h"
 
+#include <QVariant>
+
 class Lane;
 class Link;
 class NetLoad;
@@ -23,6 +25,7 @@ bool insertLaneRestrictions(const Store &store, const Link &link);
 
 /// Appends the stored lanes to @p link, by serial number, with their restrictions.
 void readLanesOf(const Store &store, Link &link);
+QVariantList describeLanes(const Link &link);
 
 /// The lanes of the links loaded before.
 void loadAllLanes(NetLoad &net);

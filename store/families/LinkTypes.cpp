@@ -1,8 +1,10 @@
 #include "store/families/LinkTypes.h"
 
+#include "model/Description.h"
 #include "store/bulk/NetLoad.h"
 #include "store/bulk/NetSave.h"
 #include "store/bulk/StoredWord.h"
+#include "store/core/Columns.h"
 #include "store/core/Query.h"
 
 #include <algorithm>
@@ -19,26 +21,25 @@ constexpr Sql kUpdate = {
 constexpr Sql kSelect = {"select * from LinkType order by linkTypeID",
                          "select * from LinkType where NetId = %0 order by linkTypeID"};
 
+constexpr Word kName{":typeName", &LinkType::typeName};
+constexpr std::tuple kColumns = {
+    Column{":linkTypeID", &LinkType::linkTypeID},           kName,
+    Column{":trafficCapacity", &LinkType::trafficCapacity}, Column{":trafficSpeed", &LinkType::trafficSpeed},
+    Column{":limitSpeed", &LinkType::limitSpeed},           Column{":minSpeed", &LinkType::minSpeed},
+};
+
 template <class Row>
 LinkType readRow(Row &row) {
     LinkType type;
-    type.linkTypeID = row.id("linkTypeID");
-    type.typeName = row.store().words().trEnToZh(row.text("typeName"));
-    type.trafficCapacity = row.number("trafficCapacity");
-    type.trafficSpeed = row.number("trafficSpeed");
-    type.limitSpeed = row.number("limitSpeed");
-    type.minSpeed = row.number("minSpeed");
+    readAll(row, kColumns, type);
+    type.typeName = row.store().words().trEnToZh(type.typeName);
     return type;
 }
 
 template <class Row>
 Row &bindRow(Row &row, const LinkType &type) {
-    return row.bind(":linkTypeID", type.linkTypeID)
-        .bind(":typeName", storedword::of(row.store().words(), type.typeName, type.storedTypeName))
-        .bind(":trafficCapacity", type.trafficCapacity)
-        .bind(":trafficSpeed", type.trafficSpeed)
-        .bind(":limitSpeed", type.limitSpeed)
-        .bind(":minSpeed", type.minSpeed);
+    return bindAll(row, kColumns, type)
+        .bind(kName.placeholder, storedword::of(row.store().words(), type.typeName, type.storedTypeName));
 }
 
 } // namespace
@@ -81,3 +82,7 @@ void saveAllLinkTypes(NetSave &net) {
 }
 
 } // namespace linktypes
+
+Description describe(const LinkType &type) {
+    return {type.linkTypeID, type.typeName, describeAll(linktypes::kColumns, type)};
+}

@@ -1,5 +1,6 @@
 #include "store/families/Links.h"
 
+#include "model/Description.h"
 #include "model/GeometryJson.h"
 #include "model/Lane.h"
 #include "model/Link.h"
@@ -9,6 +10,7 @@
 #include "store/bulk/NetSave.h"
 #include "store/bulk/SortedById.h"
 #include "store/bulk/StoredWord.h"
+#include "store/core/Columns.h"
 #include "store/core/Probes.h"
 #include "store/core/Query.h"
 #include "store/core/Transaction.h"
@@ -61,31 +63,58 @@ constexpr Sql kSelectNode = {"select * from Node where nodeID = %0",
 constexpr Sql kSelectIds = {"select LinkID from Link order by LinkID",
                             "select LinkID from Link where netId= %1 order by LinkID"};
 
-template <class Row>
-Row &bindRow(Row &row, const Vertex &vertex) {
-    return row.bind(":vertexID", vertex.vertexID)
-        .bind(":X", vertex.x)
-        .bind(":Y", vertex.y)
-        .bind(":Z", vertex.z);
-}
+constexpr std::tuple kVertexColumns = {
+    Column{":vertexID", &Vertex::vertexID},
+    Column{":X", &Vertex::x, "x"},
+    Column{":Y", &Vertex::y, "y"},
+    Column{":Z", &Vertex::z, "z"},
+};
+constexpr std::tuple kNodeColumns = {
+    Column{":nodeID", &Node::nodeID},
+    Column{":nodeName", &Node::nodeName},
+    Reference{":vertexID", &Node::mpVertex, &Vertex::vertexID},
+};
+
+constexpr std::tuple kIdColumn = {Column{":linkID", &Link::linkID}};
+/// Older stores lack it.
+constexpr std::tuple kRoadColumn = {Column{":roadId", &Link::roadId}};
+constexpr Reference kStartNode{":StartNodeID", &Link::mpStartNode, &Node::nodeID};
+constexpr Reference kEndNode{":EndNodeID", &Link::mpEndNode, &Node::nodeID};
+constexpr std::tuple kNodes = {kStartNode, kEndNode};
+constexpr Word kType{":linkType", &Link::linkType};
+constexpr std::tuple kColumns = {
+    Column{":linkName", &Link::linkName},
+    Column{":laneNumber", &Link::laneNumber},
+    Column{":laneWidth", &Link::laneWidth},
+    Column{":laneColor", &Link::laneColor},
+    kType,
+    Column{":length", &Link::length},
+    Column{":curvature", &Link::curvature},
+    Column{":nonLinearCoefficient", &Link::nonLinearCoefficient},
+    Column{":linkSaturationFlow", &Link::linkSaturationFlow},
+    Column{":linkTrafficFlow", &Link::linkTrafficFlow},
+    Column{":desiredSpeed", &Link::desiredSpeed},
+    Column{":limitSpeed", &Link::limitSpeed},
+    Column{":minSpeed", &Link::minSpeed},
+    Column{":addValue", &Link::addValue},
+};
+/// Stores without these columns leave the objects empty.
+constexpr Column kCenterLine{":centerLinePointsJson", &Link::centerLinePointsJson, "centerLinePoints"};
+constexpr Column kLeftBreakPoints{":leftBreakPointsJson", &Link::leftBreakPointsJson, "leftBreakPoints"};
+constexpr Column kRightBreakPoints{":rightBreakPointsJson", &Link::rightBreakPointsJson, "rightBreakPoints"};
+constexpr Column kAttributes{":otherAttrsJson", &Link::otherAttrsJson, "otherAttrs"};
+constexpr std::tuple kGeometryColumns = {kCenterLine, kLeftBreakPoints, kRightBreakPoints, kAttributes};
 
 /// A node without a name takes its id as name.
 QString nameOf(const Node &node) {
     return node.nodeName.isEmpty() ? QString::number(node.nodeID) : node.nodeName;
 }
 
-template <class Row>
-Row &bindRow(Row &row, const Node &node) {
-    return row.bind(":nodeID", node.nodeID)
-        .bind(":nodeName", node.nodeName)
-        .bind(":vertexID", node.mpVertex ? node.mpVertex->vertexID : 0L);
-}
-
 bool insertVertices(const Store &store, const Link &link) {
     bool written = true;
     Query insert(store, kInsertVertex);
     for (const Vertex *vertex : link.mlVertex) {
-        written = bindRow(insert.bindNet(), *vertex).exec() && written;
+        written = bindAll(insert.bindNet(), kVertexColumns, *vertex).exec() && written;
     }
     return written;
 }
@@ -95,7 +124,7 @@ bool insertNode(const Store &store, Node *node) {
         return true;
     node->nodeName = nameOf(*node);
     Query insert(store, kInsertNode);
-    return bindRow(insert.bindNet(), *node).exec();
+    return bindAll(insert.bindNet(), kNodeColumns, *node).exec();
 }
 
 /// A link without a road id takes its own.
@@ -103,27 +132,13 @@ template <class Row>
 void bindRow(Row &row, const Store &store, bool withRoad, Link &link, const QString &storedType) {
     if (withRoad && link.roadId == 0)
         link.roadId = link.linkID;
-    row.bind(":linkID", link.linkID);
+    bindAll(row, kIdColumn, link);
     if (withRoad)
-        row.bind(":roadId", link.roadId);
+        bindAll(row, kRoadColumn, link);
     // Both generations store the network; only the placeholder is spelled differently.
     row.bind(store.hasSeveralNets() ? ":NetId" : ":netId", store.netId());
-    row.bind(":StartNodeID", link.mpStartNode ? link.mpStartNode->nodeID : 0L)
-        .bind(":EndNodeID", link.mpEndNode ? link.mpEndNode->nodeID : 0L)
-        .bind(":linkName", link.linkName)
-        .bind(":laneNumber", link.laneNumber)
-        .bind(":laneWidth", link.laneWidth)
-        .bind(":laneColor", link.laneColor)
-        .bind(":linkType", storedType)
-        .bind(":length", link.length)
-        .bind(":curvature", link.curvature)
-        .bind(":nonLinearCoefficient", link.nonLinearCoefficient)
-        .bind(":linkSaturationFlow", link.linkSaturationFlow)
-        .bind(":linkTrafficFlow", link.linkTrafficFlow)
-        .bind(":desiredSpeed", link.desiredSpeed)
-        .bind(":limitSpeed", link.limitSpeed)
-        .bind(":minSpeed", link.minSpeed)
-        .bind(":addValue", link.addValue);
+    bindAll(row, kNodes, link);
+    bindAll(row, kColumns, link).bind(kType.placeholder, storedType);
 }
 
 bool insertRow(const Store &store, Link &link) {
@@ -138,9 +153,9 @@ template <class Row>
 Row &bindGeometry(Row &row, const Link &link) {
     const Lane *leftmost = lanes::lastLane(link);
     const Lane *rightmost = lanes::firstLane(link);
-    return row.bind(":centerLinePointsJson", link.centerLinePointsJson)
-        .bind(":leftBreakPointsJson", leftmost ? leftmost->leftBreakPointsJson : StoredJson())
-        .bind(":rightBreakPointsJson", rightmost ? rightmost->rightBreakPointsJson : StoredJson());
+    return row.bind(kCenterLine.placeholder, link.centerLinePointsJson)
+        .bind(kLeftBreakPoints.placeholder, leftmost ? leftmost->leftBreakPointsJson : StoredJson())
+        .bind(kRightBreakPoints.placeholder, rightmost ? rightmost->rightBreakPointsJson : StoredJson());
 }
 
 bool updateGeometry(const Store &store, const Link &link) {
@@ -148,9 +163,18 @@ bool updateGeometry(const Store &store, const Link &link) {
     bool written = bindGeometry(geometry, link).exec();
     if (!link.otherAttrsJson.holdsNothing()) {
         Query attributes(store, kUpdateAttributes, {link.linkID});
-        written = attributes.bind(":otherAttrsJson", link.otherAttrsJson).exec() && written;
+        written = attributes.bind(kAttributes.placeholder, link.otherAttrsJson).exec() && written;
     }
     return written;
+}
+
+QVariantMap describeNode(const Node *node) {
+    if (!node)
+        return {};
+    QVariantMap fields = describeAll(kNodeColumns, *node);
+    if (!node->mpVertex)
+        fields.remove(QStringLiteral("vertexID"));
+    return fields;
 }
 
 template <class Row>
@@ -175,38 +199,13 @@ struct NodeIds {
 
 template <class Row>
 NodeIds readRow(Row &row, bool withRoad, Link &link) {
-    link.linkID = row.id("linkID");
+    readAll(row, kIdColumn, link);
     if (withRoad)
-        link.roadId = row.id("roadId");
-    const NodeIds nodes = {row.id("StartNodeID"), row.id("EndNodeID")};
-    link.linkName = row.text("LinkName");
-    link.laneNumber = row.number("laneNumber");
-    link.laneWidth = row.number("laneWidth");
-    link.laneColor = row.text("laneColor");
-    link.linkType = row.text("linkType");
-    link.length = row.number("length");
-    link.curvature = row.number("curvature");
-    link.nonLinearCoefficient = row.number("nonLinearCoefficient");
-    link.linkSaturationFlow = row.number("linkSaturationFlow");
-    link.linkTrafficFlow = row.number("linkTrafficFlow");
-    link.desiredSpeed = row.number("desiredSpeed");
-    link.limitSpeed = row.number("limitSpeed");
-    link.minSpeed = row.number("minSpeed");
-    link.addValue = row.number("addValue");
-    // Stores without the columns leave the objects empty.
-    link.centerLinePointsJson = row.json("centerLinePointsJson");
-    link.leftBreakPointsJson = row.json("leftBreakPointsJson");
-    link.rightBreakPointsJson = row.json("rightBreakPointsJson");
-    link.otherAttrsJson = row.json("otherAttrsJson");
+        readAll(row, kRoadColumn, link);
+    const NodeIds nodes = {row.id(kStartNode.name()), row.id(kEndNode.name())};
+    readAll(row, kColumns, link);
+    readAll(row, kGeometryColumns, link);
     return nodes;
-}
-
-template <class Row>
-void readRow(Row &row, Vertex &vertex) {
-    vertex.vertexID = row.id("VertexID");
-    vertex.x = row.number("X");
-    vertex.y = row.number("Y");
-    vertex.z = row.number("Z");
 }
 
 /// Where the centre line has a point for each vertex, it gives the heights.
@@ -228,7 +227,7 @@ void readVertices(const Store &store, Link &link) {
         return;
     while (rows.next()) {
         auto vertex = std::make_unique<Vertex>();
-        readRow(rows, *vertex);
+        readAll(rows, kVertexColumns, *vertex);
         link.mlVertex.append(vertex.release());
     }
     takeHeights(link);
@@ -289,7 +288,7 @@ private:
         std::vector<Vertex> vertices;
         mNet.forEachObject("Vertex", "vertexID", [&](Rows &row) {
             vertices.emplace_back();
-            readRow(row, vertices.back());
+            readAll(row, kVertexColumns, vertices.back());
         });
         sortById(vertices, [](const Vertex &vertex) { return vertex.vertexID; });
         SortedById vertexOf(vertices, [](const Vertex &vertex) { return vertex.vertexID; });
@@ -412,7 +411,7 @@ void saveRows(NetSave &net) {
             bindRow(row, net.store, withRoad, *link,
                     storedword::of(row.store().words(), link->linkType, link->storedLinkType));
             if (withGeometry)
-                bindGeometry(row, *link).bindFilled(":otherAttrsJson", link->otherAttrsJson);
+                bindGeometry(row, *link).bindFilled(kAttributes.placeholder, link->otherAttrsJson);
             if (!row.exec())
                 return;
         }
@@ -479,8 +478,9 @@ void saveAllLinks(NetSave &net) {
     giveIds(net);
     const Objects<Link> &links = net.contents.links;
     net.writeEach("Vertex", distinctVertices(links),
-                  [](RowWriter &row, const Vertex &vertex) { bindRow(row, vertex); });
-    net.writeEach("Node", distinctNodes(net), [](RowWriter &row, const Node &node) { bindRow(row, node); });
+                  [](RowWriter &row, const Vertex &vertex) { bindAll(row, kVertexColumns, vertex); });
+    net.writeEach("Node", distinctNodes(net),
+                  [](RowWriter &row, const Node &node) { bindAll(row, kNodeColumns, node); });
     saveRows(net);
     const Link *of = nullptr;
     int number = 0;
@@ -526,3 +526,14 @@ QString breakPoints(const QJsonObject &geometry) {
 }
 
 } // namespace links
+
+Description describe(const Link &link) {
+    using namespace links;
+    constexpr auto columns = std::tuple_cat(kIdColumn, kRoadColumn, kColumns, kGeometryColumns);
+    QVariantMap fields = describeAll(columns, link);
+    fields.insert(QStringLiteral("startNode"), describeNode(link.mpStartNode));
+    fields.insert(QStringLiteral("endNode"), describeNode(link.mpEndNode));
+    fields.insert(QStringLiteral("vertices"), describeEach(link.mlVertex, kVertexColumns));
+    fields.insert(QStringLiteral("lanes"), lanes::describeLanes(link));
+    return {link.linkID, link.linkName, fields};
+}

@@ -1,6 +1,8 @@
 #include "store/families/Networks.h"
 
+#include "model/Description.h"
 #include "model/Net.h"
+#include "store/core/Columns.h"
 #include "store/core/Query.h"
 #include "store/core/StorableValue.h"
 #include "store/core/Transaction.h"
@@ -39,19 +41,24 @@ QString nameToStore(const QString &name) {
     return name.isEmpty() ? QStringLiteral("MoraSim") : name;
 }
 
+/// But for the attributes, which a record holds as an object.
+constexpr std::tuple kColumns = {
+    Column{":NetId", &NetRecord::netId, "netId"},
+    Column{":name", &NetRecord::name},
+    Column{":sourceType", &NetRecord::sourceType},
+    Column{":sourceUrl", &NetRecord::sourceUrl},
+    Column{":backgroundUrl", &NetRecord::backgroundUrl},
+    Column{":centerX", &NetRecord::centerX},
+    Column{":centerY", &NetRecord::centerY},
+    Column{":caption", &NetRecord::caption},
+    Column{":isDefault", &NetRecord::isDefault},
+};
+
 /// Makes the current row of @p row the current network. Columns that older stores lack read as their defaults.
 Net *loadRow(Query &row) {
     Net net;
-    net.netId = row.id("NetId");
-    net.name = row.text("name");
-    net.sourceType = row.text("sourceType");
-    net.sourceUrl = row.text("sourceUrl");
-    net.backgroundUrl = row.text("backgroundUrl");
+    readAll(row, kColumns, net);
     net.otherAttrsJson = row.json("otherAttrsJson");
-    net.centerX = row.number("centerX");
-    net.centerY = row.number("centerY");
-    net.caption = row.text("caption");
-    net.isDefault = row.text("isDefault") == QLatin1String("T");
     row.store().net().loadRecord(net);
     return &row.store().net();
 }
@@ -172,3 +179,9 @@ QByteArray readBackgroundMap(const Store &store) {
 }
 
 } // namespace networks
+
+Description describe(const NetRecord &record) {
+    QVariantMap fields = describeAll(networks::kColumns, record);
+    fields.insert(QStringLiteral("otherAttrs"), QVariant::fromValue(StoredJson(record.otherAttrsJson)));
+    return {record.netId, record.name, fields};
+}

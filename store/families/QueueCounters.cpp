@@ -1,5 +1,6 @@
 #include "store/families/QueueCounters.h"
 
+#include "model/Description.h"
 #include "model/VehicleQueueCounter.h"
 #include "store/bulk/NetLoad.h"
 #include "store/bulk/NetSave.h"
@@ -23,24 +24,24 @@ constexpr Sql kSelectIds = {
     "select QueueCounterID from VehicleQueueCounter where roadID in (select linkID from link) or roadID in (select ConnID from Connector) order by queueCounterID",
     "select QueueCounterID from VehicleQueueCounter where NetId = %0 order by queueCounterID"};
 
-constexpr Column<VehicleQueueCounter> kColumns[] = {
-    {":queueCounterID", &VehicleQueueCounter::queueCounterID},
-    {":name", &VehicleQueueCounter::name},
-    {":roadID", &VehicleQueueCounter::roadID},
-    {":laneNumber", &VehicleQueueCounter::laneNumber},
-    {":toLaneNumber", &VehicleQueueCounter::toLaneNumber},
-    {":x", &VehicleQueueCounter::x},
-    {":y", &VehicleQueueCounter::y},
-    {":z", &VehicleQueueCounter::z},
-    {":distance", &VehicleQueueCounter::distance},
-    {":speedLowLimit", &VehicleQueueCounter::speedLowLimit},
-    {":speedUpLimit", &VehicleQueueCounter::speedUpLimit},
-    {":maxDistInterval", &VehicleQueueCounter::maxDistInterval},
-    {":maxQueueLength", &VehicleQueueCounter::maxQueueLength},
-    {":startTime", &VehicleQueueCounter::startTime},
-    {":endTime", &VehicleQueueCounter::endTime},
-    {":dataInterval", &VehicleQueueCounter::dataInterval},
-    {":countInterval", &VehicleQueueCounter::countInterval},
+constexpr std::tuple kColumns = {
+    Column{":queueCounterID", &VehicleQueueCounter::queueCounterID},
+    Column{":name", &VehicleQueueCounter::name},
+    Column{":roadID", &VehicleQueueCounter::roadID},
+    Column{":laneNumber", &VehicleQueueCounter::laneNumber},
+    Column{":toLaneNumber", &VehicleQueueCounter::toLaneNumber},
+    Column{":x", &VehicleQueueCounter::x},
+    Column{":y", &VehicleQueueCounter::y},
+    Column{":z", &VehicleQueueCounter::z},
+    Column{":distance", &VehicleQueueCounter::distance},
+    Column{":speedLowLimit", &VehicleQueueCounter::speedLowLimit},
+    Column{":speedUpLimit", &VehicleQueueCounter::speedUpLimit},
+    Column{":maxDistInterval", &VehicleQueueCounter::maxDistInterval},
+    Column{":maxQueueLength", &VehicleQueueCounter::maxQueueLength},
+    Column{":startTime", &VehicleQueueCounter::startTime},
+    Column{":endTime", &VehicleQueueCounter::endTime},
+    Column{":dataInterval", &VehicleQueueCounter::dataInterval},
+    Column{":countInterval", &VehicleQueueCounter::countInterval},
 };
 
 } // namespace
@@ -86,3 +87,7 @@ void saveAllQueueCounters(NetSave &net) {
 }
 
 } // namespace queuecounters
+
+Description describe(const VehicleQueueCounter &counter) {
+    return {counter.queueCounterID, counter.name, describeAll(queuecounters::kColumns, counter)};
+}

@@ -1,5 +1,6 @@
 #include "store/families/ReduceSpeedAreas.h"
 
+#include "model/Description.h"
 #include "model/ReduceSpeedArea.h"
 #include "store/bulk/NetSave.h"
 #include "store/bulk/Owners.h"
@@ -37,36 +38,36 @@ constexpr Sql kSelectIds = {
     "select reduceSpeedAreaID from ReduceSpeedArea order by reduceSpeedAreaID",
     "select reduceSpeedAreaID from ReduceSpeedArea where NetId = %0 order by reduceSpeedAreaID"};
 
-constexpr Column<ReduceSpeedArea> kColumns[] = {
-    {":reduceSpeedAreaID", &ReduceSpeedArea::reduceSpeedAreaID},
-    {":name", &ReduceSpeedArea::name},
-    {":location", &ReduceSpeedArea::location},
-    {":areaLength", &ReduceSpeedArea::areaLength},
-    {":roadID", &ReduceSpeedArea::roadID},
-    {":laneNumber", &ReduceSpeedArea::laneNumber},
-    {":toLaneNumber", &ReduceSpeedArea::toLaneNumber},
+constexpr std::tuple kColumns = {
+    Column{":reduceSpeedAreaID", &ReduceSpeedArea::reduceSpeedAreaID},
+    Column{":name", &ReduceSpeedArea::name},
+    Column{":location", &ReduceSpeedArea::location},
+    Column{":areaLength", &ReduceSpeedArea::areaLength},
+    Column{":roadID", &ReduceSpeedArea::roadID},
+    Column{":laneNumber", &ReduceSpeedArea::laneNumber},
+    Column{":toLaneNumber", &ReduceSpeedArea::toLaneNumber},
 };
-constexpr Column<ReduceSpeedInterval> kIntervalColumns[] = {
-    {":intervalID", &ReduceSpeedInterval::intervalID},
-    {":reduceSpeedAreaID", &ReduceSpeedInterval::reduceSpeedAreaID},
-    {":startTime", &ReduceSpeedInterval::startTime},
-    {":endTime", &ReduceSpeedInterval::endTime},
+constexpr std::tuple kIntervalColumns = {
+    Column{":intervalID", &ReduceSpeedInterval::intervalID},
+    Column{":reduceSpeedAreaID", &ReduceSpeedInterval::reduceSpeedAreaID},
+    Column{":startTime", &ReduceSpeedInterval::startTime},
+    Column{":endTime", &ReduceSpeedInterval::endTime},
 };
-constexpr Column<ReduceSpeedVehiType> kVehiTypeColumns[] = {
-    {":reduceSpeedAreaID", &ReduceSpeedVehiType::reduceSpeedAreaID},
-    {":vehicleTypeCode", &ReduceSpeedVehiType::vehicleTypeCode},
-    {":avgSpeed", &ReduceSpeedVehiType::avgSpeed},
-    {":speedSD", &ReduceSpeedVehiType::speedSD},
+constexpr std::tuple kVehiTypeColumns = {
+    Column{":reduceSpeedAreaID", &ReduceSpeedVehiType::reduceSpeedAreaID},
+    Column{":vehicleTypeCode", &ReduceSpeedVehiType::vehicleTypeCode},
+    Column{":avgSpeed", &ReduceSpeedVehiType::avgSpeed},
+    Column{":speedSD", &ReduceSpeedVehiType::speedSD},
 };
 
-template <class Entity, std::size_t N>
-bool insertRow(Query &insert, const Column<Entity> (&columns)[N], const Entity &entity) {
+template <class Entity, class Columns>
+bool insertRow(Query &insert, const Columns &columns, const Entity &entity) {
     return bindAll(insert.bindNet(), columns, entity).exec();
 }
 
 /// Writes what belongs to an area. Each row carries the area id of its own object.
-template <class Child, std::size_t N>
-bool insertChildren(const Store &store, const Sql &sql, const Column<Child> (&columns)[N],
+template <class Child, class Columns>
+bool insertChildren(const Store &store, const Sql &sql, const Columns &columns,
                     const QList<Child *> &children) {
     bool written = true;
     Query insert(store, sql);
@@ -76,8 +77,8 @@ bool insertChildren(const Store &store, const Sql &sql, const Column<Child> (&co
 }
 
 /// Appends what belongs to an area; each object carries the id that was asked for.
-template <class Child, std::size_t N>
-void readChildren(const Store &store, const Sql &sql, const Column<Child> (&columns)[N], long areaId,
+template <class Child, class Columns>
+void readChildren(const Store &store, const Sql &sql, const Columns &columns, long areaId,
                   QList<Child *> &children) {
     Query rows(store, sql, {areaId});
     if (!rows.execPart())
@@ -90,8 +91,8 @@ void readChildren(const Store &store, const Sql &sql, const Column<Child> (&colu
     }
 }
 
-template <class Child, std::size_t N>
-void loadChildren(NetLoad &net, const char *table, const char *order, const Column<Child> (&columns)[N],
+template <class Child, class Columns>
+void loadChildren(NetLoad &net, const char *table, const char *order, const Columns &columns,
                   OwningList<Child> ReduceSpeedArea::*children) {
     Owners areaOf(net, net.contents.traffic.speedAreas, &ReduceSpeedArea::reduceSpeedAreaID, table,
                   "belongs to no speed reduction area");
@@ -105,8 +106,8 @@ void loadChildren(NetLoad &net, const char *table, const char *order, const Colu
 }
 
 /// What belongs to an area that has got its id only now takes it over.
-template <class Child, std::size_t N>
-void saveChildren(NetSave &net, const char *table, const Column<Child> (&columns)[N],
+template <class Child, class Columns>
+void saveChildren(NetSave &net, const char *table, const Columns &columns,
                   OwningList<Child> ReduceSpeedArea::*children) {
     net.writeOwned(table, net.contents.traffic.speedAreas, children,
                    [&](RowWriter &row, const ReduceSpeedArea &area, Child *child) {
@@ -182,3 +183,20 @@ void saveAllReduceSpeedAreas(NetSave &net) {
 }
 
 } // namespace reducespeedareas
+
+Description describe(const ReduceSpeedArea &area) {
+    using namespace reducespeedareas;
+    const auto describePart = [](const auto &columns) {
+        return [&columns](const auto &part) {
+            QVariantMap fields = describeAll(columns, part);
+            fields.remove(QStringLiteral("reduceSpeedAreaID"));
+            return fields;
+        };
+    };
+    QVariantMap fields = describeAll(kColumns, area);
+    fields.insert(QStringLiteral("intervals"),
+                  describeEach(area.mlSpeedInterval, describePart(kIntervalColumns)));
+    fields.insert(QStringLiteral("vehicleTypes"),
+                  describeEach(area.mlSpeedVehiType, describePart(kVehiTypeColumns)));
+    return {area.reduceSpeedAreaID, area.name, fields};
+}

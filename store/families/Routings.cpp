@@ -1,11 +1,13 @@
 #include "store/families/Routings.h"
 
 #include "model/DecisionPoint.h"
+#include "model/Description.h"
 #include "model/Link.h"
 #include "model/Routing.h"
 #include "model/RoutingFlowByInterval.h"
 #include "store/bulk/NetSave.h"
 #include "store/bulk/Owners.h"
+#include "store/core/Columns.h"
 #include "store/core/Query.h"
 #include "store/core/Transaction.h"
 #include "store/families/CurrentNet.h"
@@ -45,13 +47,19 @@ constexpr Sql kSelectLanePairs = {
     "select laneID1, laneID2 from RoutingLaneConnector where routingID = %1 and connID = %2 order by laneID1, laneID2",
     "select laneID1, laneID2 from RoutingLaneConnector where NetId = %0 and routingID = %1 and connID = %2 order by laneID1, laneID2"};
 
-template <class Row>
-Row &bindRow(Row &row, const Routing &route) {
-    return row.bind(":routingID", route.routingID)
-        .bind(":deciPointID", route.mpDecisionPoint ? route.mpDecisionPoint->deciPointID : 0L)
-        .bind(":routingName", route.routingName)
-        .bind(":proportion", route.proportion);
-}
+constexpr std::tuple kColumns = {
+    Column{":routingID", &Routing::routingID},
+    Reference{":deciPointID", &Routing::mpDecisionPoint, &DecisionPoint::deciPointID},
+    Column{":routingName", &Routing::routingName},
+    Column{":proportion", &Routing::proportion},
+};
+constexpr std::tuple kRatioColumns = {
+    Column{":RoutingFLowRatioID", &RoutingFLowRatio::routingFLowRatioID},
+    Column{":routingID", &RoutingFLowRatio::routingID},
+    Column{":startDateTime", &RoutingFLowRatio::startDateTime},
+    Column{":endDateTime", &RoutingFLowRatio::endDateTime},
+    Column{":ratio", &RoutingFLowRatio::ratio},
+};
 
 template <class Row>
 Row &bindChainLink(Row &row, const Routing &route, const Link &link, int chainNumber, int linkNumber) {
@@ -61,13 +69,12 @@ Row &bindChainLink(Row &row, const Routing &route, const Link &link, int chainNu
         .bind(":num2", linkNumber);
 }
 
+/// The times are those of the interval that the ratio is in.
 template <class Row>
-Row &bindRatio(Row &row, const RoutingFLowRatio &ratio, long start, long end) {
-    return row.bind(":RoutingFLowRatioID", ratio.routingFLowRatioID)
-        .bind(":routingID", ratio.routingID)
-        .bind(":startDateTime", start)
-        .bind(":endDateTime", end)
-        .bind(":ratio", ratio.ratio);
+Row &bindRatio(Row &row, RoutingFLowRatio ratio, long start, long end) {
+    ratio.startDateTime = start;
+    ratio.endDateTime = end;
+    return bindAll(row, kRatioColumns, ratio);
 }
 
 template <class Row>
@@ -80,7 +87,7 @@ Row &bindLanePair(Row &row, long routingId, long connId, const LCStruct &lanes) 
 
 bool insertRow(const Store &store, const Routing &route) {
     Query insert(store, kInsert);
-    return bindRow(insert.bindNet(), route).exec();
+    return bindAll(insert.bindNet(), kColumns, route).exec();
 }
 
 bool insertChains(const Store &store, const Routing &route) {
@@ -101,20 +108,15 @@ bool insertChains(const Store &store, const Routing &route) {
 template <class Row>
 std::unique_ptr<Routing> readRow(Row &row) {
     auto route = std::make_unique<Routing>();
-    route->routingID = row.id("routingID");
-    route->routingName = row.text("routingName");
-    route->proportion = row.number("proportion");
+    readAll(row, kColumns, *route);
     return route;
 }
 
 template <class Row>
 std::unique_ptr<RoutingFLowRatio> readRatio(Row &row, long routingId) {
     auto ratio = std::make_unique<RoutingFLowRatio>();
-    ratio->routingFLowRatioID = row.id("RoutingFLowRatioID");
+    readAll(row, kRatioColumns, *ratio);
     ratio->routingID = routingId;
-    ratio->startDateTime = row.id("startDateTime");
-    ratio->endDateTime = row.id("endDateTime");
-    ratio->ratio = row.number("ratio");
     return ratio;
 }
 
@@ -215,6 +217,10 @@ bool readFlowRatios(const Store &store, QList<RoutingFLowRatio *> &ratios, long 
     return rows.isComplete();
 }
 
+QVariantList describeFlowRatios(const QList<RoutingFLowRatio *> &ratios) {
+    return describeEach(ratios, kRatioColumns);
+}
+
 bool insertLanePair(const Store &store, long routingId, long connId, const LCStruct &lanes,
                     bool useTransaction) {
     Transaction transaction(store, useTransaction);
@@ -275,7 +281,7 @@ void saveAllRoutings(NetSave &net) {
     net.writeOwned("Routing", traffic.decisionPoints, &DecisionPoint::mlRouting,
                    [&](RowWriter &row, DecisionPoint &point, Routing *route) {
                        net.setIfUnset(route->mpDecisionPoint, &point);
-                       bindRow(row, *route);
+                       bindAll(row, kColumns, *route);
                        routes.push_back(route);
                    });
     qint64 links = 0;
@@ -321,3 +327,13 @@ void saveFlowRatios(NetSave &net) {
 }
 
 } // namespace routings
+
+Description describe(const Routing &route) {
+    QVariantMap fields = describeAll(routings::kColumns, route);
+    fields.remove(QStringLiteral("deciPointID"));
+    fields.insert(QStringLiteral("linkChains"),
+                  describeEach(route.mlLinkChain, [](const QList<Link *> &chain) {
+                      return describeEach(chain, [](const Link &link) { return qlonglong(link.linkID); });
+                  }));
+    return {route.routingID, route.routingName, fields};
+}

@@ -4,6 +4,7 @@
 #include "store/core/Store.h"
 
 #include <QList>
+#include <QVariant>
 
 class NetLoad;
 class NetSave;
@@ -21,6 +22,7 @@ bool listRoutingIds(const Store &store, long deciPointId, QList<long> &ids);
 
 bool insertFlowRatios(const Store &store, long start, RoutingFlowByInterval *interval, bool useTransaction);
 bool readFlowRatios(const Store &store, QList<RoutingFLowRatio *> &ratios, long routingId);
+QVariantList describeFlowRatios(const QList<RoutingFLowRatio *> &ratios);
 
 bool insertLanePair(const Store &store, long routingId, long connId, const LCStruct &lanes,
                     bool useTransaction);

@@ -1,8 +1,10 @@
 #include "store/families/SceneConfigurations.h"
 
+#include "model/Description.h"
 #include "store/bulk/NetLoad.h"
 #include "store/bulk/NetSave.h"
 #include "store/core/Columns.h"
+#include "store/core/Query.h"
 #include "store/core/Transaction.h"
 
 namespace sceneconfigurations {
@@ -20,12 +22,12 @@ constexpr const char *kUpdateShowGrid = "update Configuration set showGrid = :sh
 constexpr const char *kUpdateShowBackgroundMap =
     "update Configuration set showBackgroundMap = :showBackgroundMap";
 
-constexpr Column<Configuration> kColumns[] = {
-    {":sceneWidth", &Configuration::sceneWidth},
-    {":sceneHeight", &Configuration::sceneHeight},
-    {":scale", &Configuration::scale},
-    {":showGrid", &Configuration::showGrid},
-    {":showBackgroundMap", &Configuration::showBackgroundMap},
+constexpr std::tuple kColumns = {
+    Column{":sceneWidth", &Configuration::sceneWidth},
+    Column{":sceneHeight", &Configuration::sceneHeight},
+    Column{":scale", &Configuration::scale},
+    Column{":showGrid", &Configuration::showGrid},
+    Column{":showBackgroundMap", &Configuration::showBackgroundMap},
 };
 
 /// The column keeps a date and time in stores of one network and a date in generation 6. A date that was
@@ -100,3 +102,10 @@ void saveAllSceneConfigurations(NetSave &net) {
 }
 
 } // namespace sceneconfigurations
+
+Description describe(const Configuration &configuration) {
+    QVariantMap fields = describeAll(sceneconfigurations::kColumns, configuration);
+    fields.insert(QStringLiteral("backgroundMapBytes"), configuration.backgroundMap.size());
+    fields.insert(QStringLiteral("saveDate"), configuration.saveDate.toString(Qt::ISODate));
+    return {1, {}, fields};
+}

@@ -1,10 +1,12 @@
 #include "store/families/SignalGroups.h"
 
+#include "model/Description.h"
 #include "model/SignalGroup.h"
 #include "model/SpecialWords.h"
 #include "store/bulk/NetSave.h"
 #include "store/bulk/Owners.h"
 #include "store/bulk/StoredWord.h"
+#include "store/core/Columns.h"
 #include "store/core/Query.h"
 #include "store/core/Transaction.h"
 #include "store/families/CurrentNet.h"
@@ -42,35 +44,38 @@ constexpr const char *kInsertColorMisspelt =
 constexpr const char *kSelectColorsMisspelt =
     "select * from SignalColor where signalPhaseID = %1 order by serialNnumber";
 
-template <class Row>
-Row &bindRow(Row &row, const SignalGroup &group) {
-    return row.bind(":signalGroupID", group.signalGroupID)
-        .bind(":name", group.name)
-        .bind(":timeLength", group.timeLength)
-        .bind(":startTime", group.startTime)
-        .bind(":endTime", group.endTime);
-}
-
-template <class Row>
-Row &bindRow(Row &row, const SignalGroup &group, const SignalPhase &phase) {
-    return row.bind(":signalPhaseID", phase.signalPhaseID)
-        .bind(":signalGroupID", group.signalGroupID)
-        .bind(":serialNumber", phase.serialNumber)
-        .bind(":name", phase.name);
-}
+constexpr std::tuple kColumns = {
+    Column{":signalGroupID", &SignalGroup::signalGroupID},
+    Column{":name", &SignalGroup::name},
+    Column{":timeLength", &SignalGroup::timeLength},
+    Column{":startTime", &SignalGroup::startTime},
+    Column{":endTime", &SignalGroup::endTime},
+};
+constexpr std::tuple kPhaseColumns = {
+    Column{":signalPhaseID", &SignalPhase::signalPhaseID},
+    Column{":signalGroupID", &SignalGroup::signalGroupID},
+    Column{":serialNumber", &SignalPhase::serialNumber},
+    Column{":name", &SignalPhase::name},
+};
+constexpr Word kColor{":color", &Online::ColorInterval::color};
+/// But for the phase and the place in it.
+constexpr std::tuple kColorColumns = {
+    kColor,
+    Column{":timeLength", &Online::ColorInterval::interval},
+};
 
 template <class Row>
 Row &bindColor(Row &row, const char *serialNumber, const SignalPhase &phase, int number,
                const Online::ColorInterval &step, const QString &storedColor) {
-    return row.bind(":signalPhaseID", phase.signalPhaseID)
+    row.bind(":signalPhaseID", phase.signalPhaseID)
         .bind(serialNumber, number)
-        .bind(":color", storedColor)
-        .bind(":timeLength", step.interval);
+        .bind(kColor.placeholder, storedColor);
+    return bindAll(row, kColorColumns, step);
 }
 
 bool insertRow(const Store &store, const SignalGroup &group) {
     Query insert(store, kInsert);
-    return bindRow(insert.bindNet(), group).exec();
+    return bindAll(insert.bindNet(), kColumns, group).exec();
 }
 
 bool insertColors(Query &insert, const SignalPhase &phase) {
@@ -90,7 +95,7 @@ bool insertPhases(const Store &store, const SignalGroup &group) {
     Query insertColor(store, store.hasMisspeltSerialNumber() ? QString::fromLatin1(kInsertColorMisspelt)
                                                              : store.text(kInsertColor));
     for (const SignalPhase *phase : group.mlPhase) {
-        written = bindRow(insert.bindNet(), group, *phase).exec() && written;
+        written = bindAll(insert.bindNet(), kPhaseColumns, *phase, group).exec() && written;
         written = insertColors(insertColor, *phase) && written;
     }
     return written;
@@ -99,20 +104,14 @@ bool insertPhases(const Store &store, const SignalGroup &group) {
 template <class Row>
 std::unique_ptr<SignalGroup> readRow(Row &row) {
     auto group = std::make_unique<SignalGroup>();
-    group->signalGroupID = row.id("signalGroupID");
-    group->name = row.text("name");
-    group->timeLength = row.integer("timeLength");
-    group->startTime = row.integer("startTime");
-    group->endTime = row.integer("endTime");
+    readAll(row, kColumns, *group);
     return group;
 }
 
 template <class Row>
 std::unique_ptr<SignalPhase> readPhase(Row &row) {
     auto phase = std::make_unique<SignalPhase>();
-    phase->signalPhaseID = row.id("signalPhaseID");
-    phase->serialNumber = row.integer("serialNumber");
-    phase->name = row.text("name");
+    readAll(row, kPhaseColumns, *phase);
     return phase;
 }
 
@@ -215,11 +214,11 @@ void saveAllSignalGroups(NetSave &net) {
     net.giveIds("SignalGroup", groups, &SignalGroup::signalGroupID);
     net.giveIds("SignalPhase", groups, &SignalGroup::mlPhase, &SignalPhase::signalPhaseID);
     net.writeEach("SignalGroup", groups,
-                  [](RowWriter &row, const SignalGroup &group) { bindRow(row, group); });
+                  [](RowWriter &row, const SignalGroup &group) { bindAll(row, kColumns, group); });
     std::vector<const SignalPhase *> phases;
     net.writeOwned("SignalPhase", groups, &SignalGroup::mlPhase,
                    [&phases](RowWriter &row, const SignalGroup &group, const SignalPhase *phase) {
-                       bindRow(row, group, *phase);
+                       bindAll(row, kPhaseColumns, *phase, group);
                        phases.push_back(phase);
                    });
     const char *serialNumber = net.store.hasMisspeltSerialNumber() ? ":serialNnumber" : ":serialNumber";
@@ -236,3 +235,14 @@ void saveAllSignalGroups(NetSave &net) {
 }
 
 } // namespace signalgroups
+
+Description describe(const SignalGroup &group) {
+    using namespace signalgroups;
+    QVariantMap fields = describeAll(kColumns, group);
+    fields.insert(QStringLiteral("phases"), describeEach(group.mlPhase, [](const SignalPhase &phase) {
+                      QVariantMap part = describeAll(kPhaseColumns, phase);
+                      part.insert(QStringLiteral("colors"), describeEach(phase.mlColor, kColorColumns));
+                      return part;
+                  }));
+    return {group.signalGroupID, group.name, fields};
+}

@@ -1,8 +1,10 @@
 #include "store/families/SignalLamps.h"
 
+#include "model/Description.h"
 #include "model/SignalLamp.h"
 #include "store/bulk/NetLoad.h"
 #include "store/bulk/NetSave.h"
+#include "store/core/Columns.h"
 #include "store/core/Query.h"
 #include "store/core/Transaction.h"
 #include "store/families/CurrentNet.h"
@@ -26,17 +28,16 @@ constexpr Sql kSelect = {
 constexpr Sql kSelectIds = {"select signalLampID from SignalLamp order by signalLampID",
                             "select signalLampID from SignalLamp where NetId = %0 order by signalLampID"};
 
-template <class Row>
-Row &bindRow(Row &row, const SignalLamp &lamp) {
-    return row.bind(":signalLampID", lamp.signalLampID)
-        .bind(":signalPhaseID", lamp.mpPhase->signalPhaseID)
-        .bind(":laneID", lamp.laneID)
-        .bind(":toLaneID", lamp.toLaneID)
-        .bind(":name", lamp.name)
-        .bind(":x", lamp.x)
-        .bind(":y", lamp.y)
-        .bind(":z", lamp.z);
-}
+constexpr std::tuple kColumns = {
+    Column{":signalLampID", &SignalLamp::signalLampID},
+    Reference{":signalPhaseID", &SignalLamp::mpPhase, &SignalPhase::signalPhaseID},
+    Column{":laneID", &SignalLamp::laneID},
+    Column{":toLaneID", &SignalLamp::toLaneID},
+    Column{":name", &SignalLamp::name},
+    Column{":x", &SignalLamp::x},
+    Column{":y", &SignalLamp::y},
+    Column{":z", &SignalLamp::z},
+};
 
 /// Gives the lamp its phase, and enters it into the phase's lamps unless an earlier read of the same lamp
 /// gave one that is there.
@@ -58,13 +59,7 @@ std::unique_ptr<SignalLamp> readRow(Row &row) {
     if (!phase)
         return nullptr;
     auto lamp = std::make_unique<SignalLamp>();
-    lamp->signalLampID = row.id("signalLampID");
-    lamp->name = row.text("name");
-    lamp->laneID = static_cast<int>(row.id("laneID"));
-    lamp->toLaneID = static_cast<int>(row.id("toLaneID"));
-    lamp->x = row.number("x");
-    lamp->y = row.number("y");
-    lamp->z = row.number("z");
+    readAll(row, kColumns, *lamp);
     enterInto(phase, lamp.get());
     return lamp;
 }
@@ -78,7 +73,7 @@ bool insertSignalLamp(const Store &store, SignalLamp *lamp, bool inTransaction) 
         return false;
     Transaction transaction(store, inTransaction);
     Query insert(store, kInsert);
-    return transaction.commit(bindRow(insert.bindNet(), *lamp).exec());
+    return transaction.commit(bindAll(insert.bindNet(), kColumns, *lamp).exec());
 }
 
 SignalLamp *readSignalLamp(const Store &store, long id) {
@@ -109,7 +104,8 @@ void loadAllSignalLamps(NetLoad &net) {
 void saveAllSignalLamps(NetSave &net) {
     const Objects<SignalLamp> &lamps = net.contents.traffic.signalLamps;
     net.giveIds("SignalLamp", lamps, &SignalLamp::signalLampID);
-    net.writeEach("SignalLamp", lamps, [](RowWriter &row, const SignalLamp &lamp) { bindRow(row, lamp); });
+    net.writeEach("SignalLamp", lamps,
+                  [](RowWriter &row, const SignalLamp &lamp) { bindAll(row, kColumns, lamp); });
 }
 
 bool listSignalLampIds(const Store &store, QList<long> &ids) {
@@ -117,3 +113,7 @@ bool listSignalLampIds(const Store &store, QList<long> &ids) {
 }
 
 } // namespace signallamps
+
+Description describe(const SignalLamp &lamp) {
+    return {lamp.signalLampID, lamp.name, describeAll(signallamps::kColumns, lamp)};
+}

@@ -1,8 +1,10 @@
 #include "store/families/SimulateConfigurations.h"
 
+#include "model/Description.h"
 #include "store/bulk/NetLoad.h"
 #include "store/bulk/NetSave.h"
 #include "store/core/Columns.h"
+#include "store/core/Query.h"
 #include "store/core/Transaction.h"
 
 namespace simulateconfigurations {
@@ -23,14 +25,14 @@ constexpr Sql kSelect = {"select * from SimulateConfiguration",
                          "select * from SimulateConfiguration where NetId = %0"};
 
 /// All columns but the acceleration multiple, which is a whole number in the store alone.
-constexpr Column<SimulateConfiguration> kColumns[] = {
-    {":simuTimeInterval", &SimulateConfiguration::simuTimeInterval},
-    {":recordTrace", &SimulateConfiguration::recordTrace},
-    {":vehiCollectDataInterval", &SimulateConfiguration::vehiCollectDataInterval},
-    {":vehiQueueDataInterval", &SimulateConfiguration::vehiQueueDataInterval},
-    {":vehiTravelDataInterval", &SimulateConfiguration::vehiTravelDataInterval},
-    {":simuAccuracy", &SimulateConfiguration::simuAccuracy},
-    {":randSeed", &SimulateConfiguration::randSeed},
+constexpr std::tuple kColumns = {
+    Column{":simuTimeInterval", &SimulateConfiguration::simuTimeInterval},
+    Column{":recordTrace", &SimulateConfiguration::recordTrace},
+    Column{":vehiCollectDataInterval", &SimulateConfiguration::vehiCollectDataInterval},
+    Column{":vehiQueueDataInterval", &SimulateConfiguration::vehiQueueDataInterval},
+    Column{":vehiTravelDataInterval", &SimulateConfiguration::vehiTravelDataInterval},
+    Column{":simuAccuracy", &SimulateConfiguration::simuAccuracy},
+    Column{":randSeed", &SimulateConfiguration::randSeed},
 };
 
 template <class Row>
@@ -115,3 +117,9 @@ void saveAllSimulateConfigurations(NetSave &net) {
 }
 
 } // namespace simulateconfigurations
+
+Description describe(const SimulateConfiguration &configuration) {
+    QVariantMap fields = describeAll(simulateconfigurations::kColumns, configuration);
+    fields.insert(QStringLiteral("acceMultiples"), configuration.acceMultiples());
+    return {1, {}, fields};
+}

@@ -1,5 +1,6 @@
 #include "store/families/TravelDetectors.h"
 
+#include "model/Description.h"
 #include "model/VehicleTravelDetector.h"
 #include "store/bulk/NetLoad.h"
 #include "store/bulk/NetSave.h"
@@ -23,25 +24,25 @@ constexpr Sql kSelectIds = {
     "select detectorId from VehicleTravelDetector where (startRoadID in (select linkID from link) or startRoadID in (select ConnID from Connector)) and (TeminalRoadID in (select linkID from link) or TeminalRoadID in (select ConnID from Connector)) order by detectorId",
     "select detectorId from VehicleTravelDetector where NetId = %0 order by detectorId"};
 
-constexpr Column<VehicleTravelDetector> kColumns[] = {
-    {":detectorId", &VehicleTravelDetector::detectorId},
-    {":name", &VehicleTravelDetector::name},
-    {":startRoadId", &VehicleTravelDetector::startRoadId},
-    {":start_laneNumber", &VehicleTravelDetector::start_laneNumber},
-    {":start_toLaneNumber", &VehicleTravelDetector::start_toLaneNumber},
-    {":startDist", &VehicleTravelDetector::startDist},
-    {":startX", &VehicleTravelDetector::startX},
-    {":startY", &VehicleTravelDetector::startY},
-    {":teminalRoadId", &VehicleTravelDetector::teminalRoadId},
-    {":teminal_laneNumber", &VehicleTravelDetector::teminal_laneNumber},
-    {":teminal_toLaneNumber", &VehicleTravelDetector::teminal_toLaneNumber},
-    {":teminalDist", &VehicleTravelDetector::teminalDist},
-    {":teminalX", &VehicleTravelDetector::teminalX},
-    {":teminalY", &VehicleTravelDetector::teminalY},
-    {":startTime", &VehicleTravelDetector::startTime},
-    {":endTime", &VehicleTravelDetector::endTime},
-    {":dataInterval", &VehicleTravelDetector::dataInterval},
-    {":shortestDistance", &VehicleTravelDetector::shortestDistance},
+constexpr std::tuple kColumns = {
+    Column{":detectorId", &VehicleTravelDetector::detectorId},
+    Column{":name", &VehicleTravelDetector::name},
+    Column{":startRoadId", &VehicleTravelDetector::startRoadId},
+    Column{":start_laneNumber", &VehicleTravelDetector::start_laneNumber},
+    Column{":start_toLaneNumber", &VehicleTravelDetector::start_toLaneNumber},
+    Column{":startDist", &VehicleTravelDetector::startDist},
+    Column{":startX", &VehicleTravelDetector::startX},
+    Column{":startY", &VehicleTravelDetector::startY},
+    Column{":teminalRoadId", &VehicleTravelDetector::teminalRoadId},
+    Column{":teminal_laneNumber", &VehicleTravelDetector::teminal_laneNumber},
+    Column{":teminal_toLaneNumber", &VehicleTravelDetector::teminal_toLaneNumber},
+    Column{":teminalDist", &VehicleTravelDetector::teminalDist},
+    Column{":teminalX", &VehicleTravelDetector::teminalX},
+    Column{":teminalY", &VehicleTravelDetector::teminalY},
+    Column{":startTime", &VehicleTravelDetector::startTime},
+    Column{":endTime", &VehicleTravelDetector::endTime},
+    Column{":dataInterval", &VehicleTravelDetector::dataInterval},
+    Column{":shortestDistance", &VehicleTravelDetector::shortestDistance},
 };
 
 } // namespace
@@ -89,3 +90,7 @@ void saveAllTravelDetectors(NetSave &net) {
 }
 
 } // namespace traveldetectors
+
+Description describe(const VehicleTravelDetector &detector) {
+    return {detector.detectorId, detector.name, describeAll(traveldetectors::kColumns, detector)};
+}

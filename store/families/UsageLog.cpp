@@ -24,18 +24,18 @@ constexpr Sql kSelectLargestId = {"select max(logID) from Logger",
 constexpr Sql kSelect = {"select * from Logger order by operDate desc, logID desc",
                          "select * from Logger where NetId = %0 order by operDate desc, logID desc"};
 
-constexpr Column<Logger> kColumns[] = {
-    {":logID", &Logger::logID},
-    {":appVersionName", &Logger::appVersionName},
-    {":appVersionDate", &Logger::appVersionDate},
-    {":operation", &Logger::operation},
-    {":operDate", &Logger::operDate},
-    {":userName", &Logger::userName},
-    {":hostName", &Logger::hostName},
-    {":pluginName", &Logger::pluginName},
-    {":pluginVersion", &Logger::pluginVersion},
-    {":pluginOperation", &Logger::pluginOperation},
-    {":remark", &Logger::remark},
+constexpr std::tuple kColumns = {
+    Column{":logID", &Logger::logID},
+    Column{":appVersionName", &Logger::appVersionName},
+    Column{":appVersionDate", &Logger::appVersionDate},
+    Column{":operation", &Logger::operation},
+    Column{":operDate", &Logger::operDate},
+    Column{":userName", &Logger::userName},
+    Column{":hostName", &Logger::hostName},
+    Column{":pluginName", &Logger::pluginName},
+    Column{":pluginVersion", &Logger::pluginVersion},
+    Column{":pluginOperation", &Logger::pluginOperation},
+    Column{":remark", &Logger::remark},
 };
 
 void fillIn(const Store &store, Logger &event) {
@@ -79,20 +79,25 @@ bool insertRow(const Store &store, const Logger &event) {
     if (!table.exec())
         return false;
     QStringList placeholders;
-    std::vector<Column<Logger>> columns;
     if (store.hasSeveralNets())
         placeholders.append(QStringLiteral(":NetId"));
-    for (const Column<Logger> &column : kColumns) {
-        if (!table.hasColumn(column.name()))
-            continue;
-        columns.push_back(column);
-        placeholders.append(QLatin1String(column.placeholder));
-    }
+    std::vector<bool> isThere;
+    forEachColumn(kColumns, [&](const auto &column) {
+        isThere.push_back(table.hasColumn(column.name()));
+        if (isThere.back())
+            placeholders.append(QLatin1String(column.placeholder));
+    });
     table.finish();
     const QString values = placeholders.join(QLatin1Char(','));
     Query insert(store, QStringLiteral("insert into Logger(%1) values(%2)")
                             .arg(QString(values).remove(QLatin1Char(':')), values));
-    return bindAll(insert.bindNet(), columns, event).exec();
+    insert.bindNet();
+    std::size_t place = 0;
+    forEachColumn(kColumns, [&](const auto &column) {
+        if (isThere[place++])
+            column.bind(insert, event);
+    });
+    return insert.exec();
 }
 
 } // namespace

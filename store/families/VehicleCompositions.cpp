@@ -1,8 +1,10 @@
 #include "store/families/VehicleCompositions.h"
 
+#include "model/Description.h"
 #include "store/bulk/NetSave.h"
 #include "store/bulk/Owners.h"
 #include "store/core/Columns.h"
+#include "store/core/Query.h"
 #include "store/core/Transaction.h"
 #include "store/families/VehicleTypes.h"
 
@@ -34,10 +36,15 @@ constexpr Sql kSelectStaying = {
     "select d.*, c.name from VehicleConsDetail d left join VehicleConstitutent c on c.vehicleConsCode = d.vehicleConsCode",
     "select d.*, c.name from VehicleConsDetail d left join VehicleConstitutent c on c.NetId = d.NetId and c.vehicleConsCode = d.vehicleConsCode where d.NetId = %0"};
 
-constexpr Column<VehicleConsDetail> kDetailColumns[] = {
-    {":vehicleConsCode", &VehicleConsDetail::vehicleConsCode},
-    {":vehicleTypeCode", &VehicleConsDetail::vehicleTypeCode},
-    {":proportion", &VehicleConsDetail::proportion},
+constexpr std::tuple kColumns = {
+    Column{":VehicleConsCode", &VehicleComposition::vehicleConsCode, "vehicleConsCode"},
+    Column{":name", &VehicleComposition::name},
+    Column{":IsDefault", &VehicleComposition::isDefault, "isDefault"},
+};
+constexpr std::tuple kDetailColumns = {
+    Column{":vehicleConsCode", &VehicleConsDetail::vehicleConsCode},
+    Column{":vehicleTypeCode", &VehicleConsDetail::vehicleTypeCode},
+    Column{":proportion", &VehicleConsDetail::proportion},
 };
 
 bool isYes(const QString &flag) {
@@ -45,16 +52,8 @@ bool isYes(const QString &flag) {
 }
 
 template <class Row>
-Row &bindRow(Row &row, const VehicleComposition &composition) {
-    return row.bind(":VehicleConsCode", composition.vehicleConsCode)
-        .bind(":name", composition.name)
-        .bindFlag(":IsDefault", composition.isDefault);
-}
-
-template <class Row>
 void readRow(Row &row, VehicleComposition &composition) {
-    composition.vehicleConsCode = row.id("vehicleConsCode");
-    composition.name = row.text("name");
+    ::readAll(row, kColumns, composition);
     composition.isDefault = isYes(row.text("IsDefault"));
 }
 
@@ -92,8 +91,9 @@ void saveCompositions(NetSave &net) {
     for (const auto &composition : compositions)
         codes.push_back(composition->vehicleConsCode);
     net.keepIds("VehicleConstitutent", codes);
-    net.writeEach("VehicleConstitutent", compositions,
-                  [](RowWriter &row, const VehicleComposition &composition) { bindRow(row, composition); });
+    net.writeEach(
+        "VehicleConstitutent", compositions,
+        [](RowWriter &row, const VehicleComposition &composition) { bindAll(row, kColumns, composition); });
     net.writeOwned("VehicleConsDetail", compositions, &VehicleComposition::mlDetail,
                    [](RowWriter &row, const VehicleComposition &, const VehicleConsDetail &detail) {
                        bindAll(row, kDetailColumns, detail);
@@ -106,7 +106,7 @@ bool insertVehicleComposition(const Store &store, const VehicleComposition &comp
                               bool useTransaction) {
     Transaction transaction(store, useTransaction);
     Query insert(store, kInsert);
-    bindRow(insert.bindNet(), composition);
+    bindAll(insert.bindNet(), kColumns, composition);
     // The first detail that fails ends the operation: a mix that lacks one of its types is of no use.
     const bool complete =
         insert.run() &&
@@ -172,7 +172,8 @@ QList<VehicleConsDetail> readCompositionDetails(const Store &store, long consCod
     return details;
 }
 
-void loadAllVehicleCompositions(NetLoad &net) {
+void loadCatalogue(NetLoad &net) {
+    vehicletypes::loadAllVehicleTypes(net);
     Objects<VehicleComposition> &compositions = net.contents.traffic.compositions;
     net.forEachObject("VehicleConstitutent", "vehicleConsCode", [&](Rows &row) {
         compositions.push_back(std::make_unique<VehicleComposition>());
@@ -218,3 +219,15 @@ void saveCatalogue(NetSave &net) {
 }
 
 } // namespace vehiclecompositions
+
+Description describe(const VehicleComposition &composition) {
+    using namespace vehiclecompositions;
+    QVariantMap fields = describeAll(kColumns, composition);
+    fields.insert(QStringLiteral("details"),
+                  describeEach(composition.mlDetail, [](const VehicleConsDetail &detail) {
+                      QVariantMap part = describeAll(kDetailColumns, detail);
+                      part.remove(QStringLiteral("vehicleConsCode"));
+                      return part;
+                  }));
+    return {composition.vehicleConsCode, composition.name, fields};
+}

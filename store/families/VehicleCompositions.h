@@ -15,7 +15,8 @@ bool readVehicleCompositions(const Store &store, QHash<long, VehicleComposition>
 VehicleComposition readVehicleComposition(const Store &store, long consCode);
 QList<VehicleConsDetail> readCompositionDetails(const Store &store, long consCode);
 
-void loadAllVehicleCompositions(NetLoad &net);
+/// Reads the catalogue of types and compositions, into the registries as well.
+void loadCatalogue(NetLoad &net);
 /// Writes the catalogue of types and compositions, each in place of what the network starts with where the
 /// contents have any. Compositions that stay consist of the new types, or the save is refused.
 void saveCatalogue(NetSave &net);

@@ -1,5 +1,6 @@
 #include "store/families/VehicleDetectors.h"
 
+#include "model/Description.h"
 #include "model/VehicleDetector.h"
 #include "model/VehicleType.h"
 #include "store/bulk/NetSave.h"
@@ -31,19 +32,19 @@ constexpr Sql kSelectIds = {
     "select vehicleDetectorId from VehicleDetector order by vehicleDetectorId",
     "select vehicleDetectorId from VehicleDetector where NetId = %0 order by vehicleDetectorId"};
 
-constexpr Column<VehicleDetector> kColumns[] = {
-    {":vehicleDetectorId", &VehicleDetector::vehicleDetectorId},
-    {":name", &VehicleDetector::name},
-    {":signalGroupID", &VehicleDetector::signalGroupID},
-    {":phaseNumber", &VehicleDetector::phaseNumber},
-    {":roadId", &VehicleDetector::roadId},
-    {":roadType", &VehicleDetector::roadType},
-    {":laneNumber", &VehicleDetector::laneNumber},
-    {":toLaneNumber", &VehicleDetector::toLaneNumber},
-    {":length", &VehicleDetector::length},
-    {":distToTerminal", &VehicleDetector::distToTerminal},
-    {":type", &VehicleDetector::type},
-    {":maxGreen", &VehicleDetector::maxGreen},
+constexpr std::tuple kColumns = {
+    Column{":vehicleDetectorId", &VehicleDetector::vehicleDetectorId},
+    Column{":name", &VehicleDetector::name},
+    Column{":signalGroupID", &VehicleDetector::signalGroupID},
+    Column{":phaseNumber", &VehicleDetector::phaseNumber},
+    Column{":roadId", &VehicleDetector::roadId},
+    Column{":roadType", &VehicleDetector::roadType},
+    Column{":laneNumber", &VehicleDetector::laneNumber},
+    Column{":toLaneNumber", &VehicleDetector::toLaneNumber},
+    Column{":length", &VehicleDetector::length},
+    Column{":distToTerminal", &VehicleDetector::distToTerminal},
+    Column{":type", &VehicleDetector::type},
+    Column{":maxGreen", &VehicleDetector::maxGreen},
 };
 
 template <class Row>
@@ -172,3 +173,10 @@ void saveAllVehicleDetectors(NetSave &net) {
 }
 
 } // namespace vehicledetectors
+
+Description describe(const VehicleDetector &detector) {
+    QVariantMap fields = describeAll(vehicledetectors::kColumns, detector);
+    fields.insert(QStringLiteral("vehicleTypeCodes"),
+                  describeEach(detector.mlVehiTypeCode, [](long code) { return qlonglong(code); }));
+    return {detector.vehicleDetectorId, detector.name, fields};
+}

@@ -1,9 +1,11 @@
 #include "store/families/VehicleTypes.h"
 
+#include "model/Description.h"
 #include "store/bulk/NetLoad.h"
 #include "store/bulk/NetSave.h"
 #include "store/bulk/StoredWord.h"
 #include "store/core/Columns.h"
+#include "store/core/Query.h"
 #include "store/core/Transaction.h"
 
 namespace vehicletypes {
@@ -16,33 +18,34 @@ constexpr Sql kInsert = {
 constexpr Sql kSelect = {"select * from VehicleType order by vehicleTypeCode",
                          "select * from VehicleType where NetId = %1 order by vehicleTypeCode"};
 
-/// All columns but the name, which passes through the dictionary.
-constexpr Column<VehicleType> kColumns[] = {
-    {":vehicleTypeCode", &VehicleType::vehicleTypeCode},
-    {":Length", &VehicleType::length},
-    {":lengthSD", &VehicleType::lengthSD},
-    {":width", &VehicleType::width},
-    {":widthSD", &VehicleType::widthSD},
-    {":avgSpeed", &VehicleType::avgSpeed},
-    {":speedSD", &VehicleType::speedSD},
-    {":maxSpeed", &VehicleType::maxSpeed},
-    {":avgAcce", &VehicleType::avgAcce},
-    {":acceSD", &VehicleType::acceSD},
-    {":maxAcce", &VehicleType::maxAcce},
-    {":avgDece", &VehicleType::avgDece},
-    {":deceSD", &VehicleType::deceSD},
-    {":maxDece", &VehicleType::maxDece},
+constexpr Word kName{":vehicleTypeName", &VehicleType::vehicleTypeName};
+constexpr std::tuple kColumns = {
+    Column{":vehicleTypeCode", &VehicleType::vehicleTypeCode},
+    kName,
+    Column{":Length", &VehicleType::length, "length"},
+    Column{":lengthSD", &VehicleType::lengthSD},
+    Column{":width", &VehicleType::width},
+    Column{":widthSD", &VehicleType::widthSD},
+    Column{":avgSpeed", &VehicleType::avgSpeed},
+    Column{":speedSD", &VehicleType::speedSD},
+    Column{":maxSpeed", &VehicleType::maxSpeed},
+    Column{":avgAcce", &VehicleType::avgAcce},
+    Column{":acceSD", &VehicleType::acceSD},
+    Column{":maxAcce", &VehicleType::maxAcce},
+    Column{":avgDece", &VehicleType::avgDece},
+    Column{":deceSD", &VehicleType::deceSD},
+    Column{":maxDece", &VehicleType::maxDece},
 };
 
 template <class Row>
 Row &bindRow(Row &row, const VehicleType &type, const QString &storedName) {
-    return bindAll(row, kColumns, type).bind(":vehicleTypeName", storedName);
+    return bindAll(row, kColumns, type).bind(kName.placeholder, storedName);
 }
 
 template <class Row>
 void readRow(Row &row, VehicleType &type) {
     ::readAll(row, kColumns, type);
-    type.vehicleTypeName = row.store().words().trEnToZh(row.text("vehicleTypeName"));
+    type.vehicleTypeName = row.store().words().trEnToZh(type.vehicleTypeName);
 }
 
 } // namespace
@@ -86,3 +89,7 @@ void saveAllVehicleTypes(NetSave &net) {
 }
 
 } // namespace vehicletypes
+
+Description describe(const VehicleType &type) {
+    return {type.vehicleTypeCode, type.vehicleTypeName, describeAll(vehicletypes::kColumns, type)};
+}

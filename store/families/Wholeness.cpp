@@ -59,25 +59,13 @@ bool areWhole(const Store &store, const Objects<T> &objects) {
 
 bool hasNoNull(const Store &store, const NetContents &contents) {
     const Named network = {"Network", store.netId(), {}};
-    const TrafficObjects &traffic = contents.traffic;
-    return isFull(store, network, contents.links, "links") &&
-           isFull(store, network, contents.guideArrows, "guideArrows") &&
-           isFull(store, network, contents.connectors, "connectors") &&
-           isFull(store, network, traffic.vehicleTypes, "vehicleTypes") &&
-           isFull(store, network, traffic.compositions, "compositions") &&
-           isFull(store, network, traffic.departurePoints, "departurePoints") &&
-           isFull(store, network, traffic.decisionPoints, "decisionPoints") &&
-           isFull(store, network, traffic.signalGroups, "signalGroups") &&
-           isFull(store, network, traffic.signalLamps, "signalLamps") &&
-           isFull(store, network, traffic.vehicleDetectors, "vehicleDetectors") &&
-           isFull(store, network, traffic.queueCounters, "queueCounters") &&
-           isFull(store, network, traffic.travelDetectors, "travelDetectors") &&
-           isFull(store, network, traffic.collectors, "collectors") &&
-           isFull(store, network, traffic.busStations, "busStations") &&
-           isFull(store, network, traffic.busLines, "busLines") &&
-           isFull(store, network, traffic.speedAreas, "speedAreas") &&
-           isFull(store, network, traffic.accidentZones, "accidentZones") &&
-           isFull(store, network, traffic.roadWorkZones, "roadWorkZones");
+    bool isGood = isFull(store, network, contents.links, "links") &&
+                  isFull(store, network, contents.guideArrows, "guideArrows") &&
+                  isFull(store, network, contents.connectors, "connectors");
+    TrafficObjects::forEachKind([&](const char *, const char *name, auto list) {
+        isGood = isGood && isFull(store, network, contents.traffic.*list, name);
+    });
+    return isGood;
 }
 
 } // namespace

@@ -1,9 +1,11 @@
 #include "store/families/Zones.h"
 
 #include "model/AccidentZone.h"
+#include "model/Description.h"
 #include "model/RoadWorkZone.h"
 #include "store/bulk/NetSave.h"
 #include "store/bulk/Owners.h"
+#include "store/core/Columns.h"
 #include "store/core/Probes.h"
 #include "store/core/Query.h"
 #include "store/core/StorableValue.h"
@@ -46,54 +48,57 @@ void make(const Store &store, std::unique_ptr<RoadWorkZone> &zone) {
 }
 /// @}
 
+constexpr std::tuple kAccidentColumns = {
+    Column{":accidentZoneId", &AccidentZone::accidentZoneId},
+    Column{":name", &AccidentZone::name},
+    Column{":location", &AccidentZone::location},
+    Column{":zoneLength", &AccidentZone::zoneLength},
+    Column{":roadId", &AccidentZone::roadId},
+    Column{":roadType", &AccidentZone::roadType},
+};
+/// But for the road.
+constexpr std::tuple kRoadWorkColumns = {
+    Column{":roadWorkZoneId", &RoadWorkZone::roadWorkZoneId},
+    Column{":name", &RoadWorkZone::name},
+    Column{":location", &RoadWorkZone::location},
+    Column{":zoneLength", &RoadWorkZone::zoneLength},
+    Column{":limitSpeed", &RoadWorkZone::limitSpeed},
+    Column{":roadName", &RoadWorkZone::roadName},
+    Column{":roadType", &RoadWorkZone::roadType},
+};
+constexpr std::tuple kLaneColumns = {
+    Column{":laneNumber", &ZoneLane::laneNumber},
+    Column{":toLaneNumber", &ZoneLane::toLaneNumber},
+};
+
 template <class Row>
 void readRow(Row &row, AccidentZone &zone) {
-    zone.accidentZoneId = row.id("accidentZoneId");
-    zone.name = row.text("name");
-    zone.location = static_cast<float>(row.number("location"));
-    zone.zoneLength = static_cast<float>(row.number("zoneLength"));
-    zone.roadId = row.id("roadId");
-    zone.roadType = row.text("roadType");
+    readAll(row, kAccidentColumns, zone);
 }
 
 template <class Row>
 Row &bindRow(Row &row, const AccidentZone &zone) {
-    return row.bind(":accidentZoneId", zone.accidentZoneId)
-        .bind(":name", zone.name)
-        .bind(":location", double(zone.location))
-        .bind(":zoneLength", double(zone.zoneLength))
-        .bind(":roadId", zone.roadId)
-        .bind(":roadType", zone.roadType);
+    return bindAll(row, kAccidentColumns, zone);
 }
 
 template <class Row>
 void readRow(Row &row, RoadWorkZone &zone) {
-    zone.roadWorkZoneId = row.id("roadWorkZoneID");
-    zone.name = row.text("name");
-    zone.location = row.number("location");
-    zone.zoneLength = row.number("zoneLength");
-    zone.limitSpeed = row.number("limitSpeed");
+    readAll(row, kRoadWorkColumns, zone);
     // Some writers store the road as a real number: its fraction is cut off, not rounded.
     zone.roadID = Query::narrowedId(storablevalue::wholePart(row.number("roadID")));
-    zone.roadName = row.text("roadName");
-    zone.roadType = row.text("roadType");
 }
 
 template <class Row>
 Row &bindRow(Row &row, const RoadWorkZone &zone) {
-    return row.bind(":roadWorkZoneId", zone.roadWorkZoneId)
-        .bind(":name", zone.name)
-        .bind(":location", zone.location)
-        .bind(":zoneLength", zone.zoneLength)
-        .bind(":limitSpeed", zone.limitSpeed)
-        .bind(":roadID", zone.roadID)
-        .bind(":roadName", zone.roadName)
-        .bind(":roadType", zone.roadType);
+    return bindAll(row, kRoadWorkColumns, zone).bind(":roadID", zone.roadID);
 }
 
 template <class Row>
 ZoneLane *readLane(Row &row, long zoneId) {
-    return new ZoneLane{zoneId, row.integer("laneNumber"), row.integer("toLaneNumber")};
+    auto lane = std::make_unique<ZoneLane>();
+    lane->zoneId = zoneId;
+    readAll(row, kLaneColumns, *lane);
+    return lane.release();
 }
 
 void readLanes(const Store &store, const Sql &select, long zoneId, QList<ZoneLane *> &lanes) {
@@ -151,9 +156,7 @@ void saveZones(NetSave &net, const ZoneTables &tables, const Objects<Zone> &zone
     net.writeEach(tables.zones, zones, [](RowWriter &row, const Zone &zone) { bindRow(row, zone); });
     net.writeOwned(tables.lanes, zones, &Zone::mlLane,
                    [&](RowWriter &row, const Zone &zone, const ZoneLane *lane) {
-                       row.bind(tables.idPlaceholder, zone.*id)
-                           .bind(":laneNumber", lane->laneNumber)
-                           .bind(":toLaneNumber", lane->toLaneNumber);
+                       bindAll(row.bind(tables.idPlaceholder, zone.*id), kLaneColumns, *lane);
                    });
 }
 
@@ -203,3 +206,16 @@ void saveAllZones(NetSave &net) {
 }
 
 } // namespace zones
+
+Description describe(const AccidentZone &zone) {
+    QVariantMap fields = describeAll(zones::kAccidentColumns, zone);
+    fields.insert(QStringLiteral("lanes"), describeEach(zone.mlLane, zones::kLaneColumns));
+    return {zone.accidentZoneId, zone.name, fields};
+}
+
+Description describe(const RoadWorkZone &zone) {
+    QVariantMap fields = describeAll(zones::kRoadWorkColumns, zone);
+    fields.insert(QStringLiteral("roadID"), qlonglong(zone.roadID));
+    fields.insert(QStringLiteral("lanes"), describeEach(zone.mlLane, zones::kLaneColumns));
+    return {zone.roadWorkZoneId, zone.name, fields};
+}

@@ -26,7 +26,6 @@
 #include "store/families/TravelDetectors.h"
 #include "store/families/VehicleCompositions.h"
 #include "store/families/VehicleDetectors.h"
-#include "store/families/VehicleTypes.h"
 #include "store/families/Wholeness.h"
 #include "store/families/Zones.h"
 #include "store/ids/Identifiers.h"
@@ -49,55 +48,37 @@ void emptyWhatRemovalLeaves(NetSave &net) {
         net.empty(table);
 }
 
-/// Later kinds refer to what earlier ones entered into the current network's tables and the registries.
-void loadKinds(NetLoad &net) {
-    vehicletypes::loadAllVehicleTypes(net);
-    vehiclecompositions::loadAllVehicleCompositions(net);
-    linktypes::loadAllLinkTypes(net);
-    links::loadAllLinks(net);
-    guidearrows::loadAllGuideArrows(net);
-    connectors::loadAllConnectors(net);
-    signalgroups::loadAllSignalGroups(net);
-    signallamps::loadAllSignalLamps(net);
-    departurepoints::loadAllDeparturePoints(net);
-    decisionpoints::loadAllDecisionPoints(net);
-    vehicledetectors::loadAllVehicleDetectors(net);
-    queuecounters::loadAllQueueCounters(net);
-    traveldetectors::loadAllTravelDetectors(net);
-    drivinfocollectors::loadAllDrivInfoCollectors(net);
-    busstations::loadAllBusStations(net);
-    buslines::loadAllBusLines(net);
-    zones::loadAllZones(net);
-    reducespeedareas::loadAllReduceSpeedAreas(net);
-    drivermodels::loadAllDriverModels(net);
-    simulateconfigurations::loadAllSimulateConfigurations(net);
-    sceneconfigurations::loadAllSceneConfigurations(net);
-}
+/// How the objects of a kind are loaded and saved with the others.
+struct Kind {
+    void (*load)(NetLoad &);
+    void (*save)(NetSave &);
+};
 
-/// Later rows refer to earlier ones.
-void saveKinds(NetSave &net) {
-    emptyWhatRemovalLeaves(net);
-    vehiclecompositions::saveCatalogue(net);
-    linktypes::saveAllLinkTypes(net);
-    links::saveAllLinks(net);
-    guidearrows::saveAllGuideArrows(net);
-    connectors::saveAllConnectors(net);
-    signalgroups::saveAllSignalGroups(net);
-    signallamps::saveAllSignalLamps(net);
-    departurepoints::saveAllDeparturePoints(net);
-    decisionpoints::saveAllDecisionPoints(net);
-    vehicledetectors::saveAllVehicleDetectors(net);
-    queuecounters::saveAllQueueCounters(net);
-    traveldetectors::saveAllTravelDetectors(net);
-    drivinfocollectors::saveAllDrivInfoCollectors(net);
-    busstations::saveAllBusStations(net);
-    buslines::saveAllBusLines(net);
-    zones::saveAllZones(net);
-    reducespeedareas::saveAllReduceSpeedAreas(net);
-    drivermodels::saveAllDriverModels(net);
-    simulateconfigurations::saveAllSimulateConfigurations(net);
-    sceneconfigurations::saveAllSceneConfigurations(net);
-}
+/// Later kinds refer to what earlier ones entered into the current network's tables and the registries, and later rows to
+/// earlier ones.
+constexpr Kind kKinds[] = {
+    {vehiclecompositions::loadCatalogue, vehiclecompositions::saveCatalogue},
+    {linktypes::loadAllLinkTypes, linktypes::saveAllLinkTypes},
+    {links::loadAllLinks, links::saveAllLinks},
+    {guidearrows::loadAllGuideArrows, guidearrows::saveAllGuideArrows},
+    {connectors::loadAllConnectors, connectors::saveAllConnectors},
+    {signalgroups::loadAllSignalGroups, signalgroups::saveAllSignalGroups},
+    {signallamps::loadAllSignalLamps, signallamps::saveAllSignalLamps},
+    {departurepoints::loadAllDeparturePoints, departurepoints::saveAllDeparturePoints},
+    {decisionpoints::loadAllDecisionPoints, decisionpoints::saveAllDecisionPoints},
+    {vehicledetectors::loadAllVehicleDetectors, vehicledetectors::saveAllVehicleDetectors},
+    {queuecounters::loadAllQueueCounters, queuecounters::saveAllQueueCounters},
+    {traveldetectors::loadAllTravelDetectors, traveldetectors::saveAllTravelDetectors},
+    {drivinfocollectors::loadAllDrivInfoCollectors, drivinfocollectors::saveAllDrivInfoCollectors},
+    {busstations::loadAllBusStations, busstations::saveAllBusStations},
+    {buslines::loadAllBusLines, buslines::saveAllBusLines},
+    {zones::loadAllZones, zones::saveAllZones},
+    {reducespeedareas::loadAllReduceSpeedAreas, reducespeedareas::saveAllReduceSpeedAreas},
+    {drivermodels::loadAllDriverModels, drivermodels::saveAllDriverModels},
+    {simulateconfigurations::loadAllSimulateConfigurations,
+     simulateconfigurations::saveAllSimulateConfigurations},
+    {sceneconfigurations::loadAllSceneConfigurations, sceneconfigurations::saveAllSceneConfigurations},
+};
 
 /// A network that is in the store already would be mixed with the new one.
 bool isFree(NetSave &net) {
@@ -144,7 +125,9 @@ bool saveRecord(NetSave &net) {
 
 void saveAll(NetSave &net) {
     net.check(refersToItself(net.store, net.contents) && isFree(net) && saveRecord(net));
-    saveKinds(net);
+    emptyWhatRemovalLeaves(net);
+    for (const Kind &kind : kKinds)
+        kind.save(net);
 }
 
 void forget(const Store &store, NetContents &contents) {
@@ -165,7 +148,8 @@ bool loadWholeNet(const Store &store, NetContents &contents, const NetProgress &
         return false;
     contents.record = store.net().record();
     NetLoad net(store, contents, progress);
-    loadKinds(net);
+    for (const Kind &kind : kKinds)
+        kind.load(net);
     if (!net.isGood())
         forget(store, contents);
     return net.isGood();

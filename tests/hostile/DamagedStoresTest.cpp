@@ -139,7 +139,7 @@ protected:
     static void readKinds(bool withRoads) {
         constexpr long largestId = 7;
         for (const NamedKind &kind : namedKinds()) {
-            for (long id = 0; id <= largestId && (kind.before != Before::Nothing) == withRoads; ++id) {
+            for (long id = 0; id <= largestId && kind.needsNetwork == withRoads; ++id) {
                 try {
                     kind.read(1, id);
                 } catch (const Failure &failure) {

@@ -1,7 +1,7 @@
+#include "model/Description.h"
 #include "model/NetContents.h"
 #include "tests/support/Builders.h"
 #include "tests/support/StoreFixture.h"
-#include "tools/kinds/Kinds.h"
 
 #include <QFile>
 #include <QJsonArray>
@@ -9,15 +9,13 @@
 
 #include <map>
 
-using namespace moratools;
-
 namespace {
 
 /// The objects of each kind in their fields, as text that shows what differs.
 using Texts = std::map<std::string, std::vector<std::string>>;
 
 void append(Texts &texts, const char *kind, const Description &description) {
-    texts[kind].push_back(QJsonDocument(description.fields).toJson().toStdString());
+    texts[kind].push_back(QJsonDocument(description.toJson()).toJson().toStdString());
 }
 
 template <class List>

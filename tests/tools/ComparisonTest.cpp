@@ -1,7 +1,8 @@
 #include "tools/kinds/Comparison.h"
+#include "model/Description.h"
 #include "tests/differential/FieldWalk.h"
 #include "tests/differential/RandomNet.h"
-#include "tools/kinds/Description.h"
+#include "tests/support/Builders.h"
 
 #include <QDateTime>
 #include <QJsonArray>
@@ -127,40 +128,26 @@ const QStringList kUnseen = {QStringLiteral("accidentZones.mlLane.zoneId"),
 template <class T>
 void append(QJsonArray &all, const Objects<T> &objects) {
     for (const auto &object : objects)
-        all.append(describe(*object).fields);
+        all.append(describe(*object).toJson());
 }
 template <class T>
 void append(QJsonArray &all, const QList<T> &objects) {
     for (const T &object : objects)
-        all.append(describe(object).fields);
+        all.append(describe(object).toJson());
 }
 
 QJsonArray descriptionsOf(const NetContents &net) {
     QJsonArray all;
-    const TrafficObjects &traffic = net.traffic;
     append(all, net.links);
     append(all, net.connectors);
     append(all, net.guideArrows);
     append(all, net.linkTypes);
     append(all, net.settings.carFollowing);
     append(all, net.settings.laneChanging);
-    all.append(describe(*net.settings.simulation).fields);
-    all.append(describe(*net.settings.scene).fields);
-    append(all, traffic.vehicleTypes);
-    append(all, traffic.compositions);
-    append(all, traffic.departurePoints);
-    append(all, traffic.decisionPoints);
-    append(all, traffic.signalGroups);
-    append(all, traffic.signalLamps);
-    append(all, traffic.vehicleDetectors);
-    append(all, traffic.queueCounters);
-    append(all, traffic.travelDetectors);
-    append(all, traffic.collectors);
-    append(all, traffic.busStations);
-    append(all, traffic.busLines);
-    append(all, traffic.speedAreas);
-    append(all, traffic.accidentZones);
-    append(all, traffic.roadWorkZones);
+    all.append(describe(*net.settings.simulation).toJson());
+    all.append(describe(*net.settings.scene).toJson());
+    TrafficObjects::forEachKind(
+        [&](const char *, const char *, auto list) { append(all, net.traffic.*list); });
     return all;
 }
 
@@ -198,24 +185,10 @@ TEST(Comparison, SeesWhatIsMissingOnEitherSide) {
             EXPECT_FALSE(compareNetworks(*same, *net, true).isEqual()) << what;
             objects.push_back(std::move(last));
         };
-        TrafficObjects &traffic = net->traffic;
         expectSeen("link", net->links);
         expectSeen("connector", net->connectors);
-        expectSeen("vehicle type", traffic.vehicleTypes);
-        expectSeen("composition", traffic.compositions);
-        expectSeen("departure point", traffic.departurePoints);
-        expectSeen("decision point", traffic.decisionPoints);
-        expectSeen("signal group", traffic.signalGroups);
-        expectSeen("signal lamp", traffic.signalLamps);
-        expectSeen("vehicle detector", traffic.vehicleDetectors);
-        expectSeen("queue counter", traffic.queueCounters);
-        expectSeen("travel-time detector", traffic.travelDetectors);
-        expectSeen("collector", traffic.collectors);
-        expectSeen("station", traffic.busStations);
-        expectSeen("line", traffic.busLines);
-        expectSeen("speed area", traffic.speedAreas);
-        expectSeen("accident zone", traffic.accidentZones);
-        expectSeen("road-work zone", traffic.roadWorkZones);
+        TrafficObjects::forEachKind(
+            [&](const char *, const char *name, auto list) { expectSeen(name, net->traffic.*list); });
         for (const auto &link : net->links)
             expectSeen("lane", link->mlLane);
         for (const auto &connector : net->connectors)
@@ -249,4 +222,66 @@ TEST(Description, HasEveryField) {
         expected.append(QLatin1String("routeLanes.") + QLatin1String(field));
     expected.sort();
     EXPECT_EQ(missed.join(QLatin1Char('\n')).toStdString(), expected.join(QLatin1Char('\n')).toStdString());
+}
+
+namespace {
+
+/// Two links of two lanes, and a connector of two lane connectors between them.
+NetworkObjects sampleNetwork() {
+    NetworkObjects network;
+    network.record.name = QStringLiteral("N");
+    network.links.push_back(sampleLink(1));
+    network.links.push_back(sampleLink(2));
+    network.connectors.push_back(sampleConnector(3, network.links[0].get(), network.links[1].get()));
+    network.traffic.collectors.push_back(std::make_unique<VehicleDrivInfoCollector>());
+    return network;
+}
+
+/// What is said of a network that differs from the sample as `change` has it.
+template <class Change>
+std::string differencesAfter(const Change &change) {
+    NetworkObjects read = sampleNetwork();
+    change(read);
+    return compareNetworks(sampleNetwork(), read, true).first.join(QLatin1Char('\n')).toStdString();
+}
+
+} // namespace
+
+// The record has 10 values, a link 117 (of these 66 of its points), a connector 139 (114), a collector 12; 17
+// kinds have a number of objects.
+TEST(Comparison, CountsValuesAndCoordinates) {
+    const Comparison comparison = compareNetworks(sampleNetwork(), sampleNetwork(), true);
+    EXPECT_EQ(comparison.differences, 0);
+    EXPECT_EQ(comparison.fields, 10 + 2 * 117 + 139 + 12 + 17);
+    EXPECT_EQ(comparison.coordinates, 2 * 66 + 114);
+    // Each of two lane connectors has three lines of five points.
+    const Comparison without = compareNetworks(sampleNetwork(), sampleNetwork(), false);
+    EXPECT_EQ(without.fields, comparison.fields - 2 * 3 * 16);
+    EXPECT_EQ(without.coordinates, comparison.coordinates - 2 * 3 * 15);
+}
+
+TEST(Comparison, SaysWhereAndWhat) {
+    EXPECT_EQ(differencesAfter([](NetworkObjects &net) {
+                  net.record.otherAttrsJson = {{QStringLiteral("a"), 1}};
+              }),
+              "network \"N\" otherAttrs was written as {} and read as {\"a\":1}");
+    EXPECT_EQ(differencesAfter([](NetworkObjects &net) {
+                  net.traffic.collectors[0]->x = -0.0;
+                  net.traffic.collectors[0]->name = QStringLiteral("K");
+              }),
+              "driving-data collector 0 \"0\" name was written as \"0\" and read as \"K\"\n"
+              "driving-data collector 0 \"0\" x was written as 0 and read as -0");
+    EXPECT_EQ(differencesAfter([](NetworkObjects &net) { net.connectors.clear(); }),
+              "connector 3 \"转 3\" was written as one and read as none\n"
+              "number of objects (connector) was written as 1 and read as 0");
+}
+
+TEST(Comparison, MatchesLaneConnectorsByTheirLanes) {
+    EXPECT_EQ(
+        differencesAfter([](NetworkObjects &net) { net.connectors[0]->mlLaneConnector.swapItemsAt(0, 1); }),
+        "");
+    EXPECT_EQ(differencesAfter([](NetworkObjects &net) {
+                  net.connectors[0]->mlLaneConnector[0]->mpEndLane = net.links[1]->mlLane[1];
+              }),
+              "connector 3 \"转 3\" laneConnectors was written as 11 to 21 and read as none");
 }

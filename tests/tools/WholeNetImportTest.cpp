@@ -1,8 +1,8 @@
 #include "host/commands/CompanionFiles.h"
+#include "tests/differential/SingleOperations.h"
 #include "tests/support/Places.h"
 #include "tests/support/StoreFixture.h"
 #include "tools/kinds/Comparison.h"
-#include "tools/kinds/Kinds.h"
 #include "tools/sumo/import/NetworkImport.h"
 #include "tools/sumo/reader/CompanionReader.h"
 #include "tools/sumo/reader/NetReader.h"
@@ -46,14 +46,11 @@ TEST_P(WholeExample, ComesBackAsImported) {
 
 TEST_P(WholeExample, LoadsWhatSingleReadsGive) {
     DBTools::selectVehicleType(gDB, mNet, ghVehicleType);
-    NetworkObjects single;
-    single.record = gNet.record();
-    single.links = readAll<Link>(mNet);
-    single.connectors = readAll<Connector>(mNet);
-    readTraffic(mNet, single.traffic);
+    const auto single = differential::readSingly(mNet);
+    single->record = gNet.record();
     NetContents whole;
     ASSERT_TRUE(DBTools::loadNet(gDB, mNet, whole));
-    EXPECT_EQ(differences(single, whole), "");
+    EXPECT_EQ(differences(*single, whole), "");
     EXPECT_TRUE(whole.skipped.isEmpty());
     EXPECT_EQ(failureCount(), 0);
     EXPECT_EQ(ghVehicleType.size(), int(whole.traffic.vehicleTypes.size()));

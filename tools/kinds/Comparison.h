@@ -7,9 +7,6 @@
 
 namespace moratools {
 
-/// Whether two numbers are the same bit for bit.
-MORATOOLS_EXPORT bool sameBits(double a, double b);
-
 /// The outcome of comparing two networks.
 struct MORATOOLS_EXPORT Comparison {
     qint64 fields = 0;      ///< values compared

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "model/NetContents.h"
 #include "tools/MoraToolsExport.h"
-#include "tools/kinds/TrafficObjects.h"
 #include "tools/reports/Progress.h"
 
 #include <QStringList>

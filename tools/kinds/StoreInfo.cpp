@@ -3,6 +3,7 @@
 #include "model/Net.h"
 #include "model/SpecialWords.h"
 #include "store/DBTools.h"
+#include "store/catalogue/Catalogue.h"
 #include "tools/session/StoreSession.h"
 
 #include <QJsonArray>
@@ -13,38 +14,6 @@
 namespace moratools {
 
 namespace {
-
-/// Kinds of objects and their tables, in the order in which a network is loaded.
-constexpr struct {
-    const char *kind;
-    const char *table;
-} kKinds[] = {
-    {"vehicleTypes", "VehicleType"},
-    {"vehicleCompositions", "VehicleConstitutent"},
-    {"linkTypes", "LinkType"},
-    {"links", "Link"},
-    {"lanes", "Lane"},
-    {"nodes", "Node"},
-    {"vertices", "Vertex"},
-    {"connectors", "Connector"},
-    {"laneConnectors", "LaneConnector"},
-    {"guideArrows", "GuideArrow"},
-    {"signalGroups", "SignalGroup"},
-    {"signalPhases", "SignalPhase"},
-    {"signalLamps", "SignalLamp"},
-    {"departurePoints", "DeparturePoint"},
-    {"decisionPoints", "DecisionPoint"},
-    {"routes", "Routing"},
-    {"vehicleDetectors", "VehicleDetector"},
-    {"queueCounters", "VehicleQueueCounter"},
-    {"travelTimeDetectors", "VehicleTravelDetector"},
-    {"drivingDataCollectors", "VehicleDrivInfoCollecter"},
-    {"busLines", "BusLine"},
-    {"busStations", "BusStation"},
-    {"accidentZones", "AccidentZone"},
-    {"roadWorkZones", "RoadWorkZone"},
-    {"speedReductionAreas", "ReduceSpeedArea"},
-};
 
 /// An older store may lack the table.
 bool isTableMissing(const QSqlError &error) {
@@ -83,10 +52,10 @@ NetworkInfo takeStockOf(const Net &net) {
     info.sourceType = net.type();
     info.sourceUrl = net.url();
     info.isDefault = net.isDefault;
-    for (const auto &kind : kKinds) {
+    for (const catalogue::Kind &kind : catalogue::kinds()) {
         const QSqlQuery count = selectOf("count(*)", kind.table, info.id);
         if (count.isValid())
-            info.rows.append({QLatin1String(kind.kind), count.value(0).toLongLong()});
+            info.rows.append({QLatin1String(kind.plural), count.value(0).toLongLong()});
     }
     info.linkLength = selectOf("coalesce(sum(length), 0)", "Link", info.id).value(0).toDouble();
     const QSqlQuery extent = selectOf("min(X), min(Y), min(Z), max(X), max(Y), max(Z)", "Vertex", info.id);

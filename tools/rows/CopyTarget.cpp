@@ -1,5 +1,6 @@
 #include "tools/rows/CopyTarget.h"
 
+#include "store/catalogue/Catalogue.h"
 #include "tools/reports/Failure.h"
 #include "tools/rows/Renumbering.h"
 #include "tools/session/StoreSession.h"
@@ -75,7 +76,7 @@ Language CopyTarget::language() const {
                : Language::English;
 }
 
-std::vector<qint64> CopyTarget::taken(const NetworkTable &entry, const std::vector<qint64> &ids) const {
+std::vector<qint64> CopyTarget::taken(const catalogue::Table &entry, const std::vector<qint64> &ids) const {
     std::vector<qint64> found;
     if (ids.empty() || !table(QLatin1String(entry.name)))
         return found;
@@ -93,7 +94,7 @@ std::vector<qint64> CopyTarget::taken(const NetworkTable &entry, const std::vect
     return found;
 }
 
-qint64 CopyTarget::largest(const NetworkTable &entry) const {
+qint64 CopyTarget::largest(const catalogue::Table &entry) const {
     const QString name = QLatin1String(entry.name);
     qint64 value = number(QStringLiteral("select max(%1) from %2").arg(QLatin1String(entry.id), name));
     value = std::max(
@@ -130,7 +131,7 @@ void CopyTarget::raiseSequence(const QString &name, qint64 largest) const {
                               .arg(name, QString::number(largest), QString::number(largest - most / 2)));
 }
 
-void CopyTarget::raiseCounters(long netId, const NetworkTable &entry, qint64 largest) const {
+void CopyTarget::raiseCounters(long netId, const catalogue::Table &entry, qint64 largest) const {
     if (!isSqlite()) {
         raiseSequence(sequence(entry.name), largest);
         return;

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "store/catalogue/Catalogue.h"
 #include "store/core/Engine.h"
-#include "tools/rows/NetworkTables.h"
 #include "tools/rows/StoreReader.h"
 
 #include <QSet>
@@ -30,11 +30,11 @@ public:
     Language language() const;
 
     /// Which of `ids`, which ascend, rows of any network have.
-    std::vector<qint64> taken(const NetworkTable &entry, const std::vector<qint64> &ids) const;
+    std::vector<qint64> taken(const catalogue::Table &entry, const std::vector<qint64> &ids) const;
     /// The largest identifier that any network has, reserved or drawn.
-    qint64 largest(const NetworkTable &entry) const;
+    qint64 largest(const catalogue::Table &entry) const;
     /// Sees to it that identifiers up to `largest` are not handed out again.
-    void raiseCounters(long netId, const NetworkTable &entry, qint64 largest) const;
+    void raiseCounters(long netId, const catalogue::Table &entry, qint64 largest) const;
     void raiseNetworkCounter(long netId) const;
 
 private:

@@ -1,4 +1,5 @@
 #include "tools/rows/Digest.h"
+#include "store/catalogue/Catalogue.h"
 
 #include <QCryptographicHash>
 #include <QMap>
@@ -27,9 +28,9 @@ QMap<QByteArray, int> countedColumns(const StoreTable &table) {
 /// only these are held together.
 class TableDigest {
 public:
-    TableDigest(QCryptographicHash &hash, const StoreTable &table, const NetworkTable &entry)
+    TableDigest(QCryptographicHash &hash, const StoreTable &table, const catalogue::Table &entry)
         : mHash(hash), mName(QByteArray(entry.name).toLower()), mColumns(countedColumns(table)) {
-        for (const char *name : entry.order) {
+        for (const char *name : entry.key) {
             const int index = mColumns.value(QByteArray(name).toLower(), -1);
             if (index >= 0)
                 mOrder.append(index);
@@ -80,7 +81,7 @@ private:
 
 QString digestOf(const StoreReader &store, const StoreReader::Network &network, const Progress &progress) {
     QCryptographicHash hash(QCryptographicHash::Sha256);
-    const std::vector<NetworkTable> &tables = networkTables();
+    const std::vector<catalogue::Table> &tables = catalogue::tables();
     for (std::size_t i = 0; i < tables.size(); ++i) {
         reportShare(progress, double(i) / double(tables.size()));
         const StoreTable *table = store.table(QLatin1String(tables[i].name));

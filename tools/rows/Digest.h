@@ -6,7 +6,7 @@
 
 namespace moratools {
 
-/// A digest (SHA-256, hexadecimal) of all rows of a network in the tables of networkTables(): equal for equal
+/// A digest (SHA-256, hexadecimal) of all rows of a network in the tables of catalogue::tables(): equal for equal
 /// content on either engine and under whatever number the network has in its store. A column that is NULL
 /// counts like one that the store does not have; the number of the network and whether the store opens it by
 /// default do not count, for these are the store's.

@@ -1,6 +1,7 @@
 #include "tools/rows/NetworkCopy.h"
 
 #include "store/DBTools.h"
+#include "store/catalogue/Catalogue.h"
 #include "tools/reports/Failure.h"
 #include "tools/rows/TableCopy.h"
 #include "tools/session/GuardedTransaction.h"
@@ -20,7 +21,7 @@ public:
     Progression(const StoreReader &source, const QList<StoreReader::Network> &networks,
                 const Progress &progress)
         : mProgress(progress) {
-        for (const NetworkTable &entry : networkTables()) {
+        for (const catalogue::Table &entry : catalogue::tables()) {
             const StoreTable *table = source.table(QLatin1String(entry.name));
             for (const StoreReader::Network &network : networks)
                 mAll += table ? source.count(*table, network) : 0;
@@ -47,9 +48,9 @@ public:
 
 private:
     void renumber();
-    void renumber(const NetworkTable &entry);
-    qint64 largestMentioned(const NetworkTable &entry, const std::vector<qint64> &own) const;
-    void copyTable(const NetworkTable &entry, Progression &progression);
+    void renumber(const catalogue::Table &entry);
+    qint64 largestMentioned(const catalogue::Table &entry, const std::vector<qint64> &own) const;
+    void copyTable(const catalogue::Table &entry, Progression &progression);
     void settleRecord(TableCopy &copy, const StoreTable &source) const;
 
     const StoreReader &mSource;
@@ -67,7 +68,7 @@ CopiedNetwork NetworkCopy::run(const QString &name, Progression &progression) {
     mResult.name = name.isEmpty() ? mNetwork.name : name;
     mTarget.requireFreeName(mResult.name);
     renumber();
-    for (const NetworkTable &entry : networkTables())
+    for (const catalogue::Table &entry : catalogue::tables())
         copyTable(entry, progression);
     mTarget.raiseNetworkCounter(mChanges.netId);
     mResult.renumbered = mIds.count();
@@ -75,13 +76,13 @@ CopiedNetwork NetworkCopy::run(const QString &name, Progression &progression) {
 }
 
 void NetworkCopy::renumber() {
-    for (const NetworkTable &entry : networkTables()) {
-        if (entry.id)
+    for (const catalogue::Table &entry : catalogue::tables()) {
+        if (entry.uniqueId())
             renumber(entry);
     }
 }
 
-void NetworkCopy::renumber(const NetworkTable &entry) {
+void NetworkCopy::renumber(const catalogue::Table &entry) {
     const QString name = QLatin1String(entry.name);
     const StoreTable *table = mSource.table(name);
     if (!table)
@@ -103,13 +104,13 @@ void NetworkCopy::renumber(const NetworkTable &entry) {
 
 /// The largest identifier of a table that the network has or refers to: a reference that leads nowhere does
 /// not come to lead somewhere.
-qint64 NetworkCopy::largestMentioned(const NetworkTable &entry, const std::vector<qint64> &own) const {
+qint64 NetworkCopy::largestMentioned(const catalogue::Table &entry, const std::vector<qint64> &own) const {
     const QString name = QLatin1String(entry.name);
     const bool isRoad = name == QLatin1String("Link") || name == QLatin1String("Connector");
     qint64 largest = own.empty() ? 0 : own.back();
-    for (const NetworkTable &other : networkTables()) {
+    for (const catalogue::Table &other : catalogue::tables()) {
         const StoreTable *table = mSource.table(QLatin1String(other.name));
-        for (const Reference &reference : other.references) {
+        for (const catalogue::Reference &reference : other.references) {
             const StoreColumn *column = table ? table->column(QLatin1String(reference.column)) : nullptr;
             const bool refers = reference.table ? name == QLatin1String(reference.table) : isRoad;
             const qint64 mentioned = column && refers ? mSource.largest(*table, *column, mNetwork) : 0;
@@ -120,10 +121,10 @@ qint64 NetworkCopy::largestMentioned(const NetworkTable &entry, const std::vecto
     return largest;
 }
 
-void NetworkCopy::copyTable(const NetworkTable &entry, Progression &progression) {
+void NetworkCopy::copyTable(const catalogue::Table &entry, Progression &progression) {
     const StoreTable *source = mSource.table(QLatin1String(entry.name));
     const StoreTable *target = mTarget.table(QLatin1String(entry.name));
-    const bool isRecord = &entry == &networkTables().front();
+    const bool isRecord = &entry == &catalogue::tables().front();
     if (!target) {
         const qint64 rows = source ? mSource.count(*source, mNetwork) : 0;
         if (rows > 0)

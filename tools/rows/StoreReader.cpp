@@ -1,5 +1,6 @@
 #include "tools/rows/StoreReader.h"
 
+#include "store/catalogue/Catalogue.h"
 #include "store/core/Engine.h"
 #include "store/core/StorableValue.h"
 #include "store/guard/ConnectionGuard.h"
@@ -144,7 +145,7 @@ QString StoreReader::condition(const StoreTable &table, const Network &network) 
                : QStringLiteral(" where 1 = 0");
 }
 
-void StoreReader::read(const StoreTable &table, const NetworkTable &entry, const Network &network,
+void StoreReader::read(const StoreTable &table, const catalogue::Table &entry, const Network &network,
                        Order order, const std::function<void(const Row &)> &use) const {
     QStringList columns;
     for (const StoreColumn &column : table.columns)
@@ -153,7 +154,7 @@ void StoreReader::read(const StoreTable &table, const NetworkTable &entry, const
     if (order == Order::Written && isSqlite()) {
         by.append(QStringLiteral("rowid"));
     } else {
-        for (const char *name : entry.order) {
+        for (const char *name : entry.key) {
             if (const StoreColumn *column = table.column(QLatin1String(name)))
                 by.append(quotedName(column->name));
         }
@@ -237,7 +238,7 @@ QList<QPair<QString, qint64>> StoreReader::tablesBesides(const QList<Network> &n
     static const QStringList bookkeeping{QStringLiteral("idgenerater"), QStringLiteral("dbversion")};
     QList<QPair<QString, qint64>> others;
     for (auto table = mTables.cbegin(); table != mTables.cend(); ++table) {
-        if (networkTable(table.key()) || bookkeeping.contains(table.key()))
+        if (catalogue::find(table.key()) || bookkeeping.contains(table.key()))
             continue;
         qint64 rows = 0;
         if (table->isNetworkScoped() && hasSeveralNetworks()) {

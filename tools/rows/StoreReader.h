@@ -1,8 +1,8 @@
 #pragma once
 
+#include "store/catalogue/Catalogue.h"
 #include "store/guard/ReadOnlyFile.h"
 #include "tools/MoraToolsExport.h"
-#include "tools/rows/NetworkTables.h"
 #include "tools/rows/StoreTables.h"
 #include "tools/session/NetworkChoice.h"
 #include "tools/session/StoreAddress.h"
@@ -46,10 +46,10 @@ public:
 
     enum class Order {
         Written,  ///< as the rows were written, where the engine knows
-        Canonical ///< by `NetworkTable::order`
+        Canonical ///< by `catalogue::Table::key`
     };
     /// Calls `use` with every row of a network in a table: its values in the order of the table's columns.
-    void read(const StoreTable &table, const NetworkTable &entry, const Network &network, Order order,
+    void read(const StoreTable &table, const catalogue::Table &entry, const Network &network, Order order,
               const std::function<void(const Row &)> &use) const;
     qint64 count(const StoreTable &table, const Network &network) const;
     /// The distinct values of a column that are not NULL, ascending.

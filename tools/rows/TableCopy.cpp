@@ -1,6 +1,6 @@
 #include "tools/rows/TableCopy.h"
 
-#include "store/DBTools.h"
+#include "store/catalogue/Catalogue.h"
 
 #include <algorithm>
 
@@ -22,7 +22,7 @@ bool Translation::apply(QVariant &word) {
     return after != before;
 }
 
-TableCopy::TableCopy(const NetworkTable &entry, const StoreTable &source, const StoreTable &target,
+TableCopy::TableCopy(const catalogue::Table &entry, const StoreTable &source, const StoreTable &target,
                      const CopyTarget &store, RowChanges &changes)
     : mEntry(entry), mSource(source), mChanges(changes) {
     plan(target);
@@ -46,7 +46,6 @@ bool isNamed(const char *name, const QString &key) {
 } // namespace
 
 void TableCopy::plan(const StoreTable &target) {
-    const QString counted = DBTools::getIDName(QString::fromLatin1(mEntry.name)).toLower();
     for (const StoreColumn &column : target.columns) {
         Cell cell;
         cell.source = indexOf(mSource, column.key);
@@ -54,15 +53,15 @@ void TableCopy::plan(const StoreTable &target) {
             cell.isFixed = true;
             cell.filling = qint64(mChanges.netId);
         }
-        for (const Filling &filling : mEntry.fillings) {
+        for (const catalogue::Filling &filling : mEntry.fillings) {
             if (isNamed(filling.column, column.key))
                 cell.filling = filling.value;
         }
-        cell.isId = isNamed(mEntry.id, column.key);
-        cell.isNumber = cell.isId || column.key == counted;
+        cell.isId = isNamed(mEntry.uniqueId(), column.key);
+        cell.isNumber = cell.isId || (mEntry.isIdTold && isNamed(mEntry.id, column.key));
         for (const char *word : mEntry.words)
             cell.isWord = cell.isWord || isNamed(word, column.key);
-        for (const Reference &reference : mEntry.references) {
+        for (const catalogue::Reference &reference : mEntry.references) {
             if (isNamed(reference.column, column.key))
                 cell.reference = &reference;
         }
@@ -123,7 +122,8 @@ QVariant TableCopy::copied(const Cell &cell, const StoreReader::Row &row) {
     return value;
 }
 
-QString TableCopy::roadTable(const Reference &reference, const StoreReader::Row &row, qint64 road) const {
+QString TableCopy::roadTable(const catalogue::Reference &reference, const StoreReader::Row &row,
+                             qint64 road) const {
     QString link = QStringLiteral("Link");
     QString connector = QStringLiteral("Connector");
     if (!mChanges.ids.has(connector, road))
@@ -133,7 +133,7 @@ QString TableCopy::roadTable(const Reference &reference, const StoreReader::Row 
     return saysConnector(reference, row) ? connector : link;
 }
 
-bool TableCopy::saysConnector(const Reference &reference, const StoreReader::Row &row) const {
+bool TableCopy::saysConnector(const catalogue::Reference &reference, const StoreReader::Row &row) const {
     if (reference.roadType) {
         const QString type = valueOf(row, reference.roadType).toString();
         return !type.startsWith(QLatin1Char('l'), Qt::CaseInsensitive);

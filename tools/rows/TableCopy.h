@@ -1,6 +1,7 @@
 #pragma once
 
 #include "model/SpecialWords.h"
+#include "store/catalogue/Catalogue.h"
 #include "tools/rows/CopyTarget.h"
 #include "tools/rows/Renumbering.h"
 #include "tools/rows/TableWriter.h"
@@ -36,7 +37,7 @@ struct RowChanges {
 /// language of the target.
 class TableCopy {
 public:
-    TableCopy(const NetworkTable &entry, const StoreTable &source, const StoreTable &target,
+    TableCopy(const catalogue::Table &entry, const StoreTable &source, const StoreTable &target,
               const CopyTarget &store, RowChanges &changes);
 
     /// Writes the copy of a row.
@@ -61,16 +62,16 @@ private:
         bool isId = false;
         bool isNumber = false; ///< counted by the store: identifiers, and codes that are not renumbered
         bool isWord = false;
-        const Reference *reference = nullptr;
+        const catalogue::Reference *reference = nullptr;
     };
 
     void plan(const StoreTable &target);
     QVariant copied(const Cell &cell, const StoreReader::Row &row);
-    QString roadTable(const Reference &reference, const StoreReader::Row &row, qint64 road) const;
-    bool saysConnector(const Reference &reference, const StoreReader::Row &row) const;
+    QString roadTable(const catalogue::Reference &reference, const StoreReader::Row &row, qint64 road) const;
+    bool saysConnector(const catalogue::Reference &reference, const StoreReader::Row &row) const;
     QVariant valueOf(const StoreReader::Row &row, const char *column) const;
 
-    const NetworkTable &mEntry;
+    const catalogue::Table &mEntry;
     StoreTable mSource;
     RowChanges &mChanges;
     QVector<StoreColumn> mColumns; ///< of the target, as far as they are written

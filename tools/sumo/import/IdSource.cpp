@@ -3,9 +3,9 @@
 #include "model/Net.h"
 #include "store/DBTools.h"
 #include "store/DBTools_V6.h"
+#include "store/catalogue/Catalogue.h"
 #include "tools/reports/Failure.h"
 #include "tools/rows/CopyTarget.h"
-#include "tools/rows/NetworkTables.h"
 #include "tools/session/StoreSession.h"
 
 #include <QSqlError>
@@ -46,15 +46,14 @@ long IdSource::next(const char *table) {
 
 void IdSource::pass(const char *table) const {
     const QString name = QLatin1String(table);
-    const NetworkTable &entry = *networkTable(name);
+    const catalogue::Table &entry = *catalogue::find(name);
     // Stores of one network number lane connectors in memory: they have no such column, and nothing is in
     // use.
     if (DBTools::dbVer() < kSeveralNetworks && name == QLatin1String("LaneConnector"))
         return;
-    const QString listed = DBTools::getIDName(name);
     QSqlQuery query(mDb);
-    const QString column = listed.isEmpty() ? QString::fromLatin1(entry.id) : listed;
-    if (!query.exec(QStringLiteral("select max(%1) from %2").arg(column, name)) || !query.next())
+    if (!query.exec(QStringLiteral("select max(%1) from %2").arg(QLatin1String(entry.id), name)) ||
+        !query.next())
         refuseReading(name, query.lastError().databaseText());
     const qint64 highest = query.value(0).toLongLong();
     if (highest >= std::numeric_limits<qint32>::max())

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "tools/kinds/TrafficObjects.h"
+#include "model/NetContents.h"
 #include "tools/sumo/import/DemandBuilder.h"
 #include "tools/sumo/import/IdSource.h"
 #include "tools/sumo/import/NetworkMap.h"

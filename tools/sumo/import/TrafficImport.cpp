@@ -1,15 +1,27 @@
 #include "tools/sumo/import/TrafficImport.h"
 
-#include "tools/kinds/Kinds.h"
+#include "model/Net.h"
+#include "store/DBTools.h"
+#include "tools/session/StoreSession.h"
 #include "tools/sumo/import/DemandBuilder.h"
 #include "tools/sumo/import/DetectorBuilder.h"
 #include "tools/sumo/import/IncidentBuilder.h"
 #include "tools/sumo/import/SignalBuilder.h"
 #include "tools/sumo/import/TransitBuilder.h"
 
+#include <algorithm>
+#include <memory>
+
 namespace moratools {
 
 namespace {
+
+template <class T>
+QList<long> ascending(const QHash<long, T> &byCode) {
+    QList<long> codes = byCode.keys();
+    std::sort(codes.begin(), codes.end());
+    return codes;
+}
 
 void build(const SumoNet &net, const CompanionPlan &plan, IdSource &ids, NetworkObjects &network) {
     const NetworkMap map(net, network.links);
@@ -25,11 +37,28 @@ void build(const SumoNet &net, const CompanionPlan &plan, IdSource &ids, Network
     buildZones(companions, plan.obstacles, map, ids, traffic);
 }
 
+/// The types and compositions that the store has, by code.
+void readCatalogue(long netId, TrafficObjects &traffic) {
+    QHash<long, VehicleType> types;
+    DBTools::selectVehicleType(gDB, netId, types);
+    for (const long code : ascending(types))
+        traffic.vehicleTypes.push_back(std::make_unique<VehicleType>(types.value(code)));
+    QHash<long, VehicleComposition> compositions;
+    DBTools::selectVehicleConstitutent(gDB, netId, compositions);
+    for (const long code : ascending(compositions)) {
+        // Only the single read tells which composition is the default.
+        traffic.compositions.push_back(
+            std::make_unique<VehicleComposition>(DBTools::selectVehicleComposition(gDB, netId, code)));
+        if (traffic.compositions.back()->vehicleConsCode != code)
+            refuseReading(QStringLiteral("vehicle composition %1 of network \"%2\"")
+                              .arg(QString::number(code), gNet.netName()));
+    }
+}
+
 } // namespace
 
 void buildTraffic(const SumoNet &net, const CompanionPlan &plan, IdSource &ids, NetworkObjects &network) {
-    network.traffic.vehicleTypes = readAll<VehicleType>(network.record.netId);
-    network.traffic.compositions = readAll<VehicleComposition>(network.record.netId);
+    readCatalogue(network.record.netId, network.traffic);
     build(net, plan, ids, network);
 }
 
