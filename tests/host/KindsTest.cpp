@@ -3,6 +3,10 @@
 #include "tests/support/StatementTrace.h"
 #include "tests/support/StoreFixture.h"
 
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+
 #ifdef Q_OS_LINUX
 #include <sys/resource.h>
 #endif
@@ -56,6 +60,22 @@ TEST_F(NamedKinds, AListTakesAsManyStatementsHoweverLongItIs) {
     }
     // Settings come alone.
     EXPECT_EQ(longer, 21);
+}
+
+TEST_F(Morastore, ADetectorShowsItsVehicleTypes) {
+    const QString store = newStore();
+    ASSERT_EQ(run({QStringLiteral("import"), store, kExample}).exitCode, 0);
+    alter(store, {QStringLiteral("insert into VehicleDetector(NetId, vehicleDetectorId, signalGroupID, name, "
+                                 "phaseNumber, roadId, roadType, laneNumber, length, distToTerminal, type, "
+                                 "maxGreen) values(1, 4, 1, 'D', 1, 1, 'L', 1, 2, 3, 'T', 5)"),
+                  QStringLiteral("insert into DetectorVehiType(NetId, vehicleDetectorId, vehicleTypeCode) "
+                                 "values(1, 4, 2), (1, 4, 3)")});
+    const QJsonObject shown =
+        QJsonDocument::fromJson(run({QStringLiteral("show"), store, QStringLiteral("vehicleDetectors"),
+                                     QStringLiteral("4"), QStringLiteral("--json")})
+                                    .out.toUtf8())
+            .object();
+    EXPECT_EQ(shown.value(QStringLiteral("vehicleTypeCodes")).toArray(), (QJsonArray{2, 3}));
 }
 
 TEST_F(Morastore, CopyAndRemovalTakeNoMemoryForEveryRow) {

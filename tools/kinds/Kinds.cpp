@@ -161,7 +161,7 @@ const std::vector<NamedKind> &namedKinds() {
         byId("DeparturePoint", departurePoint),
         byId("DecisionPoint", DBTools::selectDecisionPointByID, Needs::Network),
         byId("Routing", DBTools::selectRoutingByID, Needs::Network),
-        byId("VehicleDetector", DBTools::selectVehicleDetector),
+        byId("VehicleDetector", DBTools::selectVehicleDetector, Needs::Network),
         byId("VehicleQueueCounter", DBTools::selectVehicleQueueCounter),
         byId("VehicleTravelDetector", DBTools::selectVehicleTravelDetector),
         byId("VehicleDrivInfoCollecter", DBTools::selectVehicleDrivInfoCollector),
