@@ -309,4 +309,7 @@ TEST_F(Morastore, ANetworkIsChosenByNumberOrName) {
                 return run(command + QStringList{QStringLiteral("--net"), QStringLiteral("none")});
             },
             QStringLiteral("has no network \"none\""));
+    alter(store, {QStringLiteral("update Net set name = 'twin'")});
+    expectRefusal([&] { return show({QStringLiteral("links")}, QStringLiteral("twin")); },
+                  QStringLiteral("has 2 networks \"twin\"; give the number of one"));
 }
