@@ -1,4 +1,5 @@
 #include "tests/support/StoreFixture.h"
+#include "tools/kinds/Comparison.h"
 #include "tools/sumo/import/NetworkImport.h"
 #include "tools/sumo/reader/CompanionReader.h"
 #include "tools/sumo/reader/NetReader.h"
@@ -67,7 +68,7 @@ protected:
         readSumoCompanion(file("rules.add.xml", kCompanions), companions);
         const CompanionPlan plan = planCompanions(net, std::move(companions));
         EXPECT_TRUE(plan.leftOut.isEmpty()) << plan.leftOut.lines().join(QLatin1Char('\n')).toStdString();
-        importNetwork(net, plan, QStringLiteral("rules"));
+        mWritten = importNetwork(net, plan, QStringLiteral("rules"));
     }
 
     QString file(const char *name, const char *content) const {
@@ -93,7 +94,16 @@ protected:
             EXPECT_EQ(rows(rule.sql).join(QLatin1Char(';')).toStdString(), rule.rows)
                 << rule.sql.toStdString();
     }
+
+    NetworkObjects mWritten;
 };
+
+TEST_P(ImportRules, WhatIsReadIsWhatWasMade) {
+    reopen();
+    gNet.loadRecord(NetRecord());
+    const Comparison same = compareNetworks(mWritten, readNetwork(mWritten.record.netId), true);
+    EXPECT_EQ(same.first.join(QLatin1Char('\n')).toStdString(), "");
+}
 
 TEST_P(ImportRules, RoadsHaveTheLimitsAndEdgesOfTheirLanes) {
     expect({
