@@ -38,7 +38,7 @@ protected:
         ASSERT_EQ(imported.exitCode, 0) << imported.err.toStdString();
     }
     QString draw(const char *name) const {
-        const QString picture = file(QLatin1String(name));
+        QString picture = file(QLatin1String(name));
         const Outcome outcome =
             run({QStringLiteral("draw"), mStore, picture, QStringLiteral("--size"), QStringLiteral("2256")});
         EXPECT_EQ(outcome.exitCode, 0) << outcome.err.toStdString();

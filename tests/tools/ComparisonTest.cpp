@@ -256,8 +256,8 @@ TEST(Comparison, CountsValuesAndCoordinates) {
     EXPECT_EQ(comparison.coordinates, 2 * 66 + 114);
     // Each of two lane connectors has three lines of five points.
     const Comparison without = compareNetworks(sampleNetwork(), sampleNetwork(), false);
-    EXPECT_EQ(without.fields, comparison.fields - 2 * 3 * 16);
-    EXPECT_EQ(without.coordinates, comparison.coordinates - 2 * 3 * 15);
+    EXPECT_EQ(without.fields, comparison.fields - qint64(2) * 3 * 16);
+    EXPECT_EQ(without.coordinates, comparison.coordinates - qint64(2) * 3 * 15);
 }
 
 TEST(Comparison, SaysWhereAndWhat) {
