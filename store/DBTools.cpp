@@ -39,6 +39,18 @@ networks::Record networkRecord(long id, const QString &name, const QPointF &cent
     return record;
 }
 
+/// The store as its version has it.
+Store storeByVersion(StoreState &state, QSqlDatabase &db, long netId) {
+    const std::optional<long> version = probes::dbVersion(db, state.failures);
+    if (version.value_or(0) >= 6)
+        return opening::storeOfSeveralNets(state, db, netId);
+    Store store = opening::storeOfOneNet(state, db, netId);
+    // Statements for one network would reach the rows of all networks.
+    if (!version)
+        store.giveUp();
+    return store;
+}
+
 } // namespace
 
 Store DBTools::ownStore(QSqlDatabase &db, long netId) {
@@ -46,18 +58,12 @@ Store DBTools::ownStore(QSqlDatabase &db, long netId) {
 }
 
 Store DBTools::storeOf(QSqlDatabase &db, long netId) {
-    const std::optional<long> version = probes::dbVersion(db, failuresOf(db.driver()));
-    if (version.value_or(0) >= 6)
-        return DBTools_V6::storeOf(db, netId);
-    Store store = ownStore(db, netId);
-    // Statements for one network would reach the rows of all networks.
-    if (!version)
-        store.giveUp();
-    return store;
+    return storeByVersion(stateOf(db), db, netId);
 }
 
 Store DBTools::currentStoreOf(QSqlDatabase &db) {
-    return storeOf(db, stateOf(db).net.netId);
+    StoreState &state = stateOf(db);
+    return storeByVersion(state, db, state.net.netId);
 }
 
 QList<CallDbResult> &DBTools::failuresOf(const QSqlDriver *driver) {

@@ -4,14 +4,15 @@
 #include "store/families/Networks.h"
 #include "store/ids/Identifiers.h"
 #include "store/opening/ProcessStore.h"
+#include "store/opening/StoreOpening.h"
 
 Store DBTools_V6::storeOf(QSqlDatabase &db, long netId) {
-    StoreState &state = stateOf(db);
-    return {db, state, netId, Generation::SeveralNets, 6, *state.severalNetsFailures};
+    return opening::storeOfSeveralNets(stateOf(db), db, netId);
 }
 
 Store DBTools_V6::currentStoreOf(QSqlDatabase &db) {
-    return storeOf(db, stateOf(db).net.netId);
+    StoreState &state = stateOf(db);
+    return opening::storeOfSeveralNets(state, db, state.net.netId);
 }
 
 Store DBTools_V6::ownStore(QSqlDatabase &db, long netId) {

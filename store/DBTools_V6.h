@@ -24,7 +24,6 @@ public:
                           QString otherAttrsJson, bool isDefault, bool useTransaction);
 
 private:
-    friend class DBTools;
     friend class StoreOperations<DBTools_V6>;
     /// @{ A store of generation 6, unasked.
     static Store storeOf(QSqlDatabase &db, long netId);

@@ -2,7 +2,6 @@
 
 #include <QSqlDatabase>
 #include <QSqlDriver>
-#include <QVariant>
 
 Net &gNet = processStore().state.net;
 QHash<long, VehicleType> &ghVehicleType = processStore().state.vehicleTypes;
@@ -12,9 +11,24 @@ SpecialWords &gSpecialWords = processStore().state.words;
 
 namespace {
 
-/// The state goes with the connection: a property of its driver, which all handles of the connection share.
-/// So it is found without a lock, and with the connection it is gone.
-constexpr const char *kState = "moraStoreState";
+/// The state goes with the connection: a child of its driver, which all handles of the connection share and
+/// which has no others as a rule. So it is found without a lock, and with the connection it is gone.
+class AttachedState : public QObject {
+public:
+    AttachedState(QSqlDriver *driver, StoreState *of) : QObject(driver), state(of) {}
+
+    StoreState *const state;
+};
+
+AttachedState *attachedTo(const QSqlDriver *driver) {
+    if (driver) {
+        for (QObject *child : driver->children()) {
+            if (auto *attached = dynamic_cast<AttachedState *>(child))
+                return attached;
+        }
+    }
+    return nullptr;
+}
 
 } // namespace
 
@@ -28,10 +42,12 @@ StoreState &stateOf(const QSqlDatabase &db) {
 }
 
 StoreState &stateOf(const QSqlDriver *driver) {
-    const QVariant own = driver ? driver->property(kState) : QVariant();
-    return own.isValid() ? *static_cast<StoreState *>(own.value<void *>()) : processStore().state;
+    const AttachedState *own = attachedTo(driver);
+    return own ? *own->state : processStore().state;
 }
 
 void attachState(const QSqlDatabase &db, StoreState *state) {
-    db.driver()->setProperty(kState, state ? QVariant::fromValue<void *>(state) : QVariant());
+    delete attachedTo(db.driver());
+    if (state)
+        new AttachedState(db.driver(), state); // the driver's
 }

@@ -174,6 +174,10 @@ Store storeOfOneNet(StoreState &state, QSqlDatabase &db, long netId) {
     return {db, state, netId, Generation::OneNet, state.version, state.failures};
 }
 
+Store storeOfSeveralNets(StoreState &state, QSqlDatabase &db, long netId) {
+    return {db, state, netId, Generation::SeveralNets, 6, *state.severalNetsFailures};
+}
+
 bool bringForward(StoreState &state, QSqlDatabase &db) {
     const bool isAnswered = upgrade::toCurrentSchema(storeOfOneNet(state, db, 0));
     readCatalogue(state, db);

@@ -25,8 +25,10 @@ bool openGuarded(QSqlDatabase &db, FailureList &failures);
 bool isWritableStoreFile(const QString &path, FailureList &failures);
 /// @}
 
-/// A store of one network, whatever its version says.
+/// @{ A store of one network, and one of several, whatever its version says.
 Store storeOfOneNet(StoreState &state, QSqlDatabase &db, long netId);
+Store storeOfSeveralNets(StoreState &state, QSqlDatabase &db, long netId);
+/// @}
 /// Brings an SQLite store to the current schema; whether it could be asked everything.
 bool bringForward(StoreState &state, QSqlDatabase &db);
 /// Brings a store of the first generation to what bringForward() expects. Does nothing on a store of several
