@@ -87,6 +87,5 @@ TEST(Catalogue, NumbersAndKeysAreTheDeclaredOnes) {
             EXPECT_TRUE(key.count(column) || column == "netid") << table.name << "." << column;
     }
     tables.removeAll(QStringLiteral("sqlite_sequence"));
-    EXPECT_EQ(tables.join(QLatin1Char(' ')).toStdString(),
-              "DbVersion IDGenerater Vehicle VehicleDriving");
+    EXPECT_EQ(tables.join(QLatin1Char(' ')).toStdString(), "DbVersion IDGenerater Vehicle VehicleDriving");
 }

@@ -11,7 +11,6 @@
 
 #include <QSqlQuery>
 
-
 using namespace moratools;
 
 namespace {
