@@ -63,7 +63,7 @@ struct Base {
         SumoCompanions companions;
         for (const char *file : {"crossing.add.xml", "crossing.rou.xml", "turns.xml"})
             readSumoCompanion(example(file), companions);
-        importNetwork(net, planCompanions(net, std::move(companions)), QStringLiteral("crossing"));
+        importNetwork(store, net, planCompanions(net, std::move(companions)), QStringLiteral("crossing"));
         QSqlQuery names(QStringLiteral("select name from sqlite_master where type = 'table' and name not "
                                        "like 'sqlite%' order by name"),
                         gDB);
@@ -159,7 +159,7 @@ void readKinds(bool withRoads) {
             continue;
         for (long id = 0; id <= kLargestId; ++id) {
             try {
-                kind.read(kNet, id);
+                kind.read(StoreSession::ofProcess({}), kNet, id);
             } catch (const Failure &failure) {
                 fuzzing::require(!failure.message().isEmpty(), "a failure says why");
             }

@@ -1,7 +1,7 @@
 #include "host/Host.h"
 #include "host/commands/Commands.h"
+#include "host/commands/OpenedStore.h"
 #include "tools/reports/Failure.h"
-#include "tools/session/StoreSession.h"
 #include "tools/session/TemporaryFolder.h"
 
 #include <QFile>
@@ -74,10 +74,10 @@ int execute(const std::function<void()> &work) {
             QStringLiteral("morastore: out of memory; close other programs or use a smaller network"));
         return Failed;
     }
-    if (unexpectedFailures() == 0)
+    if (commands::refusedStatements() == 0)
         return Done;
     commands::tell(QStringLiteral("morastore: the store refused %1 statements; --verbose shows them")
-                       .arg(unexpectedFailures()));
+                       .arg(commands::refusedStatements()));
     return LeftOut;
 }
 

@@ -24,8 +24,12 @@ OpenStore::OpenStore(const StoreSettings &settings, Access access) : mState(std:
     if (state.db.isValid())
         attachState(state.db, &state);
     opening::nameStore(state.db, settings);
-    mIsOpened = access == Access::Write ? opening::forWriting(state, state.db, settings.name, true)
-                                        : opening::forReading(state, state.db, settings.name, true);
+    if (access == Access::Read)
+        mIsOpened = opening::forReading(state, state.db, settings.name, true);
+    else
+        mIsOpened =
+            (access == Access::Write || opening::passFirstGeneration(state, state.db, settings.name)) &&
+            opening::forWriting(state, state.db, settings.name, true);
     state.words.initVars();
     if (!mIsOpened)
         state.db.close();

@@ -44,8 +44,9 @@ struct StoreState;
 class MORASTORE_EXPORT OpenStore {
 public:
     enum class Access {
-        Read, ///< as DBTools::openDatabaseReadOnly(): nothing of the store changes
-        Write ///< as DBTools::openDatabase(): an SQLite store is brought to the current schema
+        Read,   ///< as DBTools::openDatabaseReadOnly(): nothing of the store changes
+        Write,  ///< as DBTools::openDatabase(): an SQLite store is brought to the current schema
+        Upgrade ///< as Write; one of the first generation is brought forward, too
     };
 
     /// @{ Opens an SQLite file, or what @p settings name (the port included; for SQLite the name is the file).

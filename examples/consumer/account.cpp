@@ -24,8 +24,8 @@ int main(int argc, char *argv[]) {
         makeStore(path, newestTemplate());
         const SumoNet net = readSumoNet(arguments[2]);
         const StoreSession store(path, Access::Write);
-        importNetwork(net, planCompanions(net, {}), networkNameOf(arguments[2]));
-        const StoreInfo info = takeStock(path);
+        importNetwork(store, net, planCompanions(net, {}), networkNameOf(arguments[2]));
+        const StoreInfo info = takeStock(store, path);
         for (const NetworkInfo &network : info.networks) {
             for (const auto &[kind, rows] : network.rows) {
                 if (kind == QLatin1String("links"))

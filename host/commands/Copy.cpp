@@ -1,9 +1,9 @@
 #include "host/Printable.h"
 #include "host/ProgressBar.h"
 #include "host/commands/Commands.h"
+#include "host/commands/OpenedStore.h"
 #include "tools/reports/Failure.h"
 #include "tools/rows/NetworkCopy.h"
-#include "tools/session/StoreSession.h"
 
 using namespace moratools;
 
@@ -53,14 +53,14 @@ void copy(const Options &options) {
     for (const auto &table : source.tablesBesides(networks))
         leftOut.append(QStringLiteral("table %1: %2 rows").arg(table.first, QString::number(table.second)));
     {
-        const StoreSession target(to, Access::Read);
-        requireFreeNames(networks, name);
+        const OpenedStore target(to, Access::Read);
+        requireFreeNames(target, networks, name);
     }
     QString account;
     {
-        const StoreSession target(to, Access::Write);
+        const OpenedStore target(to, Access::Write);
         ProgressBar copying(QStringLiteral("copying"));
-        const QList<CopiedNetwork> copies = copyNetworks(source, networks, name, copying.hearer());
+        const QList<CopiedNetwork> copies = copyNetworks(source, target, networks, name, copying.hearer());
         for (const CopiedNetwork &network : copies) {
             account += accountOf(network);
             leftOut += network.leftOut;

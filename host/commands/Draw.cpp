@@ -1,10 +1,10 @@
 #include "host/ProgressBar.h"
 #include "host/commands/Commands.h"
+#include "host/commands/OpenedStore.h"
 #include "tools/drawing/NetworkDrawing.h"
 #include "tools/kinds/NetworkObjects.h"
 #include "tools/reports/Failure.h"
 #include "tools/session/NetworkChoice.h"
-#include "tools/session/StoreSession.h"
 
 using namespace moratools;
 
@@ -32,9 +32,10 @@ void addDraw(CLI::App &program, Run &run) {
         run.work = [options] {
             // Reading a large network takes its time.
             requirePicturePath(QString::fromStdString(options->picture));
-            const StoreSession store(QString::fromStdString(options->store), Access::Read);
+            const OpenedStore store(QString::fromStdString(options->store), Access::Read);
             ProgressBar reading(QStringLiteral("reading"));
-            const NetworkObjects network = readNetwork(chosenNetwork(options->net), reading.hearer());
+            const NetworkObjects network =
+                readNetwork(store, chosenNetwork(store, options->net), reading.hearer());
             const QStringList damage = damageOf(network);
             const QStringList leftOut =
                 damage + drawToFile(network, QString::fromStdString(options->picture), options->size);

@@ -2,7 +2,7 @@
 #include "host/ProgressBar.h"
 #include "host/commands/Commands.h"
 #include "host/commands/CompanionFiles.h"
-#include "tools/session/StoreSession.h"
+#include "host/commands/OpenedStore.h"
 #include "tools/sumo/import/NetworkImport.h"
 #include "tools/sumo/reader/NetReader.h"
 
@@ -27,8 +27,8 @@ void import(const Options &options) {
     const StoreAddress address(QString::fromStdString(options.store));
     StoreSession::require(address, Access::Write);
     {
-        const StoreSession store(address, Access::Read);
-        requirePlaceFor(name);
+        const OpenedStore store(address, Access::Read);
+        requirePlaceFor(store, name);
     }
     SumoNet net;
     {
@@ -36,11 +36,11 @@ void import(const Options &options) {
         net = readSumoNet(path, reading.hearer());
     }
     const CompanionPlan plan = options.companions.plan(net);
-    const StoreSession store(address, Access::Write);
+    const OpenedStore store(address, Access::Write);
     NetworkObjects network;
     {
         ProgressBar writing(QStringLiteral("writing"));
-        network = importNetwork(net, plan, name, writing.hearer());
+        network = importNetwork(store, net, plan, name, writing.hearer());
     }
     const QString title =
         QStringLiteral("network %1 \"%2\"")

@@ -1,7 +1,7 @@
 #include "host/commands/Commands.h"
+#include "host/commands/OpenedStore.h"
 #include "host/commands/StoreText.h"
 #include "tools/kinds/StoreInfo.h"
-#include "tools/session/StoreSession.h"
 
 #include <QJsonDocument>
 
@@ -22,8 +22,8 @@ void addInfo(CLI::App &program, Run &run) {
     command->callback([options, &run] {
         run.work = [options] {
             const StoreAddress address(QString::fromStdString(options->store));
-            const StoreSession store(address, Access::Read);
-            const StoreInfo info = takeStock(address.name());
+            const OpenedStore store(address, Access::Read);
+            const StoreInfo info = takeStock(store, address.name());
             if (options->json)
                 printJson(QJsonDocument(info.toJson()));
             else

@@ -1,7 +1,7 @@
 #include "host/commands/Commands.h"
 #include "store/DBTools.h"
 #include "tools/reports/Failure.h"
-#include "tools/session/StoreSession.h"
+#include "tools/session/StoreAddress.h"
 
 using namespace moratools;
 
@@ -16,7 +16,7 @@ void changeFile(const std::string &given, bool (*change)(QString)) {
                                      "rights and its disk's encryption do that")
                           .arg(address.name()));
     if (!change(address.path()))
-        throw Failure(firstFailureText());
+        throw Failure(DBTools::mlCallDbResult.value(0).error.trimmed());
 }
 
 // The library's calls by key protect what is not protected.

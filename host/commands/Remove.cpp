@@ -1,10 +1,10 @@
 #include "host/Printable.h"
 #include "host/Terminal.h"
 #include "host/commands/Commands.h"
+#include "host/commands/OpenedStore.h"
 #include "tools/reports/Failure.h"
 #include "tools/rows/NetworkDeletion.h"
 #include "tools/session/NetworkChoice.h"
-#include "tools/session/StoreSession.h"
 
 #include <iostream>
 
@@ -38,8 +38,8 @@ void remove(const QString &address, const QString &wanted, bool isSure) {
     StoreSession::require(store, Access::Write);
     // Opening for writing brings an older store forward, so it waits until there is something to remove.
     const NetworkInfo network = [&] {
-        const StoreSession open(store, Access::Read);
-        return takeStockBeforeRemoval(networkIdOf(wanted));
+        const OpenedStore open(store, Access::Read);
+        return takeStockBeforeRemoval(open, networkIdOf(open, wanted));
     }();
     const QString title =
         QStringLiteral("network %1 \"%2\"").arg(QString::number(network.id), printable::line(network.name));
@@ -50,8 +50,8 @@ void remove(const QString &address, const QString &wanted, bool isSure) {
         if (!isConfirmed())
             throw Failure(QStringLiteral("nothing was removed"));
     }
-    const StoreSession open(store, Access::Write);
-    removeNetwork(network.id);
+    const OpenedStore open(store, Access::Write);
+    removeNetwork(open, network.id);
     const QString gone = title + QStringLiteral(" is gone");
     QStringList account{gone + QLatin1Char(':')};
     account += rowsOf(network);

@@ -1,13 +1,13 @@
 #include "host/ProgressBar.h"
 #include "host/commands/Commands.h"
 #include "host/commands/CompanionFiles.h"
+#include "host/commands/OpenedStore.h"
 #include "host/commands/StoreText.h"
 #include "tools/drawing/NetworkDrawing.h"
 #include "tools/kinds/Comparison.h"
 #include "tools/kinds/StoreInfo.h"
 #include "tools/reports/Failure.h"
 #include "tools/session/NewStore.h"
-#include "tools/session/StoreSession.h"
 #include "tools/session/TemporaryFolder.h"
 #include "tools/sumo/import/NetworkImport.h"
 #include "tools/sumo/reader/NetReader.h"
@@ -63,9 +63,9 @@ QString reportOf(const Comparison &comparison, const Stopwatch &stopwatch, const
 
 NetworkObjects write(const QString &store, const SumoNet &net, const CompanionPlan &plan,
                      const QString &name) {
-    const StoreSession open(store, Access::Write);
+    const OpenedStore open(store, Access::Write);
     ProgressBar progress(QStringLiteral("writing"));
-    return importNetwork(net, plan, name, progress.hearer());
+    return importNetwork(open, net, plan, name, progress.hearer());
 }
 
 void roundTrip(const Options &options) {
@@ -92,11 +92,11 @@ void roundTrip(const Options &options) {
     stopwatch.lap("writing");
 
     // The store was closed, so nothing below comes from memory.
-    const StoreSession open(store, Access::Read);
+    const OpenedStore open(store, Access::Read);
     ProgressBar progress(QStringLiteral("reading"));
-    const NetworkObjects read = readNetwork(written.record.netId, progress.hearer());
+    const NetworkObjects read = readNetwork(open, written.record.netId, progress.hearer());
     stopwatch.lap("reading");
-    const Comparison comparison = compareNetworks(written, read, true);
+    const Comparison comparison = compareNetworks(written, read, true, open.words());
     stopwatch.lap("comparing");
     for (const std::string &picture : {options.svg, options.png}) {
         if (!picture.empty())
@@ -107,7 +107,7 @@ void roundTrip(const Options &options) {
     for (const QString &difference : comparison.first)
         tell(difference);
     try {
-        print(reportOf(comparison, stopwatch, takeStock(store)),
+        print(reportOf(comparison, stopwatch, takeStock(open, store)),
               options.store.empty() ? QString() : QStringLiteral("the store is made"));
     } catch (const OutputLost &) {
         // A difference is worse than that nobody reads of it.

@@ -1,11 +1,11 @@
 #include "host/Printable.h"
 #include "host/commands/Commands.h"
+#include "host/commands/OpenedStore.h"
 #include "store/DBTools.h"
 #include "tools/kinds/Kinds.h"
 #include "tools/kinds/NetworkObjects.h"
 #include "tools/reports/Failure.h"
 #include "tools/session/NetworkChoice.h"
-#include "tools/session/StoreSession.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -62,9 +62,9 @@ void appendField(QString &text, const QString &name, const QJsonValue &value, in
     }
 }
 
-void showOne(const NamedKind &kind, long netId, long id, bool json) {
-    const std::optional<Description> object = kind.read(netId, id);
-    requireServerAlive();
+void showOne(const OpenedStore &store, const NamedKind &kind, long netId, long id, bool json) {
+    const std::optional<Description> object = kind.read(store, netId, id);
+    store.requireServerAlive();
     if (!object)
         throw Failure(QStringLiteral("network %1 has no %2 of kind %3; without a number \"show\" lists those "
                                      "that it has")
@@ -80,10 +80,10 @@ void showOne(const NamedKind &kind, long netId, long id, bool json) {
     print(text);
 }
 
-void showList(const NamedKind &kind, long netId, bool json) {
+void showList(const OpenedStore &store, const NamedKind &kind, long netId, bool json) {
     QJsonArray list;
     QString text;
-    const QList<NamedObject> objects = kind.list(netId);
+    const QList<NamedObject> objects = kind.list(store, netId);
     for (const NamedObject &object : objects) {
         if (json)
             list.append(QJsonObject{{QStringLiteral("id"), qint64(object.id)},
@@ -92,7 +92,7 @@ void showList(const NamedKind &kind, long netId, bool json) {
             text += QStringLiteral("%1  %2\n")
                         .arg(QString::number(object.id).rightJustified(8), printable::line(object.name));
     }
-    requireServerAlive();
+    store.requireServerAlive();
     if (json)
         printJson(QJsonDocument(list));
     else
@@ -101,19 +101,19 @@ void showList(const NamedKind &kind, long netId, bool json) {
 
 void show(const Options &options) {
     const NamedKind &kind = kindCalled(QString::fromStdString(options.kind));
-    const StoreSession store(QString::fromStdString(options.store), Access::Read);
-    const NetRecord record = openNetwork(chosenNetwork(options.net)).record;
+    const OpenedStore store(QString::fromStdString(options.store), Access::Read);
+    const NetRecord record = openNetwork(store, chosenNetwork(store, options.net)).record;
     const long netId = record.netId;
     if (options.id.empty()) {
-        showList(kind, netId, options.json);
+        showList(store, kind, netId, options.json);
         return;
     }
     // What the object refers to is found among the current network's, which is read at one go. What cannot
     // be read of it is missed by the object alone.
     NetworkObjects network;
-    if (kind.needsNetwork && !DBTools::loadNet(gDB, netId, network))
-        refuseReading(QStringLiteral("network \"%1\"").arg(record.name));
-    showOne(kind, netId, std::stol(options.id), options.json);
+    if (kind.needsNetwork && !DBTools::loadNet(store.db(), netId, network))
+        store.refuseReading(QStringLiteral("network \"%1\"").arg(record.name));
+    showOne(store, kind, netId, std::stol(options.id), options.json);
 }
 
 /// CLI's own check of a number that is not negative gives the largest one in 309 digits.

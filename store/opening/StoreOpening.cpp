@@ -201,6 +201,21 @@ void bringFirstGenerationForward(StoreState &state, QSqlDatabase &db) {
     state.version = static_cast<int>(probes::dbVersion(db, state.failures).value_or(0));
 }
 
+bool passFirstGeneration(StoreState &state, QSqlDatabase &db, const QString &path) {
+    if (state.settings.driver != QLatin1String("QSQLITE"))
+        return true;
+    if (!isWritableStoreFile(path, state.failures) || !openGuarded(db, state.failures))
+        return false;
+    const auto isFirst = upgrade::isFirstGeneration(db, state.failures);
+    if (isFirst.value_or(false))
+        bringFirstGenerationForward(state, db);
+    db.close();
+    // Identifiers are counted anew in what has become of the store.
+    state.reservedIds.clear();
+    state.highestIds.clear();
+    return isFirst.has_value();
+}
+
 void readCatalogue(StoreState &state, QSqlDatabase &db) {
     if (!state.tableNames.isEmpty())
         return;

@@ -34,6 +34,9 @@ bool bringForward(StoreState &state, QSqlDatabase &db);
 /// Brings a store of the first generation to what bringForward() expects. Does nothing on a store of several
 /// networks, on a server, and where the store is refused.
 void bringFirstGenerationForward(StoreState &state, QSqlDatabase &db);
+/// Does the same for a store that is not open yet; the connection is closed again. False where the store cannot
+/// be had for it.
+bool passFirstGeneration(StoreState &state, QSqlDatabase &db, const QString &path);
 /// Reads the names of tables and keys once; what could not be read is read the next time.
 void readCatalogue(StoreState &state, QSqlDatabase &db);
 

@@ -2,6 +2,7 @@
 #include "tests/host/Morastore.h"
 #include "tests/support/StatementTrace.h"
 #include "tests/support/StoreFixture.h"
+#include "tools/session/StoreSession.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -24,7 +25,7 @@ TEST_F(NamedKinds, AListTakesAsManyStatementsHoweverLongItIs) {
     DBTools::initDictionary(gDB, kNet, true);
     const auto counted = [](const NamedKind &kind) {
         const StatementTrace trace(gDB);
-        const QList<NamedObject> objects = kind.list(kNet);
+        const QList<NamedObject> objects = kind.list(StoreSession::ofProcess({}), kNet);
         return QPair<int, int>(objects.size(), trace.statements().size());
     };
     QMap<QString, QPair<int, int>> before;

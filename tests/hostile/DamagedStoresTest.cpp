@@ -5,6 +5,7 @@
 #include "tests/hostile/HostileFiles.h"
 #include "tools/kinds/Kinds.h"
 #include "tools/reports/Failure.h"
+#include "tools/session/StoreSession.h"
 
 #include <QElapsedTimer>
 
@@ -141,7 +142,7 @@ protected:
         for (const NamedKind &kind : namedKinds()) {
             for (long id = 0; id <= largestId && kind.needsNetwork == withRoads; ++id) {
                 try {
-                    kind.read(1, id);
+                    kind.read(StoreSession::ofProcess({}), 1, id);
                 } catch (const Failure &failure) {
                     EXPECT_FALSE(failure.message().isEmpty());
                 }

@@ -1,5 +1,6 @@
 #include "tests/support/StoreFixture.h"
 #include "tools/kinds/Comparison.h"
+#include "tools/session/StoreSession.h"
 #include "tools/sumo/import/NetworkImport.h"
 #include "tools/sumo/reader/CompanionReader.h"
 #include "tools/sumo/reader/NetReader.h"
@@ -68,7 +69,7 @@ protected:
         readSumoCompanion(file("rules.add.xml", kCompanions), companions);
         const CompanionPlan plan = planCompanions(net, std::move(companions));
         EXPECT_TRUE(plan.leftOut.isEmpty()) << plan.leftOut.lines().join(QLatin1Char('\n')).toStdString();
-        mWritten = importNetwork(net, plan, QStringLiteral("rules"));
+        mWritten = importNetwork(StoreSession::ofProcess({}), net, plan, QStringLiteral("rules"));
     }
 
     QString file(const char *name, const char *content) const {
@@ -101,7 +102,8 @@ protected:
 TEST_P(ImportRules, WhatIsReadIsWhatWasMade) {
     reopen();
     gNet.loadRecord(NetRecord());
-    const Comparison same = compareNetworks(mWritten, readNetwork(mWritten.record.netId), true);
+    const Comparison same =
+        compareNetworks(mWritten, readNetwork(StoreSession::ofProcess({}), mWritten.record.netId), true);
     EXPECT_EQ(same.first.join(QLatin1Char('\n')).toStdString(), "");
 }
 

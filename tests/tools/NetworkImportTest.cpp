@@ -6,6 +6,7 @@
 #include "tools/kinds/Comparison.h"
 #include "tools/reports/Failure.h"
 #include "tools/session/GuardedTransaction.h"
+#include "tools/session/StoreSession.h"
 #include "tools/sumo/import/NetworkBuilder.h"
 #include "tools/sumo/reader/NetReader.h"
 
@@ -57,13 +58,13 @@ SumoNet twoEdges(bool leftHand) {
 class NetworkImport : public StoreFixture {
 protected:
     NetworkObjects import(const SumoNet &net, const QString &name) {
-        return importNetwork(net, planCompanions(net, {}), name);
+        return importNetwork(StoreSession::ofProcess({}), net, planCompanions(net, {}), name);
     }
 
     NetworkObjects readBack(long netId) {
         reopen();
         gNet.loadRecord(NetRecord());
-        return readNetwork(netId);
+        return readNetwork(StoreSession::ofProcess({}), netId);
     }
 
     QStringList contents(long netId) {
@@ -84,7 +85,8 @@ TEST_F(BuiltNetwork, LanesAreNumberedFromTheRightWhicheverSideTrafficKeepsTo) {
     openTemplate("EmptyNet_V6.0.0");
     for (const bool leftHand : {false, true}) {
         const SumoNet net = twoEdges(leftHand);
-        IdSource ids(gDB);
+        const StoreSession store = StoreSession::ofProcess({});
+        IdSource ids(store);
         NetworkBuilder builder(net, ids, true);
         const auto links = builder.buildLinks();
         const auto connectors = builder.buildConnectors(links);
@@ -213,7 +215,8 @@ TEST_F(NetworkImport, ChangesThatOutgrowTheCacheWaitInTheFileAndGoWithTheTransac
         QStringLiteral("insert into Net(NetId, name, sourceType, centerX, centerY, isDefault, "
                        "otherAttrsJson) values(%1, 'n%1', '', 0, 0, 'F', zeroblob(4000000))");
     {
-        GuardedTransaction transaction(gDB);
+        const StoreSession store = StoreSession::ofProcess({});
+        GuardedTransaction transaction(store);
         for (int id = 100; id < 140; ++id)
             execute(add.arg(id));
         EXPECT_GT(QFileInfo(gDB.databaseName()).size(), size + 40'000'000);
@@ -221,7 +224,8 @@ TEST_F(NetworkImport, ChangesThatOutgrowTheCacheWaitInTheFileAndGoWithTheTransac
     const QString added = QStringLiteral("select NetId from Net where NetId >= 100");
     EXPECT_EQ(rows(added), QStringList());
     EXPECT_EQ(QFileInfo(gDB.databaseName()).size(), size);
-    GuardedTransaction transaction(gDB);
+    const StoreSession store = StoreSession::ofProcess({});
+    GuardedTransaction transaction(store);
     execute(add.arg(100));
     transaction.commit();
     EXPECT_EQ(rows(added), QStringList(QStringLiteral("100")));
@@ -230,7 +234,8 @@ TEST_F(NetworkImport, ChangesThatOutgrowTheCacheWaitInTheFileAndGoWithTheTransac
 TEST_F(NetworkImport, NothingIsKeptOfATransactionThatTheEngineEnded) {
     openTemplate("EmptyNet_V6.0.0");
     {
-        GuardedTransaction transaction(gDB);
+        const StoreSession store = StoreSession::ofProcess({});
+        GuardedTransaction transaction(store);
         execute(QStringLiteral("insert into Vertex(NetId, VertexID, X, Y, Z) values(9, 1, 0, 0, 0)"));
         // What SQLite does by itself when the disk is full.
         execute(QStringLiteral("rollback"));
@@ -242,7 +247,8 @@ TEST_F(NetworkImport, NothingIsKeptOfATransactionThatTheEngineEnded) {
     }
     EXPECT_EQ(rows(QStringLiteral("select count(*) from Vertex where NetId = 9")),
               QStringList(QStringLiteral("0")));
-    GuardedTransaction transaction(gDB);
+    const StoreSession store = StoreSession::ofProcess({});
+    GuardedTransaction transaction(store);
     execute(QStringLiteral("insert into Vertex(NetId, VertexID, X, Y, Z) values(9, 3, 0, 0, 0)"));
     transaction.commit();
     EXPECT_EQ(rows(QStringLiteral("select VertexID from Vertex where NetId = 9")),

@@ -1,6 +1,6 @@
 #include "tools/drawing/NetworkDrawing.h"
 
-#include "model/SpecialWords.h"
+#include "tools/drawing/DictionaryWord.h"
 #include "tools/drawing/Shapes.h"
 #include "tools/geometry/Polyline.h"
 
@@ -51,7 +51,7 @@ const KindColour kColours[] = {
 QColor colourOf(const QString &kind) {
     for (const KindColour &entry : kColours) {
         const QString key = QString::fromUtf8(entry.word);
-        if (kind == key || kind == gSpecialWords.getWord(key))
+        if (isEntry(kind, key))
             return entry.colour;
     }
     return std::end(kColours)[-1].colour;

@@ -1,6 +1,6 @@
 #include "tools/drawing/TrafficLayer.h"
 
-#include "model/SpecialWords.h"
+#include "tools/drawing/DictionaryWord.h"
 #include "tools/drawing/Shapes.h"
 
 #include <QFontMetricsF>
@@ -41,12 +41,11 @@ double directionAt(const Polyline &line, std::size_t index) {
 QColor colourOf(const SignalLamp &lamp) {
     const QString word =
         lamp.mpPhase && !lamp.mpPhase->mlColor.isEmpty() ? lamp.mpPhase->mlColor.first().color : QString();
-    const auto is = [&word](const QString &key) { return word == key || word == gSpecialWords.getWord(key); };
-    if (is(QStringLiteral("红")))
+    if (isEntry(word, QStringLiteral("红")))
         return QColor(0xd6, 0x2f, 0x2f);
-    if (is(QStringLiteral("黄")))
+    if (isEntry(word, QStringLiteral("黄")))
         return QColor(0xf2, 0xb7, 0x05);
-    if (is(QStringLiteral("绿")))
+    if (isEntry(word, QStringLiteral("绿")))
         return QColor(0x1f, 0xa5, 0x4a);
     return QColor(0x80, 0x80, 0x80);
 }

@@ -55,8 +55,10 @@ bool isGeometry(const QString &field) {
 class Comparer {
 public:
     /// @param laneConnectorGeometry whether the store keeps it.
-    Comparer(Comparison &result, bool laneConnectorGeometry)
-        : mResult(result), mLaneConnectorGeometry(laneConnectorGeometry) {}
+    Comparer(Comparison &result, bool laneConnectorGeometry, const SpecialWords &words)
+        : mResult(result), mLaneConnectorGeometry(laneConnectorGeometry), mWords(words) {}
+
+    const SpecialWords &words() const { return mWords; }
 
     /// @param isRoad the numbers of its points are coordinates, and those of its parts count.
     void object(const QString &path, const QVariantMap &written, const QVariantMap &read, bool isRoad) {
@@ -145,6 +147,7 @@ private:
 
     Comparison &mResult;
     bool mLaneConnectorGeometry;
+    const SpecialWords &mWords;
     bool mIsRoad = false;
 };
 
@@ -159,13 +162,13 @@ void compareOwners(const QString &, const T &, const T &, Comparer &) {}
 
 /// An object as it reads back.
 template <class T>
-Description asRead(const T &object) {
+Description asRead(const T &object, const SpecialWords &) {
     return describe(object);
 }
 /// A name that happens to be one of the dictionary's stored words is read as its displayed one.
-Description asRead(const VehicleType &type) {
+Description asRead(const VehicleType &type, const SpecialWords &words) {
     VehicleType shown = type;
-    shown.vehicleTypeName = gSpecialWords.trEnToZh(type.vehicleTypeName);
+    shown.vehicleTypeName = words.trEnToZh(type.vehicleTypeName);
     return describe(shown);
 }
 
@@ -178,7 +181,7 @@ void compareKind(const char *table, const Objects<T> &written, const Objects<T> 
     for (const auto &object : read)
         readById.insert(describe(*object).id, object.get());
     for (const auto &object : written) {
-        const Description description = asRead(*object);
+        const Description description = asRead(*object, compare.words());
         const QString path =
             QStringLiteral("%1 %2 \"%3\"").arg(kind, QString::number(description.id), description.name);
         const T *other = readById.value(description.id);
@@ -186,7 +189,7 @@ void compareKind(const char *table, const Objects<T> &written, const Objects<T> 
             result.differ(path, QStringLiteral("one"), QStringLiteral("none"));
             continue;
         }
-        compare.object(path, description.fields, asRead(*other).fields, isRoad);
+        compare.object(path, description.fields, asRead(*other, compare.words()).fields, isRoad);
         compareOwners(path, *object, *other, compare);
     }
     compare.value(QStringLiteral("number of objects (%1)").arg(kind), qlonglong(written.size()),
@@ -202,9 +205,9 @@ void Comparison::differ(const QString &field, const QString &written, const QStr
 }
 
 Comparison compareNetworks(const NetworkObjects &written, const NetworkObjects &read,
-                           bool laneConnectorGeometry) {
+                           bool laneConnectorGeometry, const SpecialWords &words) {
     Comparison result;
-    Comparer compare(result, laneConnectorGeometry);
+    Comparer compare(result, laneConnectorGeometry, words);
     compare.object(QStringLiteral("network \"%1\"").arg(written.record.name), describe(written.record).fields,
                    describe(read.record).fields, false);
     compareKind("Link", written.links, read.links, result, compare, true);

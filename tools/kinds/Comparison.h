@@ -1,5 +1,6 @@
 #pragma once
 
+#include "model/SpecialWords.h"
 #include "tools/MoraToolsExport.h"
 #include "tools/kinds/NetworkObjects.h"
 
@@ -21,8 +22,10 @@ struct MORATOOLS_EXPORT Comparison {
 
 /// Compares every field of a network that was read with that of the one that was written. The two share no
 /// object. Lane connectors are matched by their lanes: reading numbers them afresh. `laneConnectorGeometry`
-/// says whether the store keeps it.
+/// says whether the store keeps it, `words` are its dictionary; those
+/// of the process's store where none are given.
 MORATOOLS_EXPORT Comparison compareNetworks(const NetworkObjects &written, const NetworkObjects &read,
-                                            bool laneConnectorGeometry);
+                                            bool laneConnectorGeometry,
+                                            const SpecialWords &words = gSpecialWords);
 
 } // namespace moratools

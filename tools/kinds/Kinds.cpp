@@ -20,20 +20,22 @@ namespace {
 
 enum class Needs { Nothing, Network };
 
-QList<NamedObject> listOf(const char *table, const char *id, const char *name, long netId) {
-    QSqlQuery rows = rowsOfNetwork(QStringLiteral("%1, %2").arg(QLatin1String(id), QLatin1String(name)),
-                                   table, netId, QStringLiteral(" order by ") + QLatin1String(id));
+QList<NamedObject> listOf(const StoreSession &store, const char *table, const char *id, const char *name,
+                          long netId) {
+    QSqlQuery rows =
+        rowsOfNetwork(store, QStringLiteral("%1, %2").arg(QLatin1String(id), QLatin1String(name)), table,
+                      netId, QStringLiteral(" order by ") + QLatin1String(id));
     QList<NamedObject> list;
     while (rows.next()) {
         list.append({long(qint32(rows.value(0).toLongLong())), rows.value(1).toString()});
         if (list.last().name.size() > storablevalue::kLongestText)
-            refuseReading(
+            store.refuseReading(
                 QLatin1String(table),
                 QStringLiteral("the name in row %1 is longer than %2 characters")
                     .arg(QString::number(list.last().id), QString::number(storablevalue::kLongestText)));
     }
     if (rows.lastError().isValid())
-        refuseReading(QLatin1String(table), rows.lastError().databaseText());
+        store.refuseReading(QLatin1String(table), rows.lastError().databaseText());
     return list;
 }
 
@@ -50,18 +52,28 @@ NamedKind byId(const char *table, const Read &read, Needs needs = Needs::Nothing
     const catalogue::Kind &kind = *catalogue::kindIn(QLatin1String(table));
     const char *id = catalogue::find(QLatin1String(table))->id;
     return {QLatin1String(kind.plural), needs == Needs::Network,
-            [table, id, name = kind.name](long netId) { return listOf(table, id, name, netId); },
-            [read](long netId, long objectId) { return described(read(netId, objectId).get(), objectId); }};
+            [table, id, name = kind.name](const StoreSession &store, long netId) {
+                return listOf(store, table, id, name, netId);
+            },
+            [read](const StoreSession &store, long netId, long objectId) {
+                return described(read(store, netId, objectId).get(), objectId);
+            }};
 }
 /// @{ By an operation of the library.
 template <class T>
 NamedKind byId(const char *table, T *(*read)(QSqlDatabase &, long, long), Needs needs = Needs::Nothing) {
     return byId(
-        table, [read](long netId, long id) { return std::unique_ptr<T>(read(gDB, netId, id)); }, needs);
+        table,
+        [read](const StoreSession &store, long netId, long id) {
+            return std::unique_ptr<T>(read(store.db(), netId, id));
+        },
+        needs);
 }
 template <class T>
 NamedKind byId(const char *table, T (*read)(QSqlDatabase &, long, long)) {
-    return byId(table, [read](long netId, long id) { return std::make_unique<T>(read(gDB, netId, id)); });
+    return byId(table, [read](const StoreSession &store, long netId, long id) {
+        return std::make_unique<T>(read(store.db(), netId, id));
+    });
 }
 /// @}
 
@@ -69,9 +81,9 @@ NamedKind byId(const char *table, T (*read)(QSqlDatabase &, long, long)) {
 template <class ReadList>
 NamedKind asList(const char *plural, const ReadList &readList) {
     return {QLatin1String(plural), false,
-            [readList](long netId) {
+            [readList](const StoreSession &store, long netId) {
                 QList<NamedObject> list;
-                for (const auto &object : readList(netId)) {
+                for (const auto &object : readList(store, netId)) {
                     const Description description = describe(object);
                     list.append({description.id, description.name});
                 }
@@ -79,9 +91,9 @@ NamedKind asList(const char *plural, const ReadList &readList) {
                           [](const NamedObject &a, const NamedObject &b) { return a.id < b.id; });
                 return list;
             },
-            [readList](long netId, long id) {
+            [readList](const StoreSession &store, long netId, long id) {
                 std::optional<Description> found;
-                for (const auto &object : readList(netId)) {
+                for (const auto &object : readList(store, netId)) {
                     if (!found)
                         found = described(&object, id);
                 }
@@ -89,31 +101,32 @@ NamedKind asList(const char *plural, const ReadList &readList) {
             }};
 }
 
-QList<VehicleType> vehicleTypes(long netId) {
+QList<VehicleType> vehicleTypes(const StoreSession &store, long netId) {
     QHash<long, VehicleType> types;
-    DBTools::selectVehicleType(gDB, netId, types);
+    DBTools::selectVehicleType(store.db(), netId, types);
     return types.values();
 }
 
-QList<LinkType> linkTypes(long netId) {
+QList<LinkType> linkTypes(const StoreSession &store, long netId) {
     QList<LinkType> types;
-    DBTools::selectLinkType(gDB, netId, types);
+    DBTools::selectLinkType(store.db(), netId, types);
     return types;
 }
 
-std::unique_ptr<DeparturePoint> departurePoint(long netId, long id) {
+std::unique_ptr<DeparturePoint> departurePoint(const StoreSession &store, long netId, long id) {
     QHash<long, VehicleComposition> compositions;
-    DBTools::selectVehicleConstitutent(gDB, netId, compositions);
-    return std::unique_ptr<DeparturePoint>(DBTools::selectDeparturePoint(gDB, netId, compositions, id));
+    DBTools::selectVehicleConstitutent(store.db(), netId, compositions);
+    return std::unique_ptr<DeparturePoint>(
+        DBTools::selectDeparturePoint(store.db(), netId, compositions, id));
 }
 
 /// The library finds a zone by its id in whichever network has one. Only a whole load keeps them apart.
-std::unique_ptr<AccidentZone> accidentZone(long netId, long id) {
-    if (DBTools::dbVer() < 6)
-        return std::unique_ptr<AccidentZone>(DBTools::selectAccidentZone(gDB, netId, id));
+std::unique_ptr<AccidentZone> accidentZone(const StoreSession &store, long netId, long id) {
+    if (!store.hasSeveralNetworks())
+        return std::unique_ptr<AccidentZone>(DBTools::selectAccidentZone(store.db(), netId, id));
     NetContents contents;
-    if (!DBTools::loadNet(gDB, netId, contents))
-        refuseReading(QStringLiteral("network \"%1\"").arg(gNet.netName()));
+    if (!DBTools::loadNet(store.db(), netId, contents))
+        store.refuseReading(QStringLiteral("network \"%1\"").arg(store.net().netName()));
     for (std::unique_ptr<AccidentZone> &zone : contents.traffic.accidentZones) {
         if (zone->accidentZoneId == id)
             return std::move(zone);
@@ -121,28 +134,28 @@ std::unique_ptr<AccidentZone> accidentZone(long netId, long id) {
     return nullptr;
 }
 
-QList<DriveFollowedModelParam> carFollowingSets(long netId) {
+QList<DriveFollowedModelParam> carFollowingSets(const StoreSession &store, long netId) {
     QList<DriveFollowedModelParam> sets{{}, {}};
     sets[1].modelParamID = 2;
-    DBTools::selectDriveFollowedModelParam(gDB, netId, sets[0], sets[1]);
+    DBTools::selectDriveFollowedModelParam(store.db(), netId, sets[0], sets[1]);
     return sets;
 }
 
-QList<ChangeLaneModelParam> laneChangingSets(long netId) {
+QList<ChangeLaneModelParam> laneChangingSets(const StoreSession &store, long netId) {
     QList<ChangeLaneModelParam> sets;
-    DBTools::selectChangeLaneParam(gDB, netId, sets);
+    DBTools::selectChangeLaneParam(store.db(), netId, sets);
     return sets;
 }
 
-QList<SimulateConfiguration> simulationConfigurations(long netId) {
+QList<SimulateConfiguration> simulationConfigurations(const StoreSession &store, long netId) {
     SimulateConfiguration configuration;
-    DBTools::selectSimuConfiguration(gDB, netId, configuration);
+    DBTools::selectSimuConfiguration(store.db(), netId, configuration);
     return {configuration};
 }
 
-QList<Configuration> sceneConfigurations(long netId) {
+QList<Configuration> sceneConfigurations(const StoreSession &store, long netId) {
     Configuration configuration;
-    DBTools::selectConfiguration(gDB, netId, configuration);
+    DBTools::selectConfiguration(store.db(), netId, configuration);
     return {configuration};
 }
 

@@ -12,6 +12,8 @@
 
 namespace moratools {
 
+class StoreSession;
+
 /// An object as a list of its kind shows it.
 struct NamedObject {
     long id = 0;
@@ -26,9 +28,9 @@ struct NamedKind {
     bool needsNetwork;
     /// All that the store lists, in ascending order of ids, whether they can be read or not: by one
     /// statement. Throws `Failure` when the list cannot be read.
-    std::function<QList<NamedObject>(long netId)> list;
+    std::function<QList<NamedObject>(const StoreSession &store, long netId)> list;
     /// Nothing where the store has no such object.
-    std::function<std::optional<Description>(long netId, long id)> read;
+    std::function<std::optional<Description>(const StoreSession &store, long netId, long id)> read;
 };
 
 /// All kinds of objects that the library reads one by one, and the settings of a network.

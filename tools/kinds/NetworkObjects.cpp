@@ -16,17 +16,19 @@ namespace {
 /// While it lives all tables are read as they are at one moment, whatever other programs write meanwhile.
 class Snapshot {
 public:
-    Snapshot() {
-        const bool isServer = engine::isPostgreSql(gDB);
+    explicit Snapshot(QSqlDatabase &db) : mDb(db) {
+        const bool isServer = engine::isPostgreSql(mDb);
         const QSqlQuery begin(
             isServer ? QStringLiteral("begin transaction isolation level repeatable read read only")
                      : QStringLiteral("begin"),
-            gDB);
+            mDb);
     }
-    ~Snapshot() { const QSqlQuery end(QStringLiteral("rollback"), gDB); }
+    ~Snapshot() { const QSqlQuery end(QStringLiteral("rollback"), mDb); }
 
 private:
     Q_DISABLE_COPY(Snapshot)
+
+    QSqlDatabase &mDb;
 };
 
 /// Objects that the store lists and that refer to nothing. What belongs to nothing is not listed.
@@ -47,30 +49,30 @@ void requireComplete(const NetworkObjects &network) {
 
 } // namespace
 
-NetworkObjects openNetwork(long netId) {
-    const int failuresBefore = unexpectedFailures();
-    const Net *net =
-        netId == 0 ? DBTools::selectNetIdByName(gDB, QString()) : DBTools::selectNetById(gDB, netId);
-    if (!net && unexpectedFailures() > failuresBefore)
-        refuseReading(QStringLiteral("the list of networks"));
+NetworkObjects openNetwork(const StoreSession &store, long netId) {
+    const int failuresBefore = store.unexpectedFailures();
+    const Net *net = netId == 0 ? DBTools::selectNetIdByName(store.db(), QString())
+                                : DBTools::selectNetById(store.db(), netId);
+    if (!net && store.unexpectedFailures() > failuresBefore)
+        store.refuseReading(QStringLiteral("the list of networks"));
     if (!net)
         throw Failure(
             netId == 0
                 ? QStringLiteral("the store holds no network; import one first")
                 : QStringLiteral("the store holds no network %1; \"morastore info\" lists them").arg(netId));
     NetworkObjects network;
-    network.record = gNet.record();
+    network.record = store.net().record();
     return network;
 }
 
-NetworkObjects readNetwork(long netId, const Progress &progress) {
-    NetworkObjects network = openNetwork(netId);
+NetworkObjects readNetwork(const StoreSession &store, long netId, const Progress &progress) {
+    NetworkObjects network = openNetwork(store, netId);
     // A load that fails leaves nothing, not even the record.
     const QString name = network.record.name;
     const ShareOfSteps share(progress, 0, 1);
-    const Snapshot snapshot;
-    if (!DBTools::loadNet(gDB, gNet.id(), network, share))
-        refuseReading(QStringLiteral("network \"%1\"").arg(name));
+    const Snapshot snapshot(store.db());
+    if (!DBTools::loadNet(store.db(), store.net().id(), network, share))
+        store.refuseReading(QStringLiteral("network \"%1\"").arg(name));
     requireComplete(network);
     return network;
 }

@@ -1,7 +1,6 @@
 #include "tools/kinds/StoreInfo.h"
 
 #include "model/Net.h"
-#include "model/SpecialWords.h"
 #include "store/DBTools.h"
 #include "store/catalogue/Catalogue.h"
 #include "tools/session/StoreSession.h"
@@ -23,29 +22,30 @@ bool isTableMissing(const QSqlError &error) {
 }
 
 /// The first row; invalid when there is no such table.
-QSqlQuery selectOf(const char *columns, const char *table, long netId) {
-    QSqlQuery query = rowsOfNetwork(QLatin1String(columns), table, netId);
+QSqlQuery selectOf(const StoreSession &store, const char *columns, const char *table, long netId) {
+    QSqlQuery query = rowsOfNetwork(store, QLatin1String(columns), table, netId);
     query.next();
     return query;
 }
 
 } // namespace
 
-QSqlQuery rowsOfNetwork(const QString &columns, const char *table, long netId, const QString &end) {
+QSqlQuery rowsOfNetwork(const StoreSession &store, const QString &columns, const char *table, long netId,
+                        const QString &end) {
     QString sql = QStringLiteral("select %1 from %2").arg(columns, QLatin1String(table));
-    if (DBTools::dbVer() >= 6)
+    if (store.hasSeveralNetworks())
         sql += QStringLiteral(" where NetId = %1").arg(netId);
-    QSqlQuery query(gDB);
+    QSqlQuery query(store.db());
     query.setForwardOnly(true);
     if (!query.exec(sql + end)) {
         if (!isTableMissing(query.lastError()))
-            refuseReading(QLatin1String(table), query.lastError().databaseText());
-        return QSqlQuery(gDB);
+            store.refuseReading(QLatin1String(table), query.lastError().databaseText());
+        return QSqlQuery(store.db());
     }
     return query;
 }
 
-NetworkInfo takeStockOf(const Net &net) {
+NetworkInfo takeStockOf(const StoreSession &store, const Net &net) {
     NetworkInfo info;
     info.id = net.id();
     info.name = net.netName();
@@ -53,12 +53,13 @@ NetworkInfo takeStockOf(const Net &net) {
     info.sourceUrl = net.url();
     info.isDefault = net.isDefault;
     for (const catalogue::Kind &kind : catalogue::kinds()) {
-        const QSqlQuery count = selectOf("count(*)", kind.table, info.id);
+        const QSqlQuery count = selectOf(store, "count(*)", kind.table, info.id);
         if (count.isValid())
             info.rows.append({QLatin1String(kind.plural), count.value(0).toLongLong()});
     }
-    info.linkLength = selectOf("coalesce(sum(length), 0)", "Link", info.id).value(0).toDouble();
-    const QSqlQuery extent = selectOf("min(X), min(Y), min(Z), max(X), max(Y), max(Z)", "Vertex", info.id);
+    info.linkLength = selectOf(store, "coalesce(sum(length), 0)", "Link", info.id).value(0).toDouble();
+    const QSqlQuery extent =
+        selectOf(store, "min(X), min(Y), min(Z), max(X), max(Y), max(Z)", "Vertex", info.id);
     info.hasExtent = extent.isValid() && !extent.value(0).isNull();
     for (int i = 0; info.hasExtent && i < 3; ++i) {
         info.low[i] = extent.value(i).toDouble();
@@ -67,22 +68,22 @@ NetworkInfo takeStockOf(const Net &net) {
     return info;
 }
 
-StoreInfo takeStock(const QString &path) {
+StoreInfo takeStock(const StoreSession &store, const QString &path) {
     StoreInfo info;
     info.path = path;
-    info.generation = DBTools::dbVer();
-    info.isEnglish = gSpecialWords.dbIsEnglish;
-    const NetRecord before = gNet.record();
-    const int failuresBefore = unexpectedFailures();
-    const QList<Net> nets = DBTools::selectNets(gDB);
+    info.generation = store.generation();
+    info.isEnglish = store.isEnglish();
+    const NetRecord before = store.net().record();
+    const int failuresBefore = store.unexpectedFailures();
+    const QList<Net> nets = DBTools::selectNets(store.db());
     for (const Net &listed : nets) {
         // The list gives id and name alone.
-        const Net *net = DBTools::selectNetById(gDB, listed.id());
-        info.networks.append(takeStockOf(net ? *net : listed));
+        const Net *net = DBTools::selectNetById(store.db(), listed.id());
+        info.networks.append(takeStockOf(store, net ? *net : listed));
     }
-    gNet.loadRecord(before);
-    if (unexpectedFailures() > failuresBefore)
-        refuseReading(QStringLiteral("the list of networks"));
+    store.net().loadRecord(before);
+    if (store.unexpectedFailures() > failuresBefore)
+        store.refuseReading(QStringLiteral("the list of networks"));
     return info;
 }
 

@@ -11,7 +11,9 @@ class QSqlQuery;
 
 namespace moratools {
 
-/// What the open store holds.
+class StoreSession;
+
+/// What the store holds.
 struct NetworkInfo {
     long id = 0;
     QString name;
@@ -35,16 +37,16 @@ struct MORATOOLS_EXPORT StoreInfo {
     QJsonObject toJson() const;
 };
 
-/// Asks the open store for `columns` of the rows of network `netId` in a table; `end` closes the statement
+/// Asks the store for `columns` of the rows of network `netId` in a table; `end` closes the statement
 /// (" order by ..."). A store of one network gives all rows, one that lacks the table gives none. Throws
 /// `Failure` when the table cannot be read; while the rows are fetched, the query's error tells.
-MORATOOLS_EXPORT QSqlQuery rowsOfNetwork(const QString &columns, const char *table, long netId,
-                                         const QString &end = {});
+MORATOOLS_EXPORT QSqlQuery rowsOfNetwork(const StoreSession &store, const QString &columns, const char *table,
+                                         long netId, const QString &end = {});
 
-/// Takes stock of one network of the open store.
-MORATOOLS_EXPORT NetworkInfo takeStockOf(const Net &net);
+/// Takes stock of one network of the store.
+MORATOOLS_EXPORT NetworkInfo takeStockOf(const StoreSession &store, const Net &net);
 
-/// Takes stock of the open store. In a store of one network every row belongs to it.
-MORATOOLS_EXPORT StoreInfo takeStock(const QString &path);
+/// Takes stock of the store. In a store of one network every row belongs to it.
+MORATOOLS_EXPORT StoreInfo takeStock(const StoreSession &store, const QString &path);
 
 } // namespace moratools

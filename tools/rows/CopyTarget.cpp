@@ -21,8 +21,8 @@ QString textLiteral(const QString &text) {
 
 } // namespace
 
-CopyTarget::CopyTarget(QSqlDatabase &db) : mDb(db) {
-    mTables = storeTables(db);
+CopyTarget::CopyTarget(const StoreSession &store) : mStore(store), mDb(store.db()) {
+    mTables = storeTables(mDb);
     if (isSqlite())
         return;
     QSqlQuery names = run(QStringLiteral("select relname from pg_class where relkind = 'S' and "
@@ -41,7 +41,7 @@ QSqlQuery CopyTarget::run(const QString &sql) const {
     query.setForwardOnly(true);
     if (query.exec(sql))
         return query;
-    requireServerAlive();
+    mStore.requireServerAlive();
     throw Failure(QStringLiteral("the target refuses a statement (%1); nothing was copied")
                       .arg(query.lastError().databaseText().simplified()));
 }

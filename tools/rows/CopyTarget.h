@@ -13,12 +13,14 @@ class QSqlQuery;
 
 namespace moratools {
 
-/// The open store of generation 6 that networks are copied into, within a transaction of the caller's.
+class StoreSession;
+
+/// The store of generation 6 that networks are copied into, within a transaction of the caller's.
 class CopyTarget {
 public:
-    explicit CopyTarget(QSqlDatabase &db);
+    explicit CopyTarget(const StoreSession &store);
 
-    QSqlDatabase &db() const { return mDb; }
+    const StoreSession &store() const { return mStore; }
     const StoreTable *table(const QString &name) const;
 
     /// Throws `Failure` when a network has that name.
@@ -44,6 +46,7 @@ private:
     QString sequence(const char *table) const;
     void raiseSequence(const QString &name, qint64 largest) const;
 
+    const StoreSession &mStore;
     QSqlDatabase &mDb;
     QHash<QString, StoreTable> mTables;
     QSet<QString> mSequences;

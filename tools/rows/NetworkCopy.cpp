@@ -163,8 +163,9 @@ void NetworkCopy::settleRecord(TableCopy &copy, const StoreTable &source) const 
 
 } // namespace
 
-void requireFreeNames(const QList<StoreReader::Network> &networks, const QString &name) {
-    const CopyTarget target(gDB);
+void requireFreeNames(const StoreSession &store, const QList<StoreReader::Network> &networks,
+                      const QString &name) {
+    const CopyTarget target(store);
     QSet<QString> names;
     for (const StoreReader::Network &network : networks) {
         const QString own = name.isEmpty() ? network.name : name;
@@ -177,10 +178,11 @@ void requireFreeNames(const QList<StoreReader::Network> &networks, const QString
     }
 }
 
-QList<CopiedNetwork> copyNetworks(StoreReader &source, const QList<StoreReader::Network> &networks,
-                                  const QString &name, const Progress &progress) {
-    GuardedTransaction transaction(gDB);
-    const CopyTarget target(gDB);
+QList<CopiedNetwork> copyNetworks(StoreReader &source, const StoreSession &store,
+                                  const QList<StoreReader::Network> &networks, const QString &name,
+                                  const Progress &progress) {
+    GuardedTransaction transaction(store);
+    const CopyTarget target(store);
     Progression progression(source, networks, progress);
     QList<CopiedNetwork> copies;
     for (const StoreReader::Network &network : networks)

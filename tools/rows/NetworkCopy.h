@@ -6,6 +6,8 @@
 
 namespace moratools {
 
+class StoreSession;
+
 /// What a copy made of a network.
 struct CopiedNetwork {
     long from = 0;
@@ -17,14 +19,15 @@ struct CopiedNetwork {
     QStringList leftOut;   ///< what the target has no place for, a line each
 };
 
-/// Throws `Failure` when a network of the open store gDB, or another of `networks`, has the name that a copy
+/// Throws `Failure` when a network of `target`, or another of `networks`, has the name that a copy
 /// would get. Asked before the target is opened for writing, which brings an older one forward.
-MORATOOLS_EXPORT void requireFreeNames(const QList<StoreReader::Network> &networks, const QString &name);
+MORATOOLS_EXPORT void requireFreeNames(const StoreSession &target,
+                                       const QList<StoreReader::Network> &networks, const QString &name);
 
-/// Copies networks, row by row and all or nothing, into the open store gDB, which must be of generation 6.
+/// Copies networks, row by row and all or nothing, into `target`, which must be of generation 6.
 /// Rows get new identifiers only where a network of the target has theirs already. `name`, when it is not
 /// empty, is that of the copy. Throws `Failure`, and then the target is as it was.
-MORATOOLS_EXPORT QList<CopiedNetwork> copyNetworks(StoreReader &source,
+MORATOOLS_EXPORT QList<CopiedNetwork> copyNetworks(StoreReader &source, const StoreSession &target,
                                                    const QList<StoreReader::Network> &networks,
                                                    const QString &name, const Progress &progress = {});
 

@@ -22,17 +22,13 @@ namespace {
 constexpr const char *kOfOtherWriters[] = {"LinkFenceMiddle",       "LinkLimitVehicle", "LaneLimitVehicle",
                                            "ConnectorLimitVehicle", "Passenger",        "PassengerArriving"};
 
-bool hasSeveralNetworks() {
-    return DBTools::dbVer() >= 6;
-}
-
 /// Link types are settings, which stay with a store of one network.
 bool belongsToStore(const QPair<QString, qint64> &rows) {
     return rows.first == QLatin1String("linkTypes");
 }
 
-bool isLedByNetwork(const QString &table) {
-    const QSqlRecord columns = gDB.record(table);
+bool isLedByNetwork(const QSqlDatabase &db, const QString &table) {
+    const QSqlRecord columns = db.record(table);
     for (int i = 0; i < columns.count(); ++i) {
         if (columns.fieldName(i).compare(QLatin1String("NetId"), Qt::CaseInsensitive) == 0)
             return true;
@@ -40,18 +36,18 @@ bool isLedByNetwork(const QString &table) {
     return false;
 }
 
-void deleteFrom(const QString &table, const QString &condition) {
-    QSqlQuery query(gDB);
+void deleteFrom(const StoreSession &store, const QString &table, const QString &condition) {
+    QSqlQuery query(store.db());
     if (query.exec(QStringLiteral("delete from %1%2").arg(table, condition)))
         return;
-    requireServerAlive();
+    store.requireServerAlive();
     throw Failure(QStringLiteral("table %1 keeps its rows (%2); nothing was removed")
                       .arg(table, query.lastError().databaseText()));
 }
 
 /// The library's removal reports the last statement of each group; what others refused shows in the rows.
-void requireEmptied(const Net &net) {
-    for (const auto &[kind, count] : takeStockOf(net).rows) {
+void requireEmptied(const StoreSession &store, const Net &net) {
+    for (const auto &[kind, count] : takeStockOf(store, net).rows) {
         if (count > 0 && !belongsToStore({kind, count}))
             throw Failure(QStringLiteral("the store keeps its %1; nothing was removed").arg(kind));
     }
@@ -59,47 +55,48 @@ void requireEmptied(const Net &net) {
 
 } // namespace
 
-NetworkInfo takeStockBeforeRemoval(long netId) {
-    const Net *net = DBTools::selectNetById(gDB, netId);
+NetworkInfo takeStockBeforeRemoval(const StoreSession &store, long netId) {
+    const Net *net = DBTools::selectNetById(store.db(), netId);
     if (!net)
-        refuseReading(QStringLiteral("network %1").arg(netId));
-    NetworkInfo info = takeStockOf(*net);
-    if (!hasSeveralNetworks())
+        store.refuseReading(QStringLiteral("network %1").arg(netId));
+    NetworkInfo info = takeStockOf(store, *net);
+    if (!store.hasSeveralNetworks())
         info.rows.erase(std::remove_if(info.rows.begin(), info.rows.end(), belongsToStore), info.rows.end());
     return info;
 }
 
-void removeNetwork(long netId) {
-    const Net *net = DBTools::selectNetById(gDB, netId);
+void removeNetwork(const StoreSession &store, long netId) {
+    const Net *net = DBTools::selectNetById(store.db(), netId);
     if (!net)
         throw Failure(QStringLiteral("network %1 is gone; nothing was removed").arg(netId));
     const QString ofNetwork = QStringLiteral(" where NetId = %1").arg(netId);
-    QStringList tables = gDB.tables();
+    QStringList tables = store.db().tables();
     // Stores of one network keep its settings, its link types and the usage log: they belong to the store.
-    const auto isDeletedFrom = [](const QString &table) {
-        return table.compare(QLatin1String("Net"), Qt::CaseInsensitive) != 0 && isLedByNetwork(table);
+    const auto isDeletedFrom = [&store](const QString &table) {
+        return table.compare(QLatin1String("Net"), Qt::CaseInsensitive) != 0 &&
+               isLedByNetwork(store.db(), table);
     };
     QStringList led;
-    if (hasSeveralNetworks())
+    if (store.hasSeveralNetworks())
         std::copy_if(tables.cbegin(), tables.cend(), std::back_inserter(led), isDeletedFrom);
 
-    const int failures = unexpectedFailures();
+    const int failures = store.unexpectedFailures();
     // What a plug-in's table would do to the others when its rows go is not asked for.
-    connectionguard::runNoTriggers(gDB);
-    GuardedTransaction transaction(gDB);
+    connectionguard::runNoTriggers(store.db());
+    GuardedTransaction transaction(store);
     for (const char *table : kOfOtherWriters) {
         if (tables.contains(QLatin1String(table), Qt::CaseInsensitive))
-            deleteFrom(QLatin1String(table), hasSeveralNetworks() ? ofNetwork : QString());
+            deleteFrom(store, QLatin1String(table), store.hasSeveralNetworks() ? ofNetwork : QString());
     }
-    if (!DBTools::removeNetData(gDB, netId, false) || unexpectedFailures() > failures) {
-        requireServerAlive();
+    if (!DBTools::removeNetData(store.db(), netId, false) || store.unexpectedFailures() > failures) {
+        store.requireServerAlive();
         throw Failure(QStringLiteral("the store refuses the removal (%1); nothing was removed")
-                          .arg(firstFailureText()));
+                          .arg(store.firstFailureText()));
     }
-    requireEmptied(*net);
+    requireEmptied(store, *net);
     for (const QString &table : qAsConst(led))
-        deleteFrom(table, ofNetwork);
-    deleteFrom(QStringLiteral("Net"), ofNetwork);
+        deleteFrom(store, table, ofNetwork);
+    deleteFrom(store, QStringLiteral("Net"), ofNetwork);
     transaction.commit();
 }
 

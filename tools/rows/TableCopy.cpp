@@ -26,7 +26,7 @@ TableCopy::TableCopy(const catalogue::Table &entry, const StoreTable &source, co
                      const CopyTarget &store, RowChanges &changes)
     : mEntry(entry), mSource(source), mChanges(changes) {
     plan(target);
-    mWriter = std::make_unique<TableWriter>(store.db(), target, mColumns);
+    mWriter = std::make_unique<TableWriter>(store.store(), target, mColumns);
 }
 
 namespace {

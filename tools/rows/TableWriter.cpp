@@ -37,8 +37,14 @@ void put(CopyStream &stream, int column, const QVariant &value) {
 
 } // namespace
 
-TableWriter::TableWriter(QSqlDatabase &db, const StoreTable &table, const QVector<StoreColumn> &columns)
-    : mDb(db), mIsServer(engine::isPostgreSql(db)), mTable(table.name), mColumns(columns), mInsert(db) {}
+TableWriter::TableWriter(const StoreSession &store, const StoreTable &table,
+                         const QVector<StoreColumn> &columns)
+    : mStore(store),
+      mDb(store.db()),
+      mIsServer(engine::isPostgreSql(mDb)),
+      mTable(table.name),
+      mColumns(columns),
+      mInsert(mDb) {}
 
 /// With the first row: a stream keeps the connection from everything else.
 void TableWriter::open() {
@@ -80,7 +86,7 @@ void TableWriter::finish() {
 }
 
 void TableWriter::refuse(const QString &reason) const {
-    requireServerAlive();
+    mStore.requireServerAlive();
     throw Failure(
         QStringLiteral("a row of table %1 is refused (%2); correct it in the source. Nothing was copied")
             .arg(mTable, reason));

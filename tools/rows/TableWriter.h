@@ -10,12 +10,14 @@
 
 namespace moratools {
 
-/// Writes rows into one table of the open store: by one statement that is prepared once, or on a server as a
+class StoreSession;
+
+/// Writes rows into one table of a store: by one statement that is prepared once, or on a server as a
 /// stream.
 class TableWriter {
 public:
-    /// `db` must outlive this object.
-    TableWriter(QSqlDatabase &db, const StoreTable &table, const QVector<StoreColumn> &columns);
+    /// `store` must outlive this object.
+    TableWriter(const StoreSession &store, const StoreTable &table, const QVector<StoreColumn> &columns);
 
     /// One row, its values in the order of the columns. Throws `Failure` for a value that the column cannot
     /// keep as it is, and for a row that the engine refuses.
@@ -28,6 +30,7 @@ private:
     void open();
     [[noreturn]] void refuse(const QString &reason) const;
 
+    const StoreSession &mStore;
     QSqlDatabase &mDb;
     bool mIsServer;
     bool mIsOpen = false;

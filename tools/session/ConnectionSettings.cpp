@@ -1,6 +1,5 @@
 #include "tools/session/ConnectionSettings.h"
 
-#include "store/DBTools.h"
 #include "tools/reports/Failure.h"
 
 #include <QFileInfo>
@@ -55,13 +54,17 @@ void ConnectionSettings::applyTo(QSqlDatabase &db) const {
     db.setPassword(mAddress.value("password"));
 }
 
-void ConnectionSettings::applyToLibrary() const {
-    DBTools::mDbDriver = driver();
-    DBTools::mDbHost = mAddress.value("host");
-    DBTools::mDbPort = mPort;
-    DBTools::mDbName = mAddress.value("dbname");
-    DBTools::mDbUser = mAddress.value("user");
-    DBTools::mDbPassword = mAddress.value("password");
+StoreSettings ConnectionSettings::ofLibrary() const {
+    StoreSettings settings;
+    settings.driver = driver();
+    settings.host = mAddress.value("host");
+    settings.port = mPort;
+    // An absolute path is never one of the names that SQLite takes for something else.
+    settings.name =
+        mAddress.isServer() ? mAddress.value("dbname") : QFileInfo(mAddress.path()).absoluteFilePath();
+    settings.user = mAddress.value("user");
+    settings.password = mAddress.value("password");
+    return settings;
 }
 
 } // namespace moratools

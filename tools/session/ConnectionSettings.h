@@ -1,5 +1,6 @@
 #pragma once
 
+#include "model/StoreSettings.h"
 #include "tools/session/StoreAddress.h"
 
 #include <QSqlDatabase>
@@ -18,8 +19,8 @@ public:
     QString driver() const;
     /// For a connection of the host's own.
     void applyTo(QSqlDatabase &db) const;
-    /// For the library's next openDatabase().
-    void applyToLibrary() const;
+    /// For a connection of the library's.
+    StoreSettings ofLibrary() const;
 
 private:
     Q_DISABLE_COPY(ConnectionSettings)

@@ -8,17 +8,23 @@
 #include <QSqlError>
 #include <QSqlQuery>
 
+#include <atomic>
+
 namespace moratools {
 
 namespace {
 
-const QString kReader = QStringLiteral("morastore-reader");
+/// Qt's connections have names, and several transactions may be open.
+QString newName() {
+    static std::atomic<int> count{0};
+    return QStringLiteral("morastore-reader-%1").arg(++count);
+}
 constexpr char kIsWriting[] = "another program is writing to the store; try again when it has finished";
 
 } // namespace
 
-GuardedTransaction::Reader::Reader(const QString &path) {
-    QSqlDatabase reader = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), kReader);
+GuardedTransaction::Reader::Reader(const QString &path) : mName(newName()) {
+    QSqlDatabase reader = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), mName);
     reader.setDatabaseName(path);
     reader.setConnectOptions(QStringLiteral("QSQLITE_OPEN_READONLY"));
     connectionguard::open(reader);
@@ -31,13 +37,14 @@ GuardedTransaction::Reader::Reader(const QString &path) {
 }
 
 void GuardedTransaction::Reader::close() {
-    if (!QSqlDatabase::contains(kReader))
+    if (!QSqlDatabase::contains(mName))
         return;
-    QSqlDatabase::database(kReader, false).close();
-    QSqlDatabase::removeDatabase(kReader);
+    QSqlDatabase::database(mName, false).close();
+    QSqlDatabase::removeDatabase(mName);
 }
 
-GuardedTransaction::GuardedTransaction(QSqlDatabase &db) : mDb(db), mFailuresBefore(unexpectedFailures()) {
+GuardedTransaction::GuardedTransaction(const StoreSession &store)
+    : mStore(store), mDb(store.db()), mFailuresBefore(store.unexpectedFailures()) {
     if (engine::isSqlite(mDb))
         beginSqlite();
     else
@@ -84,8 +91,8 @@ void GuardedTransaction::commit() {
     if (mGuard) {
         if (mGuard->isRolledBack())
             throw Failure(QStringLiteral("the store cannot be written (%1); nothing was changed")
-                              .arg(unexpectedFailures() > mFailuresBefore
-                                       ? firstFailureText().simplified()
+                              .arg(mStore.unexpectedFailures() > mFailuresBefore
+                                       ? mStore.firstFailureText().simplified()
                                        : QStringLiteral("the engine took the changes back")));
         mGuard->allow();
         if (mReader)
@@ -94,9 +101,9 @@ void GuardedTransaction::commit() {
         run("pragma busy_timeout = 2000");
     } else {
         run("select 1");
-        if (unexpectedFailures() > mFailuresBefore)
+        if (mStore.unexpectedFailures() > mFailuresBefore)
             throw Failure(QStringLiteral("the store refused a statement (%1); nothing was changed")
-                              .arg(firstFailureText().simplified()));
+                              .arg(mStore.firstFailureText().simplified()));
     }
     QSqlQuery end(mDb);
     if (!end.exec(QStringLiteral("commit"))) {
@@ -116,7 +123,7 @@ void GuardedTransaction::run(const char *sql) {
 }
 
 void GuardedTransaction::refuse(const QSqlError &error) {
-    requireServerAlive();
+    mStore.requireServerAlive();
     // The result code of SQLite for a lock that another connection has, https://www.sqlite.org/rescode.html.
     constexpr int busy = 5;
     const bool isFile = engine::isSqlite(mDb);

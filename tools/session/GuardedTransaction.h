@@ -4,12 +4,15 @@
 #include "tools/MoraToolsExport.h"
 
 #include <QSqlDatabase>
+#include <QString>
 
 #include <memory>
 
 class QSqlError;
 
 namespace moratools {
+
+class StoreSession;
 
 /// A transaction around many operations of the library: all or nothing, also when the disk fills up.
 ///
@@ -28,8 +31,8 @@ namespace moratools {
 /// dead.
 class MORATOOLS_EXPORT GuardedTransaction {
 public:
-    /// Takes the store's write lock at once. Throws `Failure` when another program holds it.
-    explicit GuardedTransaction(QSqlDatabase &db);
+    /// Takes the store's write lock at once. `store` must outlive this object. Throws `Failure` when another program holds it.
+    explicit GuardedTransaction(const StoreSession &store);
     /// Rolls back what was not committed.
     ~GuardedTransaction();
 
@@ -48,6 +51,8 @@ private:
 
     private:
         Q_DISABLE_COPY(Reader)
+
+        QString mName;
     };
 
     void beginSqlite();
@@ -55,6 +60,7 @@ private:
     void run(const char *sql);
     [[noreturn]] void refuse(const QSqlError &error);
 
+    const StoreSession &mStore;
     QSqlDatabase &mDb;
     std::unique_ptr<CommitGuard> mGuard; ///< SQLite only
     std::unique_ptr<Reader> mReader;     ///< SQLite only, and only where the guard cannot be had

@@ -31,19 +31,19 @@ NamedNetwork networkCalled(const QString &wanted, const QList<NamedNetwork> &pre
     return found.first();
 }
 
-long networkIdOf(const QString &wanted) {
-    const int failuresBefore = unexpectedFailures();
+long networkIdOf(const StoreSession &store, const QString &wanted) {
+    const int failuresBefore = store.unexpectedFailures();
     QList<NamedNetwork> present;
-    const QList<Net> nets = DBTools::selectNets(gDB);
+    const QList<Net> nets = DBTools::selectNets(store.db());
     for (const Net &net : nets)
         present.append({net.id(), net.netName()});
-    if (unexpectedFailures() > failuresBefore)
-        refuseReading(QStringLiteral("the list of networks"));
+    if (store.unexpectedFailures() > failuresBefore)
+        store.refuseReading(QStringLiteral("the list of networks"));
     return networkCalled(wanted, present).id;
 }
 
-long chosenNetwork(const std::string &wanted) {
-    return wanted.empty() ? 0 : networkIdOf(QString::fromStdString(wanted));
+long chosenNetwork(const StoreSession &store, const std::string &wanted) {
+    return wanted.empty() ? 0 : networkIdOf(store, QString::fromStdString(wanted));
 }
 
 } // namespace moratools

@@ -9,6 +9,8 @@
 
 namespace moratools {
 
+class StoreSession;
+
 /// A network as the user knows it.
 struct NamedNetwork {
     long id = 0;
@@ -19,10 +21,10 @@ struct NamedNetwork {
 /// is none, and when several have the name.
 MORATOOLS_EXPORT NamedNetwork networkCalled(const QString &wanted, const QList<NamedNetwork> &present);
 
-/// The number of the network of the open store that `wanted` names. Throws as networkCalled() does.
-MORATOOLS_EXPORT long networkIdOf(const QString &wanted);
+/// The number of the network of the store that `wanted` names. Throws as networkCalled() does.
+MORATOOLS_EXPORT long networkIdOf(const StoreSession &store, const QString &wanted);
 
 /// The same for an option --net: 0, which stands for the store's first network, where it was not given.
-MORATOOLS_EXPORT long chosenNetwork(const std::string &wanted);
+MORATOOLS_EXPORT long chosenNetwork(const StoreSession &store, const std::string &wanted);
 
 } // namespace moratools

@@ -118,8 +118,7 @@ void makeDatabaseStore(const StoreAddress &address, const QString &name) {
         throw Failure(QStringLiteral("there is no template \"%1\" for servers; the templates are %2")
                           .arg(name, databaseTemplateNames().join(QStringLiteral(", "))));
     if (!address.isServer())
-        throw Failure(QStringLiteral("%1: this is no connection string; give \"dbname=... host=...\""
-                                     "")
+        throw Failure(QStringLiteral("%1: this is no connection string; give \"dbname=... host=...\"")
                           .arg(address.name()));
     NewDatabase database(address);
     std::unique_ptr<Server> server = Server::open(address);
@@ -132,9 +131,9 @@ void makeDatabaseStore(const StoreAddress &address, const QString &name) {
     restore(address, name);
     {
         const StoreSession store(address, Access::Write);
-        if (unexpectedFailures() > 0)
+        if (store.unexpectedFailures() > 0)
             throw Failure(QStringLiteral("%1: the new store does not work (%2)")
-                              .arg(address.name(), firstFailureText()));
+                              .arg(address.name(), store.firstFailureText()));
     }
     database.keep();
 }

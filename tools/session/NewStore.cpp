@@ -57,9 +57,9 @@ void makeStore(const QString &path, const QString &name) {
     copyTemplate(kTemplates + QLatin1Char('/') + name, making.path(), path);
     {
         const StoreSession store(making.path(), Access::Write);
-        if (unexpectedFailures() > 0) {
+        if (store.unexpectedFailures() > 0) {
             throw Failure(QStringLiteral("%1: the new store cannot be brought to the current schema (%2)")
-                              .arg(path, firstFailureText()));
+                              .arg(path, store.firstFailureText()));
         }
     }
     making.publish();

@@ -1,20 +1,19 @@
 #include "tools/session/StoreSession.h"
 
 #include "model/Net.h"
+#include "model/SpecialWords.h"
 #include "store/DBTools.h"
 #include "store/DBTools_V6.h"
+#include "store/OpenStore.h"
 #include "store/core/Engine.h"
-#include "store/guard/ConnectionGuard.h"
 #include "tools/reports/Failure.h"
 #include "tools/session/ConnectionSettings.h"
 #include "tools/session/Server.h"
 
-#include <QFileInfo>
 #include <QSqlError>
 #include <QSqlQuery>
 
 #include <algorithm>
-#include <optional>
 
 namespace moratools {
 
@@ -26,113 +25,101 @@ bool isByDesign(const CallDbResult &failure) {
     return failure.sql.contains(QLatin1String("IDGenerater")) && failure.sql.contains(QLatin1String("'Rsu'"));
 }
 
-QList<CallDbResult> failures() {
-    QList<CallDbResult> all = DBTools::mlCallDbResult + DBTools_V6::mlCallDbResult;
-    if (DBTools::dbVer() >= 6)
-        all.erase(std::remove_if(all.begin(), all.end(), isByDesign), all.end());
-    return all;
-}
-
-QString openName;
-
-void closeStore() {
-    openName.clear();
-    gNet.loadRecord(NetRecord());
-    const QString connection = gDB.connectionName();
-    gDB.close();
-    gDB = QSqlDatabase();
-    QSqlDatabase::removeDatabase(connection);
-}
-
-/// Brings a store of the first generation to the layout that opening expects; what was refused.
-QList<CallDbResult> passFirstGeneration(const QString &path) {
-    DBTools::mlCallDbResult.clear();
-    gDB = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"));
-    gDB.setDatabaseName(path);
-    connectionguard::open(gDB);
-    DBTools::updateDatabase1x(gDB);
-    const QList<CallDbResult> refused = DBTools::mlCallDbResult;
-    closeStore();
-    return refused;
-}
-
-/// How old the store is; none for a database of a server, which is current from the start.
-std::optional<Age> ageOf(const StoreAddress &address, Access access) {
-    if (address.isServer()) {
-        requireServerStore(address, access);
-        return std::nullopt;
+OpenStore::Access ofLibrary(Access access) {
+    switch (access) {
+    case Access::Read:
+        return OpenStore::Access::Read;
+    case Access::Write:
+        return OpenStore::Access::Write;
+    default:
+        return OpenStore::Access::Upgrade;
     }
-    const Age age = requireStore(address.path(), access);
-    if (age == Age::FirstGeneration && access == Access::Write)
-        throw Failure(
-            QStringLiteral("%1: the store is of the first generation; run \"morastore upgrade\" on it first")
-                .arg(address.name()));
-    return age;
 }
 
 } // namespace
 
 void StoreSession::require(const StoreAddress &address, Access access) {
-    ageOf(address, access);
+    if (address.isServer()) {
+        requireServerStore(address, access);
+        return;
+    }
+    if (requireStore(address.path(), access) == Age::FirstGeneration && access == Access::Write)
+        throw Failure(
+            QStringLiteral("%1: the store is of the first generation; run \"morastore upgrade\" on it first")
+                .arg(address.name()));
 }
 
-StoreSession::StoreSession(const StoreAddress &address, Access access) {
-    // An absolute path is never one of the names that SQLite takes for something else.
-    const QString path = QFileInfo(address.path()).absoluteFilePath();
-    QList<CallDbResult> earlier;
-    if (ageOf(address, access) == Age::FirstGeneration && access == Access::Upgrade)
-        earlier = passFirstGeneration(path);
+StoreSession::StoreSession(const QString &name) : mName(name) {}
+
+StoreSession StoreSession::ofProcess(const QString &name) {
+    return StoreSession(name);
+}
+
+StoreSession::StoreSession(const StoreAddress &address, Access access) : mName(address.name()) {
+    require(address, access);
     const ConnectionSettings settings(address);
-    settings.applyToLibrary();
-    const auto open = access == Access::Read ? DBTools::openDatabaseReadOnly : DBTools::openDatabase;
-    const bool opened = open(gDB, path, true);
-    DBTools::mDbPassword.clear();
-    if (!opened) {
-        const QString reason = firstFailureText();
-        logFailures();
-        closeStore();
-        throw Failure(QStringLiteral("%1: the store cannot be opened (%2)").arg(address.name(), reason));
-    }
-    DBTools::mlCallDbResult = earlier + DBTools::mlCallDbResult;
-    openName = address.name();
+    mStore = std::make_unique<OpenStore>(settings.ofLibrary(), ofLibrary(access));
+    if (!mStore->isOpen())
+        throw Failure(
+            QStringLiteral("%1: the store cannot be opened (%2)").arg(address.name(), firstFailureText()));
     if (!address.isServer())
-        QSqlQuery(QStringLiteral("PRAGMA busy_timeout = 500"), gDB);
+        QSqlQuery(QStringLiteral("PRAGMA busy_timeout = 500"), db());
 }
 
 StoreSession::~StoreSession() {
-    logFailures();
-    closeStore();
+    if (mStore && unexpectedFailures() > 0)
+        DBTools::logError(db());
+}
+
+QSqlDatabase &StoreSession::db() const {
+    return mStore ? mStore->db() : gDB;
+}
+
+Net &StoreSession::net() const {
+    return mStore ? mStore->net() : gNet;
 }
 
 int StoreSession::generation() const {
-    return DBTools::dbVer();
+    return mStore ? mStore->version() : DBTools::dbVer();
 }
 
-int unexpectedFailures() {
-    return failures().size();
+bool StoreSession::isEnglish() const {
+    return mStore ? mStore->isInternational() : DBTools::isInternational();
 }
 
-QString firstFailureText() {
+const SpecialWords &StoreSession::words() const {
+    return mStore ? mStore->words() : gSpecialWords;
+}
+
+void StoreSession::forgetIdentifiers(long netId) const {
+    (mStore ? mStore->reservedIds() : DBTools::mhId).remove(netId);
+    (mStore ? mStore->highestIds() : DBTools::mhNetMaxId).remove(netId);
+}
+
+QList<CallDbResult> StoreSession::failures() const {
+    QList<CallDbResult> all =
+        mStore ? mStore->failures() : DBTools::mlCallDbResult + DBTools_V6::mlCallDbResult;
+    if (hasSeveralNetworks())
+        all.erase(std::remove_if(all.begin(), all.end(), isByDesign), all.end());
+    return all;
+}
+
+QString StoreSession::firstFailureText() const {
     return failures().isEmpty() ? QString() : failures().first().error.trimmed();
 }
 
-void logFailures() {
-    if (unexpectedFailures() > 0)
-        DBTools::logError(gDB);
-}
-
-void requireServerAlive() {
-    if (!engine::isPostgreSql(gDB))
+void StoreSession::requireServerAlive() const {
+    if (!engine::isPostgreSql(db()))
         return;
-    QSqlQuery question(gDB);
+    QSqlQuery question(db());
     // A server that refuses to answer in a transaction that failed is alive, and gives a code.
     if (!question.exec(QStringLiteral("select 1")) && question.lastError().nativeErrorCode().isEmpty())
         throw Failure(QStringLiteral("%1: the connection to the server is lost, and nothing was changed; try "
                                      "again when the server runs")
-                          .arg(openName));
+                          .arg(mName));
 }
 
-void refuseReading(const QString &what, const QString &reason) {
+void StoreSession::refuseReading(const QString &what, const QString &reason) const {
     requireServerAlive();
     throw Failure(
         reason.isEmpty()

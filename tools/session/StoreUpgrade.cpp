@@ -77,7 +77,7 @@ StoreUpgrade upgradeStore(const QString &path, bool keepsCopy) {
     const Columns before = columnsOf(absolute);
     {
         const StoreSession store(path, Access::Upgrade);
-        upgrade.refused = firstFailureText();
+        upgrade.refused = store.firstFailureText();
     }
     const Columns after = columnsOf(absolute);
     if (!upgrade.refused.isEmpty() && before == after) {

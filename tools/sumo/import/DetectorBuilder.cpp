@@ -1,5 +1,6 @@
 #include "tools/sumo/import/DetectorBuilder.h"
 
+#include "tools/session/StoreSession.h"
 #include <algorithm>
 #include <cmath>
 #include <map>
@@ -59,7 +60,7 @@ std::unique_ptr<VehicleQueueCounter> buildCounter(const SumoAreaDetector &detect
     const LanePlace first = network.lane(detector.lanes.first());
     const LanePlace last = network.lane(detector.lanes.last());
     const Stretch stretch = stretchOf(detector, first, last);
-    auto counter = std::make_unique<VehicleQueueCounter>();
+    auto counter = std::make_unique<VehicleQueueCounter>(ids.store().net());
     counter->queueCounterID = ids.next("VehicleQueueCounter");
     counter->name = detector.id;
     counter->roadID = last.link->linkID;

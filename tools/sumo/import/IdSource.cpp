@@ -16,12 +16,6 @@
 
 namespace moratools {
 
-namespace {
-
-constexpr int kSeveralNetworks = 6;
-
-} // namespace
-
 long IdSource::next(const char *table) {
     // The name is a literal: its address serves as the key without a copy.
     const QByteArray key = QByteArray::fromRawData(table, int(qstrlen(table)));
@@ -32,11 +26,11 @@ long IdSource::next(const char *table) {
     const QString name = QLatin1String(table);
     long id = 0;
     // Asking the twin outright spares reading the store's version for each of many thousand ids.
-    const bool drawn = DBTools::dbVer() >= kSeveralNetworks
-                           ? DBTools_V6::getIDByTableName(mDb, gNet.id(), name, id)
-                           : DBTools::getIDByTableName(mDb, name, id);
+    const bool drawn = mStore.hasSeveralNetworks()
+                           ? DBTools_V6::getIDByTableName(mStore.db(), mStore.net().id(), name, id)
+                           : DBTools::getIDByTableName(mStore.db(), name, id);
     if (!drawn) {
-        requireServerAlive();
+        mStore.requireServerAlive();
         throw Failure(QStringLiteral("the store gives no identifier for table %1; it may be damaged or full, "
                                      "so check it and import into a copy")
                           .arg(name));
@@ -49,12 +43,12 @@ void IdSource::pass(const char *table) const {
     const catalogue::Table &entry = *catalogue::find(name);
     // Stores of one network number lane connectors in memory: they have no such column, and nothing is in
     // use.
-    if (DBTools::dbVer() < kSeveralNetworks && name == QLatin1String("LaneConnector"))
+    if (!mStore.hasSeveralNetworks() && name == QLatin1String("LaneConnector"))
         return;
-    QSqlQuery query(mDb);
+    QSqlQuery query(mStore.db());
     if (!query.exec(QStringLiteral("select max(%1) from %2").arg(QLatin1String(entry.id), name)) ||
         !query.next())
-        refuseReading(name, query.lastError().databaseText());
+        mStore.refuseReading(name, query.lastError().databaseText());
     const qint64 highest = query.value(0).toLongLong();
     if (highest >= std::numeric_limits<qint32>::max())
         throw Failure(
@@ -62,8 +56,8 @@ void IdSource::pass(const char *table) const {
                            "is the largest; import into a new store")
                 .arg(name, QString::number(highest), QString::number(std::numeric_limits<qint32>::max())));
     query.finish();
-    if (highest > 0 && DBTools::dbVer() >= kSeveralNetworks)
-        CopyTarget(mDb).raiseCounters(gNet.id(), entry, highest);
+    if (highest > 0 && mStore.hasSeveralNetworks())
+        CopyTarget(mStore).raiseCounters(mStore.net().id(), entry, highest);
 }
 
 } // namespace moratools

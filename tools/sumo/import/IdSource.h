@@ -4,19 +4,22 @@
 
 #include <QByteArray>
 #include <QSet>
-#include <QSqlDatabase>
 
 namespace moratools {
 
-/// Identifiers for the rows of a new network, drawn from the store's allocator for the current network gNet.
+class StoreSession;
+
+/// Identifiers for the rows of a new network, drawn from the store's allocator for its current network.
 ///
 /// A store of several networks counts them per network, yet writes the geometry of a connector by its id
 /// alone, and giving unused ids back sets the counters of all networks alike. So that importing a network
 /// never touches the rows or the ids of another one, ids that any network uses are passed over.
 class MORATOOLS_EXPORT IdSource {
 public:
-    explicit IdSource(QSqlDatabase &db) : mDb(db) {}
+    /// `store` must outlive this object.
+    explicit IdSource(const StoreSession &store) : mStore(store) {}
 
+    const StoreSession &store() const { return mStore; }
     /// The next identifier for `table`. Throws `Failure` when the store gives none.
     long next(const char *table);
 
@@ -24,7 +27,7 @@ private:
     /// Moves the counter of the current network past what any network uses.
     void pass(const char *table) const;
 
-    QSqlDatabase &mDb;
+    const StoreSession &mStore;
     QSet<QByteArray> mPassed; ///< the tables whose counters were moved
 };
 

@@ -1,5 +1,6 @@
 #include "tools/sumo/import/IncidentBuilder.h"
 
+#include "tools/session/StoreSession.h"
 #include <QSet>
 
 #include <algorithm>
@@ -84,7 +85,7 @@ std::unique_ptr<RoadWorkZone> buildRoadWork(const SumoClosure &closure, const Ne
                                             IdSource &ids) {
     const bool wholeLink = closure.lane.isEmpty();
     const Link &link = wholeLink ? *network.link(closure.edge) : *network.lane(closure.lane).link;
-    auto zone = std::make_unique<RoadWorkZone>();
+    auto zone = std::make_unique<RoadWorkZone>(ids.store().net());
     zone->roadWorkZoneId = ids.next("RoadWorkZone");
     zone->name = closure.id;
     zone->zoneLength = link.length;

@@ -2,6 +2,7 @@
 
 #include "model/SpecialWords.h"
 #include "tools/geometry/GeometryObject.h"
+#include "tools/session/StoreSession.h"
 #include "tools/sumo/import/Vocabulary.h"
 
 #include <QHash>
@@ -20,10 +21,6 @@ namespace {
 constexpr double kKmhPerMs = 3.6;
 // The colour that new connectors have; networks in SUMO's format carry none.
 const QString kRoadColour = QStringLiteral("CCCCCC");
-
-QString word(const QString &entry) {
-    return gSpecialWords.getWord(entry);
-}
 
 double limitSpeedKmh(const SumoEdge &edge) {
     double fastest = 0;
@@ -120,7 +117,7 @@ std::unique_ptr<Link> NetworkBuilder::buildLink(const SumoEdge &edge) {
     link->linkName = edge.id;
     link->laneNumber = double(edge.lanes.size());
     link->laneColor = kRoadColour;
-    link->linkType = word(vocabulary::linkKind(edge));
+    link->linkType = mIds.store().words().getWord(vocabulary::linkKind(edge));
     link->length = edge.lanes.front().length;
     link->curvature = 1.0;
     link->nonLinearCoefficient = 1.0;
@@ -153,8 +150,8 @@ void NetworkBuilder::addLanes(Link &link, const SumoEdge &edge) {
         lane->linkID = link.linkID;
         lane->serialNumber = int(i) + 1;
         lane->width = source.width;
-        lane->expectTravelDirection = word(QStringLiteral("自由行驶"));
-        lane->actionType = word(vocabulary::laneKind(source.permissions));
+        lane->expectTravelDirection = mIds.store().words().getWord(QStringLiteral("自由行驶"));
+        lane->actionType = mIds.store().words().getWord(vocabulary::laneKind(source.permissions));
         lane->centerLinePointsJson = fromPolyline(source.shape);
         lane->leftBreakPointsJson = fromPolyline(geometry::offset(source.shape, source.width / 2));
         lane->rightBreakPointsJson = fromPolyline(geometry::offset(source.shape, -source.width / 2));

@@ -20,27 +20,26 @@ namespace moratools {
 
 namespace {
 
-bool storeHasSeveralNetworks() {
-    return DBTools::dbVer() >= 6;
-}
-
 /// A network of a store keeps its place while one is imported; on a failure it is the current one again.
 class NewCurrentNetwork {
 public:
-    explicit NewCurrentNetwork(const NetRecord &record) : mBefore(gNet.record()) { gNet.loadRecord(record); }
+    NewCurrentNetwork(const StoreSession &store, const NetRecord &record)
+        : mStore(store), mBefore(store.net().record()) {
+        mStore.net().loadRecord(record);
+    }
     ~NewCurrentNetwork() {
         if (mKept)
             return;
         // The transaction took the counters back, so the reserved identifiers are no longer ours.
-        DBTools::mhId.remove(gNet.id());
-        DBTools::mhNetMaxId.remove(gNet.id());
-        gNet.loadRecord(mBefore);
+        mStore.forgetIdentifiers(mStore.net().id());
+        mStore.net().loadRecord(mBefore);
     }
     void keep() { mKept = true; }
 
 private:
     Q_DISABLE_COPY(NewCurrentNetwork)
 
+    const StoreSession &mStore;
     NetRecord mBefore;
     bool mKept = false;
 };
@@ -71,19 +70,19 @@ QPointF centreOf(const SumoNet &net) {
 
 /// The record that the new network gets in a store of one network: the one that is there already (the upgrade
 /// of the oldest stores makes it), or a new one without what such a store has no place for.
-NetRecord recordOfOneNetwork(const QList<Net> &present, NetRecord record) {
-    if (!present.isEmpty() && DBTools::selectNetById(gDB, present.first().id()))
-        return gNet.record();
+NetRecord recordOfOneNetwork(const StoreSession &store, const QList<Net> &present, NetRecord record) {
+    if (!present.isEmpty() && DBTools::selectNetById(store.db(), present.first().id()))
+        return store.net().record();
     record.sourceUrl.clear();
     record.isDefault = false;
     return record;
 }
 
-NetRecord recordFor(const SumoNet &net, const QString &name) {
-    requirePlaceFor(name);
-    const QList<Net> present = DBTools::selectNets(gDB);
+NetRecord recordFor(const StoreSession &store, const SumoNet &net, const QString &name) {
+    requirePlaceFor(store, name);
+    const QList<Net> present = DBTools::selectNets(store.db());
     NetRecord record;
-    record.netId = DBTools::selectMaxNetId(gDB) + 1;
+    record.netId = DBTools::selectMaxNetId(store.db()) + 1;
     record.name = name;
     record.sourceType = QStringLiteral("SUMO");
     record.sourceUrl = net.path;
@@ -91,24 +90,24 @@ NetRecord recordFor(const SumoNet &net, const QString &name) {
     record.centerX = centreOf(net).x();
     record.centerY = centreOf(net).y();
     record.isDefault = present.isEmpty();
-    return storeHasSeveralNetworks() ? record : recordOfOneNetwork(present, record);
+    return store.hasSeveralNetworks() ? record : recordOfOneNetwork(store, present, record);
 }
 
-void insertRecord(const NetRecord &record) {
+void insertRecord(const StoreSession &store, const NetRecord &record) {
     const QPointF centre(record.centerX, record.centerY);
     bool written = true;
-    if (storeHasSeveralNetworks()) {
+    if (store.hasSeveralNetworks()) {
         const QString attributes =
             QString::fromUtf8(QJsonDocument(record.otherAttrsJson).toJson(QJsonDocument::Compact));
-        written = DBTools_V6::insertNet(gDB, record.netId, record.name, centre, record.sourceType,
+        written = DBTools_V6::insertNet(store.db(), record.netId, record.name, centre, record.sourceType,
                                         record.backgroundUrl, attributes, record.isDefault, false) &&
-                  DBTools::updateNet(gDB, record.netId, false);
-    } else if (!DBTools::selectNetId(gDB, record.netId)) {
-        written = DBTools::insertNet(gDB, record.netId, record.name, centre, record.sourceType,
+                  DBTools::updateNet(store.db(), record.netId, false);
+    } else if (!DBTools::selectNetId(store.db(), record.netId)) {
+        written = DBTools::insertNet(store.db(), record.netId, record.name, centre, record.sourceType,
                                      record.backgroundUrl, record.otherAttrsJson, false);
     }
-    requireWritten(written, "network's record");
-    requireWritten(DBTools::initDictionary(gDB, record.netId, false), "network's dictionaries");
+    requireWritten(store, written, "network's record");
+    requireWritten(store, DBTools::initDictionary(store.db(), record.netId, false), "network's dictionaries");
 }
 
 } // namespace
@@ -122,45 +121,46 @@ QString networkNameOf(const QString &path) {
     return name;
 }
 
-void requirePlaceFor(const QString &name) {
-    const int failures = unexpectedFailures();
-    const QList<Net> present = DBTools::selectNets(gDB);
+void requirePlaceFor(const StoreSession &store, const QString &name) {
+    const int failures = store.unexpectedFailures();
+    const QList<Net> present = DBTools::selectNets(store.db());
     // One that is not read may have the name, or be the default.
-    if (unexpectedFailures() > failures)
-        refuseReading(QStringLiteral("the list of networks"));
+    if (store.unexpectedFailures() > failures)
+        store.refuseReading(QStringLiteral("the list of networks"));
     for (const Net &other : present) {
         if (other.netName() == name)
             throw Failure(
                 QStringLiteral("the store has a network \"%1\" already; give another name").arg(name));
     }
-    if (storeHasSeveralNetworks())
+    if (store.hasSeveralNetworks())
         return;
     QList<long> links;
-    if (!DBTools::selectLinkIDs(gDB, 0, links) || !links.isEmpty())
+    if (!DBTools::selectLinkIDs(store.db(), 0, links) || !links.isEmpty())
         throw Failure(
             QStringLiteral("the store is of generation %1, which holds one network, and has one; import "
                            "into a new store")
-                .arg(DBTools::dbVer()));
+                .arg(store.generation()));
 }
 
-NetworkObjects importNetwork(const SumoNet &net, const CompanionPlan &plan, const QString &name,
-                             const Progress &progress) {
-    GuardedTransaction transaction(gDB);
+NetworkObjects importNetwork(const StoreSession &store, const SumoNet &net, const CompanionPlan &plan,
+                             const QString &name, const Progress &progress) {
+    GuardedTransaction transaction(store);
     NetworkObjects network;
-    network.record = recordFor(net, name);
-    NewCurrentNetwork current(network.record);
+    network.record = recordFor(store, net, name);
+    NewCurrentNetwork current(store, network.record);
     const long netId = network.record.netId;
-    insertRecord(network.record);
+    insertRecord(store, network.record);
 
-    IdSource ids(gDB);
-    NetworkBuilder builder(net, ids, !storeHasSeveralNetworks());
+    IdSource ids(store);
+    NetworkBuilder builder(net, ids, !store.hasSeveralNetworks());
     network.links = builder.buildLinks();
     reportShare(progress, 0.2);
     network.connectors = builder.buildConnectors(network.links);
     reportShare(progress, 0.4);
-    buildTraffic(net, plan, ids, network);
-    requireWritten(DBTools::saveNet(gDB, netId, network, false, ShareOfSteps(progress, 0.5, 1)), "network");
-    requireWritten(DBTools::updateIds(gDB, false), "identifiers");
+    buildTraffic(store, net, plan, ids, network);
+    requireWritten(store, DBTools::saveNet(store.db(), netId, network, false, ShareOfSteps(progress, 0.5, 1)),
+                   "network");
+    requireWritten(store, DBTools::updateIds(store.db(), false), "identifiers");
     transaction.commit();
     current.keep();
     return network;

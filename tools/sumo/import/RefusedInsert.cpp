@@ -5,11 +5,11 @@
 
 namespace moratools {
 
-void requireWritten(bool done, const char *what) {
+void requireWritten(const StoreSession &store, bool done, const char *what) {
     if (done)
         return;
-    requireServerAlive();
-    const QString reason = firstFailureText();
+    store.requireServerAlive();
+    const QString reason = store.firstFailureText();
     throw Failure(
         QStringLiteral("the store refused the %1 (%2); nothing was imported")
             .arg(QLatin1String(what), reason.isEmpty() ? QStringLiteral("no reason given") : reason));

@@ -1,6 +1,7 @@
 #include "tools/sumo/import/SignalBuilder.h"
 
 #include "model/SpecialWords.h"
+#include "tools/session/StoreSession.h"
 
 #include <cmath>
 
@@ -10,32 +11,32 @@ namespace {
 
 constexpr int kEndOfDay = 86400;
 
-QString colourOf(QChar state) {
+QString colourOf(const SpecialWords &words, QChar state) {
     switch (state.toLatin1()) {
     case 'G':
     case 'g':
-        return gSpecialWords.getWord(QStringLiteral("绿"));
+        return words.getWord(QStringLiteral("绿"));
     case 'Y':
     case 'y':
-        return gSpecialWords.getWord(QStringLiteral("黄"));
+        return words.getWord(QStringLiteral("黄"));
     case 'r':
     case 'R':
     case 'u':
     case 's':
-        return gSpecialWords.getWord(QStringLiteral("红"));
+        return words.getWord(QStringLiteral("红"));
     default:
-        return gSpecialWords.getWord(QStringLiteral("灰"));
+        return words.getWord(QStringLiteral("灰"));
     }
 }
 
-QList<Online::ColorInterval> coloursOf(const SumoProgramme &programme, int index) {
+QList<Online::ColorInterval> coloursOf(const SpecialWords &words, const SumoProgramme &programme, int index) {
     QList<Online::ColorInterval> colours;
     double end = 0;
     for (const SumoPhase &phase : programme.phases) {
         const long start = std::lround(end);
         end += phase.duration;
         const int seconds = int(std::lround(end) - start);
-        const QString colour = colourOf(index < phase.state.size() ? phase.state.at(index) : QChar());
+        const QString colour = colourOf(words, index < phase.state.size() ? phase.state.at(index) : QChar());
         if (!colours.isEmpty() && colours.last().color == colour)
             colours.last().interval += seconds;
         else
@@ -61,7 +62,7 @@ std::unique_ptr<SignalGroup> buildGroup(const PlannedGroup &planned, IdSource &i
         phase->signalPhaseID = ids.next("SignalPhase");
         phase->serialNumber = index + 1;
         phase->name = QString::number(index);
-        phase->mlColor = coloursOf(programme, index);
+        phase->mlColor = coloursOf(ids.store().words(), programme, index);
         group->mlPhase.append(phase.release());
     }
     return group;

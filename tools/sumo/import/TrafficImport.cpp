@@ -38,27 +38,28 @@ void build(const SumoNet &net, const CompanionPlan &plan, IdSource &ids, Network
 }
 
 /// The types and compositions that the store has, by code.
-void readCatalogue(long netId, TrafficObjects &traffic) {
+void readCatalogue(const StoreSession &store, long netId, TrafficObjects &traffic) {
     QHash<long, VehicleType> types;
-    DBTools::selectVehicleType(gDB, netId, types);
+    DBTools::selectVehicleType(store.db(), netId, types);
     for (const long code : ascending(types))
         traffic.vehicleTypes.push_back(std::make_unique<VehicleType>(types.value(code)));
     QHash<long, VehicleComposition> compositions;
-    DBTools::selectVehicleConstitutent(gDB, netId, compositions);
+    DBTools::selectVehicleConstitutent(store.db(), netId, compositions);
     for (const long code : ascending(compositions)) {
         // Only the single read tells which composition is the default.
         traffic.compositions.push_back(
-            std::make_unique<VehicleComposition>(DBTools::selectVehicleComposition(gDB, netId, code)));
+            std::make_unique<VehicleComposition>(DBTools::selectVehicleComposition(store.db(), netId, code)));
         if (traffic.compositions.back()->vehicleConsCode != code)
-            refuseReading(QStringLiteral("vehicle composition %1 of network \"%2\"")
-                              .arg(QString::number(code), gNet.netName()));
+            store.refuseReading(QStringLiteral("vehicle composition %1 of network \"%2\"")
+                                    .arg(QString::number(code), store.net().netName()));
     }
 }
 
 } // namespace
 
-void buildTraffic(const SumoNet &net, const CompanionPlan &plan, IdSource &ids, NetworkObjects &network) {
-    readCatalogue(network.record.netId, network.traffic);
+void buildTraffic(const StoreSession &store, const SumoNet &net, const CompanionPlan &plan, IdSource &ids,
+                  NetworkObjects &network) {
+    readCatalogue(store, network.record.netId, network.traffic);
     build(net, plan, ids, network);
 }
 

@@ -1,5 +1,6 @@
 #include "tools/sumo/import/TransitBuilder.h"
 
+#include "tools/session/StoreSession.h"
 #include <QHash>
 
 #include <algorithm>
@@ -19,7 +20,9 @@ std::unique_ptr<BusStation> buildStation(const SumoBusStop &stop, const NetworkM
     const double start =
         std::min(stop.startPos ? place.along(*stop.startPos) : std::max(0.0, end - kStopLength), end);
     const Point3 middle = place.pointAt((start + end) / 2);
-    auto station = std::make_unique<BusStation>(place.link, place.lane->serialNumber);
+    auto station = std::make_unique<BusStation>(ids.store().net(), ids.store().words());
+    station->mpLink = place.link;
+    station->laneNumber = place.lane->serialNumber;
     station->busStationID = ids.next("BusStation");
     station->name = stop.id;
     station->length = end - start;
@@ -75,7 +78,7 @@ void buildTransit(const std::vector<PlannedLine> &lines, const SumoCompanions &c
         stations.insert(stop.id, into.busStations.back().get());
     }
     for (const PlannedLine &planned : lines) {
-        auto line = std::make_unique<BusLine>();
+        auto line = std::make_unique<BusLine>(ids.store().net());
         line->busLineID = ids.next("BusLine");
         line->name = planned.name;
         setTimetable(*line, planned);
