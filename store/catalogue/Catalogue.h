@@ -65,9 +65,9 @@ MORASTORE_EXPORT const Table *find(const QString &name);
 
 /// Objects of a table, as programs call them.
 struct Kind {
-    const char *plural; ///< "queueCounters"
+    const char *plural; ///< "links"
     const char *table;
-    const char *word = nullptr; ///< "queue counter"; none for what is only a part of other objects
+    const char *word = nullptr; ///< "link"; none for what is only a part of other objects
     const char *name = "name";  ///< the column of the objects' names, or an expression
 };
 

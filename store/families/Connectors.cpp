@@ -53,9 +53,9 @@ constexpr Sql kSelectLaneConnectors = {"select * from LaneConnector where connID
 constexpr Sql kSelectIds = {"select connID from Connector order by connID",
                             "select connID from Connector where NetId = %0 order by connID"};
 
-constexpr std::tuple kIdColumn = {Column{":ConnID", &Connector::connID, "connID"}};
+constexpr Column kId{":ConnID", &Connector::connID, "connID"};
 /// Older stores lack it.
-constexpr std::tuple kRoadColumn = {Column{":roadId", &Connector::roadId}};
+constexpr Column kRoad{":roadId", &Connector::roadId};
 constexpr Reference kStartLink{":StartLinkID", &Connector::mpStartLink, &Link::linkID, "startLink"};
 constexpr Reference kEndLink{":EndLinkID", &Connector::mpEndLink, &Link::linkID, "endLink"};
 constexpr std::tuple kColumns = {
@@ -99,9 +99,9 @@ template <class Row>
 void bindRow(Row &row, bool withRoad, Connector &connector) {
     if (withRoad && connector.roadId == 0)
         connector.roadId = connector.connID;
-    bindAll(row, kIdColumn, connector);
+    kId.bind(row, connector);
     if (withRoad)
-        bindAll(row, kRoadColumn, connector);
+        kRoad.bind(row, connector);
     bindAll(row, kColumns, connector);
 }
 
@@ -220,9 +220,9 @@ std::unique_ptr<Connector> readRow(Row &row, bool withRoad) {
     if (!from || !to)
         return nullptr;
     auto connector = std::make_unique<Connector>(0, from, to);
-    readAll(row, kIdColumn, *connector);
+    kId.read(row, *connector);
     if (withRoad)
-        readAll(row, kRoadColumn, *connector);
+        kRoad.read(row, *connector);
     readAll(row, kColumns, *connector);
     readAll(row, kGeometryColumns, *connector);
     kAttributes.read(row, *connector);
@@ -352,8 +352,7 @@ bool listConnectorIds(const Store &store, QList<long> &ids) {
 
 Description describe(const Connector &connector) {
     using namespace connectors;
-    constexpr auto columns =
-        std::tuple_cat(kIdColumn, kRoadColumn, kColumns, kGeometryColumns, std::tuple{kAttributes});
+    constexpr auto columns = std::tuple_cat(std::tuple{kId, kRoad, kAttributes}, kColumns, kGeometryColumns);
     constexpr auto laneColumns = std::tuple_cat(kLaneColumns, kLaneGeometryColumns);
     QVariantMap fields = describeAll(columns, connector);
     fields.insert(QStringLiteral("laneConnectors"), describeEach(connector.mlLaneConnector, laneColumns));

@@ -75,9 +75,9 @@ constexpr std::tuple kNodeColumns = {
     Reference{":vertexID", &Node::mpVertex, &Vertex::vertexID},
 };
 
-constexpr std::tuple kIdColumn = {Column{":linkID", &Link::linkID}};
+constexpr Column kId{":linkID", &Link::linkID};
 /// Older stores lack it.
-constexpr std::tuple kRoadColumn = {Column{":roadId", &Link::roadId}};
+constexpr Column kRoad{":roadId", &Link::roadId};
 constexpr Reference kStartNode{":StartNodeID", &Link::mpStartNode, &Node::nodeID};
 constexpr Reference kEndNode{":EndNodeID", &Link::mpEndNode, &Node::nodeID};
 constexpr std::tuple kNodes = {kStartNode, kEndNode};
@@ -132,9 +132,9 @@ template <class Row>
 void bindRow(Row &row, const Store &store, bool withRoad, Link &link, const QString &storedType) {
     if (withRoad && link.roadId == 0)
         link.roadId = link.linkID;
-    bindAll(row, kIdColumn, link);
+    kId.bind(row, link);
     if (withRoad)
-        bindAll(row, kRoadColumn, link);
+        kRoad.bind(row, link);
     // Both generations store the network; only the placeholder is spelled differently.
     row.bind(store.hasSeveralNets() ? ":NetId" : ":netId", store.netId());
     bindAll(row, kNodes, link);
@@ -199,9 +199,9 @@ struct NodeIds {
 
 template <class Row>
 NodeIds readRow(Row &row, bool withRoad, Link &link) {
-    readAll(row, kIdColumn, link);
+    kId.read(row, link);
     if (withRoad)
-        readAll(row, kRoadColumn, link);
+        kRoad.read(row, link);
     const NodeIds nodes = {row.id(kStartNode.name()), row.id(kEndNode.name())};
     readAll(row, kColumns, link);
     readAll(row, kGeometryColumns, link);
@@ -529,7 +529,7 @@ QString breakPoints(const QJsonObject &geometry) {
 
 Description describe(const Link &link) {
     using namespace links;
-    constexpr auto columns = std::tuple_cat(kIdColumn, kRoadColumn, kColumns, kGeometryColumns);
+    constexpr auto columns = std::tuple_cat(std::tuple{kId, kRoad}, kColumns, kGeometryColumns);
     QVariantMap fields = describeAll(columns, link);
     fields.insert(QStringLiteral("startNode"), describeNode(link.mpStartNode));
     fields.insert(QStringLiteral("endNode"), describeNode(link.mpEndNode));
