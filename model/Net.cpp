@@ -11,6 +11,8 @@ Net::Net() = default;
 Net::Net(const Net &other) : IRoadNet(), NetRecord(other), mConfig(other.mConfig) {}
 
 Net &Net::operator=(const Net &other) {
+    if (this == &other)
+        return *this;
     loadRecord(other);
     mConfig = other.mConfig;
     return *this;
