@@ -276,6 +276,15 @@ TEST(Comparison, SaysWhereAndWhat) {
               "number of objects (connector) was written as 1 and read as 0");
 }
 
+TEST(Comparison, SeesAPartThatWasNotWritten) {
+    NetworkObjects written = sampleNetwork();
+    delete written.links[0]->mpEndNode;
+    written.links[0]->mpEndNode = nullptr;
+    // Its id, its name and its vertex.
+    EXPECT_EQ(compareNetworks(written, sampleNetwork(), true).differences, 3);
+    EXPECT_EQ(compareNetworks(sampleNetwork(), written, true).differences, 3);
+}
+
 TEST(Comparison, MatchesLaneConnectorsByTheirLanes) {
     EXPECT_EQ(
         differencesAfter([](NetworkObjects &net) { net.connectors[0]->mlLaneConnector.swapItemsAt(0, 1); }),
