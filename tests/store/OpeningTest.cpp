@@ -127,6 +127,14 @@ TEST_F(OpeningTest, TheHostsSettingsAndTablesCount) {
     EXPECT_EQ(
         rows(QStringLiteral("select TableName, ID from IDGenerater where TableName in ('Kiosk''s', 'Last')")),
         QStringList({"Kiosk's|0", "Last|0"}));
+    // A table that was dropped goes on with its counter.
+    execute(QStringLiteral("drop table Last"));
+    execute(QStringLiteral("update IDGenerater set ID = 7 where TableName = 'Last'"));
+    ASSERT_TRUE(DBTools::openDatabase(gDB, path(), true));
+    EXPECT_EQ(count(QStringLiteral("Last")), 0);
+    EXPECT_EQ(rows(QStringLiteral("select ID from IDGenerater where TableName = 'Last'")),
+              QStringList({"7"}));
+    EXPECT_EQ(failureCount(), 1);
 
     host.settings = {{QStringLiteral("__dbdriver"), QStringLiteral("NODRIVER")},
                      {QStringLiteral("__dbname"), QStringLiteral("elsewhere")},
