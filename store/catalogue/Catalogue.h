@@ -15,7 +15,7 @@ namespace catalogue {
 
 /// A column whose values are identifiers of another table.
 struct Reference {
-    const char *column;
+    const char *column = nullptr;
     /// The table whose identifiers the column holds. None for a road, which is a link or a connector: most
     /// often only one of the two has the identifier, and where both have, the row tells by one of the signs
     /// below.
@@ -29,13 +29,13 @@ struct Reference {
 
 /// A value for a column that generation 6 asks for and older stores need not have.
 struct Filling {
-    const char *column;
+    const char *column = nullptr;
     QVariant value;
 };
 
 /// A table of a network's rows.
 struct Table {
-    const char *name;
+    const char *name = nullptr;
     /// The column of the numbers that a counter gives to rows; none for tables that go without.
     const char *id = nullptr;
     /// The numbers are the same in every network by design (vehicle types, compositions). Others must not be
@@ -65,8 +65,8 @@ MORASTORE_EXPORT const Table *find(const QString &name);
 
 /// Objects of a table, as programs call them.
 struct Kind {
-    const char *plural; ///< "links"
-    const char *table;
+    const char *plural = nullptr; ///< "links"
+    const char *table = nullptr;
     const char *word = nullptr; ///< "link"; none for what is only a part of other objects
     const char *name = "name";  ///< the column of the objects' names, or an expression
 };
