@@ -67,7 +67,8 @@ public:
 private:
     template <class Number>
     static void change(Number &number) {
-        number += 1;
+        // Random networks hold the smallest and the largest numbers.
+        number += number > 0 ? -1 : 1;
     }
     static void change(bool &flag) { flag = !flag; }
     static void change(QString &text) { text += QLatin1Char('!'); }
