@@ -1,7 +1,9 @@
 #pragma once
 
+#include "model/MoraStoreExport.h"
+
 #include <QString>
 
-/// A name for a connection of the library's own that no other connection of the process has.
+/// A name for a connection beside those of hosts that no other connection of the process has.
 /// @param purpose what the connection is for, as a word.
-QString newConnectionName(const char *purpose);
+MORASTORE_EXPORT QString newConnectionName(const char *purpose);

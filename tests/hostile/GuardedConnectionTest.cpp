@@ -55,7 +55,7 @@ TEST_F(GuardedConnection, IsHardHoweverItIsMade) {
     ASSERT_TRUE(DBTools_V6::openDatabaseForBackup(gDBForBackup, store, true));
     expectHard(gDBForBackup, "openDatabaseForBackup");
     {
-        const SqliteConnection host("host", store);
+        const SqliteConnection host(store);
         expectHard(QSqlDatabase::database(QStringLiteral("host")), "SqliteConnection");
     }
     const QString first = file(QStringLiteral("first.mora"));

@@ -7,6 +7,7 @@
 #include "tools/kinds/StoreInfo.h"
 #include "tools/reports/Failure.h"
 #include "tools/rows/NetworkDeletion.h"
+#include "tools/rows/StoreReader.h"
 #include "tools/session/NewStore.h"
 #include "tools/session/StoreSession.h"
 #include "tools/sumo/import/NetworkImport.h"
@@ -82,6 +83,25 @@ TEST_F(TwoSessions, FailuresAreThoseOfTheStoreThatHasThem) {
     EXPECT_EQ(failureCount(), 0);
     // The other one goes on when its neighbour is closed.
     EXPECT_EQ(import(one, QStringLiteral("first")).links.size(), 13U);
+}
+
+TEST_F(TwoSessions, TwoReadersReadTheStoreThatEachWasGiven) {
+    import(StoreSession(mOne, Access::Write), QStringLiteral("first"));
+    import(StoreSession(mSeveral, Access::Write), QStringLiteral("second"));
+    const auto links = [](const StoreReader &reader) {
+        return reader.count(*reader.table(QStringLiteral("Link")), reader.networksOf({}).first());
+    };
+    const StoreReader one(mOne);
+    {
+        const StoreReader several(mSeveral);
+        EXPECT_EQ(one.networksOf({}).first().name, QStringLiteral("first"));
+        EXPECT_EQ(several.networksOf({}).first().name, QStringLiteral("second"));
+        EXPECT_FALSE(one.hasSeveralNetworks());
+        EXPECT_TRUE(several.hasSeveralNetworks());
+        EXPECT_EQ(links(one), 13);
+        EXPECT_EQ(links(several), 13);
+    }
+    EXPECT_EQ(links(one), 13);
 }
 
 } // namespace

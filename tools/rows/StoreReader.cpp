@@ -18,15 +18,9 @@
 
 namespace moratools {
 
-namespace {
-
-const QString kConnection = QStringLiteral("morastore-rows");
-
-QSqlDatabase connection() {
-    return QSqlDatabase::database(kConnection, false);
+QSqlDatabase StoreReader::connection() const {
+    return QSqlDatabase::database(mConnection, false);
 }
-
-} // namespace
 
 StoreReader::StoreReader(const StoreAddress &address) : mName(address.name()) {
     if (address.isServer())
@@ -42,19 +36,19 @@ StoreReader::StoreReader(const StoreAddress &address) : mName(address.name()) {
         if (mFile)
             mFile->hideCopy();
     } catch (...) {
-        QSqlDatabase::removeDatabase(kConnection);
+        QSqlDatabase::removeDatabase(mConnection);
         throw;
     }
 }
 
 StoreReader::~StoreReader() {
     connection().close();
-    QSqlDatabase::removeDatabase(kConnection);
+    QSqlDatabase::removeDatabase(mConnection);
 }
 
 void StoreReader::open(const StoreAddress &address) {
     const ConnectionSettings settings(address);
-    QSqlDatabase db = QSqlDatabase::addDatabase(settings.driver(), kConnection);
+    QSqlDatabase db = QSqlDatabase::addDatabase(settings.driver(), mConnection);
     settings.applyTo(db);
     if (!address.isServer()) {
         mFile = std::make_unique<ReadOnlyFile>(address.path());

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "store/catalogue/Catalogue.h"
+#include "store/core/ConnectionName.h"
 #include "store/guard/ReadOnlyFile.h"
 #include "tools/MoraToolsExport.h"
 #include "tools/rows/StoreTables.h"
@@ -8,6 +9,7 @@
 #include "tools/session/StoreAddress.h"
 
 #include <QList>
+#include <QSqlDatabase>
 #include <QVector>
 
 #include <functional>
@@ -69,6 +71,7 @@ public:
 private:
     Q_DISABLE_COPY(StoreReader)
 
+    QSqlDatabase connection() const;
     void open(const StoreAddress &address);
     int readGeneration() const;
     void readNetworks(const StoreAddress &address);
@@ -80,6 +83,7 @@ private:
                      const StoreColumn &column) const;
 
     QString mName;
+    QString mConnection = newConnectionName("rows");
     std::unique_ptr<ReadOnlyFile> mFile; ///< how an SQLite file is read
     int mGeneration = 0;
     QHash<QString, StoreTable> mTables;

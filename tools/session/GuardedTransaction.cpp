@@ -1,5 +1,6 @@
 #include "tools/session/GuardedTransaction.h"
 
+#include "store/core/ConnectionName.h"
 #include "store/core/Engine.h"
 #include "store/guard/ConnectionGuard.h"
 #include "tools/reports/Failure.h"
@@ -8,22 +9,15 @@
 #include <QSqlError>
 #include <QSqlQuery>
 
-#include <atomic>
-
 namespace moratools {
 
 namespace {
 
-/// Qt's connections have names, and several transactions may be open.
-QString newName() {
-    static std::atomic<int> count{0};
-    return QStringLiteral("morastore-reader-%1").arg(++count);
-}
 constexpr char kIsWriting[] = "another program is writing to the store; try again when it has finished";
 
 } // namespace
 
-GuardedTransaction::Reader::Reader(const QString &path) : mName(newName()) {
+GuardedTransaction::Reader::Reader(const QString &path) : mName(newConnectionName("reader")) {
     QSqlDatabase reader = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), mName);
     reader.setDatabaseName(path);
     reader.setConnectOptions(QStringLiteral("QSQLITE_OPEN_READONLY"));

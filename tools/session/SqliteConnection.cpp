@@ -1,5 +1,6 @@
 #include "tools/session/SqliteConnection.h"
 
+#include "store/core/ConnectionName.h"
 #include "store/guard/ConnectionGuard.h"
 #include "tools/reports/Failure.h"
 
@@ -9,7 +10,7 @@
 
 namespace moratools {
 
-SqliteConnection::SqliteConnection(const char *name, const QString &path) : mName(QLatin1String(name)) {
+SqliteConnection::SqliteConnection(const QString &path) : mName(newConnectionName("file")) {
     QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), mName);
     db.setDatabaseName(path);
     db.setConnectOptions(QStringLiteral("QSQLITE_BUSY_TIMEOUT=500"));

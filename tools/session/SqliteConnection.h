@@ -7,11 +7,10 @@
 
 namespace moratools {
 
-/// A connection of the host's own to an SQLite file, beside the library's. It closes with the object.
+/// A connection to an SQLite file, beside those of open stores. It closes with the object.
 class MORATOOLS_EXPORT SqliteConnection {
 public:
-    /// `name` is the connection's in Qt; one at a time has it.
-    SqliteConnection(const char *name, const QString &path);
+    explicit SqliteConnection(const QString &path);
     ~SqliteConnection();
 
     /// Executes a statement. Throws `Failure` with the engine's words.

@@ -36,9 +36,9 @@ QStringList contentsOf(const SqliteConnection &store) {
 }
 
 void copyAndCheck(const QString &path, const QString &copy) {
-    const SqliteConnection source("morastore-copied", path);
+    const SqliteConnection source(path);
     source.run(QStringLiteral("vacuum into ") + literal(copy));
-    const SqliteConnection written("morastore-copy", copy);
+    const SqliteConnection written(copy);
     written.requireIntegrity();
     if (contentsOf(written) != contentsOf(source))
         throw Failure(QStringLiteral("it holds something else; another program may be writing to the store"));

@@ -30,7 +30,7 @@ Compaction compactStore(const QString &path) {
     sizes.before = QFileInfo(file).size();
     requireRoom(path, sizes.before);
     try {
-        const SqliteConnection store("morastore-compact", file);
+        const SqliteConnection store(file);
         store.requireIntegrity();
         store.run(QStringLiteral("vacuum"));
         store.requireIntegrity();

@@ -1,6 +1,7 @@
 #include "tools/session/StoreFile.h"
 
 #include "store/DBTools.h"
+#include "store/core/ConnectionName.h"
 #include "store/guard/ConnectionGuard.h"
 #include "store/guard/FileGuard.h"
 #include "store/guard/ReadOnlyFile.h"
@@ -19,15 +20,15 @@ namespace moratools {
 
 namespace {
 
-const QString kProbe = QStringLiteral("morastore-probe");
-
 // The header of an SQLite file, https://www.sqlite.org/fileformat.html, 1.3: magic text, page size at byte 16
 // (1 stands for 65536), change counter at 24, number of pages at 28 (valid while 92 repeats the counter).
 constexpr char kMagic[] = "SQLite format 3";
 constexpr int kHeaderSize = 100;
 
-struct RemoveProbe {
-    ~RemoveProbe() { QSqlDatabase::removeDatabase(kProbe); }
+/// The connection of a look at a file goes when that is over.
+struct Probe {
+    ~Probe() { QSqlDatabase::removeDatabase(name); }
+    const QString name = newConnectionName("probe");
 };
 
 quint32 bigEndian32(const QByteArray &bytes, int at) {
@@ -119,8 +120,8 @@ Age judge(const QString &path) {
     const ReadOnlyFile file(path);
     if (!file.refusal().isEmpty())
         throw Failure(QStringLiteral("%1: %2").arg(path, file.refusal()));
-    const RemoveProbe removeProbe;
-    QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), kProbe);
+    const Probe probe;
+    QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), probe.name);
     file.applyTo(db);
     db.setConnectOptions(db.connectOptions() + QStringLiteral(";QSQLITE_BUSY_TIMEOUT=500"));
     if (!connectionguard::open(db))
@@ -150,8 +151,8 @@ Age judge(const QString &path) {
 
 /// That nobody else writes to the store now. What a process that died left half-written is taken back.
 void requireWriteLock(const QString &path) {
-    const RemoveProbe removeProbe;
-    QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), kProbe);
+    const Probe probe;
+    QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), probe.name);
     db.setDatabaseName(path);
     db.setConnectOptions(QStringLiteral("QSQLITE_BUSY_TIMEOUT=500"));
     if (!connectionguard::open(db))

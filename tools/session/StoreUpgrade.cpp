@@ -21,7 +21,7 @@ using Columns = QMap<QString, QStringList>;
 /// The columns of every table of the store.
 Columns columnsOf(const QString &path) {
     Columns columns;
-    const SqliteConnection store("morastore-columns", path);
+    const SqliteConnection store(path);
     QSqlQuery query = store.run(QStringLiteral(
         "select t.name, c.name from sqlite_master t, pragma_table_info(t.name) c where t.type = 'table' "
         // A virtual table of a plug-in's would run its module.
