@@ -42,7 +42,7 @@ networks::Record networkRecord(long id, const QString &name, const QPointF &cent
 /// The store as its version has it.
 Store storeByVersion(StoreState &state, QSqlDatabase &db, long netId) {
     const std::optional<long> version = probes::dbVersion(db, state.failures);
-    if (version.value_or(0) >= 6)
+    if (probes::hasSeveralNets(version.value_or(0)))
         return opening::storeOfSeveralNets(state, db, netId);
     Store store = opening::storeOfOneNet(state, db, netId);
     // Statements for one network would reach the rows of all networks.

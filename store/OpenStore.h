@@ -8,6 +8,7 @@
 #include "model/StoreSettings.h"
 #include "model/VehicleComposition.h"
 #include "model/VehicleType.h"
+#include "store/core/StoreVersion.h"
 
 #include <QHash>
 #include <QList>
@@ -71,7 +72,7 @@ public:
     /// The store's generation when it was opened.
     int version() const;
     /// Whether its format is that of several networks (generation 6).
-    bool hasSeveralNets() const { return isOpen() && version() >= 6; }
+    bool hasSeveralNets() const { return isOpen() && probes::hasSeveralNets(version()); }
     /// Whether its link types do not carry the Chinese names.
     bool isInternational() const;
 

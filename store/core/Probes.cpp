@@ -70,10 +70,6 @@ std::optional<qint64> versionIn(const QVariant &value) {
     return isInteger && !value.isNull() && number >= 1 ? std::make_optional(number) : std::nullopt;
 }
 
-bool hasSeveralNets(qint64 version) {
-    return version >= 6;
-}
-
 std::nullopt_t refuse(const QSqlQuery &query, const QString &reason, FailureList &failures) {
     recordFailure(failures, query.lastQuery(), reason);
     return std::nullopt;

@@ -156,7 +156,7 @@ bool hasFittingVersion(const QSqlDatabase &db, const QString &name, FailureList 
     QSqlQuery keys(db);
     if (!ask(keys, keyQuestion(db), failures))
         return false;
-    const bool hasSeveralNets = *version >= 6;
+    const bool hasSeveralNets = probes::hasSeveralNets(*version);
     while (keys.next()) {
         if (keys.value(0).toBool() != hasSeveralNets)
             return refuse(name,

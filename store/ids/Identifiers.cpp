@@ -236,8 +236,8 @@ std::optional<qint64> largestInUse(const QSqlDatabase &db, long netId, const QSt
     const auto version = probes::dbVersion(db, failures);
     if (!version)
         return std::nullopt;
-    return largestIn(db, *version >= 6 ? std::make_optional(netId) : std::nullopt, table, idColumn(table),
-                     failures);
+    return largestIn(db, probes::hasSeveralNets(*version) ? std::make_optional(netId) : std::nullopt, table,
+                     idColumn(table), failures);
 }
 
 bool passLaneConnectors(const Store &store) {

@@ -88,7 +88,8 @@ bool learnAboutStore(StoreState &state, QSqlDatabase &db, const QString &path, b
         state.reservedIds.clear();
     if (mayUpgrade && !bringForward(state, db))
         return false;
-    const Store store(db, state, 0, state.version >= 6 ? Generation::SeveralNets : Generation::OneNet,
+    const Store store(db, state, 0,
+                      probes::hasSeveralNets(state.version) ? Generation::SeveralNets : Generation::OneNet,
                       state.version, state.failures);
     if (!judgeLanguage(state, db) || !identifiers::passLaneConnectors(store))
         return false;
@@ -195,7 +196,7 @@ void bringFirstGenerationForward(StoreState &state, QSqlDatabase &db) {
         return;
     const auto version = probes::dbVersion(db, state.failures);
     // No store of several networks has ever been of the first generation.
-    if (!version || *version >= 6)
+    if (!version || probes::hasSeveralNets(*version))
         return;
     upgrade::firstGeneration(storeOfOneNet(state, db, 0));
     state.version = static_cast<int>(probes::dbVersion(db, state.failures).value_or(0));

@@ -273,7 +273,7 @@ void firstGeneration(const Store &store) {
 
 std::optional<bool> isFirstGeneration(const QSqlDatabase &db, FailureList &failures) {
     const auto version = probes::dbVersion(db, failures);
-    if (!version || *version == 1 || *version >= 6)
+    if (!version || *version == 1 || probes::hasSeveralNets(*version))
         return version ? std::make_optional(*version == 1) : std::nullopt;
     for (const TableStep *step :
          {&kRoutingFlowRatio, &kSimulateConfiguration, &kDbVersion, &kGuideArrow, &kLogger}) {

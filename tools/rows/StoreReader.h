@@ -2,6 +2,7 @@
 
 #include "store/catalogue/Catalogue.h"
 #include "store/core/ConnectionName.h"
+#include "store/core/StoreVersion.h"
 #include "store/guard/ReadOnlyFile.h"
 #include "tools/MoraToolsExport.h"
 #include "tools/rows/StoreTables.h"
@@ -37,7 +38,7 @@ public:
 
     const QString &name() const { return mName; }
     bool isSqlite() const;
-    bool hasSeveralNetworks() const { return mGeneration >= 6; }
+    bool hasSeveralNetworks() const { return probes::hasSeveralNets(mGeneration); }
     /// Null where the store has no such table.
     const StoreTable *table(const QString &named) const;
     /// All networks. An older store always has one: without a record of its own it is called after its file.

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "model/CallDbResult.h"
+#include "store/core/StoreVersion.h"
 #include "tools/MoraToolsExport.h"
 #include "tools/session/StoreAddress.h"
 #include "tools/session/StoreFile.h"
@@ -42,7 +43,7 @@ public:
     /// The current network.
     Net &net() const;
     int generation() const;
-    bool hasSeveralNetworks() const { return generation() >= 6; }
+    bool hasSeveralNetworks() const { return probes::hasSeveralNets(generation()); }
     /// The language of the stored words; else they are Chinese.
     bool isEnglish() const;
     /// The dictionary between stored and shown words.
