@@ -18,7 +18,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size) {
                 fuzzing::require(lane.shape.size() >= 2, "a lane has a shape");
                 fuzzing::require(std::isfinite(lane.length) && std::isfinite(lane.speed) && lane.width > 0,
                                  "a lane has measures");
-                for (const Point3 &point : lane.shape)
+                for (const GeometryPoint &point : lane.shape)
                     fuzzing::require(std::isfinite(point.x + point.y + point.z) ||
                                          std::isfinite(point.x / 4 + point.y / 4 + point.z / 4),
                                      "a point is finite");

@@ -18,7 +18,7 @@ class Reader {
 public:
     explicit Reader(const QByteArray &text) : mAt(text.constData()), mEnd(mAt + text.size()) {}
 
-    bool read(QVector<GeometryPoint> &points) {
+    bool read(GeometryLine &points) {
         if (!skip("{\"data\":["))
             return false;
         // A point takes about 60 bytes with full precision.
@@ -62,8 +62,8 @@ private:
     const char *mEnd;
 };
 
-QVector<GeometryPoint> pointsOf(const QJsonObject &object) {
-    QVector<GeometryPoint> points;
+GeometryLine pointsOf(const QJsonObject &object) {
+    GeometryLine points;
     const QJsonArray data = object.value(QLatin1String("data")).toArray();
     points.reserve(data.size());
     for (const QJsonValue &value : data) {
@@ -74,11 +74,7 @@ QVector<GeometryPoint> pointsOf(const QJsonObject &object) {
     return points;
 }
 
-bool isFinite(const GeometryPoint &point) {
-    return std::isfinite(point.x) && std::isfinite(point.y) && std::isfinite(point.z);
-}
-
-QJsonObject objectOf(const QVector<GeometryPoint> &points) {
+QJsonObject objectOf(const GeometryLine &points) {
     QJsonArray data;
     for (const GeometryPoint &point : points)
         data.append(QJsonObject{
@@ -112,15 +108,15 @@ char *write(char *to, double value) {
 
 namespace geometryjson {
 
-QVector<GeometryPoint> points(const StoredJson &geometry) {
-    QVector<GeometryPoint> read;
+GeometryLine points(const StoredJson &geometry) {
+    GeometryLine read;
     if (geometry.hasText() && Reader(geometry.text()).read(read))
         return read;
     return pointsOf(geometry.object());
 }
 
-StoredJson fromPoints(const QVector<GeometryPoint> &points) {
-    if (!std::all_of(points.cbegin(), points.cend(), isFinite))
+StoredJson fromPoints(const GeometryLine &points) {
+    if (!geometry::isFinite(points))
         return StoredJson(objectOf(points));
     constexpr int longestPoint = 18 + 3 * kLongestNumber;
     QByteArray text(16 + longestPoint * points.size(), Qt::Uninitialized);

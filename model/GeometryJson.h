@@ -1,17 +1,8 @@
 #pragma once
 
+#include "GeometryLine.h"
 #include "MoraStoreExport.h"
 #include "StoredJson.h"
-
-#include <QVector>
-
-/// A point of a line in the units of a Vertex: plane coordinates and height.
-struct GeometryPoint {
-    double x = 0;
-    double y = 0;
-    double z = 0;
-};
-Q_DECLARE_TYPEINFO(GeometryPoint, Q_PRIMITIVE_TYPE);
 
 /// The geometry objects of links, lanes and connectors, {"data":[{"x":..,"y":..,"z":..},...]}, as lists of
 /// points. The stored form is compact UTF-8 with the shortest numbers that read back equal; it is read and
@@ -19,10 +10,10 @@ Q_DECLARE_TYPEINFO(GeometryPoint, Q_PRIMITIVE_TYPE);
 namespace geometryjson {
 
 /// The points of a geometry object, in order; a member that is no number counts as 0.
-MORASTORE_EXPORT QVector<GeometryPoint> points(const StoredJson &geometry);
+MORASTORE_EXPORT GeometryLine points(const StoredJson &geometry);
 
 /// The geometry object of a line, in the stored form that QJsonDocument gives it. JSON has no numbers that
 /// are not finite: a line with such comes back as an object, which no store takes.
-MORASTORE_EXPORT StoredJson fromPoints(const QVector<GeometryPoint> &points);
+MORASTORE_EXPORT StoredJson fromPoints(const GeometryLine &points);
 
 } // namespace geometryjson

@@ -214,7 +214,7 @@ bool givesHeights(const Link &link) {
 }
 
 void takeHeights(Link &link) {
-    const QVector<GeometryPoint> centerLine = geometryjson::points(link.centerLinePointsJson);
+    const GeometryLine centerLine = geometryjson::points(link.centerLinePointsJson);
     if (centerLine.size() != link.mlVertex.size())
         return;
     for (int i = 0; i < centerLine.size(); ++i)

@@ -74,7 +74,7 @@ TEST_F(Drawing, EverythingIsWhereItStandsAndHasItsColour) {
         {5, 2, motorLane, "between the dashes of the divider"},
         {10, 2, junction, "dash of the divider, nearly white"},
         {202, 4.5, junction, "junction"},
-        {203.6, 3, curve, "first half of the turn"},
+        {203.3, 3, curve, "first half of the turn"},
         {205, 2, curve, "middle of the turn"},
         {202, 0, curve, "straight connection"},
         {200, 0, red, "red and yellow shows red"},

@@ -89,8 +89,8 @@ protected:
 TEST_F(NetReader, ReadsEveryKindOfRecord) {
     const SumoNet net = readSumoNet(writeCompressed(QStringLiteral("网 \"1\" 50%.net.xml.gz"), smallNet()));
     EXPECT_FALSE(net.leftHand);
-    EXPECT_EQ(net.location.netOffset, (Point3{1.5, -2.5, 0}));
-    EXPECT_EQ(net.location.convBoundary, (Polyline{{0, 0, 0}, {30, 40, 0}}));
+    EXPECT_EQ(net.location.netOffset, (GeometryPoint{1.5, -2.5, 0}));
+    EXPECT_EQ(net.location.convBoundary, (GeometryLine{{0, 0, 0}, {30, 40, 0}}));
 
     ASSERT_EQ(net.edges.size(), 2u);
     const SumoEdge &a = net.edges[0];
@@ -102,7 +102,7 @@ TEST_F(NetReader, ReadsEveryKindOfRecord) {
     EXPECT_EQ(a.lanes[0].id, QStringLiteral("-a#2_0"));
     EXPECT_EQ(a.lanes[0].length, 9.5);
     EXPECT_EQ(a.lanes[0].width, 3.2);
-    EXPECT_EQ(a.lanes[0].shape, (Polyline{{0, 0, 0}, {10, 0, 0}}));
+    EXPECT_EQ(a.lanes[0].shape, (GeometryLine{{0, 0, 0}, {10, 0, 0}}));
     EXPECT_FALSE(std::signbit(a.lanes[0].shape[0].x));
     EXPECT_FALSE(a.lanes[0].permissions.admitsPedestrians());
     EXPECT_TRUE(a.lanes[0].permissions.admitsCars());
@@ -113,7 +113,7 @@ TEST_F(NetReader, ReadsEveryKindOfRecord) {
     EXPECT_EQ(net.edge(QStringLiteral("dead")), nullptr);
 
     ASSERT_EQ(net.junctions.size(), 1u);
-    EXPECT_EQ(net.junctions[0].position, (Point3{11, 0, 2.5}));
+    EXPECT_EQ(net.junctions[0].position, (GeometryPoint{11, 0, 2.5}));
     ASSERT_EQ(net.programmes.size(), 1u);
     EXPECT_EQ(net.programmes[0].programID, QStringLiteral("night"));
     EXPECT_EQ(net.programmes[0].offset, 3605);
@@ -126,8 +126,8 @@ TEST_F(NetReader, PathsFollowTheChainOfInternalLanes) {
     ASSERT_EQ(net.connections.size(), 2u);
     EXPECT_EQ(net.connections[0].tl, QStringLiteral("t"));
     EXPECT_EQ(net.connections[0].linkIndex, 0);
-    EXPECT_EQ(connectionPath(net, net.connections[0]), (Polyline{{10, 0, 1}, {11, 0, 2}, {12, 1, 3}}));
-    EXPECT_EQ(connectionPath(net, net.connections[1]), (Polyline{{10, 3.2, 0}, {12, 1, 3}}));
+    EXPECT_EQ(connectionPath(net, net.connections[0]), (GeometryLine{{10, 0, 1}, {11, 0, 2}, {12, 1, 3}}));
+    EXPECT_EQ(connectionPath(net, net.connections[1]), (GeometryLine{{10, 3.2, 0}, {12, 1, 3}}));
 }
 
 TEST_F(NetReader, AChainThatRunsInACircleEnds) {

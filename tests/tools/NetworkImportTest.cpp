@@ -1,8 +1,8 @@
 #include "tools/sumo/import/NetworkImport.h"
+#include "model/GeometryJson.h"
 #include "tests/support/Places.h"
 #include "tests/support/Reads.h"
 #include "tests/support/StoreFixture.h"
-#include "tools/geometry/GeometryObject.h"
 #include "tools/kinds/Comparison.h"
 #include "tools/reports/Failure.h"
 #include "tools/session/GuardedTransaction.h"
@@ -20,7 +20,7 @@ SumoNet exampleNet() {
     return readSumoNet(sourceFolder() + QStringLiteral("/examples/crossing/crossing.net.xml"));
 }
 
-SumoLane lane(int index, double width, const Polyline &shape) {
+SumoLane lane(int index, double width, const GeometryLine &shape) {
     SumoLane result;
     result.id = QStringLiteral("e_%1").arg(index);
     result.index = index;
@@ -108,7 +108,7 @@ TEST_F(BuiltNetwork, LanesAreNumberedFromTheRightWhicheverSideTrafficKeepsTo) {
 TEST_F(BuiltNetwork, CentreLineOfLanesWithDifferentPointsIsTheMiddleLanesMoved) {
     SumoEdge edge;
     edge.lanes = {lane(0, 2, {{0, 0, 0}, {10, 0, 0}}), lane(1, 4, {{0, 3, 0}, {5, 3, 0}, {10, 3, 0}})};
-    EXPECT_EQ(carriagewayCentre(edge, false), (Polyline{{0, 2, 0}, {5, 2, 0}, {10, 2, 0}}));
+    EXPECT_EQ(carriagewayCentre(edge, false), (GeometryLine{{0, 2, 0}, {5, 2, 0}, {10, 2, 0}}));
 }
 
 TEST_F(NetworkImport, EveryGenerationGivesBackWhatItKeeps) {

@@ -1,8 +1,8 @@
 #include "tools/drawing/NetworkDrawing.h"
 
+#include "model/GeometryLine.h"
 #include "tools/drawing/DictionaryWord.h"
 #include "tools/drawing/Shapes.h"
-#include "tools/geometry/Polyline.h"
 
 #include <QFontMetricsF>
 #include <QLocale>
@@ -57,8 +57,8 @@ QColor colourOf(const QString &kind) {
     return std::end(kColours)[-1].colour;
 }
 
-QRectF boundsOf(const Polyline &line, QRectF bounds, bool &any) {
-    for (const Point3 &point : line) {
+QRectF boundsOf(const GeometryLine &line, QRectF bounds, bool &any) {
+    for (const GeometryPoint &point : line) {
         if (!any)
             bounds = QRectF(point.x, point.y, 0, 0);
         any = true;
@@ -148,9 +148,9 @@ void NetworkDrawing::addLink(const Link &link) {
     bool isDrawn = false;
     for (const Lane *lane : link.mlLane) {
         LaneKind &kind = kindOf(lane->actionType);
-        const Polyline left = lineOf(lane->leftBreakPointsJson);
-        const Polyline right = lineOf(lane->rightBreakPointsJson);
-        const Polyline centre = lineOf(lane->centerLinePointsJson);
+        const GeometryLine left = lineOf(lane->leftBreakPointsJson);
+        const GeometryLine right = lineOf(lane->rightBreakPointsJson);
+        const GeometryLine centre = lineOf(lane->centerLinePointsJson);
         ++kind.count;
         isDrawn = isDrawn || centre.size() >= 2;
         shapes::addArea(kind.surface, left, right);
@@ -164,7 +164,7 @@ void NetworkDrawing::addLink(const Link &link) {
         mLinksLeftOut.append(link.linkID);
 }
 
-void NetworkDrawing::addArrow(const Polyline &centre, double width) {
+void NetworkDrawing::addArrow(const GeometryLine &centre, double width) {
     if (geometry::length(centre) > 2 * (kArrowBeforeEnd + kArrowLength))
         shapes::addArrow(mArrows, centre, kArrowBeforeEnd, kArrowLength,
                          shapes::isOnPlan({width}) ? std::min(1.3, std::abs(width) * 0.6) : 1.3);
@@ -172,19 +172,18 @@ void NetworkDrawing::addArrow(const Polyline &centre, double width) {
 
 void NetworkDrawing::addConnector(const Connector &connector) {
     // With a single lane connector the stored borders are its own: its curve runs halfway between them.
-    const Polyline left = lineOf(connector.leftBreakPointsJson);
-    const Polyline right = lineOf(connector.rightBreakPointsJson);
+    const GeometryLine left = lineOf(connector.leftBreakPointsJson);
+    const GeometryLine right = lineOf(connector.rightBreakPointsJson);
     const bool bordersAreItsOwn = connector.mlLaneConnector.size() == 1 && left.size() == right.size();
     shapes::addArea(mJunctions, left, right);
     for (const LaneConnector *laneConnector : connector.mlLaneConnector) {
-        Polyline curve = lineOf(laneConnector->centerLinePointsJson);
+        GeometryLine curve = lineOf(laneConnector->centerLinePointsJson);
         if (curve.size() < 2 && bordersAreItsOwn)
             curve = geometry::midway(left, right);
-        if (curve.size() >= 2)
-            shapes::addLine(mConnectors, curve);
-        else
-            shapes::addTurn(mConnectors, lineOf(laneConnector->mpStartLane->centerLinePointsJson),
-                            lineOf(laneConnector->mpEndLane->centerLinePointsJson));
+        if (curve.size() < 2)
+            curve = geometry::turn(lineOf(laneConnector->mpStartLane->centerLinePointsJson),
+                                   lineOf(laneConnector->mpEndLane->centerLinePointsJson));
+        shapes::addLine(mConnectors, curve);
     }
 }
 

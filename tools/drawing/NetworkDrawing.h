@@ -1,8 +1,8 @@
 #pragma once
 
+#include "model/GeometryLine.h"
 #include "tools/MoraToolsExport.h"
 #include "tools/drawing/TrafficLayer.h"
-#include "tools/geometry/Polyline.h"
 #include "tools/kinds/NetworkObjects.h"
 
 #include <QColor>
@@ -46,7 +46,7 @@ private:
     };
 
     void addLink(const Link &link);
-    void addArrow(const Polyline &centre, double width);
+    void addArrow(const GeometryLine &centre, double width);
     void addConnector(const Connector &connector);
     LaneKind &kindOf(const QString &name);
 

@@ -1,6 +1,6 @@
 #include "tools/drawing/Shapes.h"
 
-#include "tools/geometry/GeometryObject.h"
+#include "model/GeometryJson.h"
 
 #include <algorithm>
 #include <cmath>
@@ -11,7 +11,7 @@ namespace {
 
 constexpr double kFarthest = 1e9; // metres; 25 times around the earth
 
-QPointF pointOf(const Point3 &point) {
+QPointF pointOf(const GeometryPoint &point) {
     return {point.x, point.y};
 }
 
@@ -32,23 +32,23 @@ bool isOnPlan(std::initializer_list<double> metres) {
                        [](double value) { return std::abs(value) <= kFarthest; });
 }
 
-Polyline lineOf(const StoredJson &geometry) {
-    Polyline line = geometryobject::toPolyline(geometry);
-    const bool isDrawn = std::all_of(line.begin(), line.end(), [](const Point3 &point) {
+GeometryLine lineOf(const StoredJson &geometry) {
+    GeometryLine line = geometryjson::points(geometry);
+    const bool isDrawn = std::all_of(line.begin(), line.end(), [](const GeometryPoint &point) {
         return isOnPlan({point.x, point.y, point.z});
     });
-    return isDrawn ? line : Polyline();
+    return isDrawn ? line : GeometryLine();
 }
 
-void addLine(QPainterPath &path, const Polyline &line) {
+void addLine(QPainterPath &path, const GeometryLine &line) {
     if (line.empty())
         return;
     path.moveTo(pointOf(line.front()));
-    for (std::size_t i = 1; i < line.size(); ++i)
+    for (int i = 1; i < line.size(); ++i)
         path.lineTo(pointOf(line[i]));
 }
 
-void addArea(QPainterPath &path, const Polyline &left, const Polyline &right) {
+void addArea(QPainterPath &path, const GeometryLine &left, const GeometryLine &right) {
     if (left.empty() || right.empty())
         return;
     addLine(path, left);
@@ -57,10 +57,10 @@ void addArea(QPainterPath &path, const Polyline &left, const Polyline &right) {
     path.closeSubpath();
 }
 
-void addArrow(QPainterPath &path, const Polyline &line, double beforeEnd, double arrowLength,
+void addArrow(QPainterPath &path, const GeometryLine &line, double beforeEnd, double arrowLength,
               double arrowWidth) {
     double left = beforeEnd;
-    for (std::size_t i = line.size() - 1; i >= 1; --i) {
+    for (int i = line.size() - 1; i >= 1; --i) {
         const QPointF a = pointOf(line[i - 1]);
         const QPointF b = pointOf(line[i]);
         const double size = std::hypot(b.x() - a.x(), b.y() - a.y());
@@ -84,17 +84,6 @@ void addArrow(QPainterPath &path, const Polyline &line, double beforeEnd, double
         path.closeSubpath();
         return;
     }
-}
-
-void addTurn(QPainterPath &path, const Polyline &from, const Polyline &to) {
-    if (from.size() < 2 || to.size() < 2)
-        return;
-    const QPointF start = pointOf(from.back());
-    const QPointF end = pointOf(to.front());
-    const double reach = std::hypot(end.x() - start.x(), end.y() - start.y()) * 0.4;
-    path.moveTo(start);
-    path.cubicTo(start + directionOf(pointOf(from[from.size() - 2]), start) * reach,
-                 end - directionOf(end, pointOf(to[1])) * reach, end);
 }
 
 } // namespace shapes

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "model/GeometryLine.h"
 #include "model/StoredJson.h"
-#include "tools/geometry/Polyline.h"
 
 #include <QPainterPath>
 
@@ -16,19 +16,15 @@ namespace shapes {
 /// any place is from another, so that sums and squares of them are numbers, too.
 bool isOnPlan(std::initializer_list<double> metres);
 /// The points of a geometry object; none where one of them is not on a plan.
-Polyline lineOf(const StoredJson &geometry);
+GeometryLine lineOf(const StoredJson &geometry);
 
-void addLine(QPainterPath &path, const Polyline &line);
+void addLine(QPainterPath &path, const GeometryLine &line);
 /// The area between two borders that run the same way.
-void addArea(QPainterPath &path, const Polyline &left, const Polyline &right);
+void addArea(QPainterPath &path, const GeometryLine &left, const GeometryLine &right);
 /// An arrow of the given size along a line's direction, with its tip `beforeEnd` metres before the line's
 /// end.
-void addArrow(QPainterPath &path, const Polyline &line, double beforeEnd, double arrowLength,
+void addArrow(QPainterPath &path, const GeometryLine &line, double beforeEnd, double arrowLength,
               double arrowWidth);
-/// The curve of a lane connector that has no geometry of its own: it leaves along the end of `from` and
-/// arrives along the start of `to`.
-void addTurn(QPainterPath &path, const Polyline &from, const Polyline &to);
-
 } // namespace shapes
 
 } // namespace moratools

@@ -32,7 +32,7 @@ QFont legendFont() {
     return font;
 }
 
-double directionAt(const Polyline &line, std::size_t index) {
+double directionAt(const GeometryLine &line, int index) {
     return qRadiansToDegrees(
         std::atan2(line[index + 1].y - line[index].y, line[index + 1].x - line[index].x));
 }
@@ -91,15 +91,15 @@ void TrafficLayer::addStretch(Band &band, long linkId, int laneNumber, double st
     const Link *link = mLinks.value(linkId);
     if (!link || laneNumber > link->mlLane.size())
         return;
-    const Polyline line = lineOf(laneNumber > 0 ? link->mlLane.at(laneNumber - 1)->centerLinePointsJson
-                                                : link->centerLinePointsJson);
+    const GeometryLine line = lineOf(laneNumber > 0 ? link->mlLane.at(laneNumber - 1)->centerLinePointsJson
+                                                    : link->centerLinePointsJson);
     if (line.size() < 2 || link->length <= 0)
         return;
     if (!shapes::isOnPlan({start, length, link->length})) {
         ++band.leftOut;
         return;
     }
-    Polyline piece;
+    GeometryLine piece;
     for (int i = 0; i <= kStepsOfStretch; ++i)
         piece.push_back(
             geometry::pointAt(line, std::min(1.0, (start + length * i / kStepsOfStretch) / link->length)));
@@ -107,7 +107,7 @@ void TrafficLayer::addStretch(Band &band, long linkId, int laneNumber, double st
 }
 
 void TrafficLayer::addStation(Band &band, const BusStation &station) {
-    const Polyline line = station.mpLink ? lineOf(station.mpLink->centerLinePointsJson) : Polyline();
+    const GeometryLine line = station.mpLink ? lineOf(station.mpLink->centerLinePointsJson) : GeometryLine();
     if (line.size() < 2)
         return;
     if (!shapes::isOnPlan({station.x, station.y, station.length})) {
@@ -115,13 +115,13 @@ void TrafficLayer::addStation(Band &band, const BusStation &station) {
         return;
     }
     // Along the lane, which runs like the nearest piece of its link.
-    std::size_t nearest = 0;
-    const Point3 here{station.x, station.y, 0};
-    const auto away = [&](std::size_t i) {
-        const Point3 middle{(line[i].x + line[i + 1].x) / 2, (line[i].y + line[i + 1].y) / 2, 0};
+    int nearest = 0;
+    const GeometryPoint here{station.x, station.y, 0};
+    const auto away = [&](int i) {
+        const GeometryPoint middle{(line[i].x + line[i + 1].x) / 2, (line[i].y + line[i + 1].y) / 2, 0};
         return geometry::distance(here, middle);
     };
-    for (std::size_t i = 1; i + 1 < line.size(); ++i)
+    for (int i = 1; i + 1 < line.size(); ++i)
         nearest = away(i) < away(nearest) ? i : nearest;
     const double angle = qDegreesToRadians(directionAt(line, nearest));
     const QPointF half(std::cos(angle) * station.length / 2, std::sin(angle) * station.length / 2);
@@ -167,7 +167,7 @@ void TrafficLayer::addDemand(const NetworkObjects &network) {
         QStringLiteral("departure point"), QColor(0x0f, 0x8b, 0x6d), Shape::Arrow, 7, kSmallPoint, {}};
     for (const auto &point : network.traffic.departurePoints) {
         const Link *link = mLinks.value(point->linkID);
-        const Polyline line = link ? lineOf(link->centerLinePointsJson) : Polyline();
+        const GeometryLine line = link ? lineOf(link->centerLinePointsJson) : GeometryLine();
         if (line.size() >= 2)
             departures.add({{line.front().x, line.front().y}, directionAt(line, 0), {}});
     }

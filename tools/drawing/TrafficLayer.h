@@ -1,6 +1,6 @@
 #pragma once
 
-#include "tools/geometry/Polyline.h"
+#include "model/GeometryLine.h"
 #include "tools/kinds/NetworkObjects.h"
 
 #include <QColor>

@@ -104,8 +104,8 @@ private:
     }
 
     void geometry(const QString &path, const StoredJson &written, const StoredJson &read) {
-        const QVector<GeometryPoint> a = geometryjson::points(written);
-        const QVector<GeometryPoint> b = geometryjson::points(read);
+        const GeometryLine a = geometryjson::points(written);
+        const GeometryLine b = geometryjson::points(read);
         value(path + QStringLiteral(" (number)"), a.size(), b.size());
         for (int i = 0; i < a.size() && i < b.size(); ++i) {
             mResult.coordinates += 3;

@@ -26,7 +26,7 @@ std::unique_ptr<VehicleDrivInfoCollector> buildCollector(const SumoLoop &loop, c
     collector->roadID = place.link->linkID;
     collector->laneNumber = place.lane->serialNumber;
     collector->distance = place.along(loop.pos);
-    const Point3 point = place.pointAt(collector->distance);
+    const GeometryPoint point = place.pointAt(collector->distance);
     collector->x = point.x;
     collector->y = point.y;
     collector->z = point.z;
@@ -66,7 +66,7 @@ std::unique_ptr<VehicleQueueCounter> buildCounter(const SumoAreaDetector &detect
     counter->roadID = last.link->linkID;
     counter->laneNumber = last.lane->serialNumber;
     counter->distance = stretch.end;
-    const Point3 point = last.pointAt(stretch.end);
+    const GeometryPoint point = last.pointAt(stretch.end);
     counter->x = point.x;
     counter->y = point.y;
     counter->z = point.z;
@@ -109,12 +109,12 @@ void addTravelDetectors(const SumoPassageDetector &source, const NetworkMap &net
                                        .arg(source.id, entry.first.link->linkName, exit.first.link->linkName);
             detector->startRoadId = entry.first.link->linkID;
             detector->startDist = entry.second;
-            const Point3 start = entry.first.pointAt(entry.second);
+            const GeometryPoint start = entry.first.pointAt(entry.second);
             detector->startX = start.x;
             detector->startY = start.y;
             detector->teminalRoadId = exit.first.link->linkID;
             detector->teminalDist = exit.second;
-            const Point3 terminal = exit.first.pointAt(exit.second);
+            const GeometryPoint terminal = exit.first.pointAt(exit.second);
             detector->teminalX = terminal.x;
             detector->teminalY = terminal.y;
             detector->endTime = kEndOfDay;

@@ -1,7 +1,8 @@
 #include "tools/sumo/import/NetworkBuilder.h"
 
+#include "model/GeometryJson.h"
+#include "model/LaneGeometry.h"
 #include "model/SpecialWords.h"
-#include "tools/geometry/GeometryObject.h"
 #include "tools/session/StoreSession.h"
 #include "tools/sumo/import/Vocabulary.h"
 
@@ -13,8 +14,6 @@
 #include <cmath>
 
 namespace moratools {
-
-using geometryobject::fromPolyline;
 
 namespace {
 
@@ -84,13 +83,13 @@ bool hasMovement(const std::vector<const SumoConnection *> &list, const SumoConn
 
 } // namespace
 
-Polyline carriagewayCentre(const SumoEdge &edge, bool leftHand) {
+GeometryLine carriagewayCentre(const SumoEdge &edge, bool leftHand) {
     const SumoLane &right = leftHand ? edge.lanes.back() : edge.lanes.front();
     const SumoLane &left = leftHand ? edge.lanes.front() : edge.lanes.back();
     if (edge.lanes.size() == 1)
         return right.shape;
     if (right.shape.size() == left.shape.size()) {
-        const Polyline between = geometry::midway(right.shape, left.shape);
+        const GeometryLine between = geometry::midway(right.shape, left.shape);
         return left.width == right.width ? between
                                          : geometry::offset(between, (left.width - right.width) / 4);
     }
@@ -133,9 +132,9 @@ std::unique_ptr<Link> NetworkBuilder::buildLink(const SumoEdge &edge) {
 }
 
 void NetworkBuilder::addVertices(Link &link, const SumoEdge &edge) {
-    const Polyline centre = carriagewayCentre(edge, mNet.leftHand);
-    link.centerLinePointsJson = fromPolyline(centre);
-    for (const Point3 &point : centre)
+    const GeometryLine centre = carriagewayCentre(edge, mNet.leftHand);
+    link.centerLinePointsJson = geometryjson::fromPoints(centre);
+    for (const GeometryPoint &point : centre)
         link.mlVertex.append(new Vertex{mIds.next("Vertex"), point.x, point.y, point.z});
     link.mpStartNode = new Node{mIds.next("Node"), edge.from, link.mlVertex.first()};
     link.mpEndNode = new Node{mIds.next("Node"), edge.to, link.mlVertex.last()};
@@ -152,9 +151,11 @@ void NetworkBuilder::addLanes(Link &link, const SumoEdge &edge) {
         lane->width = source.width;
         lane->expectTravelDirection = mIds.store().words().getWord(QStringLiteral("自由行驶"));
         lane->actionType = mIds.store().words().getWord(vocabulary::laneKind(source.permissions));
-        lane->centerLinePointsJson = fromPolyline(source.shape);
-        lane->leftBreakPointsJson = fromPolyline(geometry::offset(source.shape, source.width / 2));
-        lane->rightBreakPointsJson = fromPolyline(geometry::offset(source.shape, -source.width / 2));
+        lane->centerLinePointsJson = geometryjson::fromPoints(source.shape);
+        lane->leftBreakPointsJson =
+            geometryjson::fromPoints(geometry::offset(source.shape, source.width / 2));
+        lane->rightBreakPointsJson =
+            geometryjson::fromPoints(geometry::offset(source.shape, -source.width / 2));
         link.mlLane.append(lane.release());
     }
 }
@@ -191,33 +192,27 @@ NetworkBuilder::buildConnector(const std::vector<const SumoConnection *> &connec
     connector->connName = QStringLiteral("%1->%2").arg(first.from, first.to);
     connector->limitSpeed = std::min(from->limitSpeed, to->limitSpeed);
     connector->desiredSpeed = connector->limitSpeed;
-    const LaneConnector *rightmost = nullptr;
-    const LaneConnector *leftmost = nullptr;
     QJsonArray sources;
     for (const SumoConnection *connection : connections) {
         Lane *start = laneOf(*from, connection->fromLane);
         auto laneConnector =
             std::make_unique<LaneConnector>(connector.get(), start, laneOf(*to, connection->toLane));
         laneConnector->laneConnId = mIds.next("LaneConnector");
-        const Polyline path = connectionPath(mNet, *connection);
-        const Polyline left = geometry::offset(path, start->width / 2);
-        const Polyline right = geometry::offset(path, -start->width / 2);
+        const GeometryLine path = connectionPath(mNet, *connection);
+        laneConnector->centerLinePointsJson = geometryjson::fromPoints(path);
+        laneConnector->leftBreakPointsJson =
+            geometryjson::fromPoints(geometry::offset(path, start->width / 2));
+        laneConnector->rightBreakPointsJson =
+            geometryjson::fromPoints(geometry::offset(path, -start->width / 2));
         connector->length += geometry::length(path) / double(connections.size());
-        if (!rightmost || start->serialNumber < rightmost->mpStartLane->serialNumber) {
-            rightmost = laneConnector.get();
-            connector->rightBreakPointsJson = fromPolyline(right);
-        }
-        if (!leftmost || start->serialNumber >= leftmost->mpStartLane->serialNumber) {
-            leftmost = laneConnector.get();
-            connector->leftBreakPointsJson = fromPolyline(left);
-        }
-        if (mWithLaneConnectorGeometry) {
-            laneConnector->centerLinePointsJson = fromPolyline(path);
-            laneConnector->leftBreakPointsJson = fromPolyline(left);
-            laneConnector->rightBreakPointsJson = fromPolyline(right);
-        }
         sources.append(sourceOf(*connection));
         connector->mlLaneConnector.append(laneConnector.release());
+    }
+    updateEdges(*connector);
+    if (!mWithLaneConnectorGeometry) {
+        for (LaneConnector *path : qAsConst(connector->mlLaneConnector))
+            path->centerLinePointsJson = path->leftBreakPointsJson = path->rightBreakPointsJson =
+                StoredJson();
     }
     connector->otherAttrsJson = {
         {QStringLiteral("sumo"), QJsonObject{{QStringLiteral("connections"), sources}}}};

@@ -47,6 +47,6 @@ private:
 
 /// The centre line of an edge's carriageway: halfway between its outer lanes where these have equally many
 /// points, else its middle lane's line moved to the centre.
-MORATOOLS_EXPORT Polyline carriagewayCentre(const SumoEdge &edge, bool leftHand);
+MORATOOLS_EXPORT GeometryLine carriagewayCentre(const SumoEdge &edge, bool leftHand);
 
 } // namespace moratools

@@ -45,7 +45,7 @@ private:
 };
 
 QJsonObject sourceOf(const SumoNet &net) {
-    const auto point = [](const Point3 &p) { return QJsonArray{p.x, p.y}; };
+    const auto point = [](const GeometryPoint &p) { return QJsonArray{p.x, p.y}; };
     QJsonObject source{{QStringLiteral("netOffset"), point(net.location.netOffset)},
                        {QStringLiteral("origBoundary"), net.location.origBoundary},
                        {QStringLiteral("projParameter"), net.location.projParameter}};
@@ -55,11 +55,11 @@ QJsonObject sourceOf(const SumoNet &net) {
 }
 
 QPointF centreOf(const SumoNet &net) {
-    Point3 low = net.edges.front().lanes.front().shape.front();
-    Point3 high = low;
+    GeometryPoint low = net.edges.front().lanes.front().shape.front();
+    GeometryPoint high = low;
     for (const SumoEdge &edge : net.edges) {
         for (const SumoLane &lane : edge.lanes) {
-            for (const Point3 &point : lane.shape) {
+            for (const GeometryPoint &point : lane.shape) {
                 low = {std::min(low.x, point.x), std::min(low.y, point.y), 0};
                 high = {std::max(high.x, point.x), std::max(high.y, point.y), 0};
             }

@@ -8,7 +8,7 @@ double LanePlace::along(double position) const {
     return std::clamp(position < 0 ? source->length + position : position, 0.0, source->length);
 }
 
-Point3 LanePlace::pointAt(double along) const {
+GeometryPoint LanePlace::pointAt(double along) const {
     return geometry::pointAt(source->shape, source->length > 0 ? along / source->length : 0);
 }
 

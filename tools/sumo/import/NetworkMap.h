@@ -20,7 +20,7 @@ struct LanePlace {
     /// is moved to the nearer end.
     double along(double position) const;
     /// The point there. The drawn line may be longer or shorter than the lane, so shares of the length count.
-    Point3 pointAt(double along) const;
+    GeometryPoint pointAt(double along) const;
 };
 
 /// From the ids of a SUMO network to the objects made of it.

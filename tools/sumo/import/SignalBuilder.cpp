@@ -71,7 +71,7 @@ std::unique_ptr<SignalGroup> buildGroup(const PlannedGroup &planned, IdSource &i
 std::unique_ptr<SignalLamp> buildLamp(const SumoConnection &connection, const SignalGroup &group,
                                       const NetworkMap &network, IdSource &ids) {
     const LanePlace from = network.lane(connection.from, connection.fromLane);
-    const Point3 stopLine = from.source->shape.back();
+    const GeometryPoint stopLine = from.source->shape.back();
     auto lamp = std::make_unique<SignalLamp>();
     lamp->signalLampID = ids.next("SignalLamp");
     lamp->name = QStringLiteral("%1:%2").arg(connection.tl, QString::number(connection.linkIndex));

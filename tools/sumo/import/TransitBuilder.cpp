@@ -19,7 +19,7 @@ std::unique_ptr<BusStation> buildStation(const SumoBusStop &stop, const NetworkM
     const double end = place.along(stop.endPos.value_or(place.source->length));
     const double start =
         std::min(stop.startPos ? place.along(*stop.startPos) : std::max(0.0, end - kStopLength), end);
-    const Point3 middle = place.pointAt((start + end) / 2);
+    const GeometryPoint middle = place.pointAt((start + end) / 2);
     auto station = std::make_unique<BusStation>(ids.store().net(), ids.store().words());
     station->mpLink = place.link;
     station->laneNumber = place.lane->serialNumber;

@@ -9,8 +9,8 @@ constexpr int kLongestChain = 64;
 
 } // namespace
 
-Polyline connectionPath(const SumoNet &net, const SumoConnection &connection) {
-    Polyline path;
+GeometryLine connectionPath(const SumoNet &net, const SumoConnection &connection) {
+    GeometryLine path;
     QString via = connection.via;
     for (int piece = 0; !via.isEmpty() && piece < kLongestChain; ++piece) {
         const auto lane = net.internalLanes.constFind(via);
@@ -21,8 +21,8 @@ Polyline connectionPath(const SumoNet &net, const SumoConnection &connection) {
     }
     if (path.size() >= 2)
         return path;
-    const Polyline &from = net.edge(connection.from)->lanes[std::size_t(connection.fromLane)].shape;
-    const Polyline &to = net.edge(connection.to)->lanes[std::size_t(connection.toLane)].shape;
+    const GeometryLine &from = net.edge(connection.from)->lanes[std::size_t(connection.fromLane)].shape;
+    const GeometryLine &to = net.edge(connection.to)->lanes[std::size_t(connection.toLane)].shape;
     return {from.back(), to.front()};
 }
 

@@ -76,7 +76,7 @@ void NetReader::readElement() {
 
 void NetReader::readLocation() {
     const Attributes attributes(mInput);
-    const Polyline netOffset = attributes.shape("netOffset");
+    const GeometryLine netOffset = attributes.shape("netOffset");
     if (!netOffset.empty())
         mNet.location.netOffset = netOffset.front();
     // Four numbers in a row, so it is no list of points.

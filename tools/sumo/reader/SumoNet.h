@@ -1,7 +1,7 @@
 #pragma once
 
+#include "model/GeometryLine.h"
 #include "tools/MoraToolsExport.h"
-#include "tools/geometry/Polyline.h"
 #include "tools/sumo/reader/VehicleClasses.h"
 
 #include <QHash>
@@ -16,8 +16,8 @@ namespace moratools {
 /// metres per second, times seconds; coordinates are metres after `SumoLocation::netOffset`.
 
 struct SumoLocation {
-    Point3 netOffset;
-    Polyline convBoundary; ///< lower left and upper right corner; empty where the file has no location
+    GeometryPoint netOffset;
+    GeometryLine convBoundary; ///< lower left and upper right corner; empty where the file has no location
     QString origBoundary;
     QString projParameter;
 };
@@ -29,7 +29,7 @@ struct MORATOOLS_EXPORT SumoLane {
     double speed = 0;
     double length = 0; ///< authoritative; may differ from the drawn length
     double width = 0;
-    Polyline shape; ///< centre line, two points at least
+    GeometryLine shape; ///< centre line, two points at least
 };
 
 /// A road section between two junctions: an edge of the normal function.
@@ -39,22 +39,22 @@ struct SumoEdge {
     QString to;
     QString type;
     QString name;
-    Polyline shape;              ///< the drawn edge, where the file gives one
+    GeometryLine shape;          ///< the drawn edge, where the file gives one
     std::vector<SumoLane> lanes; ///< by index, from 0 without a gap
     qint64 line = 0;
 };
 
 /// A lane inside a junction, kept for the paths of the connections that lead over it.
 struct SumoInternalLane {
-    Polyline shape;
+    GeometryLine shape;
     QString via; ///< the internal lane that goes on from here, empty at the junction's end
 };
 
 struct SumoJunction {
     QString id;
     QString type;
-    Point3 position;
-    Polyline shape;
+    GeometryPoint position;
+    GeometryLine shape;
 };
 
 /// A permitted movement from a lane of one edge to a lane of another.
@@ -112,6 +112,6 @@ struct MORATOOLS_EXPORT SumoNet {
 
 /// The path of a connection whose ends exist: its chain of internal lanes, or the straight line from the end
 /// of its first lane to the start of its last one where it has none.
-MORATOOLS_EXPORT Polyline connectionPath(const SumoNet &net, const SumoConnection &connection);
+MORATOOLS_EXPORT GeometryLine connectionPath(const SumoNet &net, const SumoConnection &connection);
 
 } // namespace moratools

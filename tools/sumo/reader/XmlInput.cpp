@@ -29,7 +29,7 @@ bool parseNumber(const QStringRef &text, double &value) {
     return ok && std::isfinite(value);
 }
 
-bool parsePoint(const QStringRef &text, Point3 &point) {
+bool parsePoint(const QStringRef &text, GeometryPoint &point) {
     const int firstComma = text.indexOf(QLatin1Char(','));
     if (firstComma < 0)
         return false;
@@ -246,15 +246,15 @@ double Attributes::seconds(const char *name, double fallback) const {
     return negative ? -sum : sum;
 }
 
-Polyline Attributes::shape(const char *name) const {
-    Polyline points;
+GeometryLine Attributes::shape(const char *name) const {
+    GeometryLine points;
     const QStringRef text = mValues.value(QLatin1String(name));
     for (int start = 0; start < text.size();) {
         int end = text.indexOf(QLatin1Char(' '), start);
         if (end < 0)
             end = text.size();
         if (end > start) {
-            Point3 point;
+            GeometryPoint point;
             if (!parsePoint(text.mid(start, end - start), point))
                 failOn(name, QStringLiteral("where \"%1\" is no point x,y or x,y,z")
                                  .arg(text.mid(start, end - start)));

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "tools/geometry/Polyline.h"
+#include "model/GeometryLine.h"
 
 #include <QFile>
 #include <QString>
@@ -72,7 +72,7 @@ public:
     /// Seconds, given as a number or as h:m:s (with days before: d:h:m:s).
     double seconds(const char *name, double fallback) const;
     /// Points "x,y" or "x,y,z" separated by blanks; a missing attribute gives no points.
-    Polyline shape(const char *name) const;
+    GeometryLine shape(const char *name) const;
     [[noreturn]] void failOn(const char *name, const QString &reason) const;
 
 private:
