@@ -41,7 +41,7 @@ Link *addLink(NetContents &net, const QString &name, const QPointF &from, const 
     link->laneWidth = kLaneWidth;
     link->laneColor = QStringLiteral("CCCCCC");
     link->linkType = word("城市主干道");
-    link->limitSpeed = link->desiredSpeed = 50;
+    link->limitSpeed = link->desiredSpeed = 60;
     link->curvature = link->nonLinearCoefficient = 1;
     for (const QPointF &point : {from, to})
         link->mlVertex.append(new Vertex{0, point.x(), point.y(), 0});
@@ -155,14 +155,17 @@ int main(int argc, char *argv[]) {
     gSpecialWords.initVars();
     if (!DBTools_V6::insertNet(gDB, 1, QStringLiteral("Crossing"), {}, QStringLiteral("MoraSim"), {}, {},
                                true, true) ||
-        !DBTools::initDictionary(gDB, 1, true) || !DBTools::selectNetById(gDB, 1))
+        !DBTools::initDictionary(gDB, 1, true))
         return fail("The network cannot be made.");
+    // A save replaces the vehicle types of the catalogue: the new ones join those that are there.
     NetContents net;
+    if (!DBTools::loadNet(gDB, 1, net))
+        return fail("The catalogue cannot be read.");
     addRoads(net);
     addTraffic(net);
     if (!isDrawn || !DBTools::saveNet(gDB, 1, net, true))
         return fail("The network cannot be saved.");
-    if (!DBTools::updateIds(gDB))
+    if (!DBTools::updateIds(gDB, true))
         return fail("The reserved ids cannot be given back.");
     std::printf("%d links, %d connectors\n", int(net.links.size()), int(net.connectors.size()));
     return 0;

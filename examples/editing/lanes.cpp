@@ -103,18 +103,19 @@ int main() {
     QTextStream out(stdout);
     out << "<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"800\" height=\"" << kHeight
         << "\" font-family=\"sans-serif\" font-size=\"15\" fill=\"#2f3640\">\n"
-           "<rect width=\"100%\" height=\"100%\" fill=\"#faf9f6\"/>\n";
+           "<rect width=\"800\" height=\"520\" fill=\"#faf9f6\"/>\n";
     axes(out);
     draw(out, connector);
     draw(out, from);
     draw(out, to);
-    label(out, 1, -2.6, "lane 1");
-    label(out, 1, 1.4, "lane 2");
-    label(out, 7, 4.3, "left edge", R"(fill="#b13a3a")");
-    label(out, 7, -5, "right edge", R"(fill="#1f7a4a")");
-    label(out, 14.4, 0.6, "vertices, the centre line");
+    label(out, 1, -1.7, "lane 1, 3 m");
+    label(out, 1, 1.8, "lane 2, 4 m");
+    label(out, 3, 4.3, "left edge", R"(fill="#b13a3a")");
+    label(out, 3, -5, "right edge", R"(fill="#1f7a4a")");
+    label(out, 16.5, -5, "vertices, and the centre line through them");
+    out << "<path d=\"M " << place(17, -4) << " L " << place(14.2, -0.4) << "\" " << kLine << "/>\n";
     label(out, 24, 11, "left edge of the connector", R"(fill="#b13a3a" text-anchor="end")");
-    label(out, 38, 7.5, "its right edge", R"(fill="#1f7a4a")");
+    label(out, 41, 7, "its right edge", R"(fill="#1f7a4a")");
     label(out, 25.5, 14.5, "paths of its lane connectors", R"(fill="#3d6ea5" text-anchor="end")");
     label(out, 38, 23, "2");
     label(out, 42.2, 23, "1");

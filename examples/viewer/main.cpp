@@ -98,11 +98,8 @@ protected:
 
 private:
     template <class Object>
-    void add(const Object &object, const QPolygonF &area, const QColor &colour, const QPen &pen,
-             double height) {
-        QGraphicsPolygonItem *item = mScene.addPolygon(area, pen, colour);
-        item->setZValue(height);
-        mDescribe.insert(item, [&object] { return describe(object); });
+    void add(const Object &object, const QPolygonF &area, const QColor &colour, const QPen &pen) {
+        mDescribe.insert(mScene.addPolygon(area, pen, colour), [&object] { return describe(object); });
     }
     void mark(const QGraphicsItem *item) {
         delete mMark;

@@ -1,0 +1,46 @@
+# Builds examples/editing against the tree that is installed in PREFIX, runs each program and looks into the store with the
+# engine's own shell.
+cmake_minimum_required(VERSION 3.25)
+file(REMOVE_RECURSE ${WORK_DIR})
+include(${CMAKE_CURRENT_LIST_DIR}/Installed.cmake)
+find_program(sqlite3 sqlite3 REQUIRED)
+build(${SOURCE_DIR})
+set(store ${WORK_DIR}/crossing.db)
+
+# stored(EXPECTED SQL)
+function(stored expected sql)
+    run(${sqlite3} ${store} "${sql}")
+    expect("${sql}" "${expected}")
+endfunction()
+
+# The picture of the page is what the library makes.
+run(${WORK_DIR}/build/lanes)
+file(READ ${PICTURE} picture)
+if(NOT output STREQUAL picture)
+    file(WRITE ${WORK_DIR}/lanes.svg "${output}")
+    message(FATAL_ERROR "${PICTURE} is not what examples/editing/lanes draws: ${WORK_DIR}/lanes.svg")
+endif()
+
+run(${WORK_DIR}/build/crossing ${store})
+expect(crossing "8 links, 12 connectors")
+stored("8|16|12|12|4|12|4" "select (select count(*) from Link), (select count(*) from Lane), (select count(*) from Connector),
+    (select count(*) from LaneConnector), (select count(*) from SignalPhase), (select count(*) from SignalLamp),
+    (select count(*) from DeparturePoint)")
+# Who comes from the west has the road's axis, y = 0, on the left: the link in the middle of two lanes of 3.5 m, lane 1 outside.
+stored("185|-3.5|-7|0" "select length, Y, json_extract(cast(rightBreakPointsJson as text), '$.data[1].y'),
+    json_extract(cast(leftBreakPointsJson as text), '$.data[1].y') from Link natural join LinkVertex natural join Vertex
+    where linkName = 'from West' and Num = 1")
+stored("1|-5.25\n2|-1.75" "select serialNumber, json_extract(cast(a.centerLinePointsJson as text), '$.data[0].y')
+    from Lane a join Link using(linkID) where linkName = 'from West' order by 1")
+# Turning left one goes from lane 2 to lane 2, in nearly a quarter of a circle of 16.75 m.
+stored("2|2|26.3" "select b.serialNumber, c.serialNumber, round(length, 1) from Connector join LaneConnector a using(connID),
+    Lane b, Lane c where b.laneID = startLaneID and c.laneID = endLaneID and connName = 'from West to to North'")
+# The words of the store are English, and each phase lasts as long as the plan.
+stored("ArterialRoad" "select distinct linkType from Link")
+stored("1|Green15,Yellow3,Red62\n2|Red20,Green15,Yellow3,Red42\n3|Red40,Green15,Yellow3,Red22\n4|Red60,Green15,Yellow3,Red2"
+    "select a.serialNumber, (select group_concat(color || timeLength) from (select * from SignalColor b
+    where b.signalPhaseID = a.signalPhaseID order by serialNumber)) from SignalPhase a order by 1")
+stored("Van|20\nCar|80" "select vehicleTypeName, proportion from VehicleConsDetail natural join VehicleType
+    where vehicleConsCode = 2 order by 2")
+# What the next import or editor draws is above what is there.
+stored("0" "select count(*) from IDGenerater where TableName = 'Lane' and ID < (select max(laneID) from Lane)")
