@@ -216,6 +216,7 @@ public:
 
 private:
     friend class StoreOperations<DBTools>;
+    friend class StoredNet;
     /// @{ The store as its version has it, on a network or on the current one. Where the version cannot be
     /// read nothing of the operation runs.
     static Store storeOf(QSqlDatabase &db, long netId);

@@ -33,7 +33,7 @@ void NetSave::giveIds(const char *table, const std::vector<long *> &ids) {
 }
 
 void NetSave::keepIds(const char *table, const std::vector<long> &ids) {
-    if (isGood())
+    if (isGood() && !isRecorded())
         check(identifiers::keepFrom(store, QLatin1String(table), ids));
 }
 
@@ -43,7 +43,7 @@ bool NetSave::refuse(long id, const QString &reason) {
 }
 
 void NetSave::empty(const char *table) {
-    if (!isGood())
+    if (!isGood() || isRecorded())
         return;
     const QString all = QLatin1String("delete from ") + QLatin1String(table);
     const QString own = QStringLiteral(" where NetId = %1").arg(store.netId());

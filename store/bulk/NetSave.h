@@ -10,8 +10,10 @@
 /// What the families share while a network is saved as a whole.
 class NetSave {
 public:
-    NetSave(const Store &into, NetContents &from, const NetProgress &progress)
-        : store(into), contents(from), mMeter(progress) {}
+    /// @param recorder takes the rows instead of the store, which gives identifiers alone; null for none.
+    NetSave(const Store &into, NetContents &from, const NetProgress &progress,
+            RowRecorder *recorder = nullptr)
+        : store(into), contents(from), mMeter(progress), mRecorder(recorder) {}
     /// Undoes what the save has changed in memory, unless it was kept.
     ~NetSave();
     NetSave(const NetSave &) = delete;
@@ -59,6 +61,9 @@ public:
     /// Keeps identifiers that the network brings along from being given out later.
     void keepIds(const char *table, const std::vector<long> &ids);
 
+    /// Whether the rows go elsewhere: what the store has of the objects is not to be touched.
+    bool isRecorded() const { return mRecorder; }
+
     /// Deletes the rows that the network has of @p table.
     void empty(const char *table);
 
@@ -66,9 +71,9 @@ public:
     /// @param total how many.
     template <class Rows>
     void write(const char *table, qint64 total, const Rows &rows) {
-        if (!isGood() || total == 0)
+        if (!isGood() || total == 0 || (mRecorder && !mRecorder->wants(table)))
             return;
-        RowWriter writer(store, table, total, mMeter);
+        RowWriter writer(store, table, total, mMeter, mRecorder);
         rows(writer);
         mFailed = !writer.finish();
     }
@@ -115,6 +120,7 @@ public:
 
 private:
     ProgressMeter mMeter;
+    RowRecorder *mRecorder;
     bool mFailed = false;
     std::vector<std::function<void()>> mUndo;
 };

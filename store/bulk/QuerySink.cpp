@@ -8,7 +8,7 @@
 
 namespace {
 
-/// One prepared insert through Qt's driver, run for each row.
+/// One prepared statement through Qt's driver, run for each row.
 class QuerySink : public RowSink {
 public:
     QuerySink(const Store &store, const QString &sql)
@@ -43,6 +43,11 @@ private:
 
 std::unique_ptr<RowSink> querySink(const Store &store, const QString &table, const QStringList &columns) {
     return std::make_unique<QuerySink>(store, insertStatement(table, columns));
+}
+
+std::unique_ptr<RowSink> statementSink(const Store &store, const QString &sql, int placeholders) {
+    std::unique_ptr<RowSink> sink = sqliteStatement(store, sql, placeholders);
+    return sink ? std::move(sink) : std::make_unique<QuerySink>(store, sql);
 }
 
 QString insertStatement(const QString &table, const QStringList &columns) {

@@ -32,5 +32,11 @@ std::unique_ptr<RowSink> copySink(const Store &store, const QString &table, cons
 /// A sink through Qt's driver.
 std::unique_ptr<RowSink> querySink(const Store &store, const QString &table, const QStringList &columns);
 
+/// A sink whose rows are the values of a statement's positional placeholders: on the engine itself where it is
+/// SQLite's and its handle is to be had, through Qt's driver elsewhere.
+std::unique_ptr<RowSink> statementSink(const Store &store, const QString &sql, int placeholders);
+/// The same, or null where the engine's handle is not to be had.
+std::unique_ptr<RowSink> sqliteStatement(const Store &store, const QString &sql, int placeholders);
+
 /// The insert that writes a row of these columns with positional placeholders.
 QString insertStatement(const QString &table, const QStringList &columns);

@@ -2,8 +2,13 @@
 
 #include <cstring>
 
-RowWriter::RowWriter(const Store &store, const char *table, qint64 total, ProgressMeter &meter)
-    : mStore(store), mTable(table), mMeter(meter), mGood(!meter.isCancelled() && store.isUsable()) {
+RowWriter::RowWriter(const Store &store, const char *table, qint64 total, ProgressMeter &meter,
+                     RowRecorder *recorder)
+    : mStore(store),
+      mTable(table),
+      mMeter(meter),
+      mRecorder(recorder),
+      mGood(!meter.isCancelled() && store.isUsable()) {
     if (mGood)
         meter.begin(table, total);
 }
@@ -69,7 +74,7 @@ void RowWriter::begin() {
     QStringList columns;
     for (const char *name : mNames)
         columns.append(QLatin1String(name + 1));
-    mSink = sqliteSink(mStore, table, columns);
+    mSink = mRecorder ? mRecorder->sink(mTable, columns) : sqliteSink(mStore, table, columns);
     if (!mSink)
         mSink = copySink(mStore, table, columns);
     if (!mSink)

@@ -2,6 +2,7 @@
 
 #include "model/StoredJson.h"
 #include "store/bulk/ProgressMeter.h"
+#include "store/bulk/RowRecorder.h"
 #include "store/bulk/RowSink.h"
 #include "store/core/StorableValue.h"
 #include "store/core/Store.h"
@@ -17,7 +18,9 @@
 class RowWriter {
 public:
     /// @param total the number of rows to come, for the meter, which hears of each row and may end the pass.
-    RowWriter(const Store &store, const char *table, qint64 total, ProgressMeter &meter);
+    /// @param recorder takes the rows; null for the store.
+    RowWriter(const Store &store, const char *table, qint64 total, ProgressMeter &meter,
+              RowRecorder *recorder = nullptr);
     ~RowWriter();
     RowWriter(const RowWriter &) = delete;
     RowWriter &operator=(const RowWriter &) = delete;
@@ -73,6 +76,7 @@ private:
     const Store &mStore;
     const char *mTable;
     ProgressMeter &mMeter;
+    RowRecorder *mRecorder;
     bool mGood;
     std::vector<const char *> mNames;
     std::vector<Value> mFirstRow; ///< until the sink is there

@@ -10,11 +10,11 @@
 
 namespace {
 
-/// One prepared insert, run for each row.
+/// One prepared statement, run for each row.
 class SqliteSink : public RowSink {
 public:
-    SqliteSink(const Store &store, sqlite3 *engine, const QString &sql, int columns)
-        : mStore(store), mEngine(engine), mSql(sql), mHeld(std::size_t(columns)) {
+    SqliteSink(const Store &store, sqlite3 *engine, const QString &sql, int placeholders)
+        : mStore(store), mEngine(engine), mSql(sql), mHeld(std::size_t(placeholders)) {
         const QByteArray text = sql.toUtf8();
         if (sqlite3_prepare_v2(engine, text.constData(), text.size(), &mStatement, nullptr) != SQLITE_OK)
             mStatement = nullptr;
@@ -65,17 +65,19 @@ private:
 
 } // namespace
 
-std::unique_ptr<RowSink> sqliteSink(const Store &store, const QString &table, const QStringList &columns) {
+std::unique_ptr<RowSink> sqliteStatement(const Store &store, const QString &sql, int placeholders) {
     sqlite3 *engine = enginehandle::sqlite(store.db());
-    if (!engine)
-        return nullptr;
-    return std::make_unique<SqliteSink>(store, engine, insertStatement(table, columns), columns.size());
+    return engine ? std::make_unique<SqliteSink>(store, engine, sql, placeholders) : nullptr;
 }
 
 #else
 
-std::unique_ptr<RowSink> sqliteSink(const Store &, const QString &, const QStringList &) {
+std::unique_ptr<RowSink> sqliteStatement(const Store &, const QString &, int) {
     return nullptr;
 }
 
 #endif
+
+std::unique_ptr<RowSink> sqliteSink(const Store &store, const QString &table, const QStringList &columns) {
+    return sqliteStatement(store, insertStatement(table, columns), columns.size());
+}

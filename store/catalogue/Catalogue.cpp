@@ -1,5 +1,7 @@
 #include "store/catalogue/Catalogue.h"
 
+#include <QHash>
+
 #include <algorithm>
 
 namespace catalogue {
@@ -35,7 +37,14 @@ public:
         mTable.key = std::move(columns);
         return *this;
     }
-    Entry &to(const char *table, const char *column) { return refer({column, table}); }
+    Entry &to(const char *table, const char *column, Bond bond = Bond::Object) {
+        return refer({column, table, nullptr, {}, 0, bond, bond == Bond::Named});
+    }
+    Entry &mayBeNone() {
+        mTable.references.back().mayBeNone = true;
+        return *this;
+    }
+    Entry &partOf(const char *table, const char *column) { return to(table, column, Bond::Part); }
     Entry &toRoad(const char *column, const char *roadType) { return refer({column, nullptr, roadType}); }
     Entry &toRoad(const char *column, std::vector<const char *> lanes, int firstOfConnector) {
         return refer({column, nullptr, nullptr, std::move(lanes), firstOfConnector});
@@ -46,6 +55,14 @@ public:
     }
     Entry &fill(const char *column, const QVariant &value) {
         mTable.fillings.push_back({column, value});
+        return *this;
+    }
+    Entry &aside() {
+        mTable.isAside = true;
+        return *this;
+    }
+    Entry &asWritten() {
+        mTable.isAsWritten = true;
         return *this;
     }
 
@@ -77,68 +94,94 @@ std::vector<Table> settings() {
         Entry("LinkType").key({"linkTypeID"}).words({"typeName"}),
         Entry("VehicleType").untoldId("vehicleTypeCode").shared().words({"vehicleTypeName"}),
         Entry("VehicleConstitutent").id("vehicleConsCode").shared(),
-        Entry("VehicleConsDetail").key({"vehicleConsCode", "vehicleTypeCode"}),
+        Entry("VehicleConsDetail")
+            .key({"vehicleConsCode", "vehicleTypeCode"})
+            .partOf("VehicleConstitutent", "vehicleConsCode")
+            .to("VehicleType", "vehicleTypeCode", Bond::Entry),
     };
 }
 
 std::vector<Table> roads() {
     return {
         Entry("Vertex").id("VertexID"),
-        Entry("Node").id("nodeID").to("Vertex", "vertexID"),
+        Entry("Node").id("nodeID").to("Vertex", "vertexID", Bond::Carried),
         // A link's number of its road is its own identifier unless a host gave it another one.
         Entry("Link")
             .id("linkID")
-            .to("Link", "roadid")
-            .to("Node", "StartNodeID")
-            .to("Node", "EndNodeID")
+            .to("Link", "roadid", Bond::HostNumber)
+            .to("Node", "StartNodeID", Bond::Carried)
+            .to("Node", "EndNodeID", Bond::Carried)
             .words({"linkType"}),
-        Entry("LinkVertex").key({"linkID", "num", "vertexID"}).to("Link", "linkID").to("Vertex", "vertexID"),
-        Entry("Lane").id("laneID").to("Link", "linkID").words({"actionType", "expectTravelDirection"}),
-        Entry("LaneLimitVehicle").key({"laneID", "vehicleTypeCode"}).to("Lane", "laneID"),
-        Entry("LinkLimitVehicle").key({"linkID", "vehicleTypeCode"}).to("Link", "linkID"),
-        Entry("LinkFenceMiddle").key({"linkID1", "linkID2"}).to("Link", "linkID1").to("Link", "linkID2"),
+        Entry("LinkVertex")
+            .key({"linkID", "num", "vertexID"})
+            .partOf("Link", "linkID")
+            .to("Vertex", "vertexID", Bond::Carried),
+        Entry("Lane").id("laneID").partOf("Link", "linkID").words({"actionType", "expectTravelDirection"}),
+        Entry("LaneLimitVehicle")
+            .key({"laneID", "vehicleTypeCode"})
+            .partOf("Lane", "laneID")
+            .to("VehicleType", "vehicleTypeCode", Bond::Entry),
+        Entry("LinkLimitVehicle")
+            .aside()
+            .key({"linkID", "vehicleTypeCode"})
+            .partOf("Link", "linkID")
+            .to("VehicleType", "vehicleTypeCode", Bond::Entry),
+        Entry("LinkFenceMiddle")
+            .aside()
+            .key({"linkID1", "linkID2"})
+            .partOf("Link", "linkID1")
+            .partOf("Link", "linkID2"),
         Entry("GuideArrow").id("guideArrowID").to("Lane", "laneID"),
         Entry("Connector")
             .id("ConnID")
-            .to("Connector", "roadId")
+            .to("Connector", "roadId", Bond::HostNumber)
             .to("Link", "StartlinkID")
             .to("Link", "EndlinkID"),
-        Entry("ConnectorLimitVehicle").key({"connID", "vehicleTypeCode"}).to("Connector", "connID"),
+        Entry("ConnectorLimitVehicle")
+            .key({"connID", "vehicleTypeCode"})
+            .partOf("Connector", "connID")
+            .to("VehicleType", "vehicleTypeCode", Bond::Entry),
         Entry("LaneConnector")
             .untoldId("laneConnId")
+            .asWritten()
             .key({"connID", "startLaneID", "endLaneID"})
-            .to("Connector", "connID")
-            .to("Lane", "startLaneID")
-            .to("Lane", "endLaneID"),
+            .partOf("Connector", "connID")
+            .to("Lane", "startLaneID", Bond::Entry)
+            .to("Lane", "endLaneID", Bond::Entry),
     };
 }
 
 std::vector<Table> signalsAndDemand() {
     return {
         Entry("SignalGroup").id("signalGroupID"),
-        Entry("SignalPhase").id("signalPhaseID").to("SignalGroup", "signalGroupID"),
+        Entry("SignalPhase").asWritten().id("signalPhaseID").partOf("SignalGroup", "signalGroupID"),
         Entry("SignalColor")
             .key({"signalPhaseID", "serialNumber"})
-            .to("SignalPhase", "signalPhaseID")
+            .partOf("SignalPhase", "signalPhaseID")
             .words({"color"}),
         Entry("SignalLamp")
             .id("signalLampID")
             .to("SignalPhase", "signalPhaseID")
             .to("Lane", "laneID")
-            .to("Lane", "toLaneID"),
+            .to("Lane", "toLaneID", Bond::Named),
         Entry("DeparturePoint").id("departurePointID").to("Link", "linkID"),
         // The column is spelled without its I in every store.
-        Entry("DepartureInterval").id("departureIntervalD").to("DeparturePoint", "departurePointID"),
+        Entry("DepartureInterval")
+            .id("departureIntervalD")
+            .partOf("DeparturePoint", "departurePointID")
+            .to("VehicleConstitutent", "vehiCons", Bond::Named),
         Entry("DecisionPoint").id("deciPointID").to("Link", "linkID"),
-        Entry("Routing").id("routingID").to("DecisionPoint", "deciPointID"),
+        Entry("Routing").id("routingID").partOf("DecisionPoint", "deciPointID"),
         Entry("RoutingLink")
             .key({"routingID", "num1", "num2", "linkID"})
-            .to("Routing", "routingID")
-            .to("Link", "linkID"),
-        Entry("RoutingFLowRatio").id("RoutingFLowRatioID").to("Routing", "routingID"),
+            .partOf("Routing", "routingID")
+            .to("Link", "linkID", Bond::Owner),
+        Entry("RoutingFLowRatio").id("RoutingFLowRatioID").partOf("Routing", "routingID"),
+        // Lanes of routes are kept beside the routes.
         Entry("RoutingLaneConnector")
+            .aside()
             .key({"routingID", "connID", "laneID1", "laneID2"})
-            .to("Routing", "routingID")
+            .partOf("Routing", "routingID")
             .to("Connector", "connID")
             .to("Lane", "laneID1")
             .to("Lane", "laneID2"),
@@ -150,11 +193,13 @@ std::vector<Table> devicesAndTransport() {
         Entry("VehicleDetector")
             .id("vehicleDetectorId")
             .to("SignalGroup", "signalGroupID")
+            .mayBeNone()
             .toRoad("roadId", {"toLaneNumber"}, kFromZero)
             .words({"type"}),
         Entry("DetectorVehiType")
             .key({"vehicleDetectorId", "vehicleTypeCode"})
-            .to("VehicleDetector", "vehicleDetectorId"),
+            .partOf("VehicleDetector", "vehicleDetectorId")
+            .to("VehicleType", "vehicleTypeCode", Bond::Entry),
         Entry("VehicleQueueCounter").id("QueueCounterID").toRoad("roadID", {"toLaneNumber"}, kFromOne),
         Entry("VehicleTravelDetector")
             .id("detectorId")
@@ -164,17 +209,19 @@ std::vector<Table> devicesAndTransport() {
         Entry("BusLine").id("busLineID"),
         Entry("BusLineRoad")
             .key({"busLineID", "serialNumber", "roadID"})
-            .to("BusLine", "busLineID")
-            .to("Link", "roadID"),
+            .partOf("BusLine", "busLineID")
+            .to("Link", "roadID", Bond::Owner),
         Entry("BusStation").id("busStationID").to("Link", "linkID").words({"type"}),
         Entry("BusStationLine")
+            .asWritten()
             .id("stationLineID")
             .to("BusStation", "busStationID")
-            .to("BusLine", "busLineID"),
+            .partOf("BusLine", "busLineID"),
         Entry("BusStationPassengerArriving")
+            .asWritten()
             .untoldId("passengerArrivingID")
-            .to("BusStationLine", "stationLineID"),
-        Entry("Passenger").untoldId("PassengerID").to("BusStationLine", "stationLineID"),
+            .partOf("BusStationLine", "stationLineID"),
+        Entry("Passenger").aside().untoldId("PassengerID").partOf("BusStationLine", "stationLineID"),
     };
 }
 
@@ -183,19 +230,23 @@ std::vector<Table> zones() {
         Entry("AccidentZone").untoldId("accidentZoneId").toRoad("roadId", "roadType"),
         Entry("AccidentZoneWithLane")
             .key({"accidentZoneId", "laneNumber", "toLaneNumber"})
-            .to("AccidentZone", "accidentZoneId"),
+            .partOf("AccidentZone", "accidentZoneId"),
         Entry("RoadWorkZone")
             .untoldId("roadWorkZoneId")
             .toRoad("roadID", "roadType")
             .fill("roadName", QStringLiteral("")),
         Entry("RoadWorkZoneWithLane")
             .key({"roadWorkZoneId", "laneNumber", "toLaneNumber"})
-            .to("RoadWorkZone", "roadWorkZoneId"),
+            .partOf("RoadWorkZone", "roadWorkZoneId"),
         Entry("ReduceSpeedArea").id("reduceSpeedAreaID").toRoad("roadID", {"toLaneNumber"}, kFromOne),
-        Entry("ReduceSpeedInterval").id("intervalID").to("ReduceSpeedArea", "reduceSpeedAreaID"),
+        Entry("ReduceSpeedInterval")
+            .asWritten()
+            .id("intervalID")
+            .partOf("ReduceSpeedArea", "reduceSpeedAreaID"),
         Entry("ReduceSpeedVehiType")
             .key({"reduceSpeedAreaID", "vehicleTypeCode"})
-            .to("ReduceSpeedArea", "reduceSpeedAreaID"),
+            .partOf("ReduceSpeedArea", "reduceSpeedAreaID")
+            .to("VehicleType", "vehicleTypeCode", Bond::Entry),
     };
 }
 
@@ -286,6 +337,35 @@ const Table *find(const QString &name) {
 
 const std::vector<Kind> &kinds() {
     return kKinds;
+}
+
+const Reference *Table::owner() const {
+    const auto found = std::find_if(references.cbegin(), references.cend(),
+                                    [](const Reference &reference) { return reference.bond == Bond::Part; });
+    return found != references.cend() ? &*found : nullptr;
+}
+
+bool isCarried(const Table &carried) {
+    const auto carries = [&carried](const Reference &reference) {
+        return reference.bond == Bond::Carried && qstrcmp(reference.table, carried.name) == 0;
+    };
+    return std::any_of(tables().begin(), tables().end(), [&carries](const Table &from) {
+        return std::any_of(from.references.begin(), from.references.end(), carries);
+    });
+}
+
+QString wordFor(const QString &table) {
+    static const QHash<QString, QString> parts = {
+        {QStringLiteral("Lane"), QStringLiteral("lane")},
+        {QStringLiteral("Node"), QStringLiteral("node")},
+        {QStringLiteral("Vertex"), QStringLiteral("vertex")},
+        {QStringLiteral("SignalPhase"), QStringLiteral("signal phase")},
+        {QStringLiteral("BusStationLine"), QStringLiteral("bus stop")},
+        {QStringLiteral("RoutingLaneConnector"), QStringLiteral("lane pair of route")},
+    };
+    const Kind *kind = kindIn(table);
+    return kind && kind->word ? QString::fromLatin1(kind->word)
+                              : parts.value(table, QStringLiteral("row of ") + table);
 }
 
 const Kind *kindIn(const QString &table) {

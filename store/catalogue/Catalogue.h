@@ -13,6 +13,17 @@
 /// refers to what, in which order tables are filled and emptied.
 namespace catalogue {
 
+/// What becomes of a row when what one of its columns refers to is removed.
+enum class Bond {
+    Part,      ///< it belongs to that, and goes with it
+    Object,    ///< it is an object of its own, or a pair, that cannot be without that, and goes
+    Owner,     ///< nor can the object that it belongs to: a route with a hole is another route
+    Entry,     ///< it goes as an entry of a list, and the object that it belongs to stays
+    Named,     ///< it stays, and the column becomes 0, which names none
+    Carried,   ///< the other way round: that is there for those that refer to it, and goes after the last
+    HostNumber ///< nothing: the number is the host's
+};
+
 /// A column whose values are identifiers of another table.
 struct Reference {
     const char *column = nullptr;
@@ -25,6 +36,8 @@ struct Reference {
     /// Lane numbers of which one is at least `firstOfConnector` on a connector and none is on a link.
     std::vector<const char *> lanes = {};
     int firstOfConnector = 0;
+    Bond bond = Bond::Object;
+    bool mayBeNone = false; ///< 0 names none; elsewhere a row names one
 };
 
 /// A value for a column that generation 6 asks for and older stores need not have.
@@ -50,7 +63,13 @@ struct Table {
     /// Columns with words of the fixed vocabulary, stored in the store's language.
     std::vector<const char *> words = {};
     std::vector<Filling> fillings = {};
+    /// No object of the model holds the rows of its owner: changing that leaves them alone.
+    bool isAside = false;
+    /// The rows of one owner have no order but that in which they were written.
+    bool isAsWritten = false;
 
+    /// The column of the identifier of what a row belongs to; null for what belongs to nothing.
+    const Reference *owner() const;
     /// The column of identifiers that are unique in the whole store; null without one.
     const char *uniqueId() const { return hasSharedIds ? nullptr : id; }
 };
@@ -73,6 +92,12 @@ struct Kind {
 
 /// The kinds of objects, in the order in which a network is loaded.
 MORASTORE_EXPORT const std::vector<Kind> &kinds();
+
+/// Whether rows of the table are there for those that carry them, and may be shared.
+bool isCarried(const Table &table);
+
+/// What a row of a table is called in a sentence: "link", "lane", "signal lamp".
+QString wordFor(const QString &table);
 
 /// The kind whose objects stand in a table; null without one.
 MORASTORE_EXPORT const Kind *kindIn(const QString &table);

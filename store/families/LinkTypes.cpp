@@ -66,7 +66,8 @@ void saveAllLinkTypes(NetSave &net) {
     if (!net.isGood())
         return;
     QList<LinkType> present;
-    readLinkTypes(net.store, present);
+    if (!net.isRecorded())
+        readLinkTypes(net.store, present);
     QList<const LinkType *> added;
     Query update(net.store, kUpdate);
     for (const LinkType &type : qAsConst(net.contents.linkTypes)) {

@@ -203,7 +203,7 @@ void saveCatalogue(NetSave &net) {
         return;
     // Engines that enforce their keys let go of a type only without the details that refer to it.
     const QList<VehicleConsDetail> staying =
-        withCompositions ? QList<VehicleConsDetail>() : stayingDetails(net);
+        withCompositions || net.isRecorded() ? QList<VehicleConsDetail>() : stayingDetails(net);
     net.empty("VehicleConsDetail");
     if (withCompositions)
         net.empty("VehicleConstitutent");
