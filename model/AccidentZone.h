@@ -6,10 +6,14 @@
 
 #include <QString>
 
+#include <memory>
+
 /// A stretch of road blocked by an accident. It owns its lanes; a copy has copies of them.
 class MORASTORE_EXPORT AccidentZone {
 public:
     /// How long the accident blocks the road, seconds: fixedDuration when positive, else by level.
+    /// A copy that the caller owns, with copies of its lanes.
+    std::unique_ptr<AccidentZone> clone() const { return std::make_unique<AccidentZone>(*this); }
     long duration() const;
     /// Whether a rescue is due: rescueTime is not 0.
     bool needRescue() const { return rescueTime != 0; }

@@ -7,6 +7,8 @@
 #include <QList>
 #include <QString>
 
+#include <memory>
+
 class Link;
 class Net;
 
@@ -20,6 +22,8 @@ public:
 
     /// Back to the state of a new line; deletes the stops.
     void init();
+    /// A copy that the caller owns, with copies of its stops, along the same links.
+    std::unique_ptr<BusLine> clone() const { return std::make_unique<BusLine>(*this); }
 
     long busLineID = 0;
     QString name = QStringLiteral("0");

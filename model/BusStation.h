@@ -4,6 +4,8 @@
 
 #include <QString>
 
+#include <memory>
+
 class Link;
 class Net;
 class SpecialWords;
@@ -15,6 +17,8 @@ public:
     /// link keeps its owner.
     explicit BusStation(Link *link = nullptr, int lane = 0);
     BusStation(const Net &net, const SpecialWords &words);
+    /// A copy that the caller owns, on the same link.
+    std::unique_ptr<BusStation> clone() const { return std::make_unique<BusStation>(*this); }
 
     long busStationID = 0;
     QString name = QStringLiteral("0");

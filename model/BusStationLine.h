@@ -7,6 +7,8 @@
 
 #include <MoraInterfaces/IBusStationLine.h>
 
+#include <memory>
+
 /// The stop of a bus line at a station. It owns its arrivals and passengers. A copy has arrivals of its own
 /// and no passengers: those wait at the stop that they came to.
 class MORASTORE_EXPORT BusStationLine : public IBusStationLine {
@@ -33,6 +35,8 @@ public:
     void releasePassengerArriving() { mlPassengerArriving.deleteAll(); }
     /// Deletes the passengers of both lists.
     void releasePassengers();
+    /// A copy that the caller owns, with copies of its arrivals and without passengers.
+    std::unique_ptr<BusStationLine> clone() const { return std::make_unique<BusStationLine>(*this); }
 
     long stationLineID = 0;
     long busStationID = 0;

@@ -4,6 +4,8 @@
 
 #include <QList>
 
+#include <memory>
+
 /// A coefficient set of the lane-changing model: for the lead gap ("head") and for the lag gap one constant,
 /// four coefficients, a random term and a distance term.
 class MORASTORE_EXPORT ChangeLaneModelParam {
@@ -14,6 +16,10 @@ public:
 
     /// The first set of `params` with that id, or the built-in one.
     static ChangeLaneModelParam getParam(const QList<ChangeLaneModelParam> &params, long id);
+    /// A copy that the caller owns.
+    std::unique_ptr<ChangeLaneModelParam> clone() const {
+        return std::make_unique<ChangeLaneModelParam>(*this);
+    }
 
     long modelParamID = 0;
     double headBeit0 = 0;

@@ -8,6 +8,8 @@
 
 #include <QString>
 
+#include <memory>
+
 class Link;
 
 /// Joins the end of one link to the start of another. It owns its lane connectors.
@@ -15,6 +17,10 @@ class MORASTORE_EXPORT Connector {
 public:
     /// The road id starts as `id`, too. The links stay with their owners.
     Connector(long id, Link *from, Link *to);
+
+    /// A copy that the caller owns, of the same id and between the same links, with copies of the lane
+    /// connectors, of the same numbers and lanes, which are the copy's. None is in a network's tables.
+    std::unique_ptr<Connector> clone() const;
 
     long connID = 0;
     long roadId = 0;
@@ -38,7 +44,8 @@ public:
 
 private:
     friend class NetIndex<Connector>;
-    Q_DISABLE_COPY(Connector)
+    Connector(const Connector &) = default;
+    Connector &operator=(const Connector &) = delete;
 
     NetIndex<Connector>::Place mPlace;
 };

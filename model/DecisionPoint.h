@@ -7,6 +7,8 @@
 
 #include <QString>
 
+#include <memory>
+
 class Link;
 struct _DecisionPoint;
 
@@ -20,6 +22,8 @@ public:
     /// Takes id, name and place; the link is the one that gNet has under the record's id, or null. Routes and
     /// flow intervals stay.
     DecisionPoint &operator=(const _DecisionPoint &record);
+    /// A copy that the caller owns, on the same link, with copies of its routes and flow intervals.
+    std::unique_ptr<DecisionPoint> clone() const { return std::make_unique<DecisionPoint>(*this); }
 
     long deciPointID = 0;
     QString deciPointName;

@@ -11,3 +11,7 @@ void Lane::removeGuideArrow(long guideArrowID) {
                                       }),
                        mlGuideArrow.end());
 }
+
+std::unique_ptr<Lane> Lane::clone() const {
+    return std::unique_ptr<Lane>(new Lane(*this));
+}

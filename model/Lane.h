@@ -8,6 +8,8 @@
 #include <QPair>
 #include <QString>
 
+#include <memory>
+
 struct GuideArrow;
 
 /// A lane of a link.
@@ -17,6 +19,9 @@ public:
 
     /// Takes the guide arrows of that id out of the list, without deleting them.
     void removeGuideArrow(long guideArrowID);
+
+    /// A copy that the caller owns, of the same id and in no network's tables. The arrows are the same.
+    std::unique_ptr<Lane> clone() const;
 
     long laneID = 0;
     long linkID = 0;
@@ -36,7 +41,8 @@ public:
 
 private:
     friend class NetIndex<Lane>;
-    Q_DISABLE_COPY(Lane)
+    Lane(const Lane &) = default;
+    Lane &operator=(const Lane &) = delete;
 
     NetIndex<Lane>::Place mPlace;
 };

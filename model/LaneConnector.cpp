@@ -29,3 +29,7 @@ void LaneConnector::passId(long id) {
     const std::lock_guard<std::mutex> lock(generIdLock);
     generId = std::max(generId, id);
 }
+
+std::unique_ptr<LaneConnector> LaneConnector::clone() const {
+    return std::unique_ptr<LaneConnector>(new LaneConnector(*this));
+}

@@ -4,6 +4,8 @@
 #include "NetIndex.h"
 #include "StoredJson.h"
 
+#include <memory>
+
 class Connector;
 class Lane;
 
@@ -12,6 +14,9 @@ class MORASTORE_EXPORT LaneConnector {
 public:
     /// Takes the next number of generId as its id. The three objects stay with their owners.
     LaneConnector(Connector *connector, Lane *from, Lane *to);
+
+    /// A copy that the caller owns, of the same number, connector and lanes. It is in no network's tables.
+    std::unique_ptr<LaneConnector> clone() const;
 
     long laneConnId = 0;
     int weight = 0;
@@ -38,7 +43,8 @@ public:
 
 private:
     friend class NetIndex<LaneConnector>;
-    Q_DISABLE_COPY(LaneConnector)
+    LaneConnector(const LaneConnector &) = default;
+    LaneConnector &operator=(const LaneConnector &) = delete;
 
     NetIndex<LaneConnector>::Place mPlace;
 };

@@ -27,6 +27,23 @@ Link::~Link() {
     delete mpStartNode;
 }
 
+std::unique_ptr<Link> Link::clone() const {
+    std::unique_ptr<Link> copy(new Link(*this));
+    copy->mpStartNode = copy->mpEndNode = nullptr;
+    const auto copyOf = [&](const Node *node) -> Node * {
+        if (!node)
+            return nullptr;
+        auto own = node->clone();
+        const int place = mlVertex.indexOf(node->mpVertex);
+        if (place >= 0)
+            own->mpVertex = copy->mlVertex.at(place);
+        return own.release();
+    };
+    copy->mpStartNode = copyOf(mpStartNode);
+    copy->mpEndNode = mpEndNode == mpStartNode ? copy->mpStartNode : copyOf(mpEndNode);
+    return copy;
+}
+
 QString Link::word(const QString &key) const {
     return words().getWord(key);
 }

@@ -10,6 +10,8 @@
 
 #include <QString>
 
+#include <memory>
+
 class SpecialWords;
 
 /// A directed road section. It owns its end nodes, vertices and lanes.
@@ -18,6 +20,11 @@ public:
     Link() = default;
     /// Deletes nodes, vertices and lanes.
     ~Link();
+
+    /// A copy that the caller owns, of the same id, with copies of the nodes, vertices and lanes, of the same
+    /// ids. None is in a network's tables. Nodes stand on the copies of the vertices; one that stands on a
+    /// vertex of another link goes on to do so.
+    std::unique_ptr<Link> clone() const;
 
     /// Appends one lane per width (metres), numbered by its place in `widths`, with ids drawn from the open
     /// store whose network has the link, or from gDB while none has. When the store gives no id the lanes made so far stay, and the failure is shown in a message box under a
@@ -64,7 +71,8 @@ public:
 
 private:
     friend class NetIndex<Link>;
-    Q_DISABLE_COPY(Link)
+    Link(const Link &) = default;
+    Link &operator=(const Link &) = delete;
 
     bool appendLane(int serialNumber, double width, const QString &actionType);
     QString word(const QString &key) const;

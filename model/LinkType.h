@@ -5,6 +5,8 @@
 #include <QList>
 #include <QString>
 
+#include <memory>
+
 /// A class of roads.
 struct LinkType {
     long linkTypeID = 0;
@@ -15,6 +17,9 @@ struct LinkType {
     double minSpeed = 0;        ///< km/h
     /// The name as a whole load found it, where the displayed one would be written otherwise.
     QString storedTypeName = {};
+
+    /// A copy that the caller owns.
+    std::unique_ptr<LinkType> clone() const { return std::make_unique<LinkType>(*this); }
 };
 
 /// The link types of the process's store; the host fills it from DBTools::selectLinkType.

@@ -1,94 +1,19 @@
 #pragma once
 
-#include "AccidentZone.h"
-#include "BusLine.h"
-#include "BusStation.h"
-#include "ChangeLaneModelParam.h"
-#include "Configuration.h"
-#include "Connector.h"
-#include "DecisionPoint.h"
-#include "DeparturePoint.h"
-#include "DriveFollowedModelParam.h"
-#include "GuideArrow.h"
-#include "LCStruct.h"
-#include "Link.h"
-#include "LinkType.h"
-#include "Net.h"
-#include "ReduceSpeedArea.h"
-#include "RoadWorkZone.h"
-#include "SignalGroup.h"
-#include "SignalLamp.h"
-#include "SimulateConfiguration.h"
-#include "VehicleComposition.h"
-#include "VehicleDetector.h"
-#include "VehicleDrivInfoCollector.h"
-#include "VehicleQueueCounter.h"
-#include "VehicleTravelDetector.h"
-#include "VehicleType.h"
+#include "MoraStoreExport.h"
+#include "NetChanges.h"
+#include "NetKinds.h"
+#include "NetLists.h"
+#include "NetReferences.h"
 
+#include <QSet>
+
+#include <algorithm>
+#include <limits>
 #include <memory>
-#include <optional>
+#include <tuple>
+#include <utility>
 #include <vector>
-
-/// Objects of one kind, owned.
-template <class T>
-using Objects = std::vector<std::unique_ptr<T>>;
-
-/// Lanes that a route uses on a connector.
-struct RouteLanes {
-    long routingID = 0;
-    long connID = 0;
-    LCStruct lanes;
-};
-
-/// The objects of a network besides its roads.
-struct TrafficObjects {
-    Objects<VehicleType> vehicleTypes;
-    Objects<VehicleComposition> compositions;
-    Objects<DeparturePoint> departurePoints;
-    Objects<DecisionPoint> decisionPoints;
-    QList<RouteLanes> routeLanes; ///< by route and connector
-    Objects<SignalGroup> signalGroups;
-    Objects<SignalLamp> signalLamps;
-    Objects<VehicleDetector> vehicleDetectors;
-    Objects<VehicleQueueCounter> queueCounters;
-    Objects<VehicleTravelDetector> travelDetectors;
-    Objects<VehicleDrivInfoCollector> collectors;
-    Objects<BusStation> busStations;
-    Objects<BusLine> busLines;
-    Objects<ReduceSpeedArea> speedAreas;
-    Objects<AccidentZone> accidentZones;
-    Objects<RoadWorkZone> roadWorkZones;
-
-    /// Calls `visit` with the table, the list's name and the list of each kind, in the order in which kinds
-    /// are written and read.
-    template <class Visit>
-    static void forEachKind(const Visit &visit) {
-        visit("VehicleType", "vehicleTypes", &TrafficObjects::vehicleTypes);
-        visit("VehicleConstitutent", "compositions", &TrafficObjects::compositions);
-        visit("DeparturePoint", "departurePoints", &TrafficObjects::departurePoints);
-        visit("DecisionPoint", "decisionPoints", &TrafficObjects::decisionPoints);
-        visit("SignalGroup", "signalGroups", &TrafficObjects::signalGroups);
-        visit("SignalLamp", "signalLamps", &TrafficObjects::signalLamps);
-        visit("VehicleDetector", "vehicleDetectors", &TrafficObjects::vehicleDetectors);
-        visit("VehicleQueueCounter", "queueCounters", &TrafficObjects::queueCounters);
-        visit("VehicleTravelDetector", "travelDetectors", &TrafficObjects::travelDetectors);
-        visit("VehicleDrivInfoCollecter", "collectors", &TrafficObjects::collectors);
-        visit("BusStation", "busStations", &TrafficObjects::busStations);
-        visit("BusLine", "busLines", &TrafficObjects::busLines);
-        visit("ReduceSpeedArea", "speedAreas", &TrafficObjects::speedAreas);
-        visit("AccidentZone", "accidentZones", &TrafficObjects::accidentZones);
-        visit("RoadWorkZone", "roadWorkZones", &TrafficObjects::roadWorkZones);
-    }
-};
-
-/// The settings that a network is simulated and shown with.
-struct NetSettings {
-    QList<DriveFollowedModelParam> carFollowing; ///< by id
-    QList<ChangeLaneModelParam> laneChanging;    ///< by id
-    std::optional<SimulateConfiguration> simulation;
-    std::optional<Configuration> scene;
-};
 
 /// Rows that a whole load left out, or took only in part, for one reason.
 ///
@@ -106,15 +31,210 @@ struct SkippedRows {
     QList<long> ids; ///< of the first of them
 };
 
-/// All objects of a network, owned; each list in ascending order of ids. What is made later refers to what is
-/// made earlier, and is destroyed before it.
-struct NetContents {
-    NetRecord record;
-    NetSettings settings;
-    QList<LinkType> linkTypes;
-    Objects<Link> links;
-    Objects<GuideArrow> guideArrows;
-    Objects<Connector> connectors;
-    TrafficObjects traffic;
-    QList<SkippedRows> skipped; ///< what a load found damaged; empty for a sound network
+/// A number of an object that is to name another one and matches none: which kind of reference it is, the
+/// object's id, the number.
+struct UnmatchedNumber {
+    int reference = 0;
+    long id = 0;
+    long number = 0;
+
+    friend bool operator<(const UnmatchedNumber &a, const UnmatchedNumber &b) {
+        return std::tie(a.reference, a.id, a.number) < std::tie(b.reference, b.id, b.number);
+    }
 };
+
+/// The objects of a network, owned, for a host to look up and to edit:
+///
+///     Link *link = net.find<Link>(17);
+///     net.edit(*link).limitSpeed = 30;
+///     Connector &connector = net.add(std::make_unique<Connector>(0, link, other));
+///     for (const NetObject &user : net.whatRefersTo(*link))
+///         qInfo() << user.text;
+///     net.remove(*link, Cascade::Take);
+///
+/// Every kind of pointer list can be edited so, from links to zones. Lists of values (link types, the sets of
+/// driver models, lanes of routes) and the record are edited as they are: a save of the changes compares them
+/// with what was loaded. A host may also change the lists past these functions. DBTools::saveNet() writes them
+/// as they are then; what changed() is to know it says with NetChanges::markAll().
+///
+/// The functions take references to objects of these lists. Pointers to other objects stay valid until those
+/// are removed; references to entries of QLists of values as long as the list is not changed.
+struct MORASTORE_EXPORT NetContents : NetLists {
+    NetContents() = default;
+    NetContents(NetContents &&other) noexcept : NetContents() { *this = std::move(other); }
+    NetContents &operator=(NetContents &&) = default;
+
+    /// @{ The object of that id, by binary search (in a list that is out of order it is found, more slowly);
+    /// null when there is none, and for 0, which every new object has.
+    template <class T>
+    const T *find(long id) const;
+    template <class T>
+    T *find(long id) {
+        return const_cast<T *>(std::as_const(*this).template find<T>(id));
+    }
+    /// @}
+    /// @{ Of the objects with exactly that name the one with the lowest id, or else the first new one; null
+    /// when there is none.
+    template <class T>
+    const T *findByName(const QString &name) const;
+    template <class T>
+    T *findByName(const QString &name) {
+        return const_cast<T *>(std::as_const(*this).template findByName<T>(name));
+    }
+    /// @}
+
+    /// Marks an object as changed. Of a part (a lane, a phase, a route, a stop) the owner is edited. An object
+    /// keeps its id: for another one take it out and add it.
+    /// @return the object.
+    template <class T>
+    T &edit(T &object) {
+        changes.markEdited(NetKind<T>::table, &object);
+        return object;
+    }
+    /// Takes an object over, which is not null, and marks it as new. It stands in ascending order; one whose
+    /// id is 0 stands at the end and gets its id when it is saved. An id that another object of the list has
+    /// is refused by the store.
+    /// @return the object.
+    template <class T>
+    T &add(std::unique_ptr<T> object);
+
+    /// @{ What a removal with Cascade::Take would take along or clear, each object once, in the order of kinds;
+    /// NetReferences.h has the table. Those whose fate is not Fate::Part are what Cascade::Refuse refuses for.
+    template <class T>
+    QList<NetObject> whatRefersTo(const T &object) const {
+        static_cast<void>(NetKind<T>::table);
+        return reachedFrom({&object});
+    }
+    QList<NetObject> whatRefersTo(const Lane &lane) const;
+    QList<NetObject> whatRefersTo(const SignalPhase &phase) const;
+    QList<NetObject> whatRefersTo(const Routing &route) const;
+    QList<NetObject> whatRefersTo(const BusStationLine &stop) const;
+    /// @}
+
+    /// @{ Destroys objects of a list, with Cascade::Take also what refers to them.
+    /// @return false when something refers to one of them that may not go, or one is not in the list; then
+    ///         nothing has changed.
+    template <class T>
+    bool remove(T &object, Cascade cascade) {
+        return removeAll(QList<T *>{&object}, cascade);
+    }
+    template <class T>
+    bool removeAll(const QList<T *> &objects, Cascade cascade) {
+        const QSet<const void *> seeds(objects.cbegin(), objects.cend());
+        return isHere<T>(seeds) && removeFrom(seeds, cascade);
+    }
+    /// @}
+    /// Hands an object over to the caller, unless something refers to it or to its parts, or it is not in the
+    /// list: then it stays, and the result is null.
+    template <class T>
+    std::unique_ptr<T> take(T &object);
+
+    /// @{ The same as remove() for a part of @p owner, which counts as changed. The lanes beyond a lane that
+    /// goes move up by one serial number, and so does the link's number of lanes when it was that of its lanes;
+    /// lane numbers of detectors, stations and zones stay.
+    bool removeLane(Link &owner, Lane &lane, Cascade cascade);
+    bool removePhase(SignalGroup &owner, SignalPhase &phase, Cascade cascade);
+    bool removeRoute(DecisionPoint &owner, Routing &route, Cascade cascade);
+    bool removeStop(BusLine &owner, BusStationLine &stop, Cascade cascade);
+    /// @}
+
+    /// The store has all of it as it is now: changes is empty, and stored tells the values. Loads and saves end
+    /// with it.
+    void setStored();
+
+    QList<SkippedRows> skipped; ///< what a load found damaged; empty for a sound network
+    NetChanges changes{*this};
+
+    /// What is edited without marks, as the store has it.
+    struct Stored {
+        NetRecord record;
+        NetSettings settings;
+        QList<LinkType> linkTypes;
+        QList<RouteLanes> routeLanes;
+        /// Numbers that name nothing. They come from the store, and a save lets them be as they are.
+        std::vector<UnmatchedNumber> unmatched;
+    };
+    Stored stored;
+
+private:
+    friend class NetRemoval;
+
+    QList<NetObject> reachedFrom(const QSet<const void *> &seeds) const;
+    bool removeFrom(const QSet<const void *> &seeds, Cascade cascade);
+    template <class Owner, class Part>
+    bool removePart(Owner &owner, QList<Part *> &parts, Part &part, Cascade cascade);
+
+    /// What ids are sorted by: new objects come last.
+    static unsigned long placeOf(long id) {
+        return id != 0 ? static_cast<unsigned long>(id) -
+                             static_cast<unsigned long>(std::numeric_limits<long>::min())
+                       : std::numeric_limits<unsigned long>::max();
+    }
+    template <class T>
+    bool isHere(const QSet<const void *> &objects) const {
+        const Objects<T> &list = NetKind<T>::list(*this);
+        return std::count_if(list.begin(), list.end(), [&](const auto &object) {
+                   return object && objects.contains(object.get());
+               }) == objects.size();
+    }
+    /// The first place of a list whose object does not come before an id.
+    template <class T>
+    static auto lowerBound(const Objects<T> &list, long id) {
+        return std::lower_bound(list.begin(), list.end(), id, [](const auto &object, long sought) {
+            return object && placeOf(NetKind<T>::idOf(*object)) < placeOf(sought);
+        });
+    }
+};
+
+template <class T>
+const T *NetContents::find(long id) const {
+    if (id == 0)
+        return nullptr;
+    const Objects<T> &list = NetKind<T>::list(*this);
+    const auto hasId = [id](const auto &object) { return object && NetKind<T>::idOf(*object) == id; };
+    auto found = lowerBound<T>(list, id);
+    if (found == list.end() || !hasId(*found))
+        found = std::find_if(list.begin(), list.end(), hasId);
+    return found != list.end() ? found->get() : nullptr;
+}
+
+template <class T>
+const T *NetContents::findByName(const QString &name) const {
+    const T *first = nullptr;
+    for (const auto &object : NetKind<T>::list(*this)) {
+        if (!object || NetKind<T>::nameOf(*object) != name)
+            continue;
+        if (!first || placeOf(NetKind<T>::idOf(*object)) < placeOf(NetKind<T>::idOf(*first)))
+            first = object.get();
+    }
+    return first;
+}
+
+template <class T>
+T &NetContents::add(std::unique_ptr<T> object) {
+    T &added = *object;
+    Objects<T> &list = NetKind<T>::list(*this);
+    const long id = NetKind<T>::idOf(added);
+    const auto place = id != 0 ? lowerBound<T>(list, id) : list.cend();
+    list.insert(place, std::move(object));
+    changes.markAdded(NetKind<T>::table, &added, id);
+    return added;
+}
+
+template <class T>
+std::unique_ptr<T> NetContents::take(T &object) {
+    Objects<T> &list = NetKind<T>::list(*this);
+    const auto found =
+        std::find_if(list.begin(), list.end(), [&object](const auto &held) { return held.get() == &object; });
+    if (found == list.end())
+        return nullptr;
+    const QList<NetObject> users = reachedFrom({&object});
+    const bool isFree = std::all_of(users.begin(), users.end(),
+                                    [](const NetObject &user) { return user.fate == Fate::Part; });
+    if (!isFree)
+        return nullptr;
+    std::unique_ptr<T> taken = std::move(*found);
+    list.erase(found);
+    changes.markRemoved(NetKind<T>::table, taken.get(), NetKind<T>::idOf(*taken));
+    return taken;
+}

@@ -18,7 +18,8 @@ public:
     public:
         Place() = default;
         ~Place() { leave(); }
-        Place(const Place &) = delete;
+        /// A copy of an object is in no table.
+        Place(const Place &) {}
         Place &operator=(const Place &) = delete;
 
         /// The network whose table has the object; null while none has.

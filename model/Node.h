@@ -2,6 +2,8 @@
 
 #include <QString>
 
+#include <memory>
+
 struct Vertex;
 
 /// An end of a link.
@@ -9,4 +11,7 @@ struct Node {
     long nodeID = 0;
     QString nodeName;
     Vertex *mpVertex = nullptr; ///< where it stands; a vertex of its link, not owned
+
+    /// A copy that the caller owns, on the same vertex.
+    std::unique_ptr<Node> clone() const { return std::make_unique<Node>(*this); }
 };

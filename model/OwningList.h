@@ -5,6 +5,7 @@
 #include <QtAlgorithms>
 
 #include <initializer_list>
+#include <type_traits>
 
 /// A QList of pointers that owns what it points to: its destructor deletes the objects, a copy holds copies
 /// of them. Taking a pointer out (takeAt, takeFirst, removeOne, clear, ...) hands the object to whoever took
@@ -16,7 +17,7 @@ public:
     OwningList(const OwningList &other) : QList<T *>() {
         this->reserve(other.size());
         for (const T *object : other)
-            this->append(object ? new T(*object) : nullptr);
+            this->append(object ? copyOf(*object) : nullptr);
     }
     OwningList(OwningList &&other) noexcept : QList<T *>() { this->swap(other); }
     OwningList &operator=(OwningList other) noexcept {
@@ -44,5 +45,13 @@ public:
         const QList<T *> objects(*this);
         this->clear();
         qDeleteAll(objects);
+    }
+
+private:
+    static T *copyOf(const T &object) {
+        if constexpr (std::is_copy_constructible_v<T>)
+            return new T(object);
+        else
+            return object.clone().release();
     }
 };

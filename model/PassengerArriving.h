@@ -1,5 +1,7 @@
 #pragma once
 
+#include <memory>
+
 /// Passengers who arrive at a stop in an interval; times in seconds.
 struct PassengerArriving {
     PassengerArriving(long id, long start, long end, int count)
@@ -9,4 +11,7 @@ struct PassengerArriving {
     long startTime;
     long endTime;
     int passengerCount;
+
+    /// A copy that the caller owns.
+    std::unique_ptr<PassengerArriving> clone() const { return std::make_unique<PassengerArriving>(*this); }
 };

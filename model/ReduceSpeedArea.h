@@ -7,6 +7,8 @@
 
 #include <QString>
 
+#include <memory>
+
 /// A stretch of one road where vehicles slow down at times. It owns its intervals and vehicle types; a copy
 /// has copies of them.
 class MORASTORE_EXPORT ReduceSpeedArea {
@@ -17,6 +19,8 @@ public:
     void releaseSpeedInterval() { mlSpeedInterval.deleteAll(); }
     /// Deletes the vehicle types' entries.
     void releaseVehiType() { mlSpeedVehiType.deleteAll(); }
+    /// A copy that the caller owns, with copies of its intervals and vehicle types.
+    std::unique_ptr<ReduceSpeedArea> clone() const { return std::make_unique<ReduceSpeedArea>(*this); }
 
     long reduceSpeedAreaID = 0;
     QString name;

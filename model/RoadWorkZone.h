@@ -6,6 +6,8 @@
 
 #include <QString>
 
+#include <memory>
+
 class Net;
 
 /// A stretch of road blocked by works. It owns its lanes; a copy has copies of them.
@@ -16,6 +18,8 @@ public:
     explicit RoadWorkZone(const Net &net);
 
     bool isOnLink() const { return ZoneLane::allOnLink(mlLane); }
+    /// A copy that the caller owns, with copies of its lanes.
+    std::unique_ptr<RoadWorkZone> clone() const { return std::make_unique<RoadWorkZone>(*this); }
 
     long roadWorkZoneId = 0;
     QString name;

@@ -5,6 +5,8 @@
 #include <QList>
 #include <QString>
 
+#include <memory>
+
 class DecisionPoint;
 class Link;
 
@@ -13,6 +15,8 @@ class MORASTORE_EXPORT Routing {
 public:
     /// Back to the state of a new route; point and links stay with their owners.
     void init();
+    /// A copy that the caller owns, at the same decision point and along the same links.
+    std::unique_ptr<Routing> clone() const { return std::make_unique<Routing>(*this); }
 
     long routingID = 0;
     QString routingName;

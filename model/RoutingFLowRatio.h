@@ -2,6 +2,8 @@
 
 #include "MoraStoreExport.h"
 
+#include <memory>
+
 struct _RoutingFLowRatio;
 
 /// The share of one route in a time slice; times in the host's unit.
@@ -9,6 +11,8 @@ class MORASTORE_EXPORT RoutingFLowRatio {
 public:
     RoutingFLowRatio() = default;
     RoutingFLowRatio &operator=(const _RoutingFLowRatio &record);
+    /// A copy that the caller owns.
+    std::unique_ptr<RoutingFLowRatio> clone() const { return std::make_unique<RoutingFLowRatio>(*this); }
 
     long routingFLowRatioID = 0;
     long routingID = 0;

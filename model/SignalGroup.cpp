@@ -18,3 +18,14 @@ SignalPhase *SignalGroup::findPhaseByName(const QString &phaseName) const {
     }
     return nullptr;
 }
+
+std::unique_ptr<SignalGroup> SignalGroup::clone() const {
+    auto copy = std::make_unique<SignalGroup>();
+    copy->signalGroupID = signalGroupID;
+    copy->name = name;
+    copy->timeLength = timeLength;
+    copy->startTime = startTime;
+    copy->endTime = endTime;
+    copy->mlPhase = OwningList<SignalPhase>(mlPhase);
+    return copy;
+}

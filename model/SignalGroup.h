@@ -9,6 +9,8 @@
 #include <QObject>
 #include <QString>
 
+#include <memory>
+
 /// A signal plan. It owns its phases: give a phase no QObject parent but its group.
 class MORASTORE_EXPORT SignalGroup : public QObject, public ISignalGroup {
     Q_OBJECT
@@ -17,6 +19,9 @@ public:
     explicit SignalGroup(QObject *parent = nullptr);
     /// Deletes the phases.
     ~SignalGroup() override;
+
+    /// A copy that the caller owns, of the same id and without a parent, with copies of the phases.
+    std::unique_ptr<SignalGroup> clone() const;
 
     QString groupName() const override { return name; }
     void setName(const QString &groupName) override { name = groupName; }

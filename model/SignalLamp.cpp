@@ -13,3 +13,16 @@ void SignalLamp::setPhase(SignalPhase *phase) {
     if (phase && !phase->mlLamp.contains(this))
         phase->mlLamp.append(this);
 }
+
+std::unique_ptr<SignalLamp> SignalLamp::clone() const {
+    auto copy = std::make_unique<SignalLamp>();
+    copy->signalLampID = signalLampID;
+    copy->name = name;
+    copy->mpPhase = mpPhase;
+    copy->laneID = laneID;
+    copy->toLaneID = toLaneID;
+    copy->x = x;
+    copy->y = y;
+    copy->z = z;
+    return copy;
+}

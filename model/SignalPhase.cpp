@@ -21,3 +21,13 @@ QString SignalPhase::signalColorInStr() const {
         intervals.append(step.color + QString::number(step.interval));
     return intervals.join(QLatin1Char(','));
 }
+
+std::unique_ptr<SignalPhase> SignalPhase::clone() const {
+    auto copy = std::make_unique<SignalPhase>();
+    copy->signalPhaseID = signalPhaseID;
+    copy->serialNumber = serialNumber;
+    copy->name = name;
+    copy->mlColor = mlColor;
+    copy->storedColors = storedColors;
+    return copy;
+}

@@ -8,6 +8,8 @@
 #include <QObject>
 #include <QStringList>
 
+#include <memory>
+
 class SignalLamp;
 
 /// A phase of a signal group: colours in sequence, and the lamps that show them.
@@ -18,6 +20,10 @@ public:
     explicit SignalPhase(QObject *parent = nullptr);
     /// The lamps stay with their owners, without a phase.
     ~SignalPhase() override;
+
+    /// A copy that the caller owns, of the same id and without a parent, in no network's tables. The lamps stay
+    /// those of this phase.
+    std::unique_ptr<SignalPhase> clone() const;
 
     QString phaseName() const override { return name; }
     void setPhaseName(const QString &phaseName) override { name = phaseName; }

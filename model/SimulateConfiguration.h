@@ -4,6 +4,8 @@
 
 #include <QReadWriteLock>
 
+#include <memory>
+
 /// How a simulation run is stepped and what it records: the row of table SimulateConfiguration, and beside it
 /// the state of the run, which is not stored.
 ///
@@ -45,6 +47,10 @@ public:
     /// pauses, times the acceleration multiple. 0 when no run is under way, that is without a start or after
     /// a stop.
     qint64 simuTimeIntervalWithAcceMutiples() const;
+    /// A copy that the caller owns.
+    std::unique_ptr<SimulateConfiguration> clone() const {
+        return std::make_unique<SimulateConfiguration>(*this);
+    }
 
     int simuTimeInterval = 0;        ///< span to simulate, seconds
     bool recordTrace = false;        ///< record trajectories

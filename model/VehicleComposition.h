@@ -8,6 +8,8 @@
 #include <QString>
 #include <QStringList>
 
+#include <memory>
+
 /// A named mix of vehicle types. Rows of table VehicleConstitutent. A look-up that finds nothing returns a
 /// new record, of code 0; none takes a lock.
 class MORASTORE_EXPORT VehicleComposition {
@@ -23,6 +25,8 @@ public:
     static QList<long> vcCodeList(const QHash<long, VehicleComposition> &compositions);
     /// The names in ascending order of codes.
     static QStringList vcNameList(const QHash<long, VehicleComposition> &compositions);
+    /// A copy that the caller owns.
+    std::unique_ptr<VehicleComposition> clone() const { return std::make_unique<VehicleComposition>(*this); }
 
     long vehicleConsCode = 0;
     QString name;

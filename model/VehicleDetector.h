@@ -5,6 +5,8 @@
 #include <QList>
 #include <QString>
 
+#include <memory>
+
 class Net;
 class SpecialWords;
 
@@ -20,6 +22,8 @@ public:
     bool isOnLink() const { return toLaneNumber < 0; }
     /// Whether the code is in the list; an empty list holds none.
     bool hasVehiType(long code) const { return mlVehiTypeCode.contains(code); }
+    /// A copy that the caller owns.
+    std::unique_ptr<VehicleDetector> clone() const { return std::make_unique<VehicleDetector>(*this); }
 
     long vehicleDetectorId = 0;
     QString name;

@@ -2,6 +2,8 @@
 
 #include <QString>
 
+#include <memory>
+
 /// Records the vehicles that pass a point. Lengths in metres, times in seconds. Its table is spelled
 /// VehicleDrivInfoCollecter.
 struct VehicleDrivInfoCollector {
@@ -17,4 +19,9 @@ struct VehicleDrivInfoCollector {
     int startTime = 1;
     int endTime = 3600;
     int dataInterval = 300;
+
+    /// A copy that the caller owns.
+    std::unique_ptr<VehicleDrivInfoCollector> clone() const {
+        return std::make_unique<VehicleDrivInfoCollector>(*this);
+    }
 };

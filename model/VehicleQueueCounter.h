@@ -5,6 +5,8 @@
 #include <QPointF>
 #include <QString>
 
+#include <memory>
+
 class Net;
 
 /// Measures queues upstream of a point. Lengths in metres, times in seconds; the limits of a new counter are
@@ -17,6 +19,10 @@ public:
 
     /// Whether toLaneNumber is below 1.
     bool isOnLink() const { return toLaneNumber < 1; }
+    /// A copy that the caller owns.
+    std::unique_ptr<VehicleQueueCounter> clone() const {
+        return std::make_unique<VehicleQueueCounter>(*this);
+    }
 
     long queueCounterID = 0;
     QString name;

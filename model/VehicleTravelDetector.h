@@ -4,6 +4,8 @@
 
 #include <QString>
 
+#include <memory>
+
 /// Measures travel times between two cross-sections. Lengths in metres, times in seconds. The format spells
 /// the terminal end without its r.
 class MORASTORE_EXPORT VehicleTravelDetector {
@@ -14,6 +16,10 @@ public:
 
     /// Back to the state of a new detector, except for the four coordinates, which stay.
     void empty();
+    /// A copy that the caller owns.
+    std::unique_ptr<VehicleTravelDetector> clone() const {
+        return std::make_unique<VehicleTravelDetector>(*this);
+    }
 
     long detectorId = 0;
     QString name;

@@ -7,6 +7,8 @@
 #include <QString>
 #include <QStringList>
 
+#include <memory>
+
 struct _VehicleType;
 
 /// The figures from which the vehicles of a type are drawn. Lengths in metres, speeds in km/h, accelerations
@@ -35,6 +37,8 @@ public:
     /// registry while other threads look things up holds it for writing. Recursive: a thread that holds it
     /// for reading may look up. One that holds it for writing must not.
     static QReadWriteLock mlock;
+    /// A copy that the caller owns.
+    std::unique_ptr<VehicleType> clone() const { return std::make_unique<VehicleType>(*this); }
 
     long vehicleTypeCode = 1;
     QString vehicleTypeName = QStringLiteral("0");

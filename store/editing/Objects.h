@@ -39,7 +39,7 @@ template <class T, Objects<T> TrafficObjects::*member>
 Objects<T> &of(NetContents &net) {
     return net.traffic.*member;
 }
-template <class T, Objects<T> NetContents::*member>
+template <class T, Objects<T> NetLists::*member>
 Objects<T> &of(NetContents &net) {
     return net.*member;
 }

@@ -2,6 +2,7 @@
 
 #include "model/NetContents.h"
 #include "store/families/GuideArrows.h"
+#include "store/whole/NumberCheck.h"
 
 #include <algorithm>
 #include <unordered_set>
@@ -48,7 +49,8 @@ public:
                arrowsAreGood() &&
                all(mTraffic.signalLamps, [this](const SignalLamp &lamp) { return isGood(lamp); }) &&
                all(mTraffic.decisionPoints, [this](const DecisionPoint &point) { return isGood(point); }) &&
-               routeLanesAreGood() && transitIsGood() && devicesAreGood() && placesAreGood();
+               routeLanesAreGood() && transitIsGood() && devicesAreGood() && placesAreGood() &&
+               numbersAreGood();
     }
 
 private:
@@ -212,6 +214,16 @@ private:
     bool isRoad(const char *kind, long id, long road, bool isLost = false) {
         return road != 0 || !(isLost || mHasNewLink || mHasNewConnector) ||
                refuse(kind, id, "names no road: draw the road's id before");
+    }
+
+    bool numbersAreGood() {
+        const std::vector<UnmatchedNumber> &known = mContents.stored.unmatched;
+        const std::vector<UnmatchedNumber> unmatched = unmatchedNumbers(mContents);
+        const auto isNew = [&known](const UnmatchedNumber &number) {
+            return !std::binary_search(known.begin(), known.end(), number);
+        };
+        const auto first = std::find_if(unmatched.begin(), unmatched.end(), isNew);
+        return first == unmatched.end() || mStore.fail({}, textOf(*first), first->id);
     }
 
     const Store &mStore;

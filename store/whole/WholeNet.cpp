@@ -29,6 +29,7 @@
 #include "store/families/Wholeness.h"
 #include "store/families/Zones.h"
 #include "store/ids/Identifiers.h"
+#include "store/whole/NumberCheck.h"
 #include "store/whole/SaveCheck.h"
 
 #include <optional>
@@ -150,9 +151,13 @@ bool loadWholeNet(const Store &store, NetContents &contents, const NetProgress &
     NetLoad net(store, contents, progress);
     for (const Kind &kind : kKinds)
         kind.load(net);
-    if (!net.isGood())
+    if (!net.isGood()) {
         forget(store, contents);
-    return net.isGood();
+        return false;
+    }
+    contents.setStored();
+    contents.stored.unmatched = unmatchedNumbers(contents);
+    return true;
 }
 
 bool saveWholeNet(const Store &store, NetContents &contents, bool useTransaction,
@@ -174,6 +179,7 @@ bool saveWholeNet(const Store &store, NetContents &contents, bool useTransaction
         return false;
     net.keep();
     reserved.keep();
+    contents.setStored();
     return true;
 }
 

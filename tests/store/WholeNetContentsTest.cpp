@@ -171,6 +171,140 @@ const Refusal kIds[] = {
      }},
 };
 
+/// A route along both links, with what lanes of routes need.
+void addRoute(NetContents &net) {
+    auto *route = new Routing;
+    route->routingID = 7;
+    route->mlLinkChain = {{net.links[0].get(), net.links[1].get()}};
+    addPoint(net, net.links[0].get()).mlRouting.append(route);
+}
+
+VehicleType &addType(NetContents &net, long code) {
+    VehicleType &type = add(net.traffic.vehicleTypes, &VehicleType::vehicleTypeCode);
+    type.vehicleTypeCode = code;
+    return type;
+}
+
+/// Vehicle type 1 and composition 9 of it.
+VehicleComposition &addCatalogue(NetContents &net) {
+    addType(net, 1);
+    VehicleComposition &composition = add(net.traffic.compositions, &VehicleComposition::vehicleConsCode);
+    composition.mlDetail = {{9, 1, 100}};
+    return composition;
+}
+
+BusStationLine &addStop(NetContents &net) {
+    BusStation &station = add(net.traffic.busStations, &BusStation::busStationID);
+    station.mpLink = net.links[0].get();
+    BusLine &line = add(net.traffic.busLines, &BusLine::busLineID);
+    line.mlLink = {net.links[0].get()};
+    line.mlStationLine.append(new BusStationLine);
+    line.mlStationLine.first()->stationLineID = 3;
+    line.mlStationLine.first()->busStationID = 9;
+    return *line.mlStationLine.first();
+}
+
+const Refusal kNumbers[] = {
+    {"Signal lamp 9 stands on lane 53, which is not part of the network.",
+     [](NetContents &net) { addLamp(net).laneID = 53; }},
+    {"Guide arrow 9 is painted on lane 53, which is not part of the network.",
+     [](NetContents &net) { add(net.guideArrows, &GuideArrow::guideArrowID).laneID = 53; }},
+    {"Lanes of route 6 name route 6, which is not part of the network.",
+     [](NetContents &net) {
+         addRoute(net);
+         net.traffic.routeLanes = {{7, 8, {51, 61}}, {6, 8, {51, 61}}};
+     }},
+    {"Lanes of route 7 name connector 9, which is not part of the network.",
+     [](NetContents &net) {
+         addRoute(net);
+         net.traffic.routeLanes = {{7, 9, {51, 61}}};
+     }},
+    {"Lanes of route 7 name lane 53, which is not part of the network.",
+     [](NetContents &net) {
+         addRoute(net);
+         net.traffic.routeLanes = {{7, 8, {53, 61}}};
+     }},
+    {"Lanes of route 7 name lane 63, which is not part of the network.",
+     [](NetContents &net) {
+         addRoute(net);
+         net.traffic.routeLanes = {{7, 8, {51, 63}}};
+     }},
+    {"Departure point 9 stands on link 8, which is not part of the network.",
+     [](NetContents &net) {
+         add(net.traffic.departurePoints, &DeparturePoint::departurePointID).linkID = 8;
+     }},
+    {"Departure point 9 releases vehicle composition 2, which is not part of the network.",
+     [](NetContents &net) {
+         addCatalogue(net);
+         DeparturePoint &point = add(net.traffic.departurePoints, &DeparturePoint::departurePointID);
+         point.linkID = 5;
+         point.mlInterval.append(DepartureInterval());
+         point.mlInterval.append(DepartureInterval());
+         point.mlInterval.last().vehiCons.vehicleConsCode = 2;
+     }},
+    {"Vehicle composition 9 has a share of vehicle type 2, which is not part of the network.",
+     [](NetContents &net) {
+         addCatalogue(net).mlDetail.append({9, 2, 0});
+     }},
+    {"Lane 51 is closed to vehicle type 2, which is not part of the network.",
+     [](NetContents &net) {
+         addCatalogue(net);
+         net.links[0]->mlLane.first()->mlLimitVehicle = {{2, QString()}};
+     }},
+    {"Connector 8 is closed to vehicle type 2, which is not part of the network.",
+     [](NetContents &net) {
+         addCatalogue(net);
+         net.connectors[0]->mlLimitVehicle = {1, 2};
+     }},
+    {"Vehicle detector 9 is on road 7, which is not part of the network.",
+     [](NetContents &net) {
+         add(net.traffic.vehicleDetectors, &VehicleDetector::vehicleDetectorId).roadId = 7;
+     }},
+    {"Vehicle detector 9 serves signal group 3, which is not part of the network.",
+     [](NetContents &net) {
+         addLamp(net);
+         VehicleDetector &detector = add(net.traffic.vehicleDetectors, &VehicleDetector::vehicleDetectorId);
+         detector.roadId = 5;
+         detector.signalGroupID = 3;
+     }},
+    {"Vehicle detector 9 registers vehicle type 2, which is not part of the network.",
+     [](NetContents &net) {
+         addCatalogue(net);
+         add(net.traffic.vehicleDetectors, &VehicleDetector::vehicleDetectorId).mlVehiTypeCode = {1, 2};
+     }},
+    {"Queue counter 9 is on road 7, which is not part of the network.",
+     [](NetContents &net) {
+         add(net.traffic.queueCounters, &VehicleQueueCounter::queueCounterID).roadID = 7;
+     }},
+    {"Travel-time detector 9 is on road 7, which is not part of the network.",
+     [](NetContents &net) {
+         VehicleTravelDetector &detector =
+             add(net.traffic.travelDetectors, &VehicleTravelDetector::detectorId);
+         detector.startRoadId = 8;
+         detector.teminalRoadId = 7;
+     }},
+    {"Driving-data collector 9 is on road 7, which is not part of the network.",
+     [](NetContents &net) {
+         add(net.traffic.collectors, &VehicleDrivInfoCollector::collecterID).roadID = 7;
+     }},
+    {"Bus line 9 has a stop at bus station 8, which is not part of the network.",
+     [](NetContents &net) { addStop(net).busStationID = 8; }},
+    {"Bus line 9 has a stop of bus line 8, which is not part of the network.",
+     [](NetContents &net) { addStop(net).busLineID = 8; }},
+    {"Accident zone 9 is on road 7, which is not part of the network.",
+     [](NetContents &net) { add(net.traffic.accidentZones, &AccidentZone::accidentZoneId).roadId = 7; }},
+    {"Road-work zone 9 is on road 7, which is not part of the network.",
+     [](NetContents &net) { add(net.traffic.roadWorkZones, &RoadWorkZone::roadWorkZoneId).roadID = 7; }},
+    {"Speed reduction area 9 is on road 7, which is not part of the network.",
+     [](NetContents &net) { add(net.traffic.speedAreas, &ReduceSpeedArea::reduceSpeedAreaID).roadID = 7; }},
+    {"Speed reduction area 9 slows vehicle type 2, which is not part of the network.",
+     [](NetContents &net) {
+         addCatalogue(net);
+         ReduceSpeedArea &area = add(net.traffic.speedAreas, &ReduceSpeedArea::reduceSpeedAreaID);
+         area.mlSpeedVehiType.append(new ReduceSpeedVehiType{9, 2, 30, 5});
+     }},
+};
+
 class WholeContentsTest : public StoreKindFixture {
 protected:
     void prepare() override { DBTools::initDictionary(gDB, kNet, true); }
@@ -204,6 +338,37 @@ TEST_P(WholeContentsTest, WhatIsNotPartOfTheNetworkIsRefusedAndNotLookedInto) {
 TEST_P(WholeContentsTest, WhatNamesAnObjectWithoutAnIdIsRefused) {
     for (const Refusal &refusal : kIds)
         expectRefusal(refusal);
+}
+
+/// A fresh network may not lose, or leave to nobody, what it says.
+TEST_P(WholeContentsTest, WhatNamesAnObjectThatIsNotThereIsRefused) {
+    for (const Refusal &refusal : kNumbers)
+        expectRefusal(refusal);
+}
+
+/// What a store has that names nothing is loaded and saved as it is; nothing may be added to it.
+TEST_P(WholeContentsTest, ANumberThatNamedNothingWhenItWasLoadedStays) {
+    if (isPostgres())
+        letReferencesDangle();
+    ASSERT_TRUE(DBTools::saveNet(gDB, kNet, *roads(), true));
+    addRow("DeparturePoint", "departurePointID, linkID, name", "9, 77, 'p'");
+    addRow("ConnectorLimitVehicle", "connID, vehicleTypeCode", "8, 78");
+    NetContents net;
+    ASSERT_TRUE(DBTools::loadNet(gDB, kNet, net));
+    openNewStore();
+    if (isPostgres())
+        letReferencesDangle();
+    ASSERT_TRUE(DBTools::saveNet(gDB, kNet, net, true)) << qPrintable(failures().value(0).error);
+    EXPECT_EQ(rows(QStringLiteral("select linkID from DeparturePoint")), QStringList(QStringLiteral("77")));
+    EXPECT_EQ(rows(QStringLiteral("select vehicleTypeCode from ConnectorLimitVehicle")),
+              QStringList(QStringLiteral("78")));
+
+    openNewStore();
+    net.connectors[0]->mlLimitVehicle.append(79);
+    clearFailures();
+    EXPECT_FALSE(DBTools::saveNet(gDB, kNet, net, true));
+    EXPECT_EQ(failures().value(0).error.toStdString(),
+              "Connector 8 is closed to vehicle type 79, which is not part of the network.");
 }
 
 /// Rows of other writers name no road where none is meant; what loads saves.
