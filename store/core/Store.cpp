@@ -24,10 +24,19 @@ Store::Store(QSqlDatabase &db, StoreState &state, long netId, Generation generat
              FailureList &failures)
     : mDb(db),
       mState(state),
+      mScope(&state),
       mNetId(netId),
       mGeneration(generation),
       mSchemaVersion(schemaVersion),
       mFailures(failures) {}
+
+Store Store::in(NetScope &scope) const {
+    Store store(mDb, mState, mNetId, mGeneration, mSchemaVersion, mFailures);
+    store.mScope = &scope;
+    if (isGivenUp())
+        store.giveUp();
+    return store;
+}
 
 bool Store::isUsable() const {
     if (mUse == Use::Unchecked)

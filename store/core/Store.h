@@ -33,13 +33,17 @@ public:
     Store(QSqlDatabase &db, StoreState &state, long netId, Generation generation, int schemaVersion,
           FailureList &failures);
 
+    /// The same in a scope of its own, which must outlive it, in place of that of the current network. Nothing
+    /// is prepared in it, and no question is answered.
+    Store in(NetScope &scope) const;
+
     QSqlDatabase &db() const { return mDb; }
     StoreState &state() const { return mState; }
-    /// @{ The current network of the open store, its registries and its dictionary.
-    Net &net() const { return mState.net; }
-    QHash<long, VehicleType> &vehicleTypes() const { return mState.vehicleTypes; }
-    QHash<long, VehicleComposition> &compositions() const { return mState.compositions; }
-    QList<LinkType> &linkTypes() const { return mState.linkTypes; }
+    /// @{ The current network of the open store, or of its own scope, its registries and its dictionary.
+    Net &net() const { return mScope->net; }
+    QHash<long, VehicleType> &vehicleTypes() const { return mScope->vehicleTypes; }
+    QHash<long, VehicleComposition> &compositions() const { return mScope->compositions; }
+    QList<LinkType> &linkTypes() const { return mScope->linkTypes; }
     const SpecialWords &words() const { return mState.words; }
     /// @}
     int schemaVersion() const { return mSchemaVersion; }
@@ -117,6 +121,7 @@ private:
 
     QSqlDatabase &mDb;
     StoreState &mState;
+    NetScope *mScope;
     long mNetId;
     Generation mGeneration;
     int mSchemaVersion;

@@ -26,8 +26,17 @@ struct StoreFacts {
     QHash<QString, QString> keyColumns; ///< by table
 };
 
-/// A store that is open: its connection, and all that a process knows of it beside the rows.
-struct StoreState : StoreFacts {
+/// A network that reads find their way in: its tables, through which they resolve ids, and its registries.
+struct NetScope {
+    Net net;
+    QHash<long, VehicleType> vehicleTypes;        ///< by code
+    QHash<long, VehicleComposition> compositions; ///< by code
+    QList<LinkType> linkTypes;
+};
+
+/// A store that is open: its connection, and all that a process knows of it beside the rows. The
+/// scope is that of the current network.
+struct StoreState : StoreFacts, NetScope {
     StoreState() { net.mConnection = &db; }
     StoreState(const StoreState &) = delete;
     StoreState &operator=(const StoreState &) = delete;
@@ -46,10 +55,5 @@ struct StoreState : StoreFacts {
     /// handed out.
     QHash<long, QHash<QString, long>> highestIds;
 
-    /// The current network, with the tables that reads resolve ids through.
-    Net net;
-    QHash<long, VehicleType> vehicleTypes;        ///< of the current network, by code
-    QHash<long, VehicleComposition> compositions; ///< of the current network, by code
-    QList<LinkType> linkTypes;                    ///< of the current network
-    SpecialWords words;                           ///< in the store's language
+    SpecialWords words; ///< in the store's language
 };
