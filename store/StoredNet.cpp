@@ -3,6 +3,7 @@
 #include "store/DBTools.h"
 #include "store/core/AllOrNothing.h"
 #include "store/editing/Objects.h"
+#include "store/editing/OwningRead.h"
 #include "store/editing/Removal.h"
 #include "store/ids/Identifiers.h"
 
@@ -38,6 +39,12 @@ Store StoredNet::store() const {
     Store store = DBTools::storeOf(mDb, mNetId);
     store.keepStatements();
     return store;
+}
+
+template <class T>
+Owned<T> StoredNet::read(long id) const {
+    const Store store = this->store();
+    return store.isUsable() ? readOwned<T>(store, id) : nullptr;
 }
 
 template <class T>
@@ -129,6 +136,7 @@ std::optional<QList<NetObject>> StoredNet::whatRefersTo(long id) {
 
 /// Every kind of object that the header names.
 #define MORASTORE_OBJECT(T)                                                                                  \
+    template Owned<T> StoredNet::read<T>(long) const;                                                        \
     template bool StoredNet::insert<T>(const QList<T *> &);                                                  \
     template bool StoredNet::update<T>(const QList<T *> &, Cascade);                                         \
     template bool StoredNet::updateFields<T>(const QStringList &, const QList<T *> &);                       \

@@ -3,6 +3,7 @@
 #include "model/MoraStoreExport.h"
 #include "model/NetProgress.h"
 #include "model/NetReferences.h"
+#include "store/Owned.h"
 
 #include <QList>
 #include <QSqlDatabase>
@@ -44,6 +45,13 @@ class MORASTORE_EXPORT StoredNet {
 public:
     /// @param db an open connection: gDB, or OpenStore::db(). It must outlive this object.
     StoredNet(QSqlDatabase &db, long netId);
+
+    /// The object of that id, made anew for the caller, with all that the store has of it: update() writes the
+    /// difference. What it points to (the links of a connector, the phase of a lamp) was read with it and stays
+    /// as long as it does. Nothing of it is in the current network's tables, or is taken from there. Null when
+    /// there is none, and when it cannot be read, which is recorded.
+    template <class T>
+    Owned<T> read(long id) const;
 
     /// @{ Writes objects that the store does not have yet. What they name must be in the store, or among them.
     template <class T, IsObject<T> = true>

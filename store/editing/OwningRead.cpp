@@ -37,6 +37,13 @@ constexpr Sql kLinkOfStation = {"select linkID from BusStation where busStationI
 constexpr Sql kLinksOfLine = {"select distinct roadID from BusLineRoad where busLineID = %1",
                               "select distinct roadID from BusLineRoad where NetId = %0 and busLineID = %1"};
 
+// Single reads of generation 6 leave out what lanes are closed to, those of connectors do so in both.
+constexpr const char *kRestrictionsOfLanes =
+    "select r.laneID, r.vehicleTypeCode, t.vehicleTypeName from LaneLimitVehicle r join VehicleType t on r.NetId = t.NetId and r.vehicleTypeCode = t.vehicleTypeCode join Lane l on r.NetId = l.NetId and r.laneID = l.laneID where l.NetId = %1 and l.linkID = %2 order by r.laneID, r.vehicleTypeCode";
+constexpr Sql kRestrictionsOfConnector = {
+    "select vehicleTypeCode from ConnectorLimitVehicle where connID = %1 order by vehicleTypeCode",
+    "select vehicleTypeCode from ConnectorLimitVehicle where NetId = %0 and connID = %1 order by vehicleTypeCode"};
+
 /// What an object refers to, and the scope in which a read finds it.
 struct Surroundings {
     explicit Surroundings(const Store &store) {
@@ -107,18 +114,46 @@ private:
     Store mStore;
 };
 
+Link *readLink(const Store &store, long id) {
+    std::unique_ptr<Link> link(links::readLink(store, id));
+    if (!link || !store.hasSeveralNets())
+        return link.release();
+    Query rows(store, kRestrictionsOfLanes, {store.netId(), id});
+    if (!rows.execPart())
+        return store.whole(std::move(link));
+    while (rows.next()) {
+        for (Lane *lane : qAsConst(link->mlLane)) {
+            if (lane->laneID == rows.id("laneID"))
+                lane->mlLimitVehicle.append({rows.id("vehicleTypeCode"), rows.text("vehicleTypeName")});
+        }
+    }
+    return store.whole(std::move(link));
+}
+
+Connector *readConnector(const Store &store, long id) {
+    std::unique_ptr<Connector> connector(connectors::readConnector(store, id));
+    if (!connector)
+        return nullptr;
+    Query rows(store, kRestrictionsOfConnector, {id});
+    if (!rows.execPart())
+        return store.whole(std::move(connector));
+    while (rows.next())
+        connector->mlLimitVehicle.append(rows.firstId());
+    return store.whole(std::move(connector));
+}
+
 } // namespace
 
 template <>
 Owned<Link> readOwned(const Store &store, long id) {
     const OwningRead read(store);
-    return read.own(links::readLink(read.store(), id));
+    return read.own(readLink(read.store(), id));
 }
 
 template <>
 Owned<Connector> readOwned(const Store &store, long id) {
     const OwningRead read(store);
-    return read.own(connectors::readConnector(read.withLinks(kLinksOfConnector, id), id));
+    return read.own(readConnector(read.withLinks(kLinksOfConnector, id), id));
 }
 
 template <>
@@ -177,7 +212,9 @@ Owned<VehicleDetector> readOwned(const Store &store, long id) {
 template <>
 Owned<VehicleQueueCounter> readOwned(const Store &store, long id) {
     const OwningRead read(store);
-    return read.own(queuecounters::readQueueCounter(read.store(), id));
+    // Without a row the single read gives a new counter.
+    std::unique_ptr<VehicleQueueCounter> counter(queuecounters::readQueueCounter(read.store(), id));
+    return read.own(counter && counter->queueCounterID == id ? counter.release() : nullptr);
 }
 
 template <>
@@ -215,7 +252,7 @@ Owned<ReduceSpeedArea> readOwned(const Store &store, long id) {
 template <>
 Owned<AccidentZone> readOwned(const Store &store, long id) {
     const OwningRead read(store);
-    return read.own(zones::readAccidentZone(read.store(), id));
+    return read.own(zones::readOwnAccidentZone(read.store(), id));
 }
 
 template <>

@@ -26,6 +26,12 @@ constexpr Sql kSelectAccident = {"select * from AccidentZone where accidentZoneI
 constexpr Sql kSelectAccidentLanes = {
     "select * from AccidentZoneWithLane where accidentZoneId = %1 order by laneNumber",
     "select * from AccidentZoneWithLane where NetId = %0 accidentZoneId = %1 order by laneNumber"};
+/// The same for who asks for a zone of one network.
+constexpr Sql kSelectOwnAccident = {"select * from AccidentZone where accidentZoneId = %1",
+                                    "select * from AccidentZone where NetId = %0 and accidentZoneId = %1"};
+constexpr Sql kSelectOwnAccidentLanes = {
+    "select * from AccidentZoneWithLane where accidentZoneId = %1 order by laneNumber",
+    "select * from AccidentZoneWithLane where NetId = %0 and accidentZoneId = %1 order by laneNumber"};
 constexpr Sql kSelectAccidentIds = {
     "select accidentZoneId from AccidentZone order by accidentZoneId",
     "select accidentZoneId from AccidentZone where NetId = %0 order by accidentZoneId"};
@@ -160,18 +166,26 @@ void saveZones(NetSave &net, const ZoneTables &tables, const Objects<Zone> &zone
                    });
 }
 
-} // namespace
-
-AccidentZone *readAccidentZone(const Store &store, long zoneId) {
-    // The statement of several networks is never well-formed: the read fails and is recorded.
-    Query row(store, kSelectAccident, {zoneId});
+AccidentZone *readAccident(const Store &store, const Sql &select, const Sql &selectLanes, long zoneId) {
+    Query row(store, select, {zoneId});
     if (!row.execAndNext())
         return nullptr;
     auto zone = std::make_unique<AccidentZone>();
     readRow(row, *zone);
     row.finish();
-    readLanes(store, kSelectAccidentLanes, zoneId, zone->mlLane);
+    readLanes(store, selectLanes, zoneId, zone->mlLane);
     return store.whole(std::move(zone));
+}
+
+} // namespace
+
+AccidentZone *readAccidentZone(const Store &store, long zoneId) {
+    // The statement of several networks is never well-formed: the read fails and is recorded.
+    return readAccident(store, kSelectAccident, kSelectAccidentLanes, zoneId);
+}
+
+AccidentZone *readOwnAccidentZone(const Store &store, long zoneId) {
+    return readAccident(store, kSelectOwnAccident, kSelectOwnAccidentLanes, zoneId);
 }
 
 RoadWorkZone *readRoadWorkZone(const Store &store, long zoneId) {

@@ -13,6 +13,8 @@ class RoadWorkZone;
 namespace zones {
 
 AccidentZone *readAccidentZone(const Store &store, long zoneId);
+/// The zone of that id of the store's network, also in generation 6.
+AccidentZone *readOwnAccidentZone(const Store &store, long zoneId);
 RoadWorkZone *readRoadWorkZone(const Store &store, long zoneId);
 
 /// @{ False when the query failed; true when a store of one network has no such table yet.

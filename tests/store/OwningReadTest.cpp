@@ -1,0 +1,137 @@
+#include "store/StoredNet.h"
+
+#include "model/Description.h"
+#include "model/NetContents.h"
+#include "model/SpecialWords.h"
+#include "tests/differential/AsRead.h"
+#include "tests/differential/RandomNet.h"
+#include "tests/support/StoreFixture.h"
+
+#include <QJsonDocument>
+
+namespace {
+
+/// A network of which every kind has objects, written and read back one by one.
+class OwningReadTest : public StoreKindFixture {
+protected:
+    void prepare() override {
+        differential::NetPlan plan;
+        plan.severalNets = hasSeveralNets();
+        for (bool isFull = false; !isFull; ++plan.seed) {
+            mNet = differential::RandomNet(plan).make();
+            isFull = true;
+            forEachNetKind([&](auto kind) { isFull = isFull && !kind.list(*mNet).empty(); });
+        }
+        const long type = mNet->traffic.vehicleTypes.front()->vehicleTypeCode;
+        for (const auto &link : mNet->links) {
+            for (Lane *lane : qAsConst(link->mlLane))
+                lane->mlLimitVehicle = {{type, QString()}};
+        }
+        for (const auto &connector : mNet->connectors)
+            connector->mlLimitVehicle = {type};
+        ASSERT_TRUE(DBTools::saveNet(gDB, kNet, *mNet, true));
+        differential::arrangeAsRead(*mNet, hasSeveralNets());
+        reopen();
+    }
+
+    template <class T>
+    Owned<T> read(const T &object) {
+        return StoredNet(gDB, kNet).read<T>(NetKind<T>::idOf(object));
+    }
+    template <class T>
+    static QByteArray textOf(const T &object) {
+        return QJsonDocument(describe(object).toJson()).toJson();
+    }
+
+    std::unique_ptr<NetContents> mNet;
+};
+
+TEST_P(OwningReadTest, GivesWhatTheStoreHas) {
+    forEachNetKind([this](auto kind) {
+        for (const auto &object : kind.list(*mNet)) {
+            const auto owned = read(*object);
+            ASSERT_TRUE(owned) << kind.table << ' ' << kind.idOf(*object);
+            EXPECT_EQ(textOf(*owned).toStdString(), textOf(*object).toStdString()) << kind.table;
+            EXPECT_NE(owned.get(), read(*object).get()) << "each read makes its own";
+        }
+        using T = typename decltype(kind)::Object;
+        EXPECT_FALSE(StoredNet(gDB, kNet).read<T>(987654)) << kind.table;
+    });
+    EXPECT_EQ(failureCount(), 0);
+}
+
+/// What a read leaves out, an update would take away.
+TEST_P(OwningReadTest, GivesWhatSingleReadsLeaveOut) {
+    const long type = mNet->traffic.vehicleTypes.front()->vehicleTypeCode;
+    for (const auto &link : mNet->links) {
+        const Owned<Link> owned = read(*link);
+        for (const Lane *lane : qAsConst(owned->mlLane)) {
+            ASSERT_EQ(lane->mlLimitVehicle.size(), 1);
+            EXPECT_EQ(lane->mlLimitVehicle.first().first, type);
+        }
+    }
+    for (const auto &connector : mNet->connectors)
+        EXPECT_EQ(read(*connector)->mlLimitVehicle, QList<long>({type}));
+    for (const auto &point : mNet->traffic.departurePoints) {
+        const Owned<DeparturePoint> owned = read(*point);
+        for (int i = 0; i < point->mlInterval.size(); ++i)
+            EXPECT_EQ(owned->mlInterval.at(i).vehiCons.vehicleConsCode,
+                      point->mlInterval.at(i).vehiCons.vehicleConsCode);
+    }
+}
+
+/// Whatever gNet and the registries hold, no read takes it or leaves anything there.
+TEST_P(OwningReadTest, HasNothingToDoWithTheCurrentNetwork) {
+    NetContents loaded;
+    ASSERT_TRUE(DBTools::loadNet(gDB, kNet, loaded));
+    const Connector &connector = *loaded.connectors.front();
+    const auto types = ghVehicleType;
+    ghVehicleType.clear();
+    ghVehicleComposition.clear();
+    auto owned = read(connector);
+    EXPECT_NE(owned->mpStartLink, connector.mpStartLink);
+    EXPECT_EQ(owned->mpStartLink->linkID, connector.mpStartLink->linkID);
+    EXPECT_EQ(owned->net(), nullptr);
+    EXPECT_EQ(owned->mpStartLink->net(), nullptr);
+    EXPECT_EQ(gNet.getConnectorById(connector.connID), &connector);
+    EXPECT_EQ(gNet.getLinkById(connector.mpStartLink->linkID), connector.mpStartLink);
+    for (const auto &detector : loaded.traffic.vehicleDetectors)
+        EXPECT_EQ(read(*detector)->mlVehiTypeCode, detector->mlVehiTypeCode);
+    EXPECT_TRUE(ghVehicleType.isEmpty() && ghVehicleComposition.isEmpty());
+    owned.reset();
+    EXPECT_EQ(gNet.lConnector().size(), int(loaded.connectors.size()));
+
+    // Lamps of the loaded network stay the only ones of its phases.
+    const SignalLamp &lamp = *loaded.traffic.signalLamps.front();
+    const Owned<SignalLamp> read = StoredNet(gDB, kNet).read<SignalLamp>(lamp.signalLampID);
+    ASSERT_TRUE(read->mpPhase);
+    EXPECT_NE(read->mpPhase, lamp.mpPhase);
+    EXPECT_EQ(read->mpPhase->mlLamp, QList<SignalLamp *>({read.get()}));
+    EXPECT_FALSE(lamp.mpPhase->mlLamp.contains(read.get()));
+}
+
+/// What an object refers to stays with it, and goes with it.
+TEST_P(OwningReadTest, KeepsWhatTheObjectRefersTo) {
+    auto line = read(*mNet->traffic.busLines.front());
+    auto point = read(*mNet->traffic.decisionPoints.front());
+    reopen();
+    const Owned<BusLine> moved = std::move(line);
+    ASSERT_FALSE(moved->mlLink.isEmpty());
+    for (int i = 0; i < moved->mlLink.size(); ++i)
+        EXPECT_EQ(moved->mlLink.at(i)->linkID, moved->mlRoadId.at(i));
+    EXPECT_EQ(point->mpLink->linkID, mNet->traffic.decisionPoints.front()->mpLink->linkID);
+    const auto clone = point->clone();
+    EXPECT_EQ(clone->mpLink, point->mpLink);
+}
+
+TEST_P(OwningReadTest, GivesNothingWhereAPartCannotBeRead) {
+    const Connector &connector = *mNet->connectors.front();
+    dropTable(QStringLiteral("Link"));
+    clearFailures();
+    EXPECT_FALSE(read(connector));
+    EXPECT_GT(failureCount(), 0);
+}
+
+INSTANTIATE_TEST_SUITE_P(Stores, OwningReadTest, testing::ValuesIn(kStoreKinds), storeKindName);
+
+} // namespace
