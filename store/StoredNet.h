@@ -3,7 +3,7 @@
 #include "model/MoraStoreExport.h"
 #include "model/NetProgress.h"
 #include "model/NetReferences.h"
-#include "store/Owned.h"
+#include "model/Owned.h"
 
 #include <QList>
 #include <QSqlDatabase>

@@ -4,6 +4,7 @@
 #include <MoraStore/DBTools_V6.h>
 #include <MoraStore/Link.h>
 #include <MoraStore/Net.h>
+#include <MoraStore/StoredNet.h>
 
 #include <QCoreApplication>
 #include <QFile>
@@ -78,7 +79,7 @@ int main(int argc, char *argv[]) {
         linkId = link->linkID;
     }
 
-    const std::unique_ptr<Link> link(DBTools::selectLinkByID(gDB, netId, linkId));
+    const Owned<Link> link = StoredNet(gDB, netId).read<Link>(linkId);
     if (!link)
         return fail(QStringLiteral("The link did not come back."));
     QTextStream(stdout) << link->linkName << ": " << link->length << " m, " << link->mlLane.size()
