@@ -28,9 +28,9 @@ public:
     double length = 0; ///< metres
     double curvature = 1.0;
     double nonLinearCoefficient = 1.0;
-    QString color = QStringLiteral("CCCCCC");
-    double desiredSpeed = 50.0;     ///< km/h
-    double limitSpeed = 80.0;       ///< km/h
+    QString color = QStringLiteral("CCCCCC"); ///< as Link::laneColor
+    double desiredSpeed = 50.0;               ///< km/h
+    double limitSpeed = 80.0;                 ///< km/h
     StoredJson leftBreakPointsJson; ///< the geometry objects hold {"data":[{"x":..,"y":..,"z":..}, ...]}
     StoredJson rightBreakPointsJson;
     StoredJson otherAttrsJson; ///< the host's

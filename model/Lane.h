@@ -25,7 +25,7 @@ public:
 
     long laneID = 0;
     long linkID = 0;
-    int serialNumber = 0; ///< position across the link, from 1
+    int serialNumber = 0; ///< position across the link, from 1, the rightmost
     double width = 0;     ///< metres
     QString expectTravelDirection;
     QString actionType;              ///< kind of lane, one of the dictionary's words

@@ -146,6 +146,10 @@ bool updateGeometry(Link &link, QString *why) {
                           .arg(nameOf(link)));
     setShape(link, whole);
     link.calcuLength();
+    if (link.mpStartNode)
+        link.mpStartNode->mpVertex = link.mlVertex.first();
+    if (link.mpEndNode)
+        link.mpEndNode->mpVertex = link.mlVertex.last();
     for (int i = 0; i < link.mlLane.size(); ++i) {
         Lane &lane = *link.mlLane.at(i);
         lane.serialNumber = i + 1;

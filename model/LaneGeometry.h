@@ -23,7 +23,8 @@ class QString;
 ///
 /// Written are, on the link, `centerLinePointsJson`, `leftBreakPointsJson` (the left edge of the last lane),
 /// `rightBreakPointsJson` (the right edge of the first lane) and `length` (Link::calcuLength()); on each lane the
-/// same three objects, `serialNumber` and `linkID`. Everything else stays, `laneNumber` and `laneWidth` too.
+/// same three objects, `serialNumber` and `linkID`. The nodes stand on the first and the last vertex then, as reads
+/// give them. Everything else stays, `laneNumber` and `laneWidth` too.
 /// A width of 0 is a lane whose edges lie on its centre line.
 ///
 /// @param why takes one sentence when nothing can be made.

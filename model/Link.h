@@ -43,13 +43,13 @@ public:
     long linkID = 0;
     long roadId = 0;
     QString linkName;
-    double laneNumber = 0;
-    double laneWidth = 0; ///< metres
-    QString laneColor;
+    double laneNumber = 0;  ///< what createLanes() makes, as the next one; kept by the host
+    double laneWidth = 0;   ///< metres
+    QString laneColor;      ///< six hexadecimal digits, red, green, blue: CCCCCC
     QString linkType;       ///< display word
     QString storedLinkType; ///< as a whole load found it, where the displayed word would be written otherwise
     double length = 0;
-    double curvature = 0;
+    double curvature = 0; ///< for the host, as the next one; 1 in new connectors
     double nonLinearCoefficient = 0;
     double linkSaturationFlow = 0; ///< vehicles per hour
     double linkTrafficFlow = 0;    ///< vehicles per hour
@@ -63,8 +63,8 @@ public:
     StoredJson otherAttrsJson;   ///< the host's
     Node *mpStartNode = nullptr; ///< owned
     Node *mpEndNode = nullptr;   ///< owned
-    OwningList<Vertex> mlVertex; ///< from start to end
-    OwningList<Lane> mlLane;
+    OwningList<Vertex> mlVertex; ///< from start to end; what is edited: updateGeometry() makes the shapes
+    OwningList<Lane> mlLane;     ///< from right to left
 
     /// The network whose tables have the object; null while none has.
     Net *net() const { return mPlace.net(); }

@@ -157,6 +157,18 @@ TEST(LaneGeometry, ALinkWithoutLanesHasEdgesByItsNumberAndWidthOfLanes) {
     expectLine(edgesOf(*link).right, {{3.5, 0, 0}, {3.5, 50, 0}});
 }
 
+TEST(LaneGeometry, NodesStandAtTheEnds) {
+    const auto link = makeLink({{0, 0, 0}, {10, 0, 0}}, {3});
+    ASSERT_TRUE(updateGeometry(*link)) << "a link that has no nodes yet";
+    link->mpStartNode = new Node{1, {}, link->mlVertex.first()};
+    link->mpEndNode = new Node{2, {}, link->mlVertex.last()};
+    link->mlVertex.prepend(new Vertex{0, -10, 0, 0});
+    delete link->mlVertex.takeLast();
+    ASSERT_TRUE(updateGeometry(*link));
+    EXPECT_EQ(link->mpStartNode->mpVertex, link->mlVertex.first());
+    EXPECT_EQ(link->mpEndNode->mpVertex, link->mlVertex.last());
+}
+
 TEST(LaneGeometry, EveryLaneKeepsItsDistanceAndTouchesItsNeighbour) {
     std::mt19937 random(16);
     std::uniform_real_distribution<double> turn(-1.2, 1.2);
