@@ -3,10 +3,10 @@
 #include "store/DBTools_V6.h"
 #include "store/core/Engine.h"
 #include "store/core/FailureLog.h"
+#include "store/core/OperationTransaction.h"
 #include "store/core/Probes.h"
 #include "store/core/StorableValue.h"
 #include "store/core/Store.h"
-#include "store/core/Transaction.h"
 #include "store/families/Links.h"
 #include "store/families/Networks.h"
 #include "store/ids/Identifiers.h"
@@ -216,7 +216,7 @@ QByteArray DBTools::selectBackgroundMap(QSqlDatabase &db, long netId) {
 bool DBTools::insertLinks(QSqlDatabase &db, long netId, QList<Link *> &links, bool inTransaction) {
     // The frame's own failures are recorded in this class whatever the generation.
     const Store frame = ownStore(db, netId);
-    Transaction transaction(frame, inTransaction);
+    OperationTransaction transaction(frame, inTransaction);
     bool written = frame.isUsable();
     if (written && !links.isEmpty()) {
         Store store = storeOf(db, netId);

@@ -1,8 +1,8 @@
 #include "store/StoreOperations.h"
 
 #include "store/DBTools_V6.h"
+#include "store/core/OperationTransaction.h"
 #include "store/core/Store.h"
-#include "store/core/Transaction.h"
 #include "store/families/BusLines.h"
 #include "store/families/BusStations.h"
 #include "store/families/Connectors.h"
@@ -114,7 +114,7 @@ template <class Facade>
 bool StoreOperations<Facade>::insertConnectors(QSqlDatabase &db, long netId, QList<Connector *> &connectors,
                                                bool inTransaction) {
     const Store frame = Facade::storeOf(db, netId);
-    Transaction transaction(frame, inTransaction);
+    OperationTransaction transaction(frame, inTransaction);
     bool written = frame.isUsable();
     if (written && !connectors.isEmpty()) {
         // In a store of one network the inserts ask for the version, not their frame alone.

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "store/core/OperationSavepoint.h"
-#include "store/core/Transaction.h"
+#include "store/core/OperationTransaction.h"
 
 #include <optional>
 
@@ -18,6 +18,6 @@ public:
     bool end(bool written);
 
 private:
-    std::optional<Transaction> mTransaction;
+    std::optional<OperationTransaction> mTransaction;
     std::optional<OperationSavepoint> mSavepoint;
 };

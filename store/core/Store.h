@@ -70,7 +70,7 @@ public:
     }
     /// @}
 
-    /// @{ Whether the operation has a transaction of its own open; Transaction says so.
+    /// @{ Whether the operation has a transaction of its own open; OperationTransaction says so.
     bool hasOwnTransaction() const { return mHasOwnTransaction; }
     void setOwnTransaction(bool isOpen) const { mHasOwnTransaction = isOpen; }
     /// @}

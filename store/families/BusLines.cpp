@@ -9,9 +9,9 @@
 #include "store/bulk/NetSave.h"
 #include "store/bulk/Owners.h"
 #include "store/core/Columns.h"
+#include "store/core/OperationTransaction.h"
 #include "store/core/Query.h"
 #include "store/core/StorableValue.h"
-#include "store/core/Transaction.h"
 #include "store/families/CurrentNet.h"
 #include "store/families/Wholeness.h"
 
@@ -261,7 +261,7 @@ bool insertBusLine(const Store &store, const BusLine *line, bool inTransaction) 
         return true;
     if (!wholeness::isWhole(store, *line))
         return false;
-    Transaction transaction(store, inTransaction);
+    OperationTransaction transaction(store, inTransaction);
     return transaction.commitIfGood(insertRow(store, *line) && insertStops(store, *line) &&
                                     insertRoads(store, *line));
 }

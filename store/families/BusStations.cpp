@@ -6,8 +6,8 @@
 #include "store/bulk/NetLoad.h"
 #include "store/bulk/NetSave.h"
 #include "store/core/Columns.h"
+#include "store/core/OperationTransaction.h"
 #include "store/core/Query.h"
-#include "store/core/Transaction.h"
 #include "store/families/CurrentNet.h"
 #include "store/families/Wholeness.h"
 
@@ -44,7 +44,7 @@ bool insertBusStation(const Store &store, const BusStation *station, bool inTran
         return true;
     if (!wholeness::isWhole(store, *station))
         return false;
-    Transaction transaction(store, inTransaction);
+    OperationTransaction transaction(store, inTransaction);
     Query insert(store, kInsert);
     return transaction.discard(bindAll(insert.bindNet(), kColumns, *station).exec());
 }

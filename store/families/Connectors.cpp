@@ -9,8 +9,8 @@
 #include "store/bulk/NetSave.h"
 #include "store/bulk/SortedById.h"
 #include "store/core/Columns.h"
+#include "store/core/OperationTransaction.h"
 #include "store/core/Query.h"
-#include "store/core/Transaction.h"
 #include "store/families/CurrentNet.h"
 #include "store/families/Wholeness.h"
 
@@ -258,7 +258,7 @@ bool insertConnector(const Store &store, Connector *connector, bool inTransactio
         return true;
     if (!wholeness::isWhole(store, *connector))
         return false;
-    Transaction transaction(store, inTransaction);
+    OperationTransaction transaction(store, inTransaction);
     bool written = insertRow(store, *connector);
     written = updateGeometry(store, *connector) && written;
     written = insertRestrictions(store, *connector) && written;

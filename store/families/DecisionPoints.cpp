@@ -6,8 +6,8 @@
 #include "store/bulk/NetLoad.h"
 #include "store/bulk/NetSave.h"
 #include "store/core/Columns.h"
+#include "store/core/OperationTransaction.h"
 #include "store/core/Query.h"
-#include "store/core/Transaction.h"
 #include "store/families/CurrentNet.h"
 #include "store/families/Routings.h"
 #include "store/families/Wholeness.h"
@@ -176,7 +176,7 @@ bool insertDecisionPoint(const Store &store, DecisionPoint *point, bool useTrans
         return true;
     if (!wholeness::isWhole(store, *point))
         return false;
-    Transaction transaction(store, useTransaction);
+    OperationTransaction transaction(store, useTransaction);
     bool written = insertRow(store, *point);
     written = insertRoutes(store, *point) && written;
     written = insertFlows(store, *point) && written;

@@ -4,8 +4,8 @@
 #include "store/bulk/NetSave.h"
 #include "store/bulk/Owners.h"
 #include "store/core/Columns.h"
+#include "store/core/OperationTransaction.h"
 #include "store/core/Query.h"
-#include "store/core/Transaction.h"
 
 #include <memory>
 
@@ -83,7 +83,7 @@ void readIntervals(const Store &store, const QHash<long, VehicleComposition> &co
 } // namespace
 
 bool insertDeparturePoint(const Store &store, const DeparturePoint &point, bool useTransaction) {
-    Transaction transaction(store, useTransaction);
+    OperationTransaction transaction(store, useTransaction);
     bool written = insertRow(store, point);
     written = insertIntervals(store, point) && written;
     return transaction.commit(written);

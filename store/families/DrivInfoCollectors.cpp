@@ -4,8 +4,8 @@
 #include "store/bulk/NetLoad.h"
 #include "store/bulk/NetSave.h"
 #include "store/core/Columns.h"
+#include "store/core/OperationTransaction.h"
 #include "store/core/Query.h"
-#include "store/core/Transaction.h"
 
 namespace drivinfocollectors {
 
@@ -40,7 +40,7 @@ constexpr std::tuple kColumns = {
 
 bool insertDrivInfoCollector(const Store &store, const VehicleDrivInfoCollector &collector,
                              bool inTransaction) {
-    Transaction transaction(store, inTransaction);
+    OperationTransaction transaction(store, inTransaction);
     Query insert(store, kInsert);
     return transaction.discard(bindAll(insert.bindNet(), kColumns, collector).exec());
 }

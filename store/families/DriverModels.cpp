@@ -4,8 +4,8 @@
 #include "store/bulk/NetLoad.h"
 #include "store/bulk/NetSave.h"
 #include "store/core/Columns.h"
+#include "store/core/OperationTransaction.h"
 #include "store/core/Query.h"
-#include "store/core/Transaction.h"
 
 namespace drivermodels {
 
@@ -76,7 +76,7 @@ bool insertFollowedModelParam(const Store &store, const DriveFollowedModelParam 
 }
 
 bool saveFollowedModelParam(const Store &store, const DriveFollowedModelParam &param, bool useTransaction) {
-    Transaction transaction(store, useTransaction);
+    OperationTransaction transaction(store, useTransaction);
     Query update(store, kUpdateFollowing);
     return transaction.commit(bindAll(update, kFollowingColumns, param).exec());
 }
@@ -99,7 +99,7 @@ bool insertChangeLaneParams(const Store &store, const QList<ChangeLaneModelParam
 
 bool saveChangeLaneParams(const Store &store, const QList<ChangeLaneModelParam> &params,
                           bool useTransaction) {
-    Transaction transaction(store, useTransaction);
+    OperationTransaction transaction(store, useTransaction);
     const bool emptied = Query(store, kDeleteLaneChange).exec();
     return transaction.commit(insertChangeLaneParams(store, params) && emptied);
 }

@@ -5,8 +5,8 @@
 #include "store/bulk/NetLoad.h"
 #include "store/bulk/NetSave.h"
 #include "store/core/Columns.h"
+#include "store/core/OperationTransaction.h"
 #include "store/core/Query.h"
-#include "store/core/Transaction.h"
 
 #include <memory>
 
@@ -36,7 +36,7 @@ constexpr std::tuple kColumns = {
 bool insertGuideArrow(const Store &store, GuideArrow *arrow, bool inTransaction) {
     if (!arrow)
         return true;
-    Transaction transaction(store, inTransaction);
+    OperationTransaction transaction(store, inTransaction);
     Query insert(store, kInsert);
     return transaction.commit(bindAll(insert.bindNet(), kColumns, *arrow).exec());
 }

@@ -11,9 +11,9 @@
 #include "store/bulk/SortedById.h"
 #include "store/bulk/StoredWord.h"
 #include "store/core/Columns.h"
+#include "store/core/OperationTransaction.h"
 #include "store/core/Probes.h"
 #include "store/core/Query.h"
-#include "store/core/Transaction.h"
 #include "store/families/CurrentNet.h"
 #include "store/families/Lanes.h"
 #include "store/families/Wholeness.h"
@@ -425,7 +425,7 @@ bool insertLink(const Store &store, Link *link, bool inTransaction) {
         return true;
     if (!wholeness::isWhole(store, *link))
         return false;
-    Transaction transaction(store, inTransaction);
+    OperationTransaction transaction(store, inTransaction);
     bool written = insertVertices(store, *link);
     written = insertNode(store, link->mpStartNode) && written;
     written = insertNode(store, link->mpEndNode) && written;

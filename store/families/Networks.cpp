@@ -3,9 +3,9 @@
 #include "model/Description.h"
 #include "model/Net.h"
 #include "store/core/Columns.h"
+#include "store/core/OperationTransaction.h"
 #include "store/core/Query.h"
 #include "store/core/StorableValue.h"
-#include "store/core/Transaction.h"
 
 namespace networks {
 
@@ -100,7 +100,7 @@ Record recordOf(const NetRecord &net) {
 bool insertNetwork(const Store &store, const Record &record, bool useTransaction) {
     if (!store.isUsable() || !hasStorableAttributes(store, record) || isTaken(store, record).value_or(true))
         return false;
-    Transaction transaction(store, useTransaction);
+    OperationTransaction transaction(store, useTransaction);
     const bool hasCenter = store.hasSeveralNets() || store.hasColumn("Net", "centerX");
     Query insert(store, store.hasSeveralNets() ? kInsertSeveralNets
                         : hasCenter            ? kInsert
@@ -119,7 +119,7 @@ bool insertNetwork(const Store &store, const Record &record, bool useTransaction
 bool updateNetwork(const Store &store, const Record &record, bool useTransaction) {
     if (!store.isUsable() || !hasStorableAttributes(store, record))
         return false;
-    Transaction transaction(store, useTransaction);
+    OperationTransaction transaction(store, useTransaction);
     const bool hasCaption = store.hasColumn("Net", "caption");
     Query update(store, hasCaption ? kUpdate : kUpdateWithoutCaption, {store.netId()});
     update.bind(":name", nameToStore(record.name))

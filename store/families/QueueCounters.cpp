@@ -5,8 +5,8 @@
 #include "store/bulk/NetLoad.h"
 #include "store/bulk/NetSave.h"
 #include "store/core/Columns.h"
+#include "store/core/OperationTransaction.h"
 #include "store/core/Query.h"
-#include "store/core/Transaction.h"
 
 #include <memory>
 
@@ -49,7 +49,7 @@ constexpr std::tuple kColumns = {
 bool insertQueueCounter(const Store &store, const VehicleQueueCounter *counter, bool inTransaction) {
     if (!counter)
         return true;
-    Transaction transaction(store, inTransaction);
+    OperationTransaction transaction(store, inTransaction);
     Query insert(store, kInsert);
     return transaction.discard(bindAll(insert.bindNet(), kColumns, *counter).exec());
 }

@@ -5,8 +5,8 @@
 #include "store/bulk/NetSave.h"
 #include "store/bulk/Owners.h"
 #include "store/core/Columns.h"
+#include "store/core/OperationTransaction.h"
 #include "store/core/Query.h"
-#include "store/core/Transaction.h"
 #include "store/families/Wholeness.h"
 
 #include <algorithm>
@@ -131,7 +131,7 @@ bool insertReduceSpeedArea(const Store &store, const ReduceSpeedArea *area, bool
         return true;
     if (!wholeness::isWhole(store, *area))
         return false;
-    Transaction transaction(store, inTransaction);
+    OperationTransaction transaction(store, inTransaction);
     Query insert(store, kInsert);
     bool written = insertRow(insert, kColumns, *area);
     written = insertChildren(store, kInsertInterval, kIntervalColumns, area->mlSpeedInterval) && written;

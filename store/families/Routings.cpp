@@ -8,8 +8,8 @@
 #include "store/bulk/NetSave.h"
 #include "store/bulk/Owners.h"
 #include "store/core/Columns.h"
+#include "store/core/OperationTransaction.h"
 #include "store/core/Query.h"
-#include "store/core/Transaction.h"
 #include "store/families/CurrentNet.h"
 #include "store/families/Wholeness.h"
 
@@ -169,7 +169,7 @@ bool insertRouting(const Store &store, Routing *route, bool useTransaction) {
         return true;
     if (!wholeness::isWhole(store, *route))
         return false;
-    Transaction transaction(store, useTransaction);
+    OperationTransaction transaction(store, useTransaction);
     bool written = insertRow(store, *route);
     written = insertChains(store, *route) && written;
     return transaction.commit(written);
@@ -198,7 +198,7 @@ bool insertFlowRatios(const Store &store, long start, RoutingFlowByInterval *int
         return true;
     if (!wholeness::isWhole(store, *interval))
         return false;
-    Transaction transaction(store, useTransaction);
+    OperationTransaction transaction(store, useTransaction);
     bool written = true;
     Query insert(store, kInsertFlowRatio);
     for (const RoutingFLowRatio *ratio : qAsConst(interval->mlFlowRatio)) {
@@ -223,7 +223,7 @@ QVariantList describeFlowRatios(const QList<RoutingFLowRatio *> &ratios) {
 
 bool insertLanePair(const Store &store, long routingId, long connId, const LCStruct &lanes,
                     bool useTransaction) {
-    Transaction transaction(store, useTransaction);
+    OperationTransaction transaction(store, useTransaction);
     Query insert(store, kInsertLanePair);
     return transaction.commit(bindLanePair(insert.bindNet(), routingId, connId, lanes).exec());
 }

@@ -4,8 +4,8 @@
 #include "store/bulk/NetLoad.h"
 #include "store/bulk/NetSave.h"
 #include "store/core/Columns.h"
+#include "store/core/OperationTransaction.h"
 #include "store/core/Query.h"
-#include "store/core/Transaction.h"
 
 namespace sceneconfigurations {
 
@@ -47,14 +47,14 @@ void readRow(Row &row, Configuration &configuration) {
 
 bool updateSwitch(const Store &store, const char *sql, const char *placeholder, bool shown,
                   bool useTransaction) {
-    Transaction transaction(store, useTransaction);
+    OperationTransaction transaction(store, useTransaction);
     return transaction.commitIfGood(Query(store, sql).bindFlag(placeholder, shown).exec());
 }
 
 } // namespace
 
 bool saveSceneConfiguration(const Store &store, const Configuration &configuration, bool useTransaction) {
-    Transaction transaction(store, useTransaction);
+    OperationTransaction transaction(store, useTransaction);
     return transaction.commitIfGood(Query(store, kDelete).exec() &&
                                     insertSceneConfiguration(store, configuration));
 }

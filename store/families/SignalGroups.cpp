@@ -7,8 +7,8 @@
 #include "store/bulk/Owners.h"
 #include "store/bulk/StoredWord.h"
 #include "store/core/Columns.h"
+#include "store/core/OperationTransaction.h"
 #include "store/core/Query.h"
-#include "store/core/Transaction.h"
 #include "store/families/CurrentNet.h"
 #include "store/families/Wholeness.h"
 
@@ -161,7 +161,7 @@ bool insertSignalGroup(const Store &store, SignalGroup *group, bool inTransactio
         return true;
     if (!wholeness::isWhole(store, *group))
         return false;
-    Transaction transaction(store, inTransaction);
+    OperationTransaction transaction(store, inTransaction);
     bool written = insertRow(store, *group);
     written = insertPhases(store, *group) && written;
     return transaction.commit(written);

@@ -5,8 +5,8 @@
 #include "store/bulk/NetLoad.h"
 #include "store/bulk/NetSave.h"
 #include "store/core/Columns.h"
+#include "store/core/OperationTransaction.h"
 #include "store/core/Query.h"
-#include "store/core/Transaction.h"
 #include "store/families/CurrentNet.h"
 #include "store/families/Wholeness.h"
 
@@ -71,7 +71,7 @@ bool insertSignalLamp(const Store &store, SignalLamp *lamp, bool inTransaction) 
         return true;
     if (!wholeness::isWhole(store, *lamp))
         return false;
-    Transaction transaction(store, inTransaction);
+    OperationTransaction transaction(store, inTransaction);
     Query insert(store, kInsert);
     return transaction.commit(bindAll(insert.bindNet(), kColumns, *lamp).exec());
 }

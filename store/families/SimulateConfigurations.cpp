@@ -4,8 +4,8 @@
 #include "store/bulk/NetLoad.h"
 #include "store/bulk/NetSave.h"
 #include "store/core/Columns.h"
+#include "store/core/OperationTransaction.h"
 #include "store/core/Query.h"
-#include "store/core/Transaction.h"
 
 namespace simulateconfigurations {
 
@@ -82,7 +82,7 @@ bool saveSimulateConfiguration(const Store &store, const SimulateConfiguration &
     const long count = countRows(store);
     if (count < 0)
         return false;
-    Transaction transaction(store, useTransaction);
+    OperationTransaction transaction(store, useTransaction);
     return transaction.commitIfGood(store.hasSeveralNets() ? saveToNet(store, configuration, count)
                                                            : saveToOneNet(store, configuration, count));
 }

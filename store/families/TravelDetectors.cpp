@@ -5,8 +5,8 @@
 #include "store/bulk/NetLoad.h"
 #include "store/bulk/NetSave.h"
 #include "store/core/Columns.h"
+#include "store/core/OperationTransaction.h"
 #include "store/core/Query.h"
-#include "store/core/Transaction.h"
 
 #include <memory>
 
@@ -50,7 +50,7 @@ constexpr std::tuple kColumns = {
 bool insertTravelDetector(const Store &store, const VehicleTravelDetector *detector, bool inTransaction) {
     if (!detector)
         return true;
-    Transaction transaction(store, inTransaction);
+    OperationTransaction transaction(store, inTransaction);
     Query insert(store, kInsert);
     return transaction.discard(bindAll(insert.bindNet(), kColumns, *detector).exec());
 }

@@ -4,8 +4,8 @@
 #include "store/bulk/NetSave.h"
 #include "store/bulk/Owners.h"
 #include "store/core/Columns.h"
+#include "store/core/OperationTransaction.h"
 #include "store/core/Query.h"
-#include "store/core/Transaction.h"
 #include "store/families/VehicleTypes.h"
 
 #include <QSet>
@@ -104,7 +104,7 @@ void saveCompositions(NetSave &net) {
 
 bool insertVehicleComposition(const Store &store, const VehicleComposition &composition,
                               bool useTransaction) {
-    Transaction transaction(store, useTransaction);
+    OperationTransaction transaction(store, useTransaction);
     Query insert(store, kInsert);
     bindAll(insert.bindNet(), kColumns, composition);
     // The first detail that fails ends the operation: a mix that lacks one of its types is of no use.
@@ -119,7 +119,7 @@ bool insertVehicleComposition(const Store &store, const VehicleComposition &comp
 }
 
 bool insertCompositionDetail(const Store &store, const VehicleConsDetail &detail, bool useTransaction) {
-    Transaction transaction(store, useTransaction);
+    OperationTransaction transaction(store, useTransaction);
     Query insert(store, kInsertDetail);
     insert.bindNet();
     bindAll(insert, kDetailColumns, detail);

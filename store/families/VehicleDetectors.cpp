@@ -6,8 +6,8 @@
 #include "store/bulk/NetSave.h"
 #include "store/bulk/Owners.h"
 #include "store/core/Columns.h"
+#include "store/core/OperationTransaction.h"
 #include "store/core/Query.h"
-#include "store/core/Transaction.h"
 
 #include <algorithm>
 #include <memory>
@@ -105,7 +105,7 @@ QList<long> distinct(const QList<long> &codes) {
 bool insertVehicleDetector(const Store &store, const VehicleDetector *detector, bool inTransaction) {
     if (!detector)
         return true;
-    Transaction transaction(store, inTransaction);
+    OperationTransaction transaction(store, inTransaction);
     bool written = insertRow(store, *detector);
     written = insertTypes(store, *detector) && written;
     return transaction.discard(written);

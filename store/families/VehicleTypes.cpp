@@ -5,8 +5,8 @@
 #include "store/bulk/NetSave.h"
 #include "store/bulk/StoredWord.h"
 #include "store/core/Columns.h"
+#include "store/core/OperationTransaction.h"
 #include "store/core/Query.h"
-#include "store/core/Transaction.h"
 
 namespace vehicletypes {
 
@@ -51,7 +51,7 @@ void readRow(Row &row, VehicleType &type) {
 } // namespace
 
 bool insertVehicleType(const Store &store, const VehicleType &type, bool useTransaction) {
-    Transaction transaction(store, useTransaction);
+    OperationTransaction transaction(store, useTransaction);
     Query insert(store, kInsert);
     const QString storedName = store.words().trZhToEn(type.vehicleTypeName);
     return transaction.commit(bindRow(insert.bindNet(), type, storedName).exec());

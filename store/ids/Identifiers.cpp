@@ -2,10 +2,10 @@
 
 #include "model/LaneConnector.h"
 #include "store/catalogue/Catalogue.h"
+#include "store/core/OperationTransaction.h"
 #include "store/core/Probes.h"
 #include "store/core/Query.h"
 #include "store/core/StorableValue.h"
-#include "store/core/Transaction.h"
 #include "store/ids/Sequences.h"
 
 #include <algorithm>
@@ -273,7 +273,7 @@ Reservations::~Reservations() {
 bool giveBackUnused(const Store &store, bool useTransaction) {
     if (!store.isSqlite())
         return true;
-    Transaction transaction(store, useTransaction);
+    OperationTransaction transaction(store, useTransaction);
     bool verdict = true;
     const QHash<QString, QList<long>> reserved = store.state().reservedIds.value(store.netId());
     QStringList tables = reserved.keys();

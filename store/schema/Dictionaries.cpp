@@ -1,7 +1,7 @@
 #include "store/schema/Dictionaries.h"
 
+#include "store/core/OperationTransaction.h"
 #include "store/core/Query.h"
-#include "store/core/Transaction.h"
 #include "store/families/DriverModels.h"
 #include "store/families/SceneConfigurations.h"
 #include "store/families/VehicleCompositions.h"
@@ -192,7 +192,7 @@ bool sow(const Store &store, const Seed &seed) {
 } // namespace
 
 bool seedDictionaries(const Store &store, bool useTransaction) {
-    Transaction transaction(store, useTransaction);
+    OperationTransaction transaction(store, useTransaction);
     bool written = seedNet(store);
     for (const Seed &seed : kSeeds)
         written = sow(store, seed) && written;

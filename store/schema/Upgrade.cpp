@@ -1,9 +1,9 @@
 #include "store/schema/Upgrade.h"
 
 #include "model/Net.h"
+#include "store/core/OperationTransaction.h"
 #include "store/core/Probes.h"
 #include "store/core/Query.h"
-#include "store/core/Transaction.h"
 #include "store/families/Networks.h"
 #include "store/schema/UpgradeSteps.h"
 
@@ -104,7 +104,7 @@ const std::vector<ColumnStep> kColumnsOfNet = {
 void addNet(const Store &store) {
     if (!isMissing(store, QStringLiteral("Net")))
         return;
-    Transaction transaction(store, true);
+    OperationTransaction transaction(store, true);
     if (Query(store, kCreateNet).exec()) {
         networks::insertNetwork(store, networks::recordOf(store.net()), false);
         addColumns(store, kColumnsOfNet);

@@ -1,7 +1,7 @@
 #include "model/SimulateConfiguration.h"
+#include "store/core/OperationTransaction.h"
 #include "store/core/Probes.h"
 #include "store/core/Query.h"
-#include "store/core/Transaction.h"
 #include "store/families/SimulateConfigurations.h"
 #include "store/ids/Identifiers.h"
 #include "store/schema/Dictionaries.h"
@@ -129,7 +129,7 @@ void rebuildCounters(const Store &store) {
     if (!count.execAndNext() || count.firstId() > 1)
         return;
     count.finish();
-    Transaction transaction(store, true);
+    OperationTransaction transaction(store, true);
     Query(store, "drop table IDGenerater").exec();
     Query(store, "CREATE TABLE [IDGenerater] ([TableName] VARCHAR(32) NOT NULL, [ID] Bigint NOT NULL)")
         .exec();
@@ -161,7 +161,7 @@ void ensureFlowRatioCounter(const Store &store) {
 void addFlowRatios(const Store &store) {
     if (!isMissing(store, QLatin1String(kRoutingFlowRatio.table)))
         return;
-    Transaction transaction(store, true);
+    OperationTransaction transaction(store, true);
     QList<QPair<long, double>> routes;
     if (Query(store, kRoutingFlowRatio.create).exec()) {
         Query rows(store, "select routingID, proportion from Routing");
@@ -190,7 +190,7 @@ void addFlowRatios(const Store &store) {
 void addSimulateConfiguration(const Store &store) {
     if (!isMissing(store, QLatin1String(kSimulateConfiguration.table)))
         return;
-    Transaction transaction(store, true);
+    OperationTransaction transaction(store, true);
     if (Query(store, kSimulateConfiguration.create).exec())
         simulateconfigurations::saveSimulateConfiguration(store, SimulateConfiguration(), false);
     transaction.commit(true);
@@ -198,7 +198,7 @@ void addSimulateConfiguration(const Store &store) {
 
 /// Sets of the car-following model, where there are none.
 void addFollowingSets(const Store &store) {
-    Transaction transaction(store, true);
+    OperationTransaction transaction(store, true);
     transaction.commit(dictionaries::seedFollowingSets(store));
 }
 
@@ -211,7 +211,7 @@ void addLogger(const Store &store) {
     addTable(store, kLogger);
     if (!loggerLacksColumns(store))
         return;
-    Transaction transaction(store, true);
+    OperationTransaction transaction(store, true);
     addColumns(store, kLaterColumnsOfLogger);
     transaction.commit(true);
 }
@@ -245,7 +245,7 @@ void repairMisspeltColumns(const Store &store) {
     if (store.isGivenUp() || !isMisspelt(store))
         return;
     const auto tables = probes::tables(store.db(), store.failures());
-    Transaction transaction(store, true);
+    OperationTransaction transaction(store, true);
     bool repaired = tables.has_value();
     for (const QString &table : tables.value_or(probes::Tables()).plain)
         repaired = respell(store, table) && repaired;

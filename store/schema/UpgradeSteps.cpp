@@ -1,8 +1,8 @@
 #include "store/schema/UpgradeSteps.h"
 
+#include "store/core/OperationTransaction.h"
 #include "store/core/Probes.h"
 #include "store/core/Query.h"
-#include "store/core/Transaction.h"
 
 #include <MoraInterfaces/MoraInterfaces.h>
 
@@ -71,7 +71,7 @@ std::optional<bool> hasColumn(const QSqlDatabase &db, const ColumnStep &step, Fa
 void addTable(const Store &store, const TableStep &step) {
     if (!isMissing(store, QLatin1String(step.table)))
         return;
-    Transaction transaction(store, true);
+    OperationTransaction transaction(store, true);
     if (Query(store, step.create).exec()) {
         for (const char *sql : step.then)
             Query(store, sql).exec();
@@ -91,7 +91,7 @@ namespace {
 void addPluginTable(const Store &store, const QString &table, const QString &create) {
     if (!isMissing(store, table))
         return;
-    Transaction transaction(store, true);
+    OperationTransaction transaction(store, true);
     const QString counter =
         QStringLiteral("select * from IDGenerater where TableName = '%1'").arg(quoted(table));
     if (Query(store, create).exec() &&

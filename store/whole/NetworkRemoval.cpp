@@ -1,9 +1,9 @@
 #include "store/whole/NetworkRemoval.h"
 
 #include "store/catalogue/Catalogue.h"
+#include "store/core/OperationTransaction.h"
 #include "store/core/Query.h"
 #include "store/core/Savepoint.h"
-#include "store/core/Transaction.h"
 #include "store/families/CurrentNet.h"
 
 #include <QSqlError>
@@ -31,7 +31,7 @@ bool removeGroup(const Store &store, const catalogue::Group &tables) {
 } // namespace
 
 bool removeNetworkData(const Store &store, bool useTransaction) {
-    Transaction transaction(store, useTransaction);
+    OperationTransaction transaction(store, useTransaction);
     if (!store.isUsable() || (useTransaction && !store.checkConnection()))
         return transaction.rollBack();
     const bool isCurrent = isCurrentNet(store);

@@ -3,9 +3,9 @@
 #include "store/bulk/NetLoad.h"
 #include "store/bulk/NetSave.h"
 #include "store/core/OperationSavepoint.h"
+#include "store/core/OperationTransaction.h"
 #include "store/core/Query.h"
 #include "store/core/Savepoint.h"
-#include "store/core/Transaction.h"
 #include "store/families/BusLines.h"
 #include "store/families/BusStations.h"
 #include "store/families/Connectors.h"
@@ -168,7 +168,7 @@ bool saveWholeNet(const Store &store, NetContents &contents, bool useTransaction
     const bool ownTransaction =
         useTransaction || (store.isPostgreSql() && !Savepoint::isInsideTransaction(store.db()));
     identifiers::Reservations reserved(store);
-    Transaction transaction(store, ownTransaction);
+    OperationTransaction transaction(store, ownTransaction);
     NetSave net(store, contents, progress);
     std::optional<OperationSavepoint> savepoint;
     if (!ownTransaction)

@@ -1,4 +1,4 @@
-#include "store/core/Transaction.h"
+#include "store/core/OperationTransaction.h"
 
 #include "store/core/Savepoint.h"
 
@@ -14,7 +14,7 @@ bool isInsideAnother(const Store &store) {
 
 } // namespace
 
-Transaction::Transaction(const Store &store, bool wanted) : mStore(store) {
+OperationTransaction::OperationTransaction(const Store &store, bool wanted) : mStore(store) {
     if (!wanted || !store.isUsable())
         return;
     const bool isRefused = isInsideAnother(store);
@@ -27,17 +27,17 @@ Transaction::Transaction(const Store &store, bool wanted) : mStore(store) {
     }
 }
 
-Transaction::~Transaction() {
+OperationTransaction::~OperationTransaction() {
     rollBack();
 }
 
-void Transaction::close() {
+void OperationTransaction::close() {
     if (mOpen)
         mStore.setOwnTransaction(false);
     mOpen = false;
 }
 
-bool Transaction::commit(bool verdict) {
+bool OperationTransaction::commit(bool verdict) {
     // Who gave the store up may not have had a verdict to return.
     if (!mOpen)
         return verdict && mStore.isUsable();
@@ -49,7 +49,7 @@ bool Transaction::commit(bool verdict) {
     return false;
 }
 
-bool Transaction::commitOrRecord(bool verdict) {
+bool OperationTransaction::commitOrRecord(bool verdict) {
     if (!mStore.isUsable())
         return false;
     if (mOpen)
@@ -63,7 +63,7 @@ bool Transaction::commitOrRecord(bool verdict) {
     return rollBack();
 }
 
-bool Transaction::commitOrLeaveOpen(bool verdict) {
+bool OperationTransaction::commitOrLeaveOpen(bool verdict) {
     if (!mOpen)
         return verdict && mStore.isUsable();
     close();
@@ -72,7 +72,7 @@ bool Transaction::commitOrLeaveOpen(bool verdict) {
     return mStore.fail({}, mStore.db().lastError().text());
 }
 
-bool Transaction::discard(bool verdict) {
+bool OperationTransaction::discard(bool verdict) {
     if (!mOpen)
         return verdict && mStore.isUsable();
     rollBack();
@@ -82,7 +82,7 @@ bool Transaction::discard(bool verdict) {
     return false;
 }
 
-bool Transaction::rollBack() {
+bool OperationTransaction::rollBack() {
     if (mOpen)
         mStore.db().rollback();
     close();

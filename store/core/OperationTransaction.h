@@ -9,12 +9,12 @@
 /// One that is dropped unfinished rolls back. When the begin fails (the caller has a transaction open
 /// already, or the engine refuses) the failure is recorded and the store given up: nothing of the operation
 /// runs, and a transaction of the caller stays as it is.
-class Transaction {
+class OperationTransaction {
 public:
-    Transaction(const Store &store, bool wanted);
-    ~Transaction();
-    Transaction(const Transaction &) = delete;
-    Transaction &operator=(const Transaction &) = delete;
+    OperationTransaction(const Store &store, bool wanted);
+    ~OperationTransaction();
+    OperationTransaction(const OperationTransaction &) = delete;
+    OperationTransaction &operator=(const OperationTransaction &) = delete;
 
     /// Commits and checks the connection; when the check fails, rolls back and returns false. Commits also
     /// when
