@@ -143,6 +143,9 @@ struct MORASTORE_EXPORT NetContents : NetLists {
     void setStored();
 
     QList<SkippedRows> skipped; ///< what a load found damaged; empty for a sound network
+    /// What a load took as it stands though it is none of the vocabulary (model/Words.h): the colours of
+    /// signals. Names of link types and vehicle types are free.
+    QList<SkippedRows> unknownWords;
     NetChanges changes{*this};
 
     /// What is edited without marks, as the store has it.

@@ -27,6 +27,9 @@ public:
     QString trZhToEn(const QString &word) const;
     /// Stored word to display word: what a select hands out. Among synonyms the first in the order of keys.
     QString trEnToZh(const QString &word) const;
+    /// What trEnToZh() shows as `shown`: an English store gets the English word whatever the host's language
+    /// is. Whole saves write it, while single inserts of a Chinese host write the display word.
+    QString storedWord(const QString &shown) const;
 
     bool langIsNotZh = false; ///< the host's language is not Chinese
     bool dbIsEnglish = false; ///< the open store holds English words

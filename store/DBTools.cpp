@@ -15,8 +15,6 @@
 #include "store/opening/StoreOpening.h"
 #include "store/protection/FileProtection.h"
 
-#include <optional>
-
 QSqlDatabase &gDB = processStore().state.db;
 QSqlDatabase gDBForBackup;
 QString &gsDbPath = processStore().state.path;
@@ -39,31 +37,21 @@ networks::Record networkRecord(long id, const QString &name, const QPointF &cent
     return record;
 }
 
-/// The store as its version has it.
-Store storeByVersion(StoreState &state, QSqlDatabase &db, long netId) {
-    const std::optional<long> version = probes::dbVersion(db, state.failures);
-    if (probes::hasSeveralNets(version.value_or(0)))
-        return opening::storeOfSeveralNets(state, db, netId);
-    Store store = opening::storeOfOneNet(state, db, netId);
-    // Statements for one network would reach the rows of all networks.
-    if (!version)
-        store.giveUp();
+} // namespace
+
+Store DBTools::ownStore(QSqlDatabase &db, long netId, const char *operation) {
+    Store store = opening::storeOfOneNet(stateOf(db), db, netId);
+    store.carry(OperationName(operation));
     return store;
 }
 
-} // namespace
-
-Store DBTools::ownStore(QSqlDatabase &db, long netId) {
-    return opening::storeOfOneNet(stateOf(db), db, netId);
+Store DBTools::storeOf(QSqlDatabase &db, long netId, const char *operation) {
+    return opening::storeByVersion(stateOf(db), db, netId, operation);
 }
 
-Store DBTools::storeOf(QSqlDatabase &db, long netId) {
-    return storeByVersion(stateOf(db), db, netId);
-}
-
-Store DBTools::currentStoreOf(QSqlDatabase &db) {
+Store DBTools::currentStoreOf(QSqlDatabase &db, const char *operation) {
     StoreState &state = stateOf(db);
-    return storeByVersion(state, db, state.net.netId);
+    return opening::storeByVersion(state, db, state.net.netId, operation);
 }
 
 QList<CallDbResult> &DBTools::failuresOf(const QSqlDriver *driver) {
@@ -92,26 +80,32 @@ void DBTools::logError(QSqlDatabase &db) {
 }
 
 long DBTools::selectDbVersion(QSqlDatabase &db) {
+    const OperationName operation(__func__);
     return probes::dbVersion(db, failuresOf(db.driver())).value_or(0);
 }
 
 bool DBTools::hasTable(QSqlDatabase &db, QString table) {
+    const OperationName operation(__func__);
     return probes::hasTable(db, table, failuresOf(db.driver())).value_or(false);
 }
 
 bool DBTools::tableHasField(QSqlDatabase &db, QString table, QString field) {
+    const OperationName operation(__func__);
     return probes::tableHasField(db, table, field, failuresOf(db.driver())).value_or(false);
 }
 
 bool DBTools::checkConstraint(QSqlDatabase &db, QString sql) {
+    const OperationName operation(__func__);
     return probes::returnsRow(db, sql, failuresOf(db.driver())).value_or(false);
 }
 
 bool DBTools::hasErrorFieldName(QSqlDatabase &db) {
+    const OperationName operation(__func__);
     return probes::hasMisspeltColumn(db, failuresOf(db.driver())).value_or(false);
 }
 
 void DBTools::metadata(QSqlDatabase &db) {
+    const OperationName operation(__func__);
     opening::readCatalogue(stateOf(db), db);
 }
 
@@ -120,12 +114,14 @@ QHash<QString, QString> DBTools::tablePK() {
 }
 
 void DBTools::updateDatabase(QSqlDatabase &db) {
+    const OperationName operation(__func__);
     // Databases of a server are never upgraded.
     if (!engine::isPostgreSql(db))
         opening::bringForward(stateOf(db), db);
 }
 
 void DBTools::updateDatabase1x(QSqlDatabase &db) {
+    const OperationName operation(__func__);
     opening::bringFirstGenerationForward(stateOf(db), db);
 }
 
@@ -144,6 +140,7 @@ QString DBTools::getIDName(QString table) {
 }
 
 long DBTools::getMaxID(QSqlDatabase &db, long netId, QString table) {
+    const OperationName operation(__func__);
     const qint64 largest = identifiers::largestInUse(db, netId, table, failuresOf(db.driver())).value_or(0);
     return identifiers::requireId(ownStore(db, netId), table, largest)
                ? static_cast<long>(largest)
@@ -227,6 +224,7 @@ bool DBTools::insertLinks(QSqlDatabase &db, long netId, QList<Link *> &links, bo
 }
 
 bool DBTools::checkLinkVertex(QSqlDatabase &db, long linkId, long vertexId) {
+    const OperationName operation(__func__);
     return links::linkHasVertex(db, linkId, vertexId, failuresOf(db.driver())).value_or(false);
 }
 
@@ -235,26 +233,32 @@ QString DBTools::breakPoints(QJsonObject geometry) {
 }
 
 bool DBTools::checkNodeVertex(QSqlDatabase &db, long nodeId, long vertexId) {
+    const OperationName operation(__func__);
     return links::nodeStandsOn(db, nodeId, vertexId, failuresOf(db.driver())).value_or(false);
 }
 
 bool DBTools::encryptFile(QString path) {
+    const OperationName operation(__func__);
     return fileprotection::protect(path, storekeys::preferred(), mlCallDbResult);
 }
 
 bool DBTools::decryptFile(QString path) {
+    const OperationName operation(__func__);
     return fileprotection::unprotect(path, {}, mlCallDbResult);
 }
 
 bool DBTools::encryptDecryptFile(QString path) {
+    const OperationName operation(__func__);
     return fileprotection::toggle(path, {}, mlCallDbResult);
 }
 
 bool DBTools::encryptDecryptFileByKey1(QString path) {
+    const OperationName operation(__func__);
     return fileprotection::toggle(path, storekeys::Key::Library1, mlCallDbResult);
 }
 
 bool DBTools::encryptDecryptFileByKey2(QString path) {
+    const OperationName operation(__func__);
     return fileprotection::toggle(path, storekeys::Key::Library2, mlCallDbResult);
 }
 

@@ -218,11 +218,11 @@ private:
     friend class StoreOperations<DBTools>;
     friend class StoredNet;
     /// @{ The store as its version has it, on a network or on the current one. Where the version cannot be
-    /// read nothing of the operation runs.
-    static Store storeOf(QSqlDatabase &db, long netId);
-    static Store currentStoreOf(QSqlDatabase &db);
+    /// read nothing of the operation runs. Failures are recorded under the name of the function that calls.
+    static Store storeOf(QSqlDatabase &db, long netId, const char *operation = __builtin_FUNCTION());
+    static Store currentStoreOf(QSqlDatabase &db, const char *operation = __builtin_FUNCTION());
     /// @}
     /// A store of one network, whatever its version says: for the operations that never forward.
-    static Store ownStore(QSqlDatabase &db, long netId);
+    static Store ownStore(QSqlDatabase &db, long netId, const char *operation = __builtin_FUNCTION());
     static QList<CallDbResult> &failuresOf(const QSqlDriver *driver);
 };

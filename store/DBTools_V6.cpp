@@ -6,17 +6,18 @@
 #include "store/opening/ProcessStore.h"
 #include "store/opening/StoreOpening.h"
 
-Store DBTools_V6::storeOf(QSqlDatabase &db, long netId) {
-    return opening::storeOfSeveralNets(stateOf(db), db, netId);
+Store DBTools_V6::storeOf(QSqlDatabase &db, long netId, const char *operation) {
+    Store store = opening::storeOfSeveralNets(stateOf(db), db, netId);
+    store.carry(OperationName(operation));
+    return store;
 }
 
-Store DBTools_V6::currentStoreOf(QSqlDatabase &db) {
-    StoreState &state = stateOf(db);
-    return opening::storeOfSeveralNets(state, db, state.net.netId);
+Store DBTools_V6::currentStoreOf(QSqlDatabase &db, const char *operation) {
+    return storeOf(db, stateOf(db).net.netId, operation);
 }
 
-Store DBTools_V6::ownStore(QSqlDatabase &db, long netId) {
-    return storeOf(db, netId);
+Store DBTools_V6::ownStore(QSqlDatabase &db, long netId, const char *operation) {
+    return storeOf(db, netId, operation);
 }
 
 QList<CallDbResult> &DBTools_V6::failuresOf(const QSqlDriver *driver) {

@@ -26,9 +26,9 @@ public:
 private:
     friend class StoreOperations<DBTools_V6>;
     /// @{ A store of generation 6, unasked.
-    static Store storeOf(QSqlDatabase &db, long netId);
-    static Store currentStoreOf(QSqlDatabase &db);
-    static Store ownStore(QSqlDatabase &db, long netId);
+    static Store storeOf(QSqlDatabase &db, long netId, const char *operation = __builtin_FUNCTION());
+    static Store currentStoreOf(QSqlDatabase &db, const char *operation = __builtin_FUNCTION());
+    static Store ownStore(QSqlDatabase &db, long netId, const char *operation = __builtin_FUNCTION());
     /// @}
     static QList<CallDbResult> &failuresOf(const QSqlDriver *driver);
 };

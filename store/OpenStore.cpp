@@ -17,6 +17,7 @@ StoreSettings settingsOfFile(const QString &path) {
 OpenStore::OpenStore(const QString &path, Access access) : OpenStore(settingsOfFile(path), access) {}
 
 OpenStore::OpenStore(const StoreSettings &settings, Access access) : mState(std::make_unique<StoreState>()) {
+    const OperationName operation("OpenStore");
     StoreState &state = *mState;
     state.settings = settings;
     state.words.setLangIsNotZh(gSpecialWords.langIsNotZh);

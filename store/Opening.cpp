@@ -98,16 +98,19 @@ bool connectDefault(StoreState &state, QSqlDatabase &db, const QString &path) {
 } // namespace
 
 bool DBTools::openDatabase(QSqlDatabase &db, QString path, bool resetIdCache) {
+    const OperationName operation(__func__);
     StoreState &state = processStore().state;
     return connectDefault(state, db, path) && opening::forWriting(state, db, path, resetIdCache);
 }
 
 bool DBTools::openDatabaseReadOnly(QSqlDatabase &db, QString path, bool resetIdCache) {
+    const OperationName operation(__func__);
     StoreState &state = processStore().state;
     return connectDefault(state, db, path) && opening::forReading(state, db, path, resetIdCache);
 }
 
 bool DBTools::transToPostgreSql(QSqlDatabase &db) {
+    const OperationName operation(__func__);
     StoreState &state = processStore().state;
     if (!engine::isSqlite(db) || !isOfProcess(db, state.failures))
         return false;
@@ -142,6 +145,7 @@ bool DBTools::transToPostgreSql(QSqlDatabase &db) {
 }
 
 bool DBTools_V6::openDatabaseForBackup(QSqlDatabase &db, QString path, bool) {
+    const OperationName operation(__func__);
     if (!isOfProcess(db, mlCallDbResult))
         return false;
     replaceDefaultConnection(db, QStringLiteral("QSQLITE"));

@@ -71,11 +71,13 @@ QHash<QString, QString> &StoreOperations<Facade>::mhTablePK = facts<Facade>().ke
 
 template <class Facade>
 bool StoreOperations<Facade>::validateDatabase(QSqlDatabase &db) {
+    const OperationName operation(__func__);
     return checkConnection(db, Facade::failuresOf(db.driver()));
 }
 
 template <class Facade>
 bool StoreOperations<Facade>::validateQuery(QSqlQuery &query) {
+    const OperationName operation(__func__);
     return checkStatement(query, Facade::failuresOf(query.driver()));
 }
 

@@ -19,7 +19,7 @@ public:
     bool finish() override { return mSavepoint.end(mStream.finish()) || fail(); }
 
 private:
-    bool fail() { return mStore.fail(mStream.sql(), mStream.error()); }
+    bool fail() { return mStore.failWithCode(mStream.sql(), mStream.error(), mStream.errorCode()); }
 
     const Store &mStore;
     /// Before the stream, which is closed before what it wrote is undone.

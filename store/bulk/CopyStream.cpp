@@ -56,6 +56,7 @@ CopyStream::CopyStream(const QSqlDatabase &db, const QString &table, const QStri
     mIsOpen = PQresultStatus(result) == PGRES_COPY_IN;
     if (!mIsOpen)
         mError = QString::fromUtf8(PQresultErrorMessage(result)).simplified();
+    mErrorCode = QString::fromLatin1(PQresultErrorField(result, PG_DIAG_SQLSTATE));
     PQclear(result);
     mBuffer.reserve(2 * kChunk);
 }
@@ -135,6 +136,7 @@ bool CopyStream::end(const char *reason) {
         if (status != PGRES_COMMAND_OK) {
             good = false;
             mError = QString::fromUtf8(PQresultErrorMessage(result)).simplified();
+            mErrorCode = QString::fromLatin1(PQresultErrorField(result, PG_DIAG_SQLSTATE));
         }
         PQclear(result);
         // A stream that could not be ended has no end of results either.

@@ -43,6 +43,8 @@ public:
     QString sql() const { return mSql; }
     /// Why the last call gave false, in the server's words.
     QString error() const { return mError; }
+    /// Its SQLSTATE; empty where the server gave none.
+    QString errorCode() const { return mErrorCode; }
 
 private:
     QByteArray &emptied(int column);
@@ -52,6 +54,7 @@ private:
     pg_conn *mConnection; ///< the driver's
     QString mSql;
     QString mError;
+    QString mErrorCode;
     std::vector<QByteArray> mValues;
     QByteArray mBuffer;
     bool mIsOpen = false;

@@ -1,28 +1,43 @@
 #include "store/bulk/NetLoad.h"
 
+#include "model/Words.h"
 #include "store/ids/Identifiers.h"
 
 #include <algorithm>
 
-void NetLoad::skip(const char *table, long id, const char *reason) {
+namespace {
+
+/// Adds a row to those of its table that are reported for the same reason.
+void report(QList<SkippedRows> &reports, const char *table, long id, const char *reason) {
     constexpr int named = 10;
-    QList<SkippedRows> &skipped = contents.skipped;
-    auto entry = std::find_if(skipped.begin(), skipped.end(), [&](const SkippedRows &other) {
+    auto entry = std::find_if(reports.begin(), reports.end(), [&](const SkippedRows &other) {
         return other.table == QLatin1String(table) && other.reason == QLatin1String(reason);
     });
-    if (entry == skipped.end())
-        entry = skipped.insert(skipped.end(), {QLatin1String(table), QLatin1String(reason), 0, {}});
+    if (entry == reports.end())
+        entry = reports.insert(reports.end(), {QLatin1String(table), QLatin1String(reason), 0, {}});
     ++entry->count;
     if (entry->ids.size() < named)
         entry->ids.append(id);
 }
 
+} // namespace
+
+void NetLoad::skip(const char *table, long id, const char *reason) {
+    report(contents.skipped, table, id, reason);
+}
+
+void NetLoad::requireWord(const char *table, long id, const QString &word, const char *reason) {
+    if (!Words::isKnown(word))
+        report(contents.unknownWords, table, id, reason);
+}
+
 void NetLoad::refuseText(const char *table, long id, const DamagedText &text) {
     mFailed = true;
-    store.fail(QStringLiteral("select * from ") + QLatin1String(table),
-               QStringLiteral("The text in column %1 of table %2, row %3, %4, nothing can be loaded with it.")
-                   .arg(QString::fromLatin1(text.column), QLatin1String(table), QString::number(id),
-                        text.objection));
+    store.fail(
+        QStringLiteral("select * from ") + QLatin1String(table),
+        QStringLiteral("The text in column %1 of table %2, row %3, %4, nothing can be loaded with it.")
+            .arg(QString::fromLatin1(text.column), QLatin1String(table), QString::number(id), text.objection),
+        id, FailureKind::Damaged);
 }
 
 QByteArray NetLoad::ownId(const char *table) {

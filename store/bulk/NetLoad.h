@@ -44,6 +44,9 @@ public:
     /// @param reason a clause that follows the id.
     void skip(const char *table, long id, const char *reason);
 
+    /// Reports the row when a word in it, which the load takes as it stands, is none of the vocabulary.
+    void requireWord(const char *table, long id, const QString &word, const char *reason);
+
     /// Whether there is a link or a connector of that id among what was loaded.
     bool isLoaded(long roadId) const {
         return store.net().getLinkById(roadId) || store.net().getConnectorById(roadId);

@@ -149,7 +149,10 @@ private:
         return last.text;
     }
 
-    void recordFailure() { mStore.fail(mSql, QString::fromUtf8(sqlite3_errmsg(mEngine))); }
+    void recordFailure() {
+        mStore.failWithCode(mSql, QString::fromUtf8(sqlite3_errmsg(mEngine)),
+                            QString::number(sqlite3_extended_errcode(mEngine)));
+    }
 
     const Store &mStore;
     sqlite3 *mEngine;

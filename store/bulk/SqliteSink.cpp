@@ -50,7 +50,8 @@ private:
     const QByteArray &hold(int column, const QByteArray &bytes) { return mHeld[std::size_t(column)] = bytes; }
 
     void recordFailure() {
-        mStore.fail(mSql, QString::fromUtf8(sqlite3_errmsg(mEngine)));
+        mStore.failWithCode(mSql, QString::fromUtf8(sqlite3_errmsg(mEngine)),
+                            QString::number(sqlite3_extended_errcode(mEngine)));
         // The engine may have ended the transaction by itself (a full disk): what followed would be kept.
         if (sqlite3_get_autocommit(mEngine) != 0)
             mStore.giveUp();

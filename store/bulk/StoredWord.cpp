@@ -15,11 +15,11 @@ bool shows(const SpecialWords &words, const QString &kept, const QString &shown)
 } // namespace
 
 QString kept(const SpecialWords &words, const QString &stored, const QString &shown) {
-    return words.trZhToEn(shown) == stored ? QString() : stored;
+    return words.storedWord(shown) == stored ? QString() : stored;
 }
 
 QString of(const SpecialWords &words, const QString &shown, const QString &kept) {
-    return shows(words, kept, shown) ? kept : words.trZhToEn(shown);
+    return shows(words, kept, shown) ? kept : words.storedWord(shown);
 }
 
 QString of(const SpecialWords &words, const QString &shown, const QStringList &kept, int place) {
@@ -27,7 +27,7 @@ QString of(const SpecialWords &words, const QString &shown, const QStringList &k
         return kept.at(place);
     const auto other = std::find_if(kept.cbegin(), kept.cend(),
                                     [&](const QString &word) { return shows(words, word, shown); });
-    return other != kept.cend() ? *other : words.trZhToEn(shown);
+    return other != kept.cend() ? *other : words.storedWord(shown);
 }
 
 } // namespace storedword

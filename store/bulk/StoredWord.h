@@ -5,9 +5,9 @@
 
 class SpecialWords;
 
-/// Words of the dictionary that a whole load keeps beside the displayed ones, so that a whole save writes
-/// back what was loaded. Single operations translate word by word, and not every word comes back: an English
-/// store under a Chinese host reads "Red" as the Chinese word, which is written as it is.
+/// Words of the dictionary that are translated when they are read. A whole save writes what a whole load reads
+/// as the same: the English word into an English store, whatever the host's language is, and the very word that
+/// was loaded where several are shown alike. Single inserts of a Chinese host write the displayed word.
 namespace storedword {
 
 /// What to keep beside @p shown, which was read as @p stored: nothing where writing it gives that back.

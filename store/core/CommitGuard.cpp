@@ -15,6 +15,10 @@ CommitGuard::CommitGuard(const QSqlDatabase &db) : mEngine(enginehandle::sqlite(
         mEngine, [](void *guard) { static_cast<CommitGuard *>(guard)->mIsRolledBack = true; }, this);
 }
 
+bool CommitGuard::isOn(const QSqlDriver *driver) const {
+    return enginehandle::isOf(driver, mEngine);
+}
+
 CommitGuard::~CommitGuard() {
     if (!mEngine)
         return;
@@ -24,4 +28,7 @@ CommitGuard::~CommitGuard() {
 #else
 CommitGuard::CommitGuard(const QSqlDatabase &) : mEngine(nullptr) {}
 CommitGuard::~CommitGuard() = default;
+bool CommitGuard::isOn(const QSqlDriver *) const {
+    return false;
+}
 #endif

@@ -4,6 +4,7 @@
 
 #include <QSqlDatabase>
 
+class QSqlDriver;
 struct sqlite3;
 
 /// While it lives, an SQLite connection commits nothing until allow() is called, and knows whether the engine
@@ -20,6 +21,10 @@ public:
     bool isActive() const { return mEngine != nullptr; }
     bool isRolledBack() const { return mIsRolledBack; }
     void allow() { mIsAllowed = true; }
+    /// Whether the driver still has the engine's connection that is guarded. Where it has not, that is gone
+    /// and must be forgotten.
+    bool isOn(const QSqlDriver *driver) const;
+    void forgetEngine() { mEngine = nullptr; }
 
 private:
     Q_DISABLE_COPY(CommitGuard)

@@ -5,6 +5,7 @@
 #include <QSqlQuery>
 #include <QVariant>
 
+#include <atomic>
 #include <cstring>
 
 #ifdef MORASTORE_WITH_SQLITE
@@ -21,32 +22,58 @@ namespace {
 
 /// The pointer in a driver's handle, whose type goes by a name: https://doc.qt.io/qt-5/qsqldriver.html#handle
 template <class T>
-T *handleOf(const QSqlDatabase &db, const char *typeName) {
-    const QVariant handle = db.isOpen() ? db.driver()->handle() : QVariant();
+T *handleOf(const QSqlDriver *driver, const char *typeName) {
+    const QVariant handle = driver->isOpen() ? driver->handle() : QVariant();
     if (!handle.isValid() || std::strcmp(handle.typeName(), typeName) != 0)
         return nullptr;
     return *static_cast<T *const *>(handle.constData());
 }
 
+#ifdef MORASTORE_WITH_SQLITE
+/// All connections of a process to SQLite have one driver, and that one engine.
+std::atomic<bool> isEngineOurs{false};
+#endif
+
 } // namespace
 
 sqlite3 *sqlite(const QSqlDatabase &db) {
 #ifdef MORASTORE_WITH_SQLITE
-    auto *handle = handleOf<sqlite3>(db, "sqlite3*");
+    auto *handle = handleOf<sqlite3>(db.driver(), "sqlite3*");
     if (!handle)
         return nullptr;
     QSqlQuery source(QStringLiteral("select sqlite_source_id()"), db);
-    return source.next() && source.value(0).toString() == QLatin1String(sqlite3_sourceid()) ? handle
-                                                                                            : nullptr;
+    const bool isOurs = source.next() && source.value(0).toString() == QLatin1String(sqlite3_sourceid());
+    isEngineOurs = isEngineOurs || isOurs;
+    return isOurs ? handle : nullptr;
 #else
     Q_UNUSED(db)
     return nullptr;
 #endif
 }
 
+bool isOf(const QSqlDriver *driver, const sqlite3 *connection) {
+#ifdef MORASTORE_WITH_SQLITE
+    return connection && handleOf<sqlite3>(driver, "sqlite3*") == connection;
+#else
+    Q_UNUSED(driver)
+    Q_UNUSED(connection)
+    return false;
+#endif
+}
+
+int extendedErrorCode(const QSqlDriver *driver) {
+#ifdef MORASTORE_WITH_SQLITE
+    auto *connection = isEngineOurs ? handleOf<sqlite3>(driver, "sqlite3*") : nullptr;
+    return connection ? sqlite3_extended_errcode(connection) : 0;
+#else
+    Q_UNUSED(driver)
+    return 0;
+#endif
+}
+
 pg_conn *postgresql(const QSqlDatabase &db) {
 #ifdef MORASTORE_WITH_POSTGRESQL
-    return handleOf<pg_conn>(db, "PGconn*");
+    return handleOf<pg_conn>(db.driver(), "PGconn*");
 #else
     Q_UNUSED(db)
     return nullptr;

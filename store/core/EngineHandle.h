@@ -1,6 +1,7 @@
 #pragma once
 
 class QSqlDatabase;
+class QSqlDriver;
 struct pg_conn;
 struct sqlite3;
 
@@ -13,6 +14,13 @@ namespace enginehandle {
 /// SQLite's headers, and when the driver carries an engine of its own (as on platforms where Qt bundles it):
 /// two copies of the engine must not share a connection.
 sqlite3 *sqlite(const QSqlDatabase &db);
+
+/// Whether the driver holds this connection of SQLite's still.
+bool isOf(const QSqlDriver *driver, const sqlite3 *connection);
+
+/// The extended code of what failed last on the connection; 0 for other drivers, and while it is not known that
+/// the driver's engine is ours.
+int extendedErrorCode(const QSqlDriver *driver);
 
 /// The libpq connection (PGconn) that the driver holds; null for other drivers and when the library was built
 /// without libpq's headers. libpq is a shared library everywhere: the driver's is ours.

@@ -3,6 +3,7 @@
 #include "store/core/Savepoint.h"
 
 #include <QSqlError>
+#include <QSqlQuery>
 
 namespace {
 
@@ -12,19 +13,27 @@ bool isInsideAnother(const Store &store) {
     return store.isPostgreSql() && Savepoint::isInsideTransaction(store.db());
 }
 
+/// SQLite refuses a second begin. As a statement, the refusal stays with the statement; Qt's driver would keep
+/// it as its own error until the connection is opened again, and every later operation would be refused.
+bool begin(const Store &store) {
+    if (isInsideAnother(store))
+        return store.fail({}, QStringLiteral("cannot start a transaction within a transaction"), 0,
+                          FailureKind::Other);
+    if (!store.isSqlite())
+        return store.db().transaction() || store.fail({}, store.db().lastError());
+    QSqlQuery query(store.db());
+    return query.exec(QStringLiteral("BEGIN")) || store.fail({}, query.lastError());
+}
+
 } // namespace
 
 OperationTransaction::OperationTransaction(const Store &store, bool wanted) : mStore(store) {
     if (!wanted || !store.isUsable())
         return;
-    const bool isRefused = isInsideAnother(store);
-    mOpen = !isRefused && store.db().transaction();
+    mOpen = begin(store);
     store.setOwnTransaction(mOpen);
-    if (!mOpen) {
-        store.fail({}, isRefused ? QStringLiteral("cannot start a transaction within a transaction")
-                                 : store.db().lastError().text());
+    if (!mOpen)
         store.giveUp();
-    }
 }
 
 OperationTransaction::~OperationTransaction() {
@@ -59,7 +68,7 @@ bool OperationTransaction::commitOrRecord(bool verdict) {
         close();
         return verdict;
     }
-    mStore.fail({}, error.text());
+    mStore.fail({}, error);
     return rollBack();
 }
 
@@ -69,7 +78,7 @@ bool OperationTransaction::commitOrLeaveOpen(bool verdict) {
     close();
     if (mStore.db().commit())
         return verdict && mStore.isUsable();
-    return mStore.fail({}, mStore.db().lastError().text());
+    return mStore.fail({}, mStore.db().lastError());
 }
 
 bool OperationTransaction::discard(bool verdict) {

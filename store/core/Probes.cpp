@@ -71,7 +71,7 @@ std::optional<qint64> versionIn(const QVariant &value) {
 }
 
 std::nullopt_t refuse(const QSqlQuery &query, const QString &reason, FailureList &failures) {
-    recordFailure(failures, query.lastQuery(), reason);
+    recordFailure(failures, query.lastQuery(), reason, 0, FailureKind::Damaged);
     return std::nullopt;
 }
 

@@ -26,10 +26,14 @@ bool namesWhatIsMissing(const Store &store, const QString &code) {
 } // namespace
 
 Query::Query(const Store &store, const Sql &sql, std::initializer_list<long> ids)
-    : Query(store, store.text(sql, ids), ids.size() > 0) {}
+    : Query(store, store.text(sql, ids), ids.size() > 0) {
+    mObjectId = ids.size() > 0 ? *ids.begin() : 0;
+}
 
 Query::Query(const Store &store, const char *sql, std::initializer_list<long> ids)
-    : Query(store, fillNumbers(QString::fromUtf8(sql), ids), ids.size() > 0) {}
+    : Query(store, fillNumbers(QString::fromUtf8(sql), ids), ids.size() > 0) {
+    mObjectId = ids.size() > 0 ? *ids.begin() : 0;
+}
 
 Query::Query(const Store &store, const QString &text) : Query(store, text, false) {}
 
@@ -71,12 +75,21 @@ Query &Query::put(const char *name, const QVariant &value, const QString &object
         return *this;
     prepare();
     mQuery.bindValue(QString::fromLatin1(name), value);
+    noteObject(name, value);
     // A later row may bring a good value for the same placeholder.
     if (!objection.isEmpty() || mRefusedName == name) {
         mRefusedName = objection.isEmpty() ? QByteArray() : QByteArray(name);
         mRefusal = objection;
     }
     return *this;
+}
+
+void Query::noteObject(const char *name, const QVariant &value) {
+    if (mObjectName.isEmpty() && !mIsForOneObject && value.userType() == QMetaType::LongLong &&
+        qstrcmp(name, ":NetId") != 0)
+        mObjectName = name;
+    if (mObjectName == name)
+        mObjectId = narrowedId(value);
 }
 
 void Query::prepare() {
@@ -112,15 +125,17 @@ bool Query::run() {
 
 bool Query::check() const {
     if (!mRan || mRefusedName.isEmpty() || mPrepareFailed)
-        return mRan && mStore.check(mQuery);
-    return mStore.fail(mText, QStringLiteral("The value of %1 cannot be stored: it %2")
-                                  .arg(QLatin1String(mRefusedName.mid(1)), mRefusal));
+        return mRan && mStore.check(mQuery, mObjectId);
+    return mStore.fail(mText,
+                       QStringLiteral("The value of %1 cannot be stored: it %2")
+                           .arg(QLatin1String(mRefusedName.mid(1)), mRefusal),
+                       mObjectId);
 }
 
 bool Query::breaksOff() {
     // What failed to execute is not active: that was recorded when it did.
     if (mQuery.isActive() && mQuery.lastError().isValid())
-        mBrokeOff = !mStore.check(mQuery);
+        mBrokeOff = !mStore.check(mQuery, mObjectId);
     if (mIsPart)
         mStore.requireAnswer(!mBrokeOff);
     return false;
@@ -150,8 +165,10 @@ bool Query::isWhole() {
         mBrokeOff = true;
         if (mIsPart)
             mStore.requireAnswer(false);
-        return mStore.fail(mText, QStringLiteral("The text in column %1 %2, the row cannot be read with it.")
-                                      .arg(mResult.fieldName(i), objection));
+        return mStore.fail(mText,
+                           QStringLiteral("The text in column %1 %2, the row cannot be read with it.")
+                               .arg(mResult.fieldName(i), objection),
+                           mObjectId, FailureKind::Damaged);
     }
     return true;
 }

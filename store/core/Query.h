@@ -104,6 +104,8 @@ private:
     Query(const Store &store, const QString &text, bool isForOneObject);
     /// Binds a value; while there is an objection to it the statement does not run.
     Query &put(const char *name, const QVariant &value, const QString &objection);
+    /// Keeps the first identifier that is bound beside the network's: that of the row, or of its owner.
+    void noteObject(const char *name, const QVariant &value);
     void prepare();
     /// Records why there is no next row, unless that was the last one; false.
     bool breaksOff();
@@ -124,6 +126,9 @@ private:
     bool mBrokeOff = false;
     bool mIsPart = false;
     int mRow = -1; ///< number of the current row
+    /// What the statement is about, for the record of a failure: by the numbers in its text, or bound.
+    QByteArray mObjectName;
+    long mObjectId = 0;
     /// The placeholder with a value that cannot be stored, and why; empty when there is none.
     QByteArray mRefusedName;
     QString mRefusal;

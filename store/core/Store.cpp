@@ -66,6 +66,21 @@ void Store::heed(const QSqlError &error) const {
         giveUp();
 }
 
+bool Store::fail(const QString &sql, const QSqlError &error) const {
+    CallDbResult failure = failureOf(error, mDb.driver());
+    failure.sql = sql;
+    return recordFailure(mFailures, std::move(failure));
+}
+
+bool Store::failWithCode(const QString &sql, const QString &error, const QString &code) const {
+    CallDbResult failure;
+    failure.sql = sql;
+    failure.error = error;
+    failure.code = code;
+    failure.kind = failureKind(code, isSqlite());
+    return recordFailure(mFailures, std::move(failure));
+}
+
 bool Store::hasColumn(const char *table, const char *column) const {
     if (!isUsable())
         return false;

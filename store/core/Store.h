@@ -11,6 +11,7 @@
 
 #include <memory>
 #include <optional>
+#include <utility>
 
 class QSqlError;
 
@@ -105,11 +106,22 @@ public:
     /// @}
 
     FailureList &failures() const { return mFailures; }
-    bool check(const QSqlQuery &query) const { return checkStatement(query, mFailures); }
-    /// Records a failure that no driver knows of; false.
-    bool fail(const QString &sql, const QString &error, long id = 0) const {
-        return recordFailure(mFailures, sql, error, id);
+    bool check(const QSqlQuery &query, long objectId = 0) const {
+        return checkStatement(query, mFailures, objectId);
     }
+    /// @{ Records a failure; false. One that no driver knows of is as a rule a refusal of what was to be
+    /// written.
+    bool fail(const QString &sql, const QString &error, long id = 0,
+              FailureKind kind = FailureKind::RefusedValue) const {
+        return recordFailure(mFailures, sql, error, id, kind);
+    }
+    bool fail(const QString &sql, const QSqlError &error) const;
+    /// One that the engine reported past the driver.
+    /// @param code of the engine, as in CallDbResult.
+    bool failWithCode(const QString &sql, const QString &error, const QString &code) const;
+    /// @}
+    /// What this store records is called after the operation for as long as the store lives.
+    void carry(OperationName name) const { mName = std::move(name); }
     bool checkConnection() const { return ::checkConnection(mDb, mFailures); }
 
 private:
@@ -129,5 +141,6 @@ private:
     mutable Use mUse = Use::Unchecked;
     mutable bool mHasOwnTransaction = false;
     mutable bool mLacksAnswer = false;
+    mutable OperationName mName;
     std::unique_ptr<Kept> mKept;
 };

@@ -41,6 +41,10 @@ struct StoreState : StoreFacts, NetScope {
     StoreState(const StoreState &) = delete;
     StoreState &operator=(const StoreState &) = delete;
 
+    /// The failures of both classes whose numbers are above @p number, in the order in which they were recorded;
+    /// for 0 with those that the host has recorded itself.
+    FailureList failuresAfter(quint64 number) const;
+
     /// What must outlive the connection: the private copy of a file that is read from one.
     std::shared_ptr<void> fileCopy;
     QSqlDatabase db;

@@ -9,7 +9,6 @@
 #include "store/bulk/NetLoad.h"
 #include "store/bulk/NetSave.h"
 #include "store/bulk/SortedById.h"
-#include "store/bulk/StoredWord.h"
 #include "store/core/Columns.h"
 #include "store/core/OperationTransaction.h"
 #include "store/core/Probes.h"
@@ -278,7 +277,9 @@ private:
         mNet.forEachObject("Link", "linkID", [&](Rows &row) {
             auto link = std::make_unique<Link>();
             const NodeIds nodes = readRow(row, withRoad, *link);
-            link->storedLinkType = storedword::kept(row.store().words(), link->linkType, link->linkType);
+            // Read as it stands, and translated where it is written.
+            if (row.store().words().trZhToEn(link->linkType) != link->linkType)
+                link->storedLinkType = link->linkType;
             mLinks.push_back({std::move(link), nodes});
         });
         sortById(mLinks, [](const LoadedLink &loaded) { return loaded.link->linkID; });
@@ -409,7 +410,8 @@ void saveRows(NetSave &net) {
             if (withRoad)
                 net.setIfUnset(link->roadId, link->linkID);
             bindRow(row, net.store, withRoad, *link,
-                    storedword::of(row.store().words(), link->linkType, link->storedLinkType));
+                    link->linkType == link->storedLinkType ? link->linkType
+                                                           : row.store().words().trZhToEn(link->linkType));
             if (withGeometry)
                 bindGeometry(row, *link).bindFilled(kAttributes.placeholder, link->otherAttrsJson);
             if (!row.exec())

@@ -128,7 +128,7 @@ void loadColor(Rows &row, SignalPhase &phase) {
     if (!phase.storedColors.isEmpty() ||
         !storedword::kept(row.store().words(), stored, step.color).isEmpty()) {
         for (int i = phase.storedColors.size(); i < phase.mlColor.size(); ++i)
-            phase.storedColors.append(row.store().words().trZhToEn(phase.mlColor.at(i).color));
+            phase.storedColors.append(row.store().words().storedWord(phase.mlColor.at(i).color));
         phase.storedColors.append(stored);
     }
     phase.mlColor.append(step);
@@ -204,8 +204,12 @@ void loadAllSignalGroups(NetLoad &net) {
     const char *order =
         net.store.hasMisspeltSerialNumber() ? "signalPhaseID, serialNnumber" : "signalPhaseID, serialNumber";
     net.forEachRowAsWritten("SignalColor", order, [&](Rows &row) {
-        if (SignalPhase *phase = phaseOf.of(row, "signalPhaseID"))
-            loadColor(row, *phase);
+        SignalPhase *phase = phaseOf.of(row, "signalPhaseID");
+        if (!phase)
+            return;
+        loadColor(row, *phase);
+        net.requireWord("SignalColor", phase->signalPhaseID, phase->mlColor.last().color,
+                        "has a colour that is none of the vocabulary");
     });
 }
 

@@ -18,7 +18,8 @@ namespace schemaguard {
 namespace {
 
 bool refuse(const QString &name, const QString &reason, FailureList &failures) {
-    return recordFailure(failures, {}, name.isEmpty() ? reason : QStringLiteral("%1: %2").arg(name, reason));
+    return recordFailure(failures, {}, name.isEmpty() ? reason : QStringLiteral("%1: %2").arg(name, reason),
+                         0, FailureKind::Damaged);
 }
 
 /// Runs a question; its failure is recorded.

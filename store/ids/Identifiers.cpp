@@ -207,6 +207,26 @@ bool take(const Store &store, const QString &table, long floor, int count, QList
     return true;
 }
 
+bool draw(const Store &store, const QString &table, const std::unordered_set<long> &brought, int count,
+          QList<long> &ids) {
+    // In a block, or in memory, one after the other costs nothing; elsewhere each is a statement or more.
+    const bool isInMemory = table == kLaneConnector && !store.hasSeveralNets();
+    const bool isReserved = store.hasSeveralNets() && store.isSqlite() && count <= kBlock;
+    if (count > 1 && !isInMemory && !isReserved) {
+        const auto largest = std::max_element(brought.begin(), brought.end());
+        return take(store, table, largest == brought.end() ? 0 : *largest, count, ids);
+    }
+    for (long id = 0; count > 0;) {
+        if (!next(store, table, id))
+            return false;
+        if (brought.count(id) > 0)
+            continue;
+        ids.append(id);
+        --count;
+    }
+    return true;
+}
+
 bool keepFrom(const Store &store, const QString &table, std::vector<long> ids) {
     if (ids.empty())
         return true;

@@ -6,6 +6,7 @@
 #include <QList>
 
 #include <optional>
+#include <unordered_set>
 #include <vector>
 
 /// Row identifiers. SQLite stores count in table IDGenerater, PostgreSQL stores in sequences.
@@ -21,6 +22,12 @@ bool next(const Store &store, const QString &table, long &id);
 /// Appends @p count new identifiers for @p table in the store's network, all above @p floor and above what is
 /// in use. Reserved ones of the process stay reserved.
 bool take(const Store &store, const QString &table, long floor, int count, QList<long> &ids);
+
+/// Appends @p count new identifiers for @p table in the store's network, ascending, none of them among
+/// @p brought, which objects have already that may not be in the store. From the reserved ones of the process
+/// where these are few.
+bool draw(const Store &store, const QString &table, const std::unordered_set<long> &brought, int count,
+          QList<long> &ids);
 
 /// Makes sure that no identifier is given out later that is among @p ids, which rows of @p table are written
 /// with. Without a counter the first draw would begin at 1, whatever rows there are.

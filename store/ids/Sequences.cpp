@@ -145,7 +145,8 @@ QString nameFor(const Store &store, const QString &table) {
             return name;
     }
     if (store.isUsable())
-        store.fail({}, QStringLiteral("There is neither a sequence %1 nor %2").arg(own, shared));
+        store.fail({}, QStringLiteral("There is neither a sequence %1 nor %2").arg(own, shared), 0,
+                   FailureKind::Damaged);
     return {};
 }
 

@@ -14,22 +14,30 @@
 #include <QFileInfo>
 #include <QSqlQuery>
 
+#include <algorithm>
 #include <memory>
 #include <optional>
+#include <utility>
 
 namespace opening {
 
 namespace {
 
-bool refuse(const QString &path, const QString &reason, FailureList &failures) {
-    return recordFailure(failures, {}, QStringLiteral("%1: %2").arg(QDir::toNativeSeparators(path), reason));
+bool refuse(const QString &path, const QString &reason, FailureList &failures,
+            FailureKind kind = FailureKind::Other) {
+    return recordFailure(failures, {}, QStringLiteral("%1: %2").arg(QDir::toNativeSeparators(path), reason),
+                         0, kind);
 }
 
 /// Records why the file is not to be opened. SQLite would make a file for a path that does not exist, and
 /// opening leaves no traces; of a protected file it would say that it is no database.
 bool isStoreFile(const QString &path, FailureList &failures) {
+    if (path.isEmpty())
+        return recordFailure(failures, {},
+                             QStringLiteral("The name of the store is empty; give the path of a file"), 0,
+                             FailureKind::NotFound);
     if (!QFileInfo::exists(path))
-        return refuse(path, QStringLiteral("no such file"), failures);
+        return refuse(path, QStringLiteral("no such file"), failures, FailureKind::NotFound);
     if (fileprotection::isProtected(path))
         return refuse(path, QStringLiteral("the store is protected; unprotect it first"), failures);
     return true;
@@ -177,6 +185,18 @@ Store storeOfOneNet(StoreState &state, QSqlDatabase &db, long netId) {
 
 Store storeOfSeveralNets(StoreState &state, QSqlDatabase &db, long netId) {
     return {db, state, netId, Generation::SeveralNets, 6, *state.severalNetsFailures};
+}
+
+Store storeByVersion(StoreState &state, QSqlDatabase &db, long netId, const char *operation) {
+    OperationName name(operation);
+    const std::optional<long> version = probes::dbVersion(db, state.failures);
+    Store store = probes::hasSeveralNets(version.value_or(0)) ? storeOfSeveralNets(state, db, netId)
+                                                              : storeOfOneNet(state, db, netId);
+    store.carry(std::move(name));
+    // Statements for one network would reach the rows of all networks.
+    if (!version)
+        store.giveUp();
+    return store;
 }
 
 bool bringForward(StoreState &state, QSqlDatabase &db) {

@@ -29,6 +29,9 @@ bool isWritableStoreFile(const QString &path, FailureList &failures);
 Store storeOfOneNet(StoreState &state, QSqlDatabase &db, long netId);
 Store storeOfSeveralNets(StoreState &state, QSqlDatabase &db, long netId);
 /// @}
+/// The store as its version has it. Where that cannot be read, which is recorded, nothing of an operation runs.
+/// @param operation what its failures are recorded under; a literal.
+Store storeByVersion(StoreState &state, QSqlDatabase &db, long netId, const char *operation);
 /// Brings an SQLite store to the current schema; whether it could be asked everything.
 bool bringForward(StoreState &state, QSqlDatabase &db);
 /// Brings a store of the first generation to what bringForward() expects. Does nothing on a store of several

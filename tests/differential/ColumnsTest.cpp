@@ -1,4 +1,5 @@
 #include "tests/differential/FieldWalk.h"
+#include "tests/differential/KnownDifferences.h"
 #include "tests/differential/RandomNet.h"
 #include "tests/differential/StoredRows.h"
 #include "tests/support/StoreFixture.h"
@@ -55,6 +56,9 @@ const QMap<QString, QString> kTables = {
 const QSet<QString> kDerived = {QStringLiteral("link.leftbreakpointsjson"),
                                 QStringLiteral("link.rightbreakpointsjson"),
                                 QStringLiteral("routingflowratio.startdatetime")};
+
+const QSet<QString> kTranslated = {QStringLiteral("linktype.typename"),
+                                   QStringLiteral("vehicletype.vehicletypename")};
 
 /// The values of one object, but not of what it owns, and the first of its ids.
 class OwnValues : public FieldWalk<OwnValues> {
@@ -139,7 +143,9 @@ private:
             if (!row.contains(value.key()) || kDerived.contains(place))
                 continue;
             mSeen.insert(place);
-            EXPECT_TRUE(isStored(*value, row.value(value.key())))
+            const QVariant expected =
+                kTranslated.contains(place) ? QVariant(wordOfTheStore(value->toString())) : *value;
+            EXPECT_TRUE(isStored(expected, row.value(value.key())))
                 << place.toStdString() << ": " << row.value(value.key()).toStdString();
         }
     }

@@ -7,9 +7,12 @@
 
 #include "store/DBTools.h"
 
+#include <QHash>
 #include <QSet>
 
 #include <algorithm>
+#include <initializer_list>
+#include <utility>
 
 namespace differential {
 
@@ -82,6 +85,41 @@ void dropWhatSingleInsertsLeaveOut(QMap<QString, TableRows> &rows, bool severalN
     number("randseed", "0");
     standard.insert(QStringLiteral("recordtrace"), QStringLiteral("'F'"));
     rows[QStringLiteral("simulateconfiguration")] = {standard};
+}
+
+QString wordOfTheStore(const QString &shown) {
+    static const QHash<QString, QString> words{
+        {QStringLiteral("机动车道"), QStringLiteral("MotorizedLane")},
+        {QStringLiteral("自由行驶"), QStringLiteral("FreeRunning")},
+        {QStringLiteral("高速公路"), QStringLiteral("Freeway")},
+        {QStringLiteral("匝道"), QStringLiteral("Ramp")},
+        {QStringLiteral("红"), QStringLiteral("Red")},
+        {QStringLiteral("绿"), QStringLiteral("Green")},
+        {QStringLiteral("小客车"), QStringLiteral("Car")},
+        {QStringLiteral("路侧式"), QStringLiteral("Curbside")},
+        {QStringLiteral("标准检测器"), QStringLiteral("StandardDetector")}};
+    return words.value(shown, shown);
+}
+
+void translateWords(QMap<QString, TableRows> &rows) {
+    const std::initializer_list<std::pair<const char *, const char *>> columns{
+        {"signalcolor", "color"}, {"linktype", "typename"}, {"vehicletype", "vehicletypename"}};
+    for (const auto &[table, column] : columns) {
+        for (QMap<QString, QString> &row : rows[QLatin1String(table)]) {
+            QString &literal = row[QLatin1String(column)];
+            literal =
+                QLatin1Char('\'') + wordOfTheStore(literal.mid(1, literal.size() - 2)) + QLatin1Char('\'');
+        }
+    }
+}
+
+void translateNamesOfRestrictions(NetContents &net) {
+    for (const auto &link : net.links) {
+        for (Lane *lane : qAsConst(link->mlLane)) {
+            for (auto &restriction : lane->mlLimitVehicle)
+                restriction.second = wordOfTheStore(restriction.second);
+        }
+    }
 }
 
 void dropWhatSingleReadsLeaveOut(NetContents &net, bool severalNets) {

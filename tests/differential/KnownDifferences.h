@@ -18,6 +18,14 @@ QStringList refusedSingly(const NetContents &net, bool severalNets);
 /// settings of a simulation. Stores of one network: attributes of lane connectors.
 void dropWhatSingleInsertsLeaveOut(QMap<QString, TableRows> &rows, bool severalNets);
 
+/// What an English store has for a word of RandomNet that a host shows in Chinese. Whole saves write it; single
+/// inserts of such a host write what it shows.
+QString wordOfTheStore(const QString &shown);
+/// Puts the words of the store into the columns that a whole save translates.
+void translateWords(QMap<QString, TableRows> &rows);
+/// Restrictions of lanes give the names of vehicle types as they are stored.
+void translateNamesOfRestrictions(NetContents &net);
+
 /// Takes away what no single read gives: restrictions of connectors, and in generation 6 those of lanes.
 void dropWhatSingleReadsLeaveOut(NetContents &net, bool severalNets);
 

@@ -105,6 +105,8 @@ protected:
             dropOrderOfPlaces(net);
         return textsOf(net);
     }
+    /// Stores of generation 2 hold Chinese words.
+    static bool holdsEnglishWords() { return qstrncmp(GetParam().name, "V2_", 3) != 0; }
     /// Takes the standard compositions out of a new store of one network: they would refuse a network that
     /// has types only.
     void emptyCatalogue() {
@@ -137,7 +139,10 @@ TEST_P(WholeAndSingleTest, WriteTheSameRows) {
         const auto net = make(plan);
         const long single = nextNet();
         EXPECT_EQ(writeSingly(*net, single, hasSeveralNets()), refusedSingly(*net, hasSeveralNets()));
-        const QStringList expected = linesOf(storedRows(single, hasSeveralNets()));
+        auto written = storedRows(single, hasSeveralNets());
+        if (holdsEnglishWords())
+            translateWords(written);
+        const QStringList expected = linesOf(written);
         const long whole = nextNet();
         save(*net, whole);
         auto rows = storedRows(whole, hasSeveralNets());
@@ -165,6 +170,8 @@ TEST_P(WholeAndSingleTest, ReadWhatWasWritten) {
         const long netId = nextNet();
         save(*net, netId);
         arrangeAsRead(*net, hasSeveralNets());
+        if (holdsEnglishWords())
+            translateNamesOfRestrictions(*net);
         if (!hasEdgesOfLaneConnectors())
             dropEdgesOfLaneConnectors(*net);
         auto loaded = load(netId);

@@ -1,5 +1,7 @@
 #include "model/SpecialWords.h"
 
+#include "model/Words.h"
+
 #include <gtest/gtest.h>
 
 namespace {
@@ -77,4 +79,23 @@ TEST(SpecialWords, CachedWordsFollowOnlyInitVars) {
     EXPECT_EQ(words.mlWord.at(19), QStringLiteral("Sidewalk"));
     EXPECT_EQ(words.mlWord.at(20), QStringLiteral("MixedLane"));
     EXPECT_EQ(words.mlWord.last(), QStringLiteral("No"));
+}
+
+TEST(SpecialWords, ConstantsNameTheWordsInBothLanguages) {
+    const QString red = Words::Red;
+    EXPECT_EQ(red, QStringLiteral("红"));
+    EXPECT_EQ(Words::NonMotorizedLane.inEnglish(), QStringLiteral("NonMotorizedLane"));
+    EXPECT_EQ(QString(Words::MixedLaneSynonym), QStringLiteral("机非共享"));
+    EXPECT_TRUE(Words::Grey.names(QStringLiteral("灰")));
+    EXPECT_TRUE(Words::Grey.names(QStringLiteral("Grey")));
+    EXPECT_FALSE(Words::Grey.names(QStringLiteral("grey")));
+    EXPECT_TRUE(Words::isKnown(QStringLiteral("BusBay")));
+    EXPECT_TRUE(Words::isKnown(QStringLiteral("港湾式")));
+    EXPECT_FALSE(Words::isKnown(QString()));
+    const SpecialWords english = dictionary(true, true);
+    EXPECT_EQ(english.getWord(Words::BusLane), QStringLiteral("BusLane"));
+    EXPECT_EQ(SpecialWords().getWord(Words::BusLane), QStringLiteral("公交专用道"));
+    // What an English store gets does not depend on the host's language.
+    EXPECT_EQ(dictionary(true, false).storedWord(Words::Red), QStringLiteral("Red"));
+    EXPECT_EQ(dictionary(false, true).storedWord(Words::Red), QStringLiteral("红"));
 }

@@ -503,7 +503,7 @@ TEST_P(StoredWordsTest, AWholeSaveWritesBackWhatWasLoaded) {
     }
 }
 
-TEST_P(StoredWordsTest, WordsThatWereChangedAreTranslatedAsSingleInsertsDo) {
+TEST_P(StoredWordsTest, WordsThatWereChangedAreWrittenInTheLanguageOfTheStore) {
     writeWords();
     speak(true);
     NetContents net;
@@ -516,10 +516,9 @@ TEST_P(StoredWordsTest, WordsThatWereChangedAreTranslatedAsSingleInsertsDo) {
     DBTools::initDictionary(gDB, kNet, true);
     speak(true);
     ASSERT_TRUE(DBTools::saveNet(gDB, kNet, net, true));
-    // What a phase shows in its stored word goes on to do so.
-    EXPECT_EQ(words(),
-              QStringList({QStringLiteral("匝道"), QStringLiteral("Freeway"), QStringLiteral("匝道"),
-                           QStringLiteral("小客车"), QStringLiteral("Green"), QStringLiteral("灰")}));
+    // The type of a link is read as it stands, and written so.
+    EXPECT_EQ(words(), QStringList({QStringLiteral("匝道"), QStringLiteral("Freeway"), QStringLiteral("匝道"),
+                                    QStringLiteral("Car"), QStringLiteral("Green"), QStringLiteral("Grey")}));
     // Single inserts know the displayed word alone.
     net.traffic.signalGroups[0]->signalGroupID = 2;
     phase.signalPhaseID = 2;
