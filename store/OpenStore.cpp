@@ -18,9 +18,26 @@ OpenStore::OpenStore(const QString &path, Access access) : OpenStore(settingsOfF
 
 OpenStore::OpenStore(const StoreSettings &settings, Access access) : mState(std::make_unique<StoreState>()) {
     const OperationName operation("OpenStore");
+    mState->words.setLangIsNotZh(gSpecialWords.langIsNotZh);
+    open(settings, access);
+    mState->words.initVars();
+}
+
+OpenStore::OpenStore(const QString &path, const OpenOptions &options)
+    : OpenStore(settingsOfFile(path), options) {}
+
+OpenStore::OpenStore(const StoreSettings &settings, const OpenOptions &options)
+    : mState(std::make_unique<StoreState>()) {
+    const OperationName operation("OpenStore");
+    open(settings, opening::possibleAccess(settings, options.access));
+    mIsOpened = mIsOpened && opening::applyOptions(*mState, mState->db, options);
+    if (!mIsOpened)
+        mState->db.close();
+}
+
+void OpenStore::open(const StoreSettings &settings, Access access) {
     StoreState &state = *mState;
     state.settings = settings;
-    state.words.setLangIsNotZh(gSpecialWords.langIsNotZh);
     state.db = QSqlDatabase::addDatabase(settings.driver, newConnectionName("store"));
     if (state.db.isValid())
         attachState(state.db, &state);
@@ -31,7 +48,6 @@ OpenStore::OpenStore(const StoreSettings &settings, Access access) : mState(std:
         mIsOpened =
             (access == Access::Write || opening::passFirstGeneration(state, state.db, settings.name)) &&
             opening::forWriting(state, state.db, settings.name, true);
-    state.words.initVars();
     if (!mIsOpened)
         state.db.close();
 }
@@ -48,6 +64,10 @@ OpenStore::~OpenStore() {
 
 bool OpenStore::isOpen() const {
     return mIsOpened && mState->db.isOpen();
+}
+
+bool OpenStore::isReadOnly() const {
+    return mState->isReadOnly;
 }
 
 QSqlDatabase &OpenStore::db() {

@@ -8,6 +8,7 @@
 #include "model/StoreSettings.h"
 #include "model/VehicleComposition.h"
 #include "model/VehicleType.h"
+#include "store/OpenOptions.h"
 #include "store/core/StoreVersion.h"
 
 #include <QHash>
@@ -44,11 +45,7 @@ struct StoreState;
 /// another, nor the process's.
 class MORASTORE_EXPORT OpenStore {
 public:
-    enum class Access {
-        Read,   ///< as DBTools::openDatabaseReadOnly(): nothing of the store changes
-        Write,  ///< as DBTools::openDatabase(): an SQLite store is brought to the current schema
-        Upgrade ///< as Write; one of the first generation is brought forward, too
-    };
+    using Access = StoreAccess;
 
     /// @{ Opens an SQLite file, or what @p settings name (the port included; for SQLite the name is the file).
     /// The host's JSON settings play no part. The store is judged as by DBTools, and where it is refused, or
@@ -56,6 +53,11 @@ public:
     /// gSpecialWords.
     OpenStore(const QString &path, Access access);
     OpenStore(const StoreSettings &settings, Access access);
+    /// @}
+    /// @{ The same with words that stay as the store has them, and with a current network, unless @p options say
+    /// otherwise.
+    explicit OpenStore(const QString &path, const OpenOptions &options = {});
+    explicit OpenStore(const StoreSettings &settings, const OpenOptions &options = {});
     /// @}
     /// Closes the connection, taking back a transaction that is open. Handles and statements of it that the
     /// host has made go first.
@@ -65,6 +67,8 @@ public:
 
     /// Whether the store was opened, and the connection still is.
     bool isOpen() const;
+    /// Whether it was opened for reading, be it that its file may not be written to.
+    bool isReadOnly() const;
     /// The connection, to hand to operations; not to be assigned to.
     QSqlDatabase &db();
     const StoreSettings &settings() const;
@@ -94,6 +98,9 @@ public:
     /// @}
 
 private:
+    /// Opens the connection; isOpen() says whether the store is the one that is wanted.
+    void open(const StoreSettings &settings, Access access);
+
     std::unique_ptr<StoreState> mState;
     bool mIsOpened = false;
 };

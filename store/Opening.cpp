@@ -1,6 +1,8 @@
 // Opening the store of the process, on Qt's default connection.
 #include "store/DBTools.h"
 #include "store/DBTools_V6.h"
+#include "store/OpenStore.h"
+#include "store/Stores.h"
 #include "store/core/Engine.h"
 #include "store/guard/SchemaGuard.h"
 #include "store/ids/Identifiers.h"
@@ -46,18 +48,25 @@ void releaseDefault(QSqlDatabase &handle) {
     handle = QSqlDatabase();
 }
 
-/// Makes @p db Qt's default connection with @p driver. The process-wide handles on the one that it replaces
-/// are given up first: Qt would otherwise keep it alive and complain that it is in use. gNet's tables are
-/// emptied: the same ids name other objects in another store.
-void replaceDefaultConnection(QSqlDatabase &db, const QString &driver) {
+/// Closes Qt's default connection. The process-wide handles on it are given up first: Qt would otherwise keep it
+/// alive and complain that it is in use. gNet's tables are emptied: the same ids name other objects in another
+/// store.
+void removeDefaultConnection() {
     const QString name = QLatin1String(QSqlDatabase::defaultConnection);
-    releaseDefault(db);
     releaseDefault(gDB);
     releaseDefault(gDBForBackup);
     gsDbPath.clear();
     gNet.releaseNet();
     if (QSqlDatabase::contains(name))
         QSqlDatabase::removeDatabase(name);
+    processStore().state.fileCopy.reset();
+    processStore().state.isReadOnly = false;
+}
+
+/// Makes @p db Qt's default connection with @p driver, in place of the one before it.
+void replaceDefaultConnection(QSqlDatabase &db, const QString &driver) {
+    releaseDefault(db);
+    removeDefaultConnection();
     db = QSqlDatabase::addDatabase(driver);
 }
 
@@ -70,12 +79,17 @@ bool isOfProcess(const QSqlDatabase &db, FailureList &failures) {
                               "an OpenStore of its own"));
 }
 
-/// @p db as the default connection to what the settings and the host's name; false when that is nothing.
-bool connectDefault(StoreState &state, QSqlDatabase &db, const QString &path) {
+/// What is known of the store that was open is not that of the next one.
+void forget(StoreState &state) {
     state.reservedIds.clear();
     state.highestIds.clear();
     state.failures.clear();
     state.severalNetsFailures->clear();
+}
+
+/// @p db as the default connection to what the settings and the host's name; false when that is nothing.
+bool connectDefault(StoreState &state, QSqlDatabase &db, const QString &path) {
+    forget(state);
     if (!isOfProcess(db, state.failures))
         return false;
     StoreSettings &settings = state.settings;
@@ -90,12 +104,71 @@ bool connectDefault(StoreState &state, QSqlDatabase &db, const QString &path) {
     if (isSqlite)
         settings.name = path;
     replaceDefaultConnection(db, settings.driver);
-    state.fileCopy.reset();
     opening::nameStore(db, settings);
     return true;
 }
 
+/// Opens what @p settings name on gDB in place of what is open.
+bool openDefault(const StoreSettings &settings, const OpenOptions &options) {
+    StoreState &state = processStore().state;
+    forget(state);
+    state.settings = settings;
+    replaceDefaultConnection(gDB, settings.driver);
+    opening::nameStore(gDB, settings);
+    const bool isOpened = options.access == StoreAccess::Read
+                              ? opening::forReading(state, gDB, settings.name, true)
+                              : opening::forWriting(state, gDB, settings.name, true);
+    return isOpened && opening::applyOptions(state, gDB, options);
+}
+
 } // namespace
+
+bool stores::open(const QString &path, const OpenOptions &options) {
+    StoreSettings settings;
+    settings.name = path;
+    return open(settings, options);
+}
+
+bool stores::open(const StoreSettings &settings, const OpenOptions &options) {
+    const OperationName operation("open");
+    StoreState &state = processStore().state;
+    OpenOptions possible = options;
+    {
+        const OpenStore trial(settings, options);
+        if (!trial.isOpen()) {
+            state.failures += trial.failures();
+            return false;
+        }
+        possible.access = trial.isReadOnly() ? StoreAccess::Read : StoreAccess::Write;
+    }
+    const bool wasOpen = gDB.isOpen();
+    const StoreSettings before = state.settings;
+    const OpenOptions optionsBefore{state.isReadOnly ? StoreAccess::Read : StoreAccess::Write,
+                                    gSpecialWords.langIsNotZh ? ShownWords::English : ShownWords::Chinese,
+                                    gNet.name};
+    if (openDefault(settings, possible))
+        return true;
+    // What could be opened a moment ago cannot be any more.
+    const FailureList reasons = state.failures;
+    if (wasOpen)
+        openDefault(before, optionsBefore);
+    else
+        close();
+    state.failures += reasons;
+    return false;
+}
+
+void stores::close() {
+    StoreState &state = processStore().state;
+    removeDefaultConnection();
+    state.reservedIds.clear();
+    state.highestIds.clear();
+    gNet = Net();
+    gNet.releaseNet();
+    ghVehicleType.clear();
+    ghVehicleComposition.clear();
+    glLinkType.clear();
+}
 
 bool DBTools::openDatabase(QSqlDatabase &db, QString path, bool resetIdCache) {
     const OperationName operation(__func__);

@@ -51,6 +51,7 @@ struct StoreState : StoreFacts, NetScope {
     QString path; ///< of the SQLite file; empty while none is open
     /// Where operations of DBTools_V6 record.
     FailureList *severalNetsFailures = &failures;
+    bool isReadOnly = false; ///< opened for reading
     /// Whether table Link of a store of one network has a column for road ids.
     bool linkHasRoadId = true;
     /// Network id to table name to the identifiers reserved and not yet used, ascending.

@@ -54,12 +54,17 @@ constexpr std::tuple kColumns = {
     Column{":isDefault", &NetRecord::isDefault},
 };
 
-/// Makes the current row of @p row the current network. Columns that older stores lack read as their defaults.
+/// Columns that older stores lack read as their defaults.
+NetRecord readRecord(Query &row) {
+    NetRecord record;
+    readAll(row, kColumns, record);
+    record.otherAttrsJson = row.json("otherAttrsJson");
+    return record;
+}
+
+/// Makes the current row of @p row the current network.
 Net *loadRow(Query &row) {
-    Net net;
-    readAll(row, kColumns, net);
-    net.otherAttrsJson = row.json("otherAttrsJson");
-    row.store().net().loadRecord(net);
+    row.store().net().loadRecord(readRecord(row));
     return &row.store().net();
 }
 
@@ -171,6 +176,16 @@ QList<Net> readNetworks(const Store &store) {
         nets.append(net);
     }
     return nets;
+}
+
+QList<NetRecord> readRecords(const Store &store) {
+    QList<NetRecord> records;
+    Query rows(store, kSelectAll);
+    if (!rows.exec())
+        return {};
+    while (rows.next())
+        records.append(readRecord(rows));
+    return rows.isComplete() ? records : QList<NetRecord>();
 }
 
 QByteArray readBackgroundMap(const Store &store) {

@@ -50,6 +50,8 @@ std::optional<bool> isAnyNetworkThere(const Store &store);
 long largestNetworkId(const Store &store);
 /// All networks with id, name and further attributes.
 QList<Net> readNetworks(const Store &store);
+/// The complete records of all networks by id; none beside a recorded failure.
+QList<NetRecord> readRecords(const Store &store);
 
 QByteArray readBackgroundMap(const Store &store);
 

@@ -2,6 +2,7 @@
 
 #include "store/core/Engine.h"
 #include "store/core/Probes.h"
+#include "store/families/Networks.h"
 #include "store/guard/ConnectionGuard.h"
 #include "store/guard/FileGuard.h"
 #include "store/guard/ReadOnlyFile.h"
@@ -110,9 +111,50 @@ bool learnAboutStore(StoreState &state, QSqlDatabase &db, const QString &path, b
     return true;
 }
 
+/// The bits of a file count also for those whom they do not bind.
+bool isWritable(const QFileInfo &file) {
+    constexpr QFileDevice::Permissions any =
+        QFileDevice::WriteOwner | QFileDevice::WriteGroup | QFileDevice::WriteOther;
+    return file.isWritable() && (file.permissions() & any);
+}
+
+/// The record to load where a host names no network; null in a store that has none.
+const NetRecord *firstChoice(const QList<NetRecord> &records) {
+    const auto chosen =
+        std::find_if(records.cbegin(), records.cend(), [](const auto &each) { return each.isDefault; });
+    return chosen != records.cend() ? &*chosen : records.isEmpty() ? nullptr : &records.first();
+}
+
+bool makeCurrent(StoreState &state, QSqlDatabase &db, const QString &name) {
+    const Store store = storeOfOneNet(state, db, 0);
+    const quint64 before = lastFailureNumber();
+    const QList<NetRecord> records = networks::readRecords(store);
+    if (lastFailureNumber() != before)
+        return false;
+    QStringList names;
+    for (const NetRecord &record : records)
+        names.append(QLatin1Char('"') + record.name + QLatin1Char('"'));
+    const auto named = std::find_if(records.cbegin(), records.cend(),
+                                    [&name](const auto &each) { return each.name == name; });
+    const NetRecord *chosen = name.isEmpty()            ? firstChoice(records)
+                              : named != records.cend() ? &*named
+                                                        : nullptr;
+    if (chosen)
+        state.net.loadRecord(*chosen);
+    if (chosen || name.isEmpty())
+        return true;
+    return store.fail(
+        {},
+        QStringLiteral("The store has no network \"%1\"; it has %2")
+            .arg(name, names.isEmpty() ? QStringLiteral("none") : names.join(QLatin1String(", "))),
+        0, FailureKind::NotFound);
+}
+
 bool readDatabase(StoreState &state, QSqlDatabase &db, const QString &path, bool resetIdCache) {
-    return openGuarded(db, state.failures) && learnAboutStore(state, db, path, resetIdCache, false) &&
-           execute(db, "set default_transaction_read_only = on", state.failures);
+    state.isReadOnly = openGuarded(db, state.failures) &&
+                       learnAboutStore(state, db, path, resetIdCache, false) &&
+                       execute(db, "set default_transaction_read_only = on", state.failures);
+    return state.isReadOnly;
 }
 
 } // namespace
@@ -141,6 +183,7 @@ bool openGuarded(QSqlDatabase &db, FailureList &failures) {
 
 bool forWriting(StoreState &state, QSqlDatabase &db, const QString &path, bool resetIdCache) {
     const bool isSqlite = state.settings.driver == QLatin1String("QSQLITE");
+    state.isReadOnly = false;
     if (isSqlite && !isWritableStoreFile(path, state.failures))
         return false;
     return openGuarded(db, state.failures) && learnAboutStore(state, db, path, resetIdCache, isSqlite);
@@ -176,7 +219,23 @@ bool forReading(StoreState &state, QSqlDatabase &db, const QString &path, bool r
     if (!learnAboutStore(state, db, path, resetIdCache, isOlder))
         return false;
     readOnlyFile->hideCopy();
-    return execute(db, "pragma query_only = on", state.failures);
+    state.isReadOnly = execute(db, "pragma query_only = on", state.failures);
+    return state.isReadOnly;
+}
+
+StoreAccess possibleAccess(const StoreSettings &settings, StoreAccess wanted) {
+    const QFileInfo file(settings.name);
+    if (settings.driver != QLatin1String("QSQLITE") || !file.exists())
+        return wanted;
+    return isWritable(file) && isWritable(QFileInfo(file.absolutePath())) ? wanted : StoreAccess::Read;
+}
+
+bool applyOptions(StoreState &state, QSqlDatabase &db, const OpenOptions &options) {
+    const bool isForeign = options.words == ShownWords::AsStored ? state.words.dbIsEnglish
+                                                                 : options.words == ShownWords::English;
+    state.words.setLangIsNotZh(isForeign);
+    state.words.initVars();
+    return makeCurrent(state, db, options.network);
 }
 
 Store storeOfOneNet(StoreState &state, QSqlDatabase &db, long netId) {

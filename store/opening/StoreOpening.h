@@ -1,5 +1,6 @@
 #pragma once
 
+#include "store/OpenOptions.h"
 #include "store/core/Store.h"
 
 class QSqlDatabase;
@@ -17,6 +18,13 @@ void nameStore(QSqlDatabase &db, const StoreSettings &settings);
 bool forWriting(StoreState &state, QSqlDatabase &db, const QString &path, bool resetIdCache);
 bool forReading(StoreState &state, QSqlDatabase &db, const QString &path, bool resetIdCache);
 /// @}
+
+/// What a store can be opened for where @p wanted is asked: a file that may not be written to, or that lies in
+/// such a folder, for reading.
+StoreAccess possibleAccess(const StoreSettings &settings, StoreAccess wanted);
+/// Sets the language of an open store and makes a network the current one; false when there is none of that
+/// name.
+bool applyOptions(StoreState &state, QSqlDatabase &db, const OpenOptions &options);
 
 /// @{ Parts of the above that switches of connections make use of: connecting to a store that is none of a
 /// stranger's (one that cannot be opened passes: it has its record when it is validated), and refusing what is

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "store/guard/NewFile.h"
 #include "tools/session/Leftover.h"
 
 #include <QString>
@@ -8,16 +9,13 @@
 
 namespace moratools {
 
-/// A new file under a name that nobody else has, in the folder of the file that it is to become. It is
-/// removed again, with what SQLite keeps beside it, unless it was published.
+/// A new file (NewFile) that is not left behind by a run which is interrupted either.
 class FileInMaking {
 public:
-    /// Makes the file, empty. Throws `Failure` when it cannot be made, when there is a file `wanted`, and
-    /// when a journal of such a name lies there, which SQLite would take for the new file's.
+    /// Makes the file, empty. Throws `Failure` when it is refused.
     explicit FileInMaking(const QString &wanted);
-    ~FileInMaking();
 
-    const QString &path() const { return mPath; }
+    const QString &path() const { return mFile.path(); }
     /// Gives the file the name that was wanted. Throws `Failure` when another program has taken the name
     /// meanwhile; what it made is not touched.
     void publish();
@@ -25,9 +23,8 @@ public:
 private:
     Q_DISABLE_COPY(FileInMaking)
 
-    QString mWanted;
-    QString mPath;
-    std::optional<Leftover> mLeftover;
+    std::optional<Leftover> mLeftover; ///< outlives the file
+    NewFile mFile;
 };
 
 } // namespace moratools

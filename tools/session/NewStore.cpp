@@ -1,5 +1,6 @@
 #include "tools/session/NewStore.h"
 
+#include "store/Stores.h"
 #include "tools/reports/Failure.h"
 #include "tools/session/FileInMaking.h"
 #include "tools/session/StoreSession.h"
@@ -8,21 +9,13 @@
 #include <QFile>
 #include <QFileInfo>
 
-#include <algorithm>
-
 namespace moratools {
 
 namespace {
 
-const QString kTemplates = QStringLiteral(":/Resources/EmptyNet");
-
-void copyTemplate(const QString &resource, const QString &path, const QString &wanted) {
-    QFile source(resource);
+void copyTemplate(const QString &name, const QString &path, const QString &wanted) {
+    const QByteArray bytes = stores::templateNamed(name);
     QFile copy(path); // there already, and empty
-    if (!source.open(QIODevice::ReadOnly))
-        throw Failure(
-            QStringLiteral("the template %1 cannot be read (%2)").arg(resource, source.errorString()));
-    const QByteArray bytes = source.readAll();
     if (copy.open(QIODevice::WriteOnly | QIODevice::Unbuffered) && copy.write(bytes) == bytes.size())
         return;
     // A file that took only a part of the bytes reports no error of its own.
@@ -35,16 +28,11 @@ void copyTemplate(const QString &resource, const QString &path, const QString &w
 } // namespace
 
 QStringList templateNames() {
-    QStringList names = QDir(kTemplates).entryList(QDir::Files, QDir::Name);
-    // The dumps for a database server are no SQLite stores.
-    names.erase(std::remove_if(names.begin(), names.end(),
-                               [](const QString &name) { return name.endsWith(QLatin1String(".backup")); }),
-                names.end());
-    return names;
+    return stores::templateNames();
 }
 
 QString newestTemplate() {
-    return QStringLiteral("EmptyNet_V6.0.0");
+    return stores::newestTemplate();
 }
 
 void makeStore(const QString &path, const QString &name) {
@@ -54,7 +42,7 @@ void makeStore(const QString &path, const QString &name) {
     if (!QFileInfo(path).absoluteDir().exists())
         throw Failure(QStringLiteral("%1: the folder does not exist; make it first").arg(path));
     FileInMaking making(path);
-    copyTemplate(kTemplates + QLatin1Char('/') + name, making.path(), path);
+    copyTemplate(name, making.path(), path);
     {
         const StoreSession store(making.path(), Access::Write);
         if (store.unexpectedFailures() > 0) {

@@ -5,6 +5,7 @@
 #include "store/DBTools.h"
 #include "store/DBTools_V6.h"
 #include "store/OpenStore.h"
+#include "store/Stores.h"
 #include "store/core/Engine.h"
 #include "tools/reports/Failure.h"
 #include "tools/session/ConnectionSettings.h"
@@ -18,12 +19,6 @@
 namespace moratools {
 
 namespace {
-
-/// In a store of several networks counters are per network, so the row that belongs to none is refused when
-/// the first opening adds table Rsu.
-bool isByDesign(const CallDbResult &failure) {
-    return failure.sql.contains(QLatin1String("IDGenerater")) && failure.sql.contains(QLatin1String("'Rsu'"));
-}
 
 OpenStore::Access ofLibrary(Access access) {
     switch (access) {
@@ -100,7 +95,7 @@ QList<CallDbResult> StoreSession::failures() const {
     QList<CallDbResult> all =
         mStore ? mStore->failures() : DBTools::mlCallDbResult + DBTools_V6::mlCallDbResult;
     if (hasSeveralNetworks())
-        all.erase(std::remove_if(all.begin(), all.end(), isByDesign), all.end());
+        all.erase(std::remove_if(all.begin(), all.end(), stores::isByDesign), all.end());
     return all;
 }
 
