@@ -35,8 +35,8 @@ bool hasNull(const Store &store, const QList<T *> &list) {
 
 StoredNet::StoredNet(QSqlDatabase &db, long netId) : mDb(db), mNetId(netId) {}
 
-Store StoredNet::store() const {
-    Store store = DBTools::storeOf(mDb, mNetId);
+Store StoredNet::store(const char *operation) const {
+    Store store = DBTools::storeOf(mDb, mNetId, operation);
     store.keepStatements();
     return store;
 }

@@ -21,7 +21,7 @@ struct NetContents;
 ///     StoredNet net(gDB, 1);
 ///     link->limitSpeed = 50;
 ///     if (!net.update(*link))
-///         // why: see FailureView; the store is as it was
+///         // why: see FailureScope; the store is as it was
 ///
 /// Serves stores of both generations, on SQLite and PostgreSQL. Each function writes all of what it is asked for,
 /// or nothing and records why: inside a transaction of the caller by a savepoint, outside one in a transaction
@@ -104,7 +104,7 @@ public:
     long id() const { return mNetId; }
 
 private:
-    Store store() const;
+    Store store(const char *operation = __builtin_FUNCTION()) const;
 
     QSqlDatabase &mDb;
     long mNetId;
