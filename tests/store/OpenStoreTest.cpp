@@ -317,7 +317,7 @@ TEST_F(OpenStoreTest, WhatCannotBeOpenedSaysWhyAndChangesNothing) {
     const QList<QPair<QString, QString>> refused = {{missing, QStringLiteral("no such file")},
                                                     {text, QStringLiteral("not a database")},
                                                     {triggered, QStringLiteral("trigger")},
-                                                    {QString(), QStringLiteral("no such file")}};
+                                                    {QString(), QStringLiteral("is empty")}};
     for (const auto &each : refused) {
         for (const Access access : {Access::Read, Access::Write}) {
             const OpenStore other(each.first, access);
