@@ -34,7 +34,7 @@ stored("1|-5.25\n2|-1.75" "select serialNumber, json_extract(cast(a.centerLinePo
     from Lane a join Link using(linkID) where linkName = 'from West' order by 1")
 # Turning left one goes from lane 2 to lane 2, in nearly a quarter of a circle of 16.75 m.
 stored("2|2|26.3" "select b.serialNumber, c.serialNumber, round(length, 1) from Connector join LaneConnector a using(connID),
-    Lane b, Lane c where b.laneID = startLaneID and c.laneID = endLaneID and connName = 'from West to to North'")
+    Lane b, Lane c where b.laneID = startLaneID and c.laneID = endLaneID and connName = 'from West to North'")
 # The words of the store are English, and each phase lasts as long as the plan.
 stored("ArterialRoad" "select distinct linkType from Link")
 stored("1|Green15,Yellow3,Red62\n2|Red20,Green15,Yellow3,Red42\n3|Red40,Green15,Yellow3,Red22\n4|Red60,Green15,Yellow3,Red2"
@@ -44,3 +44,32 @@ stored("Van|20\nCar|80" "select vehicleTypeName, proportion from VehicleConsDeta
     where vehicleConsCode = 2 order by 2")
 # What the next import or editor draws is above what is there.
 stored("0" "select count(*) from IDGenerater where TableName = 'Lane' and ID < (select max(laneID) from Lane)")
+
+# Two edits, and back: all rows are as they were, but for the counter of lanes.
+set(edited ${WORK_DIR}/undo.db)
+file(COPY_FILE ${store} ${edited})
+run(${WORK_DIR}/build/undo ${edited} 7)
+expect(undo "before: 185 m, 2 lanes, 7 m wide
+bent: 185.27 m, 2 lanes, 7 m wide
+wider: 185.27 m, 3 lanes, 10.5 m wide
+undone: 185.27 m, 2 lanes, 7 m wide
+redone: 185.27 m, 3 lanes, 10.5 m wide
+undone: 185.27 m, 2 lanes, 7 m wide
+undone: 185 m, 2 lanes, 7 m wide")
+function(dump file)
+    run(${sqlite3} ${file} "update IDGenerater set ID = 0 where TableName = 'Lane'" .dump)
+    set(output "${output}" PARENT_SCOPE)
+endfunction()
+file(COPY_FILE ${store} ${WORK_DIR}/untouched.db)
+dump(${WORK_DIR}/untouched.db)
+set(before "${output}")
+dump(${edited})
+if(NOT output STREQUAL before)
+    message(FATAL_ERROR "What was undone left traces.")
+endif()
+# The paths follow the end of the link that is bent: from y = -1.75 to 10 m north of it.
+file(COPY_FILE ${store} ${WORK_DIR}/bent.db)
+run(${WORK_DIR}/build/undo ${WORK_DIR}/bent.db 7 1)
+run(${sqlite3} ${WORK_DIR}/bent.db "select round(json_extract(cast(a.centerLinePointsJson as text), '$.data[0].y'), 2)
+    from Connector join LaneConnector a using(connID) where connName = 'from West to North'")
+expect("the path from the bent link" 8.25)
