@@ -59,6 +59,8 @@ struct Refusal {
 const Refusal kPointers[] = {
     {"Connector 8 joins a lane that is not part of the network.",
      [](NetContents &net) { delete net.links[0]->mlLane.takeLast(); }},
+    {"Connector 8 joins a lane that is not part of the network.",
+     [](NetContents &net) { delete net.links[1]->mlLane.takeFirst(); }},
     {"Connector 8 joins a link that is not part of the network.",
      [](NetContents &net) { net.links.pop_back(); }},
     {"Connector 8 has no link at an end: set mpStartLink and mpEndLink before it is stored.",
@@ -87,8 +89,8 @@ const Refusal kPointers[] = {
      [](NetContents &net) {
          auto *route = new Routing;
          route->routingID = 7;
-         static DecisionPoint elsewhere;
-         route->mpDecisionPoint = &elsewhere;
+         const auto gone = std::make_unique<DecisionPoint>();
+         route->mpDecisionPoint = gone.get();
          addPoint(net, net.links[0].get()).mlRouting.append(route);
      }},
     {"Bus station 9 stands on a link that is not part of the network.",
@@ -105,6 +107,11 @@ const Refusal kPointers[] = {
      [](NetContents &net) {
          addLamp(net);
          net.traffic.signalGroups.clear();
+     }},
+    {"Signal lamp 9 shows a phase that is not part of the network.",
+     [](NetContents &net) {
+         static SignalPhase elsewhere;
+         addLamp(net).setPhase(&elsewhere);
      }},
 };
 
@@ -369,6 +376,26 @@ TEST_P(WholeContentsTest, ANumberThatNamedNothingWhenItWasLoadedStays) {
     EXPECT_FALSE(DBTools::saveNet(gDB, kNet, net, true));
     EXPECT_EQ(failures().value(0).error.toStdString(),
               "Connector 8 is closed to vehicle type 79, which is not part of the network.");
+}
+
+TEST_P(WholeContentsTest, LoadsAndSavesEndWithoutChanges) {
+    const auto net = roads();
+    net->edit(*net->links[0]).roadId = 0;
+    const auto isMarked = [&net] { return !net->changes.isEmpty(); };
+    EXPECT_FALSE(DBTools::saveNet(gDB, kNet, *net, true, [](const NetStep &) { return false; }));
+    EXPECT_TRUE(isMarked()) << "a save that is not kept keeps the changes";
+    net->record.name = QStringLiteral("renamed");
+    ASSERT_TRUE(DBTools::saveNet(gDB, kNet, *net, true));
+    EXPECT_FALSE(isMarked());
+    EXPECT_EQ(net->stored.record.name, QStringLiteral("renamed"));
+
+    net->edit(*net->links[0]);
+    net->linkTypes.clear();
+    ASSERT_TRUE(DBTools::loadNet(gDB, kNet, *net));
+    EXPECT_FALSE(isMarked());
+    EXPECT_EQ(net->stored.record.netId, kNet);
+    EXPECT_EQ(net->stored.linkTypes.size(), net->linkTypes.size());
+    EXPECT_FALSE(net->linkTypes.isEmpty());
 }
 
 /// Rows of other writers name no road where none is meant; what loads saves.
