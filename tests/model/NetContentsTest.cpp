@@ -404,7 +404,9 @@ TEST(NetContents, ChangesAreWhatWasNamedAndIsStillThere) {
     EXPECT_TRUE(net.changes.changed<Connector>().isEmpty());
 
     // What goes leaves the changes, by whatever way, and is not looked at.
-    Link &added = net.add(std::make_unique<Link>());
+    auto fresh = std::make_unique<Link>();
+    fresh->linkID = 99;
+    Link &added = net.add(std::move(fresh));
     EXPECT_EQ(net.changes.changed<Link>().last(), &added);
     ASSERT_TRUE(net.remove(added, Cascade::Refuse));
     net.edit(*net.traffic.collectors[0]);
