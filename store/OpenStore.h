@@ -4,11 +4,11 @@
 #include "model/LinkType.h"
 #include "model/MoraStoreExport.h"
 #include "model/Net.h"
+#include "model/OpenOptions.h"
 #include "model/SpecialWords.h"
 #include "model/StoreSettings.h"
 #include "model/VehicleComposition.h"
 #include "model/VehicleType.h"
-#include "store/OpenOptions.h"
 #include "store/core/StoreVersion.h"
 
 #include <QHash>

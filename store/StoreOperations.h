@@ -97,7 +97,7 @@ public:
     /// @name Opening and checking
     /// @{
     /// Whether @p db is usable: no driver error is pending and, on SQLite, table IDGenerater can be read.
-    /// Records a failure. A driver error from a failed begin or commit stays pending until the store is
+    /// Records a failure. A driver error from a failed commit stays pending until the store is
     /// opened again.
     static bool validateDatabase(QSqlDatabase &db);
     /// Whether the last statement of @p query succeeded; records a failure.

@@ -1,11 +1,13 @@
 #include "store/Stores.h"
 
 #include "store/OpenStore.h"
+#include "store/Transaction.h"
 #include "store/core/Failures.h"
 #include "store/families/Networks.h"
 #include "store/guard/NewFile.h"
 #include "store/opening/ProcessStore.h"
 #include "store/opening/StoreOpening.h"
+#include "store/schema/Dictionaries.h"
 
 #include <QDir>
 #include <QFile>
@@ -92,6 +94,34 @@ bool isReadOnly(const QSqlDatabase &db) {
 QList<NetRecord> networks(QSqlDatabase &db) {
     const OperationName operation("networks");
     return ::networks::readRecords(opening::storeOfOneNet(stateOf(db), db, 0));
+}
+
+std::optional<long> addNetwork(QSqlDatabase &db, NetRecord record) {
+    const OperationName operation("addNetwork");
+    Transaction change(db);
+    StoreState &state = stateOf(db);
+    if (!change.isOpen())
+        return std::nullopt;
+    const Store any = opening::storeByVersion(state, db, 0, nullptr);
+    const bool isSecond = !any.hasSeveralNets() && ::networks::isAnyNetworkThere(any).value_or(false);
+    if (isSecond)
+        any.fail({}, QStringLiteral("The store holds one network and has one: make a store of its own"), 0,
+                 FailureKind::Constraint);
+    if (record.netId == 0)
+        record.netId = ::networks::largestNetworkId(any) + 1;
+    const Store store = opening::storeByVersion(state, db, record.netId, nullptr);
+    const ::networks::Record row = ::networks::recordOf(record);
+    const quint64 before = lastFailureNumber();
+    if (!isSecond && !::networks::insertNetwork(store, row, false) && lastFailureNumber() == before)
+        store.fail({}, QStringLiteral("The store has a network %1 already").arg(record.netId), record.netId,
+                   FailureKind::Constraint);
+    // The insert leaves out where the network comes from.
+    if (store.hasSeveralNets())
+        ::networks::updateNetwork(store, row, false);
+    dictionaries::seedDictionaries(store, false);
+    if (!change.commit() || !::networks::loadNetworkById(store))
+        return std::nullopt;
+    return record.netId;
 }
 
 bool isByDesign(const CallDbResult &failure) {

@@ -3,12 +3,14 @@
 #include "model/CallDbResult.h"
 #include "model/MoraStoreExport.h"
 #include "model/Net.h"
+#include "model/OpenOptions.h"
 #include "model/StoreSettings.h"
-#include "store/OpenOptions.h"
 
 #include <QList>
 #include <QString>
 #include <QStringList>
+
+#include <optional>
 
 class QSqlDatabase;
 
@@ -51,6 +53,13 @@ MORASTORE_EXPORT bool isReadOnly(const QSqlDatabase &db);
 /// The records of all networks by id, complete: with their centres and which one is the default. Columns that
 /// older stores lack read as their defaults. Empty beside a recorded failure.
 MORASTORE_EXPORT QList<NetRecord> networks(QSqlDatabase &db);
+
+/// Writes the record of a new network, with its dictionaries (DBTools::initDictionary()), and makes it the current
+/// one of the store. All or nothing, also inside a transaction of the caller's.
+/// @param record its id is drawn where it is 0, and is not to be there otherwise. Stores of one network take the
+///        columns that they have, and refuse a second network.
+/// @return the id; none with a record.
+MORASTORE_EXPORT std::optional<long> addNetwork(QSqlDatabase &db, NetRecord record);
 
 /// Whether it is the one failure that the first opening of a generation-6 store leaves by design: counters are
 /// per network there, so the row of table Rsu, which belongs to none, is refused.

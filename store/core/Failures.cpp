@@ -106,7 +106,8 @@ OperationName::~OperationName() {
 
 bool recordFailure(FailureList &failures, CallDbResult failure) {
     failure.number = ++failuresSoFar;
-    failure.operation = QString::fromLatin1(currentOperation);
+    // Compilers name what a template is filled with.
+    failure.operation = QString::fromLatin1(currentOperation).section(QLatin1Char('<'), 0, 0);
     if (failure.table.isEmpty())
         failure.table = tableOf(failure.sql);
     failures.append(std::move(failure));

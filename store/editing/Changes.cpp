@@ -45,11 +45,14 @@ void Changes::remove(const Table &table, const Ids &ids) {
     settle(removed);
 }
 
-bool Changes::refuse(const Table &table, long id, const QString &reason) const {
-    return mStore.fail({},
-                       beginning(catalogue::wordFor(QLatin1String(table.name))) + QLatin1Char(' ') +
-                           QString::number(id) + QLatin1Char(' ') + reason,
-                       id);
+bool Changes::refuse(const Table &table, long id, const QString &reason, FailureKind kind) const {
+    CallDbResult failure;
+    failure.error = beginning(catalogue::wordFor(QLatin1String(table.name))) + QLatin1Char(' ') +
+                    QString::number(id) + QLatin1Char(' ') + reason;
+    failure.kind = kind;
+    failure.table = QLatin1String(table.name);
+    failure.id = failure.objectId = id;
+    return recordFailure(mStore.failures(), failure);
 }
 
 Ids Changes::recordedIds(const Table &table) const {
@@ -238,7 +241,7 @@ bool Changes::requirePresence() const {
             if (isNew && contains(there, id))
                 return refuse(*table, id, QStringLiteral("is in the store already."));
             if (!isNew && !contains(there, id))
-                return refuse(*table, id, QStringLiteral("is not in the store."));
+                return refuse(*table, id, QStringLiteral("is not in the store."), FailureKind::NotFound);
         }
     }
     return true;

@@ -112,7 +112,8 @@ private:
     /// read gives afresh.
     static bool isFixed(const Table &table, const QByteArray &column);
     static QString listed(const std::vector<NetObject> &referrers);
-    bool refuse(const Table &table, long id, const QString &reason) const;
+    bool refuse(const Table &table, long id, const QString &reason,
+                FailureKind kind = FailureKind::Constraint) const;
 
     const Store &mStore;
     NetRows mRows;

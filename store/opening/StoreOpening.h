@@ -1,6 +1,6 @@
 #pragma once
 
-#include "store/OpenOptions.h"
+#include "model/OpenOptions.h"
 #include "store/core/Store.h"
 
 class QSqlDatabase;

@@ -2,6 +2,7 @@
 
 #include "model/NetContents.h"
 #include "store/OpenStore.h"
+#include "store/StoredNet.h"
 #include "tests/support/Builders.h"
 #include "tests/support/StoreFixture.h"
 
@@ -81,6 +82,24 @@ TEST_P(FailureScopeTest, KindsAreAlikeOnAllEngines) {
     EXPECT_FALSE(insert(8));
     EXPECT_EQ(closed.first().kind, FailureKind::Lost);
     EXPECT_EQ(closed.first().operation, QStringLiteral("insertLink"));
+}
+
+TEST_P(FailureScopeTest, WhatIsNotThereIsNoFailureForAReadAndOneForAChange) {
+    StoredNet net(gDB, kNet);
+    const FailureScope read(gDB);
+    EXPECT_EQ(net.read<Link>(77), nullptr);
+    EXPECT_TRUE(read.isEmpty());
+    const auto link = sampleLink(77);
+    EXPECT_FALSE(net.update(*link));
+    const CallDbResult missing = read.last();
+    EXPECT_EQ(missing.kind, FailureKind::NotFound) << qPrintable(missing.error);
+    EXPECT_EQ(missing.operation, QStringLiteral("update"));
+    EXPECT_EQ(missing.table, QStringLiteral("Link"));
+    EXPECT_EQ(missing.objectId, 77);
+    ASSERT_TRUE(net.insert(*link));
+    EXPECT_FALSE(net.insert(*link));
+    EXPECT_EQ(read.last().kind, FailureKind::Constraint);
+    EXPECT_EQ(read.last().operation, QStringLiteral("insert"));
 }
 
 TEST_P(FailureScopeTest, WhatFailsInAWholeSaveHasItsCodeToo) {

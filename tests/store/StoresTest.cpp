@@ -149,6 +149,36 @@ TEST_F(StoresTest, NetworksAreListedWithAllOfTheirRecords) {
     EXPECT_EQ(FailureScope::sinceOpening(gDB).last().operation, QStringLiteral("networks"));
 }
 
+TEST_F(StoresTest, ANetworkIsAddedWithItsDictionaries) {
+    ASSERT_TRUE(stores::open(storeCalled(QStringLiteral("third"))));
+    NetRecord record;
+    record.name = QStringLiteral("O'Brien %1");
+    record.sourceUrl = QStringLiteral("from");
+    record.caption = QStringLiteral("text");
+    record.centerX = 5;
+    EXPECT_EQ(stores::addNetwork(gDB, record), 8) << qPrintable(reason());
+    EXPECT_EQ(gNet.netId, 8);
+    EXPECT_EQ(rows(QStringLiteral("select name, sourceUrl, caption, centerX from Net where NetId = 8")),
+              QStringList(QStringLiteral("O'Brien %1|from|text|5")));
+    EXPECT_EQ(rows(QStringLiteral("select vehicleTypeName from VehicleType where NetId = 8 and "
+                                  "vehicleTypeCode = 1")),
+              QStringList("Car"));
+    record.netId = 4;
+    EXPECT_FALSE(stores::addNetwork(gDB, record).has_value());
+    EXPECT_EQ(FailureScope::sinceOpening(gDB).first().kind, FailureKind::Constraint);
+    EXPECT_EQ(gNet.netId, 8);
+    EXPECT_EQ(rows(QStringLiteral("select name from Net where NetId = 4")), QStringList("West"));
+    EXPECT_EQ(rows(QStringLiteral("select count(*) from VehicleType where NetId = 4")), QStringList("0"));
+
+    const QString one = fileCalled(QStringLiteral("one"));
+    ASSERT_TRUE(stores::create(one, QStringLiteral("EmptyNet_V2.1.1")) && stores::open(one));
+    record.netId = 0;
+    EXPECT_EQ(stores::addNetwork(gDB, record), 1) << qPrintable(reason());
+    EXPECT_EQ(gNet.name, QStringLiteral("O'Brien %1"));
+    EXPECT_FALSE(stores::addNetwork(gDB, record).has_value());
+    EXPECT_EQ(count("Net"), 1);
+}
+
 TEST_F(StoresTest, AReadOnlyFileOpensReadOnlyAndSaysSo) {
     const QString file = storeCalled(QStringLiteral("fixed"));
     const QByteArray bytes = bytesOf(file);
