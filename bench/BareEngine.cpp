@@ -149,3 +149,15 @@ void BareEngine::insert(const std::vector<Table> &tables) {
 void BareEngine::execute(const QByteArray &sql) {
     require(mEngine, sqlite3_exec(mEngine, sql.constData(), nullptr, nullptr, nullptr) == SQLITE_OK);
 }
+
+void BareEngine::update(const QByteArray &sql, const std::vector<std::pair<double, long long>> &values) {
+    execute("begin");
+    Statement update(mEngine, sql);
+    for (const auto &[value, id] : values) {
+        sqlite3_bind_double(update.get(), 1, value);
+        sqlite3_bind_int64(update.get(), 2, id);
+        update.step();
+        sqlite3_reset(update.get());
+    }
+    execute("commit");
+}

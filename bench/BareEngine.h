@@ -32,6 +32,9 @@ public:
     std::vector<Table> read(const std::vector<QByteArray> &tables);
     /// Writes the rows with one prepared insert a table, in one transaction.
     void insert(const std::vector<Table> &tables);
+    /// Runs a statement with a number and an id for its placeholders, once for each, prepared once, in one
+    /// transaction.
+    void update(const QByteArray &sql, const std::vector<std::pair<double, long long>> &values);
 
 private:
     void execute(const QByteArray &sql);
