@@ -59,6 +59,14 @@ public:
         }
         return objects;
     }
+    /// Whether an object was added, and the store does not have it yet.
+    template <class T>
+    bool isAdded(const T &object) const {
+        const auto marks = mMarks.constFind(QLatin1String(NetKind<T>::table));
+        return marks != mMarks.constEnd() && marks->isNew.value(&object);
+    }
+    /// Whether markAll() was called: which objects the store has is not known then.
+    bool isAll() const { return mIsAll; }
     /// The objects that the store has under these ids and the network has no more, in the order in which they
     /// were removed or taken. Objects that were added since leave none.
     const QList<RemovedObject> &removed() const { return mRemoved; }

@@ -5,6 +5,7 @@
 #include "store/editing/Objects.h"
 #include "store/editing/OwningRead.h"
 #include "store/editing/Removal.h"
+#include "store/editing/SaveChanges.h"
 #include "store/ids/Identifiers.h"
 
 using catalogue::Table;
@@ -13,14 +14,14 @@ namespace {
 
 template <class T>
 const Table &tableOf() {
-    return *catalogue::find(QLatin1String(objects::kKind<T>.table));
+    return *catalogue::find(QLatin1String(NetKind<T>::table));
 }
 
 template <class T>
 Ids idsOf(const QList<T *> &list) {
     Ids ids;
     for (const T *object : list)
-        ids.push_back(object->*objects::kKind<T>.id);
+        ids.push_back(NetKind<T>::idOf(*object));
     return ids;
 }
 
@@ -95,12 +96,12 @@ bool StoredNet::updateFields(const QStringList &columns, const QList<T *> &objec
         return false;
     const objects::ObjectKind<T> &kind = objects::kKind<T>;
     AllOrNothing all(store);
-    Changes changes(store, kind.table);
+    Changes changes(store, NetKind<T>::table);
     objects::Borrowed borrowed(store, &changes.recorded());
     bool good = true;
     for (T *object : objects) {
         good = good && (!kind.isWhole || kind.isWhole(store, *object));
-        borrowed.lend(kind, object);
+        borrowed.lend(object);
     }
     if (good)
         kind.save(borrowed.save());
@@ -116,6 +117,10 @@ bool StoredNet::remove(const QList<long> &ids, Cascade cascade) {
     Changes changes(store);
     changes.remove(tableOf<T>(), Ids(ids.cbegin(), ids.cend()));
     return all.end(changes.apply(cascade));
+}
+
+bool StoredNet::saveChanges(NetContents &contents, Cascade cascade) {
+    return editing::saveChanges(store(), contents, cascade);
 }
 
 template <class T>

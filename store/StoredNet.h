@@ -94,6 +94,16 @@ public:
     bool remove(const QList<long> &ids, Cascade cascade = Cascade::Refuse);
     /// @}
 
+    /// Writes what was changed in a network since it was loaded or saved (NetContents::changes), and nothing else:
+    /// objects as by insert(), update() and remove(), in the order in which they depend on each other, the
+    /// network's record, link types, settings and lanes of routes. All of it or nothing; when it is done, there
+    /// are no changes left, and what links share has moved for all of them. It takes as long as the changes
+    /// need, not the network.
+    ///
+    /// Objects that only the store has are not removed for those that are, unless @p cascade says so: another
+    /// program may have added them.
+    bool saveChanges(NetContents &contents, Cascade cascade = Cascade::Refuse);
+
     /// What refers to an object: its parts that others may refer to, and what would go or lose something with
     /// Cascade::Take, on and on, each once, in the order in which networks are loaded. None when the store could
     /// not be asked, which is recorded.

@@ -16,6 +16,11 @@ const Table &tableOf(const Reference &reference) {
     return *catalogue::find(QLatin1String(reference.table));
 }
 
+void include(Ids &all, const Ids &ids) {
+    all.insert(all.end(), ids.begin(), ids.end());
+    settle(all);
+}
+
 QString beginning(QString word) {
     word[0] = word.at(0).toUpper();
     return word;
@@ -26,23 +31,22 @@ QString beginning(QString word) {
 Changes::Changes(const Store &store, const char *only)
     : mStore(store), mRows(store), mRecorded(only), mShared(mRows) {}
 
+void Changes::put(const Table &table, const Ids &ids) {
+    include(mObjects[&table], ids);
+}
+
 void Changes::change(const Table &table, const Ids &ids) {
-    Ids &objects = mObjects[&table];
-    objects.insert(objects.end(), ids.begin(), ids.end());
-    settle(objects);
+    put(table, ids);
+    include(mKnown[&table], ids);
 }
 
 void Changes::add(const Table &table, const Ids &ids) {
-    change(table, ids);
-    Ids &added = mAdded[&table];
-    added.insert(added.end(), ids.begin(), ids.end());
-    settle(added);
+    put(table, ids);
+    include(mAdded[&table], ids);
 }
 
 void Changes::remove(const Table &table, const Ids &ids) {
-    Ids &removed = mRemoved[&table];
-    removed.insert(removed.end(), ids.begin(), ids.end());
-    settle(removed);
+    include(mRemoved[&table], ids);
 }
 
 bool Changes::refuse(const Table &table, long id, const QString &reason, FailureKind kind) const {
@@ -104,7 +108,7 @@ bool Changes::applyColumns(const Table &table, const QStringList &columns) {
                                        .arg(QLatin1String(table.name), column));
         places.push_back(place);
     }
-    mObjects[&table] = recordedIds(table);
+    change(table, recordedIds(table));
     if (!mRows.forEach(table, {table.id}, table.id, mObjects[&table],
                        [&](Query &row) { mStored[&table].rows.push_back({row.value(table.id)}); }))
         return false;
@@ -233,15 +237,18 @@ bool Changes::readMoved() {
 }
 
 bool Changes::requirePresence() const {
-    for (const auto &[table, ids] : mObjects) {
+    for (const auto &[table, ids] : mKnown) {
         const Ids there = storedIds(*table, table->id);
-        const auto added = mAdded.find(table);
         for (const long id : ids) {
-            const bool isNew = added != mAdded.end() && contains(added->second, id);
-            if (isNew && contains(there, id))
-                return refuse(*table, id, QStringLiteral("is in the store already."));
-            if (!isNew && !contains(there, id))
+            if (!contains(there, id))
                 return refuse(*table, id, QStringLiteral("is not in the store."), FailureKind::NotFound);
+        }
+    }
+    for (const auto &[table, ids] : mAdded) {
+        const Ids there = storedIds(*table, table->id);
+        for (const long id : ids) {
+            if (contains(there, id))
+                return refuse(*table, id, QStringLiteral("is in the store already."));
         }
     }
     return true;

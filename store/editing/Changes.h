@@ -18,9 +18,10 @@ public:
     /// The rows of the objects as they are to be; filled by whoever names the objects below.
     RecordedRows &recorded() { return mRecorded; }
 
-    /// @{ Objects of a table that the store has, and that it has not.
+    /// @{ Objects of a table that the store has, that it has not, and that it may have.
     void change(const catalogue::Table &table, const Ids &ids);
     void add(const catalogue::Table &table, const Ids &ids);
+    void put(const catalogue::Table &table, const Ids &ids);
     /// @}
     /// All rows of a table of settings.
     void replaceAll(const catalogue::Table &table) { mReplaced.push_back(&table); }
@@ -35,8 +36,8 @@ public:
     /// Writes some columns of all recorded rows of a table, whose objects the store must have.
     bool applyColumns(const catalogue::Table &table, const QStringList &columns);
 
-    /// Nodes and vertices whose rows were changed.
-    const Ids &changed(const catalogue::Table &table) { return mChanged[&table]; }
+    /// The identifiers of shared rows (nodes, vertices) that were written, each with its row in recorded().
+    const std::map<long, std::size_t> &written(const catalogue::Table &table) { return mWritten[&table]; }
 
 private:
     using Table = catalogue::Table;
@@ -120,10 +121,11 @@ private:
     RecordedRows mRecorded;
     SharedParts mShared;
     std::map<const Table *, Ids> mObjects; ///< that are changed or added
-    std::map<const Table *, Ids> mAdded;
+    std::map<const Table *, Ids> mKnown;   ///< of these, those that the store must have
+    std::map<const Table *, Ids> mAdded;   ///< and those that it must not have
     std::map<const Table *, Ids> mRemoved;
     std::vector<const Table *> mReplaced;
     std::map<const Table *, Stored> mStored;
     std::map<const Table *, Work> mWork;
-    std::map<const Table *, Ids> mChanged;
+    std::map<const Table *, std::map<long, std::size_t>> mWritten;
 };

@@ -147,7 +147,7 @@ bool Changes::compareShared(const Table &table, Work &work) {
             work.inserts.push_back(*first);
         else
             work.updates.push_back({*first, differences(table, *recorded, *first, stored, before->second)});
-        mChanged[&table].push_back(id);
+        mWritten[&table].emplace(id, *first);
     }
     Ids left;
     for (const auto &[id, row] : storedOf) {

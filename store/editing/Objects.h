@@ -1,5 +1,6 @@
 #pragma once
 
+#include "model/NetContents.h"
 #include "store/bulk/NetSave.h"
 #include "store/editing/Changes.h"
 #include "store/families/BusLines.h"
@@ -28,95 +29,54 @@ namespace objects {
 /// How objects of a class become rows: as whole networks are saved.
 template <class T>
 struct ObjectKind {
-    const char *table;
-    long T::*id;
-    Objects<T> &(*list)(NetContents &net);
     void (*save)(NetSave &net);
-    bool (*isWhole)(const Store &store, const T &object) = nullptr;
+    bool (*isWhole)(const Store &store, const T &object) = nullptr; ///< asked first, where there is one
 };
-
-template <class T, Objects<T> TrafficObjects::*member>
-Objects<T> &of(NetContents &net) {
-    return net.traffic.*member;
-}
-template <class T, Objects<T> NetLists::*member>
-Objects<T> &of(NetContents &net) {
-    return net.*member;
-}
 
 template <class T>
 inline const ObjectKind<T> kKind = {};
 template <>
-inline const ObjectKind<VehicleType> kKind<VehicleType> = {"VehicleType", &VehicleType::vehicleTypeCode,
-                                                           of<VehicleType, &TrafficObjects::vehicleTypes>,
-                                                           vehiclecompositions::saveCatalogue};
+inline const ObjectKind<VehicleType> kKind<VehicleType> = {vehiclecompositions::saveCatalogue};
 template <>
-inline const ObjectKind<VehicleComposition> kKind<VehicleComposition> = {
-    "VehicleConstitutent", &VehicleComposition::vehicleConsCode,
-    of<VehicleComposition, &TrafficObjects::compositions>, vehiclecompositions::saveCatalogue};
+inline const ObjectKind<VehicleComposition> kKind<VehicleComposition> = {vehiclecompositions::saveCatalogue};
 template <>
-inline const ObjectKind<Link> kKind<Link> = {"Link", &Link::linkID, of<Link, &NetContents::links>,
-                                             links::saveAllLinks, wholeness::isWhole};
+inline const ObjectKind<Link> kKind<Link> = {links::saveAllLinks, wholeness::isWhole};
 template <>
-inline const ObjectKind<GuideArrow> kKind<GuideArrow> = {"GuideArrow", &GuideArrow::guideArrowID,
-                                                         of<GuideArrow, &NetContents::guideArrows>,
-                                                         guidearrows::saveAllGuideArrows};
+inline const ObjectKind<GuideArrow> kKind<GuideArrow> = {guidearrows::saveAllGuideArrows};
 template <>
-inline const ObjectKind<Connector> kKind<Connector> = {"Connector", &Connector::connID,
-                                                       of<Connector, &NetContents::connectors>,
-                                                       connectors::saveAllConnectors, wholeness::isWhole};
+inline const ObjectKind<Connector> kKind<Connector> = {connectors::saveAllConnectors, wholeness::isWhole};
 template <>
-inline const ObjectKind<SignalGroup> kKind<SignalGroup> = {
-    "SignalGroup", &SignalGroup::signalGroupID, of<SignalGroup, &TrafficObjects::signalGroups>,
-    signalgroups::saveAllSignalGroups, wholeness::isWhole};
+inline const ObjectKind<SignalGroup> kKind<SignalGroup> = {signalgroups::saveAllSignalGroups,
+                                                           wholeness::isWhole};
 template <>
-inline const ObjectKind<SignalLamp> kKind<SignalLamp> = {"SignalLamp", &SignalLamp::signalLampID,
-                                                         of<SignalLamp, &TrafficObjects::signalLamps>,
-                                                         signallamps::saveAllSignalLamps, wholeness::isWhole};
+inline const ObjectKind<SignalLamp> kKind<SignalLamp> = {signallamps::saveAllSignalLamps, wholeness::isWhole};
 template <>
-inline const ObjectKind<DeparturePoint> kKind<DeparturePoint> = {
-    "DeparturePoint", &DeparturePoint::departurePointID, of<DeparturePoint, &TrafficObjects::departurePoints>,
-    departurepoints::saveAllDeparturePoints};
+inline const ObjectKind<DeparturePoint> kKind<DeparturePoint> = {departurepoints::saveAllDeparturePoints};
 template <>
-inline const ObjectKind<DecisionPoint> kKind<DecisionPoint> = {
-    "DecisionPoint", &DecisionPoint::deciPointID, of<DecisionPoint, &TrafficObjects::decisionPoints>,
-    decisionpoints::saveAllDecisionPoints, wholeness::isWhole};
+inline const ObjectKind<DecisionPoint> kKind<DecisionPoint> = {decisionpoints::saveAllDecisionPoints,
+                                                               wholeness::isWhole};
 template <>
-inline const ObjectKind<VehicleDetector> kKind<VehicleDetector> = {
-    "VehicleDetector", &VehicleDetector::vehicleDetectorId,
-    of<VehicleDetector, &TrafficObjects::vehicleDetectors>, vehicledetectors::saveAllVehicleDetectors};
+inline const ObjectKind<VehicleDetector> kKind<VehicleDetector> = {vehicledetectors::saveAllVehicleDetectors};
 template <>
 inline const ObjectKind<VehicleQueueCounter> kKind<VehicleQueueCounter> = {
-    "VehicleQueueCounter", &VehicleQueueCounter::queueCounterID,
-    of<VehicleQueueCounter, &TrafficObjects::queueCounters>, queuecounters::saveAllQueueCounters};
+    queuecounters::saveAllQueueCounters};
 template <>
 inline const ObjectKind<VehicleTravelDetector> kKind<VehicleTravelDetector> = {
-    "VehicleTravelDetector", &VehicleTravelDetector::detectorId,
-    of<VehicleTravelDetector, &TrafficObjects::travelDetectors>, traveldetectors::saveAllTravelDetectors};
+    traveldetectors::saveAllTravelDetectors};
 template <>
 inline const ObjectKind<VehicleDrivInfoCollector> kKind<VehicleDrivInfoCollector> = {
-    "VehicleDrivInfoCollecter", &VehicleDrivInfoCollector::collecterID,
-    of<VehicleDrivInfoCollector, &TrafficObjects::collectors>, drivinfocollectors::saveAllDrivInfoCollectors};
+    drivinfocollectors::saveAllDrivInfoCollectors};
 template <>
-inline const ObjectKind<BusStation> kKind<BusStation> = {"BusStation", &BusStation::busStationID,
-                                                         of<BusStation, &TrafficObjects::busStations>,
-                                                         busstations::saveAllBusStations, wholeness::isWhole};
+inline const ObjectKind<BusStation> kKind<BusStation> = {busstations::saveAllBusStations, wholeness::isWhole};
 template <>
-inline const ObjectKind<BusLine> kKind<BusLine> = {"BusLine", &BusLine::busLineID,
-                                                   of<BusLine, &TrafficObjects::busLines>,
-                                                   buslines::saveAllBusLines, wholeness::isWhole};
+inline const ObjectKind<BusLine> kKind<BusLine> = {buslines::saveAllBusLines, wholeness::isWhole};
 template <>
-inline const ObjectKind<ReduceSpeedArea> kKind<ReduceSpeedArea> = {
-    "ReduceSpeedArea", &ReduceSpeedArea::reduceSpeedAreaID, of<ReduceSpeedArea, &TrafficObjects::speedAreas>,
-    reducespeedareas::saveAllReduceSpeedAreas, wholeness::isWhole};
+inline const ObjectKind<ReduceSpeedArea> kKind<ReduceSpeedArea> = {reducespeedareas::saveAllReduceSpeedAreas,
+                                                                   wholeness::isWhole};
 template <>
-inline const ObjectKind<AccidentZone> kKind<AccidentZone> = {"AccidentZone", &AccidentZone::accidentZoneId,
-                                                             of<AccidentZone, &TrafficObjects::accidentZones>,
-                                                             zones::saveAllZones, wholeness::isWhole};
+inline const ObjectKind<AccidentZone> kKind<AccidentZone> = {zones::saveAllZones, wholeness::isWhole};
 template <>
-inline const ObjectKind<RoadWorkZone> kKind<RoadWorkZone> = {"RoadWorkZone", &RoadWorkZone::roadWorkZoneId,
-                                                             of<RoadWorkZone, &TrafficObjects::roadWorkZones>,
-                                                             zones::saveAllZones, wholeness::isWhole};
+inline const ObjectKind<RoadWorkZone> kKind<RoadWorkZone> = {zones::saveAllZones, wholeness::isWhole};
 
 /// A part of a network that is saved without owning its objects. What a save changes in them (identifiers
 /// that were 0) comes back unless keep() is called.
@@ -131,8 +91,8 @@ public:
     Borrowed &operator=(const Borrowed &) = delete;
 
     template <class T>
-    void lend(const ObjectKind<T> &kind, T *object) {
-        Objects<T> &list = kind.list(mPart);
+    void lend(T *object) {
+        Objects<T> &list = NetKind<T>::list(mPart);
         if (list.empty())
             mReleases.push_back([&list] {
                 for (std::unique_ptr<T> &lent : list)
@@ -163,7 +123,7 @@ public:
             return false;
         mBorrowed.push_back(std::make_unique<Borrowed>(mStore, &mChanges.recorded()));
         Borrowed &borrowed = *mBorrowed.back();
-        borrowed.lend(kind, &object);
+        borrowed.lend(&object);
         kind.save(borrowed.save());
         return borrowed.save().isGood();
     }
@@ -173,6 +133,12 @@ public:
         fill(mBorrowed.back()->part());
         save(mBorrowed.back()->save());
         return mBorrowed.back()->save().isGood();
+    }
+    /// Changes a member of an object that is to be recorded.
+    template <class T>
+    void set(T &member, const T &value) {
+        mBorrowed.push_back(std::make_unique<Borrowed>(mStore, &mChanges.recorded()));
+        mBorrowed.back()->save().set(member, value);
     }
     void keep() {
         for (const auto &borrowed : mBorrowed)

@@ -140,6 +140,49 @@ bool updateNetwork(const Store &store, const Record &record, bool useTransaction
     return transaction.commitOrRecord(update.exec());
 }
 
+bool changeNetwork(const Store &store, const NetRecord &now, const NetRecord &before) {
+    const Record record = recordOf(now);
+    const QVariantMap fields = describeAll(kColumns, now);
+    const QVariantMap fieldsBefore = describeAll(kColumns, before);
+    if (now.netId != before.netId)
+        return store.fail(
+            {},
+            QStringLiteral("Network %1 keeps its id: save it as another network instead.").arg(before.netId));
+    QStringList changed;
+    for (auto field = fields.cbegin(); field != fields.cend(); ++field) {
+        if (field.value() != fieldsBefore.value(field.key()))
+            changed.append(field.key());
+    }
+    if (now.otherAttrsJson != before.otherAttrsJson)
+        changed.append(QStringLiteral("otherAttrsJson"));
+    if (changed.isEmpty())
+        return true;
+    if (!hasStorableAttributes(store, record))
+        return false;
+    QStringList assignments;
+    for (const QString &column : qAsConst(changed)) {
+        if (!store.hasSeveralNets() && !store.hasColumn("Net", column.toLatin1().constData()))
+            return !store.isGivenUp() &&
+                   store.fail({}, QStringLiteral("A store of this version has no place for %1 of a network.")
+                                      .arg(column));
+        assignments.append(QStringLiteral("%1 = :%1").arg(column));
+    }
+    Query update(store, QStringLiteral("update Net set %1 where NetId = %2")
+                            .arg(assignments.join(QLatin1String(", ")), QString::number(before.netId)));
+    for (const QString &column : qAsConst(changed)) {
+        const QByteArray placeholder = QByteArray(":") + column.toLatin1();
+        if (column == QLatin1String("name"))
+            update.bind(placeholder.constData(), nameToStore(now.name));
+        else if (column == QLatin1String("isDefault"))
+            update.bindFlag(placeholder.constData(), now.isDefault);
+        else if (column == QLatin1String("otherAttrsJson"))
+            update.bind(placeholder.constData(), record.otherAttrsJson);
+        else
+            update.bindValue(placeholder.constData(), fields.value(column));
+    }
+    return update.exec();
+}
+
 Net *loadNetworkById(const Store &store) {
     return loadFirst(store, fillNumber(QStringLiteral("select * from Net where NetId = %1"), store.netId()));
 }

@@ -39,6 +39,10 @@ bool insertNetwork(const Store &store, const Record &record, bool useTransaction
 /// Writes @p record over the row of the store's network (generation 6).
 bool updateNetwork(const Store &store, const Record &record, bool useTransaction);
 
+/// Writes what differs between a network's record and what it was; false, with a record of failure, where the
+/// store has no place for it.
+bool changeNetwork(const Store &store, const NetRecord &now, const NetRecord &before);
+
 /// Makes the store's network the current one; null, and that is unchanged, without its row.
 Net *loadNetworkById(const Store &store);
 /// The same for the network of that name, or the first one for an empty name.

@@ -26,8 +26,43 @@ bool all(const List &objects, const Test &test) {
 class SaveCheck {
 public:
     SaveCheck(const Store &store, const NetContents &contents)
-        : mStore(store), mContents(contents), mTraffic(contents.traffic) {
-        for (const auto &link : contents.links) {
+        : mStore(store), mContents(contents), mTraffic(contents.traffic) {}
+
+    bool run() {
+        learn();
+        return all(mContents.links, [this](const Link &link) { return isGood(link); }) &&
+               all(mContents.connectors, [this](const Connector &connector) { return isGood(connector); }) &&
+               arrowsAreGood() &&
+               all(mTraffic.signalLamps, [this](const SignalLamp &lamp) { return isGood(lamp); }) &&
+               all(mTraffic.decisionPoints, [this](const DecisionPoint &point) { return isGood(point); }) &&
+               routeLanesAreGood() && transitIsGood() && devicesAreGood() && placesAreGood() &&
+               numbersAreGood();
+    }
+
+    /// What is marked as changed. Numbers are held against the store.
+    bool runOnChanges() {
+        const NetChanges &changes = mContents.changes;
+        const auto links = changes.changed<Link>();
+        const auto connectors = changes.changed<Connector>();
+        const auto lamps = changes.changed<SignalLamp>();
+        const auto points = changes.changed<DecisionPoint>();
+        const auto stations = changes.changed<BusStation>();
+        const auto lines = changes.changed<BusLine>();
+        if (!connectors.isEmpty() || !lamps.isEmpty() || !points.isEmpty() || !stations.isEmpty() ||
+            !lines.isEmpty())
+            learn();
+        return all(links, [this](const Link &link) { return isGood(link); }) &&
+               all(connectors, [this](const Connector &connector) { return isGood(connector); }) &&
+               all(lamps, [this](const SignalLamp &lamp) { return isShown(lamp); }) &&
+               all(points, [this](const DecisionPoint &point) { return isGood(point); }) &&
+               all(stations, [this](const BusStation &station) { return isGood(station); }) &&
+               all(lines, [this](const BusLine &line) { return isGood(line); });
+    }
+
+private:
+    /// Which objects there are, by their addresses.
+    void learn() {
+        for (const auto &link : mContents.links) {
             mLinks.insert(link.get());
             mLanes.insert(link->mlLane.cbegin(), link->mlLane.cend());
             mHasNewLane = mHasNewLane || hasNew(link->mlLane, &Lane::laneID);
@@ -38,22 +73,11 @@ public:
             mPoints.insert(point.get());
             mHasNewRoute = mHasNewRoute || hasNew(point->mlRouting, &Routing::routingID);
         }
-        mHasNewLink = hasNew(contents.links, &Link::linkID);
-        mHasNewConnector = hasNew(contents.connectors, &Connector::connID);
+        mHasNewLink = hasNew(mContents.links, &Link::linkID);
+        mHasNewConnector = hasNew(mContents.connectors, &Connector::connID);
         mHasNewGroup = hasNew(mTraffic.signalGroups, &SignalGroup::signalGroupID);
     }
 
-    bool run() {
-        return all(mContents.links, [this](const Link &link) { return isGood(link); }) &&
-               all(mContents.connectors, [this](const Connector &connector) { return isGood(connector); }) &&
-               arrowsAreGood() &&
-               all(mTraffic.signalLamps, [this](const SignalLamp &lamp) { return isGood(lamp); }) &&
-               all(mTraffic.decisionPoints, [this](const DecisionPoint &point) { return isGood(point); }) &&
-               routeLanesAreGood() && transitIsGood() && devicesAreGood() && placesAreGood() &&
-               numbersAreGood();
-    }
-
-private:
     bool refuse(const char *kind, long id, const char *reason) {
         return mStore.fail(
             {},
@@ -97,9 +121,14 @@ private:
         });
     }
 
+    bool isShown(const SignalLamp &lamp) {
+        return mPhases.count(lamp.mpPhase.data()) > 0 ||
+               refuse("Signal lamp", lamp.signalLampID, "shows a phase that is not part of the network");
+    }
+
     bool isGood(const SignalLamp &lamp) {
-        if (mPhases.count(lamp.mpPhase.data()) == 0)
-            return refuse("Signal lamp", lamp.signalLampID, "shows a phase that is not part of the network");
+        if (!isShown(lamp))
+            return false;
         return lamp.laneID != 0 ||
                refuse("Signal lamp", lamp.signalLampID, "names no lane: draw the lane's id before");
     }
@@ -148,21 +177,22 @@ private:
     }
 
     bool transitIsGood() {
-        return all(mTraffic.busStations,
-                   [this](const BusStation &station) {
-                       return has(station.mpLink) ||
-                              refuse("Bus station", station.busStationID,
-                                     "stands on a link that is not part of the network");
-                   }) &&
-               all(mTraffic.busLines, [this](const BusLine &line) {
-                   const auto isKnown = [this](const Link *link) { return has(link); };
-                   if (!std::all_of(line.mlLink.cbegin(), line.mlLink.cend(), isKnown))
-                       return refuse("Bus line", line.busLineID,
-                                     "follows a link that is not part of the network");
-                   return !hasNew(line.mlStationLine, &BusStationLine::busStationID) ||
-                          refuse("Bus line", line.busLineID,
-                                 "has a stop that names no station: draw the station's id before");
-               });
+        return all(mTraffic.busStations, [this](const BusStation &station) { return isGood(station); }) &&
+               all(mTraffic.busLines, [this](const BusLine &line) { return isGood(line); });
+    }
+
+    bool isGood(const BusStation &station) {
+        return has(station.mpLink) || refuse("Bus station", station.busStationID,
+                                             "stands on a link that is not part of the network");
+    }
+
+    bool isGood(const BusLine &line) {
+        const auto isKnown = [this](const Link *link) { return has(link); };
+        if (!std::all_of(line.mlLink.cbegin(), line.mlLink.cend(), isKnown))
+            return refuse("Bus line", line.busLineID, "follows a link that is not part of the network");
+        return !hasNew(line.mlStationLine, &BusStationLine::busStationID) ||
+               refuse("Bus line", line.busLineID,
+                      "has a stop that names no station: draw the station's id before");
     }
 
     /// Stores of one network leave out devices whose road is not there.
@@ -244,4 +274,8 @@ private:
 
 bool refersToItself(const Store &store, const NetContents &contents) {
     return SaveCheck(store, contents).run();
+}
+
+bool changesReferToNet(const Store &store, const NetContents &contents) {
+    return SaveCheck(store, contents).runOnChanges();
 }

@@ -11,3 +11,5 @@ struct NetContents;
 /// which gets its id only in the save cannot be meant, and a row with that 0 would be lost at the next load.
 /// @return false when an object is refused, which is recorded.
 bool refersToItself(const Store &store, const NetContents &contents);
+/// The same for what is marked as changed, by what it points to alone.
+bool changesReferToNet(const Store &store, const NetContents &contents);
