@@ -4,7 +4,16 @@
 
 #include <QJsonArray>
 
+#include <algorithm>
+#include <cstring>
+
 namespace {
+
+quint64 bitsOf(double value) {
+    quint64 bits = 0;
+    std::memcpy(&bits, &value, sizeof bits);
+    return bits;
+}
 
 QJsonObject jsonOf(const QVariantMap &fields);
 
@@ -33,4 +42,24 @@ QJsonObject jsonOf(const QVariantMap &fields) {
 
 QJsonObject Description::toJson() const {
     return jsonOf(fields);
+}
+
+bool areSameFields(const QVariantMap &a, const QVariantMap &b) {
+    return a.keys() == b.keys() && std::equal(a.cbegin(), a.cend(), b.cbegin(), isSameField);
+}
+
+bool isSameField(const QVariant &a, const QVariant &b) {
+    if (a.userType() != b.userType())
+        return a == b;
+    if (a.userType() == qMetaTypeId<StoredJson>())
+        return a.value<StoredJson>() == b.value<StoredJson>();
+    if (a.userType() == QMetaType::Double)
+        return bitsOf(a.toDouble()) == bitsOf(b.toDouble());
+    if (a.userType() == QMetaType::QVariantMap)
+        return areSameFields(a.toMap(), b.toMap());
+    if (a.userType() != QMetaType::QVariantList)
+        return a == b;
+    const QVariantList left = a.toList();
+    const QVariantList right = b.toList();
+    return std::equal(left.cbegin(), left.cend(), right.cbegin(), right.cend(), isSameField);
 }

@@ -45,6 +45,12 @@ struct MORASTORE_EXPORT Description {
     QJsonObject toJson() const;
 };
 
+/// @{ Whether two fields, or all fields of two objects, are the same to the bit. Comparing QVariants is not enough:
+/// numbers that are near each other are equal to them.
+MORASTORE_EXPORT bool isSameField(const QVariant &a, const QVariant &b);
+MORASTORE_EXPORT bool areSameFields(const QVariantMap &a, const QVariantMap &b);
+/// @}
+
 /// @{ Describes an object of a kind. The fields are those that the kind is written and read by, so that
 /// comparing two objects is comparing their descriptions. The objects that it refers to must be alive; one
 /// that is not there has the id 0.

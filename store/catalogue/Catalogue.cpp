@@ -244,6 +244,7 @@ std::vector<Table> zones() {
             .id("intervalID")
             .partOf("ReduceSpeedArea", "reduceSpeedAreaID"),
         Entry("ReduceSpeedVehiType")
+            .asWritten()
             .key({"reduceSpeedAreaID", "vehicleTypeCode"})
             .partOf("ReduceSpeedArea", "reduceSpeedAreaID")
             .to("VehicleType", "vehicleTypeCode", Bond::Entry),

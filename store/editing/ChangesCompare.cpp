@@ -97,6 +97,8 @@ bool Changes::compareTable(const Table &table, Work &work) {
         else if (!compareGroup(table, recorded ? *recorded : nothing, stored, group.now, group.before, work))
             work.deletes.push_back(key);
     }
+    // As they come in the lists: what has no order of its own is read as it was written.
+    std::sort(work.inserts.begin(), work.inserts.end());
     return true;
 }
 

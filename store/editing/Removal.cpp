@@ -61,7 +61,8 @@ void Removal::go(const Table &table, const Ids &ids) {
     Ids fresh;
     std::set_difference(ids.begin(), ids.end(), going.ids.begin(), going.ids.end(),
                         std::back_inserter(fresh));
-    going.fresh.insert(going.fresh.end(), fresh.begin(), fresh.end());
+    going.withoutParts.insert(going.withoutParts.end(), fresh.begin(), fresh.end());
+    going.withoutOthers.insert(going.withoutOthers.end(), fresh.begin(), fresh.end());
     going.ids.insert(going.ids.end(), fresh.begin(), fresh.end());
     settle(going.ids);
 }
@@ -81,19 +82,11 @@ bool Removal::find() {
         for (const long id : going.ids)
             mNamed.insert({table, id});
     }
+    // Parts first: what goes as a part of an object that was asked for does not stand in its way.
     for (bool isNew = true; isNew;) {
         isNew = false;
-        for (const Table &table : catalogue::tables()) {
-            const auto going = mGoing.find(&table);
-            if (going == mGoing.end() || going->second.fresh.empty())
-                continue;
-            Ids ids;
-            ids.swap(going->second.fresh);
-            settle(ids);
-            isNew = true;
-            if (!findReferrers(table, ids))
-                return false;
-        }
+        if (!findAll(true, isNew) || (!isNew && !findAll(false, isNew)))
+            return false;
     }
     const auto place = [](const NetObject &object) { return catalogue::find(object.table); };
     std::sort(mReferrers.begin(), mReferrers.end(), [&](const NetObject &a, const NetObject &b) {
@@ -109,12 +102,29 @@ bool Removal::find() {
     return true;
 }
 
-bool Removal::findReferrers(const Table &to, const Ids &ids) {
+bool Removal::findAll(bool isForParts, bool &found) {
+    for (const Table &table : catalogue::tables()) {
+        const auto going = mGoing.find(&table);
+        if (going == mGoing.end())
+            continue;
+        Ids ids;
+        ids.swap(isForParts ? going->second.withoutParts : going->second.withoutOthers);
+        settle(ids);
+        found = found || !ids.empty();
+        if (!ids.empty() && !findReferrers(table, ids, isForParts))
+            return false;
+    }
+    return true;
+}
+
+bool Removal::findReferrers(const Table &to, const Ids &ids, bool isForParts) {
     for (const Table &from : catalogue::tables()) {
         for (const Reference &reference : from.references) {
-            const bool isHostNumber = reference.bond == Bond::HostNumber;
-            if (refersTo(reference, to) && !isHostNumber && reference.bond != Bond::Carried &&
-                !followReference(from, reference, to, ids))
+            const bool isLookedFor = isForParts
+                                         ? reference.bond == Bond::Part
+                                         : reference.bond != Bond::Part && reference.bond != Bond::Carried &&
+                                               reference.bond != Bond::HostNumber;
+            if (isLookedFor && refersTo(reference, to) && !followReference(from, reference, to, ids))
                 return false;
         }
     }

@@ -24,17 +24,17 @@ const catalogue::Table &table(const char *name) {
 /// Whether two settings are the same to a store.
 template <class T>
 bool isSame(const T &a, const T &b) {
-    return describe(a).fields == describe(b).fields;
+    return areSameFields(describe(a).fields, describe(b).fields);
 }
 bool isSame(const LinkType &a, const LinkType &b) {
-    return describe(a).fields == describe(b).fields && a.storedTypeName == b.storedTypeName;
+    return areSameFields(describe(a).fields, describe(b).fields) && a.storedTypeName == b.storedTypeName;
 }
 bool isSame(const RouteLanes &a, const RouteLanes &b) {
     return a.routingID == b.routingID && a.connID == b.connID && a.lanes.laneID1 == b.lanes.laneID1 &&
            a.lanes.laneID2 == b.lanes.laneID2;
 }
 bool isSame(const Configuration &a, const Configuration &b) {
-    return describe(a).fields == describe(b).fields && a.backgroundMap == b.backgroundMap;
+    return areSameFields(describe(a).fields, describe(b).fields) && a.backgroundMap == b.backgroundMap;
 }
 template <class T>
 bool isSame(const std::optional<T> &a, const std::optional<T> &b) {

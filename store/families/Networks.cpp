@@ -150,7 +150,7 @@ bool changeNetwork(const Store &store, const NetRecord &now, const NetRecord &be
             QStringLiteral("Network %1 keeps its id: save it as another network instead.").arg(before.netId));
     QStringList changed;
     for (auto field = fields.cbegin(); field != fields.cend(); ++field) {
-        if (field.value() != fieldsBefore.value(field.key()))
+        if (!isSameField(field.value(), fieldsBefore.value(field.key())))
             changed.append(field.key());
     }
     if (now.otherAttrsJson != before.otherAttrsJson)

@@ -161,7 +161,9 @@ void saveZones(NetSave &net, const ZoneTables &tables, const Objects<Zone> &zone
     net.giveIds(tables.zones, zones, id);
     net.writeEach(tables.zones, zones, [](RowWriter &row, const Zone &zone) { bindRow(row, zone); });
     net.writeOwned(tables.lanes, zones, &Zone::mlLane,
-                   [&](RowWriter &row, const Zone &zone, const ZoneLane *lane) {
+                   [&](RowWriter &row, const Zone &zone, ZoneLane *lane) {
+                       if (lane->zoneId != zone.*id)
+                           net.set(lane->zoneId, zone.*id);
                        bindAll(row.bind(tables.idPlaceholder, zone.*id), kLaneColumns, *lane);
                    });
 }

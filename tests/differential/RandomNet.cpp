@@ -241,20 +241,48 @@ void settleHeights(Link &link) {
         link.mlVertex.at(i)->z = points.at(i).toObject().value(QStringLiteral("z")).toDouble();
 }
 
-void settleLanes(Link &link, const NetContents &net) {
-    for (Lane *lane : qAsConst(link.mlLane)) {
-        if (lane->expectTravelDirection.isEmpty())
-            lane->expectTravelDirection = QStringLiteral("直行");
-        for (auto &restriction : lane->mlLimitVehicle) {
-            for (const auto &type : net.traffic.vehicleTypes) {
-                if (type->vehicleTypeCode == restriction.first)
-                    restriction.second = type->vehicleTypeName;
+} // namespace
+
+void RandomNet::settleLanes(NetContents &net) {
+    for (const auto &link : net.links) {
+        for (Lane *lane : qAsConst(link->mlLane)) {
+            if (lane->expectTravelDirection.isEmpty())
+                lane->expectTravelDirection = QStringLiteral("直行");
+            for (auto &restriction : lane->mlLimitVehicle) {
+                for (const auto &type : net.traffic.vehicleTypes) {
+                    if (type->vehicleTypeCode == restriction.first)
+                        restriction.second = type->vehicleTypeName;
+                }
             }
         }
     }
 }
 
-} // namespace
+template <class T>
+void RandomNet::refill(T &object) {
+    Filler filler(*this);
+    fields(filler, object);
+    if constexpr (std::is_same_v<T, Link>)
+        settleHeights(object);
+}
+template void RandomNet::refill(VehicleType &);
+template void RandomNet::refill(VehicleComposition &);
+template void RandomNet::refill(Link &);
+template void RandomNet::refill(GuideArrow &);
+template void RandomNet::refill(Connector &);
+template void RandomNet::refill(SignalGroup &);
+template void RandomNet::refill(SignalLamp &);
+template void RandomNet::refill(DeparturePoint &);
+template void RandomNet::refill(DecisionPoint &);
+template void RandomNet::refill(VehicleDetector &);
+template void RandomNet::refill(VehicleQueueCounter &);
+template void RandomNet::refill(VehicleTravelDetector &);
+template void RandomNet::refill(VehicleDrivInfoCollector &);
+template void RandomNet::refill(BusStation &);
+template void RandomNet::refill(BusLine &);
+template void RandomNet::refill(ReduceSpeedArea &);
+template void RandomNet::refill(AccidentZone &);
+template void RandomNet::refill(RoadWorkZone &);
 
 std::unique_ptr<NetContents> RandomNet::make() {
     auto net = std::make_unique<NetContents>();
@@ -270,10 +298,9 @@ std::unique_ptr<NetContents> RandomNet::make() {
     makeSettings(*net);
     Filler filler(*this);
     fields(filler, *net);
-    for (const auto &link : net->links) {
+    for (const auto &link : net->links)
         settleHeights(*link);
-        settleLanes(*link, *net);
-    }
+    settleLanes(*net);
     net->record.name = text();
     net->record.sourceUrl = text();
     net->record.sourceType = text();

@@ -8,7 +8,6 @@
 #include <QHash>
 
 #include <cmath>
-#include <cstring>
 
 namespace moratools {
 
@@ -16,22 +15,8 @@ namespace {
 
 constexpr int kSentences = 20;
 
-quint64 bitsOf(double value) {
-    quint64 bits = 0;
-    std::memcpy(&bits, &value, sizeof bits);
-    return bits;
-}
-
 bool isJson(const QVariant &value) {
     return value.userType() == qMetaTypeId<StoredJson>();
-}
-
-bool isSame(const QVariant &a, const QVariant &b) {
-    if (isJson(a) && isJson(b))
-        return a.value<StoredJson>() == b.value<StoredJson>();
-    if (a.userType() == QMetaType::Double && b.userType() == QMetaType::Double)
-        return bitsOf(a.toDouble()) == bitsOf(b.toDouble());
-    return a == b;
 }
 
 QString shown(const QVariant &value) {
@@ -68,7 +53,7 @@ public:
 
     void value(const QString &path, const QVariant &written, const QVariant &read) {
         ++mResult.fields;
-        if (!isSame(written, read))
+        if (!isSameField(written, read))
             mResult.differ(path, shown(written), shown(read));
     }
 
