@@ -157,7 +157,7 @@ private:
     /// The flow ratios of routes go with these. The slices stay: they say where the next ones begin.
     void loseRatios(DecisionPoint &point);
     void reachRouteLanes();
-    void reachPair(const RouteLanes &pair, const char *reason);
+    void reachPair(const RouteLanes &pair, const char *reason, Fate fate);
     /// @param isConnector what the object says of its road, for the case that both have the number.
     bool isOnDoomedRoad(long road, bool isConnector) const;
     void reachDevices();

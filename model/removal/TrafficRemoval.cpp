@@ -99,21 +99,21 @@ void NetRemoval::loseRatios(DecisionPoint &point) {
 void NetRemoval::reachRouteLanes() {
     for (const RouteLanes &pair : mNet.traffic.routeLanes) {
         if (mRoutes.contains(pair.routingID))
-            reachPair(pair, "the route goes");
+            reachPair(pair, "the route goes", Fate::Part);
         else if (mConnectors.contains(pair.connID))
-            reachPair(pair, "the connector goes");
+            reachPair(pair, "the connector goes", Fate::Goes);
         else if (mLanes.contains(pair.lanes.laneID1) || mLanes.contains(pair.lanes.laneID2))
-            reachPair(pair, "a lane goes");
+            reachPair(pair, "a lane goes", Fate::Goes);
     }
 }
 
-void NetRemoval::reachPair(const RouteLanes &pair, const char *reason) {
+void NetRemoval::reachPair(const RouteLanes &pair, const char *reason, Fate fate) {
     mPairs.insert(keyOf(pair));
     const QString text =
         QStringLiteral("lanes %1 and %2 of route %3 on connector %4: %5")
             .arg(QString::number(pair.lanes.laneID1), QString::number(pair.lanes.laneID2),
                  QString::number(pair.routingID), QString::number(pair.connID), QLatin1String(reason));
-    mReached.append({QStringLiteral("RoutingLaneConnector"), pair.routingID, &pair, text, Fate::Goes});
+    mReached.append({QStringLiteral("RoutingLaneConnector"), pair.routingID, &pair, text, fate});
 }
 
 void NetRemoval::reachDevices() {

@@ -26,8 +26,10 @@ public:
         mQuery.bindValue(column, mStore.isSqlite() ? QVariant(json) : QVariant(QString::fromUtf8(json)));
     }
     bool write() override {
-        if (mPrepared)
-            mQuery.exec();
+        const bool isWritten = mPrepared && mQuery.exec();
+        // Before the statement goes: in a failed transaction a server would not even take that.
+        if (!isWritten)
+            mSavepoint.end(false);
         return mStore.check(mQuery);
     }
     bool finish() override { return mSavepoint.end(true); }

@@ -68,11 +68,19 @@ void Removal::go(const Table &table, const Ids &ids) {
 }
 
 void Removal::name(const Table &table, long id, Fate fate) {
-    if (!isNamed(table) || !mNamed.insert({&table, id}).second)
+    if (!isNamed(table))
         return;
     const QString name = QLatin1String(table.name);
-    mReferrers.push_back(
-        {name, id, nullptr, catalogue::wordFor(name) + QLatin1Char(' ') + QString::number(id), fate});
+    if (mNamed.insert({&table, id}).second) {
+        mReferrers.push_back(
+            {name, id, nullptr, catalogue::wordFor(name) + QLatin1Char(' ') + QString::number(id), fate});
+    } else if (fate == Fate::Part) {
+        // It goes for what it refers to, and also as a part: that says more.
+        for (NetObject &object : mReferrers) {
+            if (object.id == id && object.table == name)
+                object.fate = Fate::Part;
+        }
+    }
 }
 
 bool Removal::find() {

@@ -241,9 +241,7 @@ void settleHeights(Link &link) {
         link.mlVertex.at(i)->z = points.at(i).toObject().value(QStringLiteral("z")).toDouble();
 }
 
-} // namespace
-
-void RandomNet::settleLanes(NetContents &net) {
+void settleLanes(NetContents &net) {
     for (const auto &link : net.links) {
         for (Lane *lane : qAsConst(link->mlLane)) {
             if (lane->expectTravelDirection.isEmpty())
@@ -257,6 +255,8 @@ void RandomNet::settleLanes(NetContents &net) {
         }
     }
 }
+
+} // namespace
 
 template <class T>
 void RandomNet::refill(T &object) {

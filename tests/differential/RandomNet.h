@@ -31,8 +31,6 @@ public:
     /// New values for an object of the network and for its parts; ids, and what it names, stay.
     template <class T>
     void refill(T &object);
-    /// What a read gives of lanes that depends on other objects.
-    static void settleLanes(NetContents &net);
 
     /// A number from 0 to @p below - 1.
     int below(int below);

@@ -166,14 +166,14 @@ const Removal kRemovals[] = {
     removalOf<Link>(
         "link", 7,
         "Lane 71 part, Lane 72 part, Connector 9 goes, LaneConnector 90 part, LaneConnector 91 part, "
-        "SignalLamp 11 loses, Routing 15 goes, RoutingLaneConnector 15 goes, RoutingLaneConnector 15 "
-        "goes, VehicleTravelDetector 20 goes, VehicleDrivInfoCollecter 21 goes, ReduceSpeedArea 26 goes"),
+        "SignalLamp 11 loses, Routing 15 goes, RoutingLaneConnector 15 part, RoutingLaneConnector 15 "
+        "part, VehicleTravelDetector 20 goes, VehicleDrivInfoCollecter 21 goes, ReduceSpeedArea 26 goes"),
     removalOf<Link>(
         "first link", 5,
         "Lane 51 part, Lane 52 part, GuideArrow 1 goes, Connector 8 goes, LaneConnector 80 part, "
         "LaneConnector 81 part, SignalLamp 10 goes, DeparturePoint 12 goes, DecisionPoint 13 goes, "
-        "Routing 14 part, Routing 15 part, RoutingLaneConnector 14 goes, RoutingLaneConnector 15 goes, "
-        "RoutingLaneConnector 15 goes, VehicleQueueCounter 19 goes, BusStation 22 goes, BusLine 24 goes, "
+        "Routing 14 part, Routing 15 part, RoutingLaneConnector 14 part, RoutingLaneConnector 15 part, "
+        "RoutingLaneConnector 15 part, VehicleQueueCounter 19 goes, BusStation 22 goes, BusLine 24 goes, "
         "BusStationLine 29 part, BusStationLine 30 part, AccidentZone 27 goes, RoadWorkZone 28 goes"),
     removalOf<Connector>("connector", 8,
                          "LaneConnector 80 part, LaneConnector 81 part, RoutingLaneConnector 14 goes, "
@@ -183,8 +183,8 @@ const Removal kRemovals[] = {
                            "VehicleDetector 18 goes"),
     removalOf<DecisionPoint>(
         "decision point", 13,
-        "Routing 14 part, Routing 15 part, RoutingLaneConnector 14 goes, RoutingLaneConnector "
-        "15 goes, RoutingLaneConnector 15 goes"),
+        "Routing 14 part, Routing 15 part, RoutingLaneConnector 14 part, RoutingLaneConnector "
+        "15 part, RoutingLaneConnector 15 part"),
     removalOf<BusStation>("station", 23, "BusStationLine 30 goes"),
     removalOf<BusLine>("line", 24, "BusStationLine 29 part, BusStationLine 30 part"),
     removalOf<VehicleType>("type", 101,
@@ -213,7 +213,7 @@ const Removal kRemovals[] = {
      [](Town &town, Cascade cascade) {
          return town.net.removePhase(group(town), *group(town).mlPhase.first(), cascade);
      }},
-    {"route", "RoutingLaneConnector 14 goes",
+    {"route", "RoutingLaneConnector 14 part",
      [](Town &town) { return town.net.whatRefersTo(*point(town).mlRouting.first()); },
      [](Town &town, Cascade cascade) {
          return town.net.removeRoute(point(town), *point(town).mlRouting.first(), cascade);

@@ -189,6 +189,95 @@ TEST_P(StoredNetTest, FieldsOfManyAreWrittenAlone) {
     EXPECT_EQ(refusal(), "Link 77 is not in the store.");
 }
 
+TEST_P(StoredNetTest, WhatLinksShareMovesForBothAndGoesWithTheLast) {
+    Link &first = *mLinks[0];
+    Link &second = *mLinks[1];
+    // The second link begins where the first one ends.
+    *second.mlVertex.first() = *first.mlVertex.last();
+    second.mpStartNode->nodeID = first.mpEndNode->nodeID;
+    second.mpStartNode->nodeName = first.mpEndNode->nodeName;
+    ASSERT_TRUE(mNet.update(second)) << failure();
+    EXPECT_EQ(count(QStringLiteral("Vertex")) * 10 + count(QStringLiteral("Node")), 53);
+
+    // One link moves it, the other one has not heard of that; then both move it, to different places.
+    first.mlVertex.last()->x = 777;
+    ASSERT_TRUE(mNet.update(QList<Link *>{&second, &first})) << failure();
+    EXPECT_EQ(stored("select x from Vertex where vertexID = 53"), "777");
+    first.mlVertex.last()->x = 778;
+    second.mlVertex.first()->x = 779;
+    EXPECT_FALSE(mNet.update(QList<Link *>{&first, &second}));
+    EXPECT_EQ(refusal(),
+              "Vertex 53 is shared by links that give it different values: give it the same in each.");
+    EXPECT_EQ(stored("select x from Vertex where vertexID = 53"), "777");
+
+    ASSERT_TRUE(mNet.remove<Link>(5, Cascade::Take)) << failure();
+    EXPECT_EQ(stored("select vertexID from LinkVertex order by num"), "53 62 63");
+    EXPECT_EQ(count(QStringLiteral("Vertex")) * 10 + count(QStringLiteral("Node")), 32);
+    ASSERT_TRUE(mNet.remove<Link>(6)) << failure();
+    EXPECT_EQ(count(QStringLiteral("Vertex")) + count(QStringLiteral("Node")) + count(QStringLiteral("Lane")),
+              0);
+}
+
+TEST_P(StoredNetTest, IdsThatObjectsBringAreNotDrawnAgain) {
+    GuideArrow own;
+    own.guideArrowID = 40;
+    own.laneID = 52;
+    GuideArrow drawn;
+    drawn.laneID = 61;
+    EXPECT_TRUE(mNet.insert(own)) << failure();
+    EXPECT_TRUE(mNet.insert(drawn)) << failure();
+    EXPECT_GT(drawn.guideArrowID, 40);
+    // What is refused keeps its id of 0.
+    GuideArrow refused;
+    refused.laneID = 99;
+    EXPECT_FALSE(mNet.insert(refused));
+    EXPECT_EQ(refused.guideArrowID, 0);
+    EXPECT_EQ(count(QStringLiteral("GuideArrow")), 2);
+}
+
+TEST_P(StoredNetTest, APartOfAnotherObjectIsNotTaken) {
+    auto lane = mLinks[1]->mlLane.last()->clone();
+    lane->serialNumber = 3;
+    mLinks[0]->mlLane.append(lane.release());
+    EXPECT_FALSE(mNet.update(*mLinks[0]));
+    EXPECT_EQ(refusal(), "Lane 62 belongs to link 6 already: change both, or draw an id of its own.");
+    delete mLinks[1]->mlLane.takeLast();
+    // Moved from one to the other, with what refers to it.
+    ASSERT_TRUE(mNet.update(QList<Link *>{mLinks[0].get(), mLinks[1].get()})) << failure();
+    EXPECT_EQ(stored("select linkID from Lane where laneID = 62"), "5");
+    EXPECT_EQ(count(QStringLiteral("LaneConnector")), 2);
+}
+
+TEST_P(StoredNetTest, InsideATransactionTheCallerDecides) {
+    ASSERT_TRUE(gDB.transaction());
+    mLinks[0]->limitSpeed = 21;
+    EXPECT_TRUE(mNet.update(*mLinks[0])) << failure();
+    mLamp->laneID = 99;
+    EXPECT_FALSE(mNet.update(*mLamp));
+    EXPECT_TRUE(mNet.remove<SignalLamp>(9)) << failure();
+    EXPECT_TRUE(gDB.commit());
+    EXPECT_EQ(stored("select limitSpeed from Link where linkID = 5"), "21");
+    EXPECT_EQ(count(QStringLiteral("SignalLamp")), 0);
+    ASSERT_TRUE(gDB.transaction());
+    EXPECT_TRUE(mNet.remove<Link>(5, Cascade::Take)) << failure();
+    EXPECT_TRUE(gDB.rollback());
+    EXPECT_EQ(count(QStringLiteral("Link")), 2);
+}
+
+TEST_P(StoredNetTest, ARenamedNetworkIsRenamedInTheStore) {
+    NetContents contents;
+    ASSERT_TRUE(DBTools::loadNet(gDB, kNet, contents)) << failure();
+    contents.record.name = QStringLiteral("O'Brien");
+    contents.record.centerX = 12.5;
+    EXPECT_TRUE(mNet.saveChanges(contents)) << failure();
+    EXPECT_EQ(stored("select name || ' ' || centerX from Net"), "O'Brien 12.5");
+    EXPECT_EQ(gNet.netName(), QStringLiteral("O'Brien"));
+    contents.record.caption = QStringLiteral("words");
+    EXPECT_EQ(mNet.saveChanges(contents), hasSeveralNets()) << failure();
+    EXPECT_EQ(hasSeveralNets() ? stored("select caption from Net") : refusal(),
+              hasSeveralNets() ? "words" : "A store of this version has no place for caption of a network.");
+}
+
 INSTANTIATE_TEST_SUITE_P(Kinds, StoredNetTest, testing::ValuesIn(kStoreKinds), storeKindName);
 
 } // namespace
