@@ -427,3 +427,14 @@ TEST(Description, KeepsValuesAsTheyAre) {
     EXPECT_EQ(describe(arrow).fields.value(QStringLiteral("guideArrowID")).userType(),
               int(QMetaType::LongLong));
 }
+
+TEST(Description, FieldsAreTheSameToTheBit) {
+    const auto oneOf = [](const QVariant &value) { return QVariantMap{{QStringLiteral("a"), value}}; };
+    EXPECT_TRUE(isSameField(1e15, 1e15));
+    EXPECT_FALSE(isSameField(1e15 + 1, 1e15 + 2));
+    EXPECT_FALSE(isSameField(0.0, -0.0));
+    EXPECT_FALSE(areSameFields(oneOf(QVariantList{1e15 + 1}), oneOf(QVariantList{1e15 + 2})));
+    EXPECT_TRUE(areSameFields(oneOf(QVariantList{1, QStringLiteral("x")}),
+                              oneOf(QVariantList{1, QStringLiteral("x")})));
+    EXPECT_FALSE(areSameFields(oneOf(QVariantList{1}), oneOf(QVariantList{1, 1})));
+}

@@ -218,6 +218,32 @@ TEST_P(StoredNetTest, WhatLinksShareMovesForBothAndGoesWithTheLast) {
               0);
 }
 
+TEST_P(StoredNetTest, LinksOfANetworkFollowWhatTheyShare) {
+    Link &second = *mLinks[1];
+    *second.mlVertex.first() = *mLinks[0]->mlVertex.last();
+    second.centerLinePointsJson = StoredJson();
+    ASSERT_TRUE(mNet.update(second)) << failure();
+    NetContents contents;
+    ASSERT_TRUE(DBTools::loadNet(gDB, kNet, contents)) << failure();
+    contents.edit(*contents.find<Link>(5)).mlVertex.last()->x = 555;
+    ASSERT_TRUE(mNet.saveChanges(contents)) << failure();
+    EXPECT_EQ(contents.find<Link>(6)->mlVertex.first()->x, 555);
+    // So that the next change of that link does not take it back.
+    contents.edit(*contents.find<Link>(6)).limitSpeed = 11;
+    ASSERT_TRUE(mNet.saveChanges(contents)) << failure();
+    EXPECT_EQ(stored("select x from Vertex where vertexID = 53"), "555");
+}
+
+TEST_P(StoredNetTest, WhatIsGoneFromANetworkIsNotLookedInto) {
+    NetContents contents;
+    ASSERT_TRUE(DBTools::loadNet(gDB, kNet, contents)) << failure();
+    contents.edit(*contents.find<Connector>(8)).length = 3;
+    contents.links.erase(contents.links.begin());
+    EXPECT_FALSE(mNet.saveChanges(contents));
+    EXPECT_EQ(refusal(), "Connector 8 joins a link that is not part of the network.");
+    EXPECT_FALSE(contents.changes.isEmpty());
+}
+
 TEST_P(StoredNetTest, IdsThatObjectsBringAreNotDrawnAgain) {
     GuideArrow own;
     own.guideArrowID = 40;
