@@ -160,12 +160,11 @@ template <class Zone>
 void saveZones(NetSave &net, const ZoneTables &tables, const Objects<Zone> &zones, long Zone::*id) {
     net.giveIds(tables.zones, zones, id);
     net.writeEach(tables.zones, zones, [](RowWriter &row, const Zone &zone) { bindRow(row, zone); });
-    net.writeOwned(tables.lanes, zones, &Zone::mlLane,
-                   [&](RowWriter &row, const Zone &zone, ZoneLane *lane) {
-                       if (lane->zoneId != zone.*id)
-                           net.set(lane->zoneId, zone.*id);
-                       bindAll(row.bind(tables.idPlaceholder, zone.*id), kLaneColumns, *lane);
-                   });
+    net.writeOwned(tables.lanes, zones, &Zone::mlLane, [&](RowWriter &row, const Zone &zone, ZoneLane *lane) {
+        if (lane->zoneId != zone.*id)
+            net.set(lane->zoneId, zone.*id);
+        bindAll(row.bind(tables.idPlaceholder, zone.*id), kLaneColumns, *lane);
+    });
 }
 
 AccidentZone *readAccident(const Store &store, const Sql &select, const Sql &selectLanes, long zoneId) {
