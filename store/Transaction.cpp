@@ -113,6 +113,11 @@ Transaction::Transaction(QSqlDatabase &db) {
     // SQLite begins one with the savepoint where none is open.
     const bool begins = !engine::isSqlite(db) && !Savepoint::isInsideTransaction(db);
     Level level{++begun, begins, lastFailureNumber()};
+    if (open.levels.empty() && engine::isSqlite(db))
+        level.guard = std::make_unique<CommitGuard>(db);
+    // One that the host has begun is the host's to commit.
+    if (level.guard && level.guard->isInTransaction())
+        level.guard.reset();
     if (begins && !runOrRecord(db.driver(), QStringLiteral("begin")))
         return;
     if (!runOrRecord(db.driver(), savepoint(level.number))) {
@@ -120,8 +125,6 @@ Transaction::Transaction(QSqlDatabase &db) {
             run(db.driver(), QStringLiteral("rollback"));
         return;
     }
-    if (open.levels.empty() && engine::isSqlite(db))
-        level.guard = std::make_unique<CommitGuard>(db);
     mDriver = db.driver();
     mNumber = level.number;
     open.levels.push_back(std::move(level));

@@ -45,7 +45,8 @@ public:
     /// that are still open are rolled back first.
     /// @return false when nothing was kept: a call on the store has failed since it began (in either class's
     ///         list), the engine refuses (another program is in the way), or it is not open. There is a record
-    ///         then, the transaction is rolled back, and the connection stays usable.
+    ///         then, the transaction is rolled back, and the connection stays usable. A host that empties the
+    ///         lists on the way has dealt with what was in them.
     bool commit();
     /// Takes back what was written since it began, with all parts of it; does nothing once it has ended.
     void rollBack();

@@ -15,6 +15,10 @@ CommitGuard::CommitGuard(const QSqlDatabase &db) : mEngine(enginehandle::sqlite(
         mEngine, [](void *guard) { static_cast<CommitGuard *>(guard)->mIsRolledBack = true; }, this);
 }
 
+bool CommitGuard::isInTransaction() const {
+    return mEngine && sqlite3_get_autocommit(mEngine) == 0;
+}
+
 bool CommitGuard::isOn(const QSqlDriver *driver) const {
     return enginehandle::isOf(driver, mEngine);
 }
@@ -28,6 +32,9 @@ CommitGuard::~CommitGuard() {
 #else
 CommitGuard::CommitGuard(const QSqlDatabase &) : mEngine(nullptr) {}
 CommitGuard::~CommitGuard() = default;
+bool CommitGuard::isInTransaction() const {
+    return false;
+}
 bool CommitGuard::isOn(const QSqlDriver *) const {
     return false;
 }

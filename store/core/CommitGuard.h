@@ -19,6 +19,8 @@ public:
     /// False where the engine cannot be reached past Qt's driver (enginehandle::sqlite()): nothing is
     /// guarded.
     bool isActive() const { return mEngine != nullptr; }
+    /// Whether a transaction is open.
+    bool isInTransaction() const;
     bool isRolledBack() const { return mIsRolledBack; }
     void allow() { mIsAllowed = true; }
     /// Whether the driver still has the engine's connection that is guarded. Where it has not, that is gone

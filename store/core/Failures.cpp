@@ -110,7 +110,7 @@ bool recordFailure(FailureList &failures, CallDbResult failure) {
     failure.operation = QString::fromLatin1(currentOperation).section(QLatin1Char('<'), 0, 0);
     if (failure.table.isEmpty())
         failure.table = tableOf(failure.sql);
-    failures.append(std::move(failure));
+    failures.append(failure);
     return false;
 }
 

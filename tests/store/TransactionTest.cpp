@@ -142,6 +142,13 @@ TEST_P(TransactionTest, IsAPartOfOneThatTheHostHasBegun) {
     EXPECT_EQ(links(), (QStringList{"1", "3"}));
     EXPECT_TRUE(gDB.rollback());
     EXPECT_EQ(links(), QStringList());
+    // The host may commit while a part is still open, which is kept then.
+    ASSERT_TRUE(gDB.transaction());
+    Transaction part(gDB);
+    EXPECT_TRUE(insert(4));
+    EXPECT_TRUE(gDB.commit());
+    EXPECT_FALSE(part.commit());
+    EXPECT_EQ(links(), QStringList("4"));
 }
 
 TEST_P(TransactionTest, PartsThatAreOpenGoWithTheWhole) {
