@@ -73,3 +73,23 @@ run(${WORK_DIR}/build/undo ${WORK_DIR}/bent.db 7 1)
 run(${sqlite3} ${WORK_DIR}/bent.db "select round(json_extract(cast(a.centerLinePointsJson as text), '$.data[0].y'), 2)
     from Connector join LaneConnector a using(connID) where connName = 'from West to North'")
 expect("the path from the bent link" 8.25)
+
+# Limits and widths, with all shapes that follow from them, and nothing else.
+set(widened ${WORK_DIR}/batch.db)
+file(COPY_FILE ${store} ${widened})
+run(${WORK_DIR}/build/batch ${widened})
+expect(batch "8 links are slower, 8 have wider lanes")
+run(${sqlite3} ${widened} "select (select group_concat(distinct limitSpeed) from Link), (select group_concat(distinct Width) from Lane),
+    round(json_extract(cast(a.centerLinePointsJson as text), '$.data[0].y'), 3),
+    round(json_extract(cast(a.leftBreakPointsJson as text), '$.data[0].y'), 3),
+    (select json_extract(cast(rightBreakPointsJson as text), '$.data[1].y') from Link where linkName = 'from West')
+    from Connector join LaneConnector a using(connID) where connName = 'from West to North'")
+expect("wider lanes" "50|3.75|-1.625|0.25|-7.25")
+set(others .dump Net Vertex Node LinkVertex Signal% Vehicle% Departure% LinkType IDGenerater)
+list(JOIN others " " others)
+run(${sqlite3} ${store} "${others}")
+set(before "${output}")
+run(${sqlite3} ${widened} "${others}")
+if(NOT output STREQUAL before)
+    message(FATAL_ERROR "The batch changed more than it says.")
+endif()

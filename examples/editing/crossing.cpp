@@ -1,7 +1,6 @@
 // A network from nothing: a signalised crossing with its traffic.
 //   crossing STORE
 #include <MoraStore/DBTools.h>
-#include <MoraStore/DBTools_V6.h>
 #include <MoraStore/FailureScope.h>
 #include <MoraStore/GeometryJson.h>
 #include <MoraStore/LaneGeometry.h>
@@ -137,15 +136,16 @@ bool addTraffic(NetContents &net) {
 int main(int argc, char *argv[]) {
     const QCoreApplication app(argc, argv);
     const QString path = QCoreApplication::arguments().value(1);
-    constexpr long netId = 1;
+    NetRecord record;
+    record.name = QStringLiteral("Crossing");
     NetContents net;
-    bool isMade = stores::create(path) && stores::open(path) &&
-                  DBTools_V6::insertNet(gDB, netId, QStringLiteral("Crossing"), {}, QStringLiteral("MoraSim"),
-                                        {}, {}, true, true) &&
-                  DBTools::initDictionary(gDB, netId, true) && DBTools::loadNet(gDB, netId, net);
+    // What the network has from the start: the standard catalogue of types and mixes.
+    bool isMade = stores::create(path) && stores::open(path) && stores::addNetwork(gDB, record) &&
+                  DBTools::loadNet(gDB, gNet.netId, net);
     if (isMade) {
         addRoads(net);
-        isMade = addTraffic(net) && DBTools::saveNet(gDB, netId, net, true) && DBTools::updateIds(gDB, true);
+        isMade =
+            addTraffic(net) && DBTools::saveNet(gDB, gNet.netId, net, true) && DBTools::updateIds(gDB, true);
     }
     if (!isMade) {
         QTextStream(stderr) << FailureScope::sinceOpening(gDB).text() << '\n';
