@@ -56,18 +56,19 @@ public:
     Plan(const NetContents &net, std::function<void(const Description &)> show) : mShow(std::move(show)) {
         for (const auto &link : net.links) {
             for (const Lane *lane : link->mlLane)
-                add(*link, areaOf(*lane), QColor(0x8b, 0x93, 0x9e), QPen(Qt::white, 0));
+                add(*link, areaOf(*lane), QColor(0x8b, 0x93, 0x9e), QPen(Qt::white, 0.2));
         }
         for (const auto &connector : net.connectors) {
             add(*connector, areaOf(*connector), QColor(0xc5, 0xcb, 0xd3), Qt::NoPen);
             for (const LaneConnector *path : connector->mlLaneConnector) {
                 QPainterPath line;
                 line.addPolygon(polygonOf(lineOf(*path)));
-                mScene.addPath(line, QPen(QColor(0x3d, 0x6e, 0xa5), 0))->setZValue(2);
+                mScene.addPath(line, QPen(QColor(0x3d, 0x6e, 0xa5), 0.3))->setZValue(2);
             }
         }
         setScene(&mScene);
         scale(1, -1);
+        setRenderHint(QPainter::Antialiasing);
         setDragMode(ScrollHandDrag);
         setTransformationAnchor(AnchorUnderMouse);
     }
