@@ -135,7 +135,7 @@ TEST_P(ImportRules, SignalsShowEveryStateForItsWholeTime) {
         {"select name, startTime, timeLength, endTime from SignalGroup", "mid|7|44|86400"},
         {"select p.name, c.color, c.timeLength from SignalPhase p, SignalColor c where c.signalPhaseID = "
          "p.signalPhaseID order by p.name, c.serialNumber",
-         "0|绿|1;0|黄|2;0|红|41;1|灰|3;1|绿|1;1|黄|30;1|红|10"},
+         "0|Green|1;0|Yellow|2;0|Red|41;1|Grey|3;1|Green|1;1|Yellow|30;1|Red|10"},
         {"select a.name, a.x, a.y, k.linkName, l.serialNumber, t.linkName, m.serialNumber from SignalLamp a, Lane l, Link k, Lane "
          "m, Link t where l.laneID = a.laneID and k.linkID = l.linkID and m.laneID = a.toLaneID and t.linkID = m.linkID "
          "order by a.name",
