@@ -64,6 +64,9 @@ public:
     /// Whether the rows go elsewhere: what the store has of the objects is not to be touched.
     bool isRecorded() const { return mRecorder; }
 
+    /// Whether rows of @p table are to be made.
+    bool wants(const char *table) const { return !mRecorder || mRecorder->wants(table); }
+
     /// Deletes the rows that the network has of @p table.
     void empty(const char *table);
 
@@ -71,7 +74,7 @@ public:
     /// @param total how many.
     template <class Rows>
     void write(const char *table, qint64 total, const Rows &rows) {
-        if (!isGood() || total == 0 || (mRecorder && !mRecorder->wants(table)))
+        if (!isGood() || total == 0 || !wants(table))
             return;
         RowWriter writer(store, table, total, mMeter, mRecorder);
         rows(writer);

@@ -479,10 +479,12 @@ void loadAllLinks(NetLoad &net) {
 void saveAllLinks(NetSave &net) {
     giveIds(net);
     const Objects<Link> &links = net.contents.links;
-    net.writeEach("Vertex", distinctVertices(links),
-                  [](RowWriter &row, const Vertex &vertex) { bindAll(row, kVertexColumns, vertex); });
-    net.writeEach("Node", distinctNodes(net),
-                  [](RowWriter &row, const Node &node) { bindAll(row, kNodeColumns, node); });
+    if (net.wants("Vertex"))
+        net.writeEach("Vertex", distinctVertices(links),
+                      [](RowWriter &row, const Vertex &vertex) { bindAll(row, kVertexColumns, vertex); });
+    if (net.wants("Node"))
+        net.writeEach("Node", distinctNodes(net),
+                      [](RowWriter &row, const Node &node) { bindAll(row, kNodeColumns, node); });
     saveRows(net);
     const Link *of = nullptr;
     int number = 0;

@@ -6,6 +6,11 @@
 #include "tests/differential/Texts.h"
 #include "tests/support/StoreFixture.h"
 
+#include <QCoreApplication>
+#include <QProcess>
+#include <QTextStream>
+#include <QThread>
+
 #include <algorithm>
 
 using namespace differential;
@@ -596,6 +601,79 @@ TEST_P(EditingTest, ARefusedSaveLeavesStoreAndMemoryAndCanBeRepeated) {
     EXPECT_GT(refusals, 5);
 }
 
+constexpr const char *kStore = "MORA_TEST_EDITED_STORE";
+constexpr const char *kSeed = "MORA_TEST_EDIT_SEED";
+
+/// Changes a network on and on: with each save all links and the network's name get the number of the save. Another
+/// process kills this one in the middle.
+TEST(EditingProcess, DISABLED_EditsUntilItIsKilled) {
+    ASSERT_TRUE(DBTools::openDatabase(gDB, qEnvironmentVariable(kStore), true));
+    NetContents net;
+    ASSERT_TRUE(DBTools::loadNet(gDB, 1, net));
+    NetPlan plan;
+    plan.seed = quint32(qEnvironmentVariableIntValue(kSeed));
+    plan.severalNets = DBTools::dbVer() >= 6;
+    RandomNet random(plan);
+    Editor editor(net, random, true);
+    StoredNet stored(gDB, 1);
+    QTextStream out(stdout);
+    for (int save = net.record.name.toInt() + 1;; ++save) {
+        for (int edit = 0; edit < 5; ++edit)
+            editor.edit();
+        net.record.name = QString::number(save);
+        for (const auto &link : net.links)
+            net.edit(*link).limitSpeed = save;
+        ASSERT_TRUE(stored.saveChanges(net));
+        out << "saved " << save << '\n';
+        out.flush();
+    }
+}
+
+class EditingKilledTest : public EditingTest {};
+
+TEST_P(EditingKilledTest, AStoreHasAllOfASaveOrNothing) {
+    NetPlan plan;
+    plan.seed = 3;
+    plan.severalNets = hasSeveralNets();
+    auto net = RandomNet(plan).make();
+    net->record.name = QStringLiteral("0");
+    for (const auto &link : net->links)
+        link->limitSpeed = 0;
+    ASSERT_TRUE(DBTools::saveNet(gDB, nextNet(), *net, true)) << failure();
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(QLatin1String(kStore), path());
+    int saves = 0;
+    for (int kill = 0; kill < setting("MORASTORE_KILLS", 8) && !HasFailure(); ++kill) {
+        gDB.close();
+        QProcess process;
+        environment.insert(QLatin1String(kSeed), QString::number(kill + 1));
+        process.setProcessEnvironment(environment);
+        process.start(QCoreApplication::applicationFilePath(),
+                      {QStringLiteral("--gtest_also_run_disabled_tests"),
+                       QStringLiteral("--gtest_filter=EditingProcess.*")});
+        // From the first save on it is in the middle of one for most of the time.
+        QByteArray said;
+        while (!said.contains("saved") && process.waitForReadyRead())
+            said += process.readAllStandardOutput();
+        QThread::msleep(static_cast<unsigned long>(7 * kill % 50));
+        process.kill();
+        process.waitForFinished();
+        said += process.readAllStandardOutput();
+        const int last = said.mid(said.lastIndexOf("saved ") + 6).trimmed().toInt();
+        EXPECT_EQ(process.exitStatus(), QProcess::CrashExit) << said.constData();
+        reopen();
+        const QStringList names = rows(QStringLiteral("select name from Net"));
+        const int stored = names.value(0).toInt();
+        EXPECT_TRUE(stored == last || stored == last + 1) << stored << " after " << last;
+        EXPECT_EQ(rows(QStringLiteral("select distinct cast(limitSpeed as integer) from Link")), names);
+        net = load(kNet);
+        expectSame({}, reportOf(*net));
+        saves += last;
+    }
+    EXPECT_GT(saves, 0);
+}
+
+INSTANTIATE_TEST_SUITE_P(Kinds, EditingKilledTest, testing::ValuesIn(kFileKinds), storeKindName);
 INSTANTIATE_TEST_SUITE_P(Kinds, EditingTest, testing::ValuesIn(kStoreKinds), storeKindName);
 
 } // namespace

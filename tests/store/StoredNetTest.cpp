@@ -114,6 +114,11 @@ TEST_P(StoredNetTest, WhatOthersReferToIsNotRemovedBehindTheirBacks) {
     EXPECT_EQ(stored("select startLaneID from LaneConnector order by startLaneID"), "52");
     EXPECT_EQ(count(QStringLiteral("SignalLamp")), 0);
 
+    delete mLinks[1]->mlLane.takeLast();
+    EXPECT_FALSE(mNet.update(*mLinks[1]));
+    EXPECT_EQ(refusal(),
+              "Lane 62 cannot be removed: connector 8 refers to it. Remove these first, or take them along.");
+
     EXPECT_FALSE(mNet.remove<Link>(5));
     EXPECT_EQ(refusal(),
               "Link 5 cannot be removed: connector 8 refers to it. Remove these first, or take them along.");
