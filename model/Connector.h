@@ -21,6 +21,7 @@ public:
     /// A copy that the caller owns, of the same id and between the same links, with copies of the lane
     /// connectors, of the same numbers and lanes, which are the copy's. None is in a network's tables.
     std::unique_ptr<Connector> clone() const;
+    Connector &operator=(const Connector &) = delete;
 
     long connID = 0;
     long roadId = 0;
@@ -45,7 +46,6 @@ public:
 private:
     friend class NetIndex<Connector>;
     Connector(const Connector &) = default;
-    Connector &operator=(const Connector &) = delete;
 
     NetIndex<Connector>::Place mPlace;
 };

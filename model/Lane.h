@@ -22,6 +22,7 @@ public:
 
     /// A copy that the caller owns, of the same id and in no network's tables. The arrows are the same.
     std::unique_ptr<Lane> clone() const;
+    Lane &operator=(const Lane &) = delete;
 
     long laneID = 0;
     long linkID = 0;
@@ -42,7 +43,6 @@ public:
 private:
     friend class NetIndex<Lane>;
     Lane(const Lane &) = default;
-    Lane &operator=(const Lane &) = delete;
 
     NetIndex<Lane>::Place mPlace;
 };

@@ -17,6 +17,7 @@ public:
 
     /// A copy that the caller owns, of the same number, connector and lanes. It is in no network's tables.
     std::unique_ptr<LaneConnector> clone() const;
+    LaneConnector &operator=(const LaneConnector &) = delete;
 
     long laneConnId = 0;
     int weight = 0;
@@ -44,7 +45,6 @@ public:
 private:
     friend class NetIndex<LaneConnector>;
     LaneConnector(const LaneConnector &) = default;
-    LaneConnector &operator=(const LaneConnector &) = delete;
 
     NetIndex<LaneConnector>::Place mPlace;
 };

@@ -25,6 +25,7 @@ public:
     /// ids. None is in a network's tables. Nodes stand on the copies of the vertices; one that stands on a
     /// vertex of another link goes on to do so.
     std::unique_ptr<Link> clone() const;
+    Link &operator=(const Link &) = delete;
 
     /// Appends one lane per width (metres), numbered by its place in `widths`, with ids drawn from the open
     /// store whose network has the link, or from gDB while none has. When the store gives no id the lanes made so far stay, and the failure is shown in a message box under a
@@ -47,7 +48,7 @@ public:
     double laneWidth = 0;   ///< metres
     QString laneColor;      ///< six hexadecimal digits, red, green, blue: CCCCCC
     QString linkType;       ///< display word
-    QString storedLinkType; ///< as a whole load found it, where the displayed word would be written otherwise
+    QString storedLinkType; ///< as a read found it, where the displayed word would be written otherwise
     double length = 0;
     double curvature = 0; ///< for the host, as the next one; 1 in new connectors
     double nonLinearCoefficient = 0;
@@ -72,7 +73,6 @@ public:
 private:
     friend class NetIndex<Link>;
     Link(const Link &) = default;
-    Link &operator=(const Link &) = delete;
 
     bool appendLane(int serialNumber, double width, const QString &actionType);
     QString word(const QString &key) const;

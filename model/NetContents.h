@@ -64,8 +64,9 @@ struct MORASTORE_EXPORT NetContents : NetLists {
     NetContents(NetContents &&other) noexcept : NetContents() { *this = std::move(other); }
     NetContents &operator=(NetContents &&) = default;
 
-    /// @{ The object of that id, by binary search (in a list that is out of order it is found, more slowly);
-    /// null when there is none, and for 0, which every new object has.
+    /// @{ The object of that id, by binary search; null when there is none, and for 0, which every new object
+    /// has. In a list that a host has brought out of order, and for an id that none has, it passes over the
+    /// list.
     template <class T>
     const T *find(long id) const;
     template <class T>

@@ -38,7 +38,7 @@ public:
     int serialNumber = 0; ///< position in the group
     QString name;
     QList<Online::ColorInterval> mlColor; ///< colours as display words
-    /// The colours as a whole load found them, where one of the displayed would be written otherwise.
+    /// The colours as a read found them, where one of the displayed would be written otherwise.
     QStringList storedColors;
     QList<SignalLamp *> mlLamp; ///< not owned; filled by SignalLamp::setPhase
 

@@ -55,7 +55,7 @@ public:
     double avgDece = 6;
     double deceSD = 0.5;
     double maxDece = 7.5;
-    /// The name as a whole load found it, where the displayed one would be written otherwise.
+    /// The name as a read found it, where the displayed one would be written otherwise.
     QString storedTypeName;
 };
 

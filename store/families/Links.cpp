@@ -204,6 +204,9 @@ NodeIds readRow(Row &row, bool withRoad, Link &link) {
     const NodeIds nodes = {row.id(kStartNode.name()), row.id(kEndNode.name())};
     readAll(row, kColumns, link);
     readAll(row, kGeometryColumns, link);
+    // Read as it stands, and translated where it is written.
+    if (row.store().words().trZhToEn(link.linkType) != link.linkType)
+        link.storedLinkType = link.linkType;
     return nodes;
 }
 
@@ -277,9 +280,6 @@ private:
         mNet.forEachObject("Link", "linkID", [&](Rows &row) {
             auto link = std::make_unique<Link>();
             const NodeIds nodes = readRow(row, withRoad, *link);
-            // Read as it stands, and translated where it is written.
-            if (row.store().words().trZhToEn(link->linkType) != link->linkType)
-                link->storedLinkType = link->linkType;
             mLinks.push_back({std::move(link), nodes});
         });
         sortById(mLinks, [](const LoadedLink &loaded) { return loaded.link->linkID; });

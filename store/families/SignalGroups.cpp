@@ -122,7 +122,8 @@ Online::ColorInterval readColor(Row &row) {
 
 /// Appends a colour to a phase, and its word as it is stored when one of the phase would be written
 /// otherwise.
-void loadColor(Rows &row, SignalPhase &phase) {
+template <class Row>
+void appendColor(Row &row, SignalPhase &phase) {
     const QString stored = row.text("color");
     const Online::ColorInterval step = readColor(row);
     if (!phase.storedColors.isEmpty() ||
@@ -151,7 +152,7 @@ void readColors(const Store &store, SignalPhase &phase) {
     if (!rows.execPart())
         return;
     while (rows.next())
-        phase.mlColor.append(readColor(rows));
+        appendColor(rows, phase);
 }
 
 } // namespace
@@ -207,7 +208,7 @@ void loadAllSignalGroups(NetLoad &net) {
         SignalPhase *phase = phaseOf.of(row, "signalPhaseID");
         if (!phase)
             return;
-        loadColor(row, *phase);
+        appendColor(row, *phase);
         net.requireWord("SignalColor", phase->signalPhaseID, phase->mlColor.last().color,
                         "has a colour that is none of the vocabulary");
     });

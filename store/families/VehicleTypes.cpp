@@ -45,7 +45,9 @@ Row &bindRow(Row &row, const VehicleType &type, const QString &storedName) {
 template <class Row>
 void readRow(Row &row, VehicleType &type) {
     ::readAll(row, kColumns, type);
-    type.vehicleTypeName = row.store().words().trEnToZh(type.vehicleTypeName);
+    const QString stored = type.vehicleTypeName;
+    type.vehicleTypeName = row.store().words().trEnToZh(stored);
+    type.storedTypeName = storedword::kept(row.store().words(), stored, type.vehicleTypeName);
 }
 
 } // namespace
@@ -74,8 +76,6 @@ void loadAllVehicleTypes(NetLoad &net) {
     net.forEachObject("VehicleType", "vehicleTypeCode", [&net](Rows &row) {
         auto type = std::make_unique<VehicleType>();
         readRow(row, *type);
-        type->storedTypeName =
-            storedword::kept(row.store().words(), row.text("vehicleTypeName"), type->vehicleTypeName);
         net.store.vehicleTypes().insert(type->vehicleTypeCode, *type);
         net.contents.traffic.vehicleTypes.push_back(std::move(type));
     });

@@ -124,6 +124,43 @@ TEST_P(OwningReadTest, KeepsWhatTheObjectRefersTo) {
     EXPECT_EQ(clone->mpLink, point->mpLink);
 }
 
+/// An English store under a Chinese host, with a word of each language where the other one is meant.
+TEST_P(OwningReadTest, GivesWordsThatAnUpdateLeavesAsTheyAre) {
+    const SignalGroup &group = *mNet->traffic.signalGroups.front();
+    const Link &link = *mNet->links.front();
+    const VehicleType &type = *mNet->traffic.vehicleTypes.front();
+    execute(QStringLiteral("delete from SignalColor"));
+    for (int phase = 0; phase < group.mlPhase.size(); ++phase) {
+        const QString id = QString::number(group.mlPhase.at(phase)->signalPhaseID);
+        addRow("SignalColor", "signalPhaseID, serialNumber, color, timeLength",
+               id + QStringLiteral(", 1, 'Red', 5"));
+        addRow("SignalColor", "signalPhaseID, serialNumber, color, timeLength",
+               id + QStringLiteral(", 2, '绿', 5"));
+    }
+    execute(QStringLiteral("update Link set linkType = '高速路'"));
+    execute(QStringLiteral("update VehicleType set vehicleTypeName = 'Plane'"));
+    gSpecialWords.setDbIsEnglish(true);
+    gSpecialWords.setLangIsNotZh(false);
+    gSpecialWords.initVars();
+    StoredNet net(gDB, kNet);
+    const auto ownedGroup = read(group);
+    const auto ownedLink = read(link);
+    const auto ownedType = read(type);
+    ownedGroup->timeLength += 1;
+    ownedLink->limitSpeed += 1;
+    ownedType->width += 1;
+    EXPECT_TRUE(net.update(*ownedGroup) && net.update(*ownedLink) && net.update(*ownedType));
+    EXPECT_EQ(rows(QStringLiteral("select distinct color from SignalColor where serialNumber = 1")),
+              QStringList(QStringLiteral("Red")));
+    EXPECT_EQ(rows(QStringLiteral("select distinct color from SignalColor where serialNumber = 2")),
+              QStringList(QStringLiteral("绿")));
+    EXPECT_EQ(rows(QStringLiteral("select distinct linkType from Link")),
+              QStringList(QStringLiteral("高速路")));
+    EXPECT_EQ(rows(QStringLiteral("select distinct vehicleTypeName from VehicleType")),
+              QStringList(QStringLiteral("Plane")));
+    EXPECT_EQ(failureCount(), 0);
+}
+
 TEST_P(OwningReadTest, GivesNothingWhereAPartCannotBeRead) {
     const Connector &connector = *mNet->connectors.front();
     dropTable(QStringLiteral("Link"));
