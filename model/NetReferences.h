@@ -20,7 +20,7 @@
 /// | signal group | vehicle detectors that serve it: a store keeps none without | Goes |
 /// | phase | lamps that show it | Goes |
 /// | decision point | its routes | Part |
-/// | route | its lanes on connectors | Goes |
+/// | route | its lanes on connectors | Part |
 /// | bus station | stops of lines there | Goes |
 /// | bus line | its stops | Part |
 /// | vehicle type | compositions, detectors, speed areas, lanes and connectors that list it | Loses |
