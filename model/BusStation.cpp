@@ -2,6 +2,7 @@
 
 #include "Net.h"
 #include "SpecialWords.h"
+#include "Words.h"
 
 BusStation::BusStation(Link *link, int lane) : BusStation(gNet, gSpecialWords) {
     laneNumber = lane;
@@ -9,4 +10,4 @@ BusStation::BusStation(Link *link, int lane) : BusStation(gNet, gSpecialWords) {
 }
 
 BusStation::BusStation(const Net &net, const SpecialWords &words)
-    : length(net.config().inSceneUnits(30.0)), type(words.getWord(QStringLiteral("路侧式"))) {}
+    : length(net.config().inSceneUnits(30.0)), type(words.getWord(Words::Curbside)) {}

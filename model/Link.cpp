@@ -1,6 +1,7 @@
 #include "Link.h"
 
 #include "SpecialWords.h"
+#include "Words.h"
 
 #include <MoraSupport/MyLogger.h>
 
@@ -49,11 +50,11 @@ QString Link::word(const QString &key) const {
 }
 
 QString Link::actionTypeOfLanes() const {
-    if (linkType == word(QStringLiteral("机非共享车道")) || linkType == word(QStringLiteral("机非共享")))
-        return word(QStringLiteral("机非共享车道"));
-    if (linkType == word(QStringLiteral("非机动车道")) || linkType == word(QStringLiteral("公交专用道")))
+    if (linkType == word(Words::MixedLane) || linkType == word(Words::MixedLaneSynonym))
+        return word(Words::MixedLane);
+    if (linkType == word(Words::NonMotorizedLane) || linkType == word(Words::BusLane))
         return linkType;
-    return word(QStringLiteral("机动车道"));
+    return word(Words::MotorizedLane);
 }
 
 void Link::createLanes(const QList<double> &widths) {
@@ -66,7 +67,7 @@ void Link::createLanes(const QList<double> &widths) {
 
 void Link::createLanes() {
     // Only lanes made by number keep a pedestrian way's type; lanes of given widths on one are motor lanes.
-    const bool isPedestrianWay = linkType == word(QStringLiteral("人行道"));
+    const bool isPedestrianWay = linkType == word(Words::Sidewalk);
     const QString actionType = isPedestrianWay ? linkType : actionTypeOfLanes();
     for (int made = 0; laneNumber > made; ++made) {
         if (!appendLane(made + 1, laneWidth, actionType))
@@ -87,7 +88,7 @@ bool Link::appendLane(int serialNumber, double width, const QString &actionType)
     lane->linkID = linkID;
     lane->serialNumber = serialNumber;
     lane->width = width;
-    lane->expectTravelDirection = word(QStringLiteral("自由行驶"));
+    lane->expectTravelDirection = word(Words::FreeRunning);
     lane->actionType = actionType;
     mlLane.append(lane);
     return true;

@@ -7,7 +7,8 @@
 namespace Words {
 
 bool Word::names(const QString &text) const {
-    return text == QString(*this) || text == inEnglish();
+    return text == QStringView(chinese) || text == QStringView(english) ||
+           (synonym && text == QStringView(synonym));
 }
 
 bool isKnown(const QString &text) {

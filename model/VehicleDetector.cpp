@@ -2,8 +2,9 @@
 
 #include "Net.h"
 #include "SpecialWords.h"
+#include "Words.h"
 
 VehicleDetector::VehicleDetector() : VehicleDetector(gNet, gSpecialWords) {}
 
 VehicleDetector::VehicleDetector(const Net &net, const SpecialWords &words)
-    : length(net.config().inSceneUnits(1.0)), type(words.getWord(QStringLiteral("标准检测器"))) {}
+    : length(net.config().inSceneUnits(1.0)), type(words.getWord(Words::StandardDetector)) {}

@@ -1,6 +1,7 @@
 #include "VehicleType.h"
 
 #include "SpecialWords.h"
+#include "Words.h"
 
 #include <MoraInterfaces/PlainRecords.h>
 
@@ -30,10 +31,10 @@ VehicleType &VehicleType::operator=(const _VehicleType &record) {
 }
 
 int VehicleType::type() const {
-    if (vehicleTypeName == gSpecialWords.getWord(QStringLiteral("行人")))
+    if (vehicleTypeName == gSpecialWords.getWord(Words::Pedestrian))
         return 3;
-    if (vehicleTypeName == gSpecialWords.getWord(QStringLiteral("自行车")) ||
-        vehicleTypeName == gSpecialWords.getWord(QStringLiteral("电动车")))
+    if (vehicleTypeName == gSpecialWords.getWord(Words::Bicycle) ||
+        vehicleTypeName == gSpecialWords.getWord(Words::Escooter))
         return 2;
     return 1;
 }

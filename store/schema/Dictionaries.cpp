@@ -1,5 +1,6 @@
 #include "store/schema/Dictionaries.h"
 
+#include "model/Words.h"
 #include "store/core/OperationTransaction.h"
 #include "store/core/Query.h"
 #include "store/families/DriverModels.h"
@@ -68,18 +69,18 @@ bool writeLinkTypes(const Store &store) {
 /// The names of the aircraft mean large and small aircraft; their stored words are what stores have.
 bool writeVehicleTypes(const Store &store) {
     static const _VehicleType catalogue[] = {
-        {1, QStringLiteral("小客车"), 4.5, 0.5, 2, 0.2, 60, 10, 80, 4, 0.5, 5.5, 6, 0.5, 7.5},
-        {2, QStringLiteral("大客车"), 12, 0.6, 2.5, 0.25, 50, 5, 70, 3, 0.5, 5, 5, 0.5, 7.5},
-        {3, QStringLiteral("公交车"), 12, 0.6, 2.5, 0.25, 50, 5, 70, 3, 0.5, 5, 5, 0.5, 7.5},
-        {4, QStringLiteral("货车"), 8, 2, 2.5, 0.25, 50, 5, 70, 2.5, 0.4, 4.5, 4, 0.5, 5.5},
-        {5, QStringLiteral("电动车"), 2.5, 0.15, 0.7, 0.07, 25, 5, 30, 3.5, 0.5, 1.9, 5, 1, 2.3},
-        {6, QStringLiteral("自行车"), 1.8, 0.15, 0.6, 0.06, 12, 2, 15, 3.5, 0.5, 1.5, 5, 1, 1.7},
-        {7, QStringLiteral("行人"), 0.5, 0.1, 0.5, 0.05, 4.5, 1, 6, 3, 1, 4, 9, 3, 12},
-        {8, QStringLiteral("工程车"), 8.8, 0, 3, 0, 50, 5, 70, 2.5, 0.4, 4, 4, 0.5, 5.5},
-        {9, QStringLiteral("消防车"), 10.2, 0, 3, 0, 60, 10, 80, 4, 0.5, 5, 6, 0.5, 7.5},
-        {10, QStringLiteral("救护车"), 5.8, 0, 2.5, 0, 60, 10, 80, 4, 0.5, 5.5, 6, 0.5, 7.5},
-        {11, QStringLiteral("大型飞机"), 40, 0, 17.2, 0, 120, 20, 300, 4, 0.5, 5.5, 6, 0.5, 7.5},
-        {12, QStringLiteral("小型飞机"), 23.7, 0, 12.2, 0, 120, 20, 300, 4, 0.5, 5.5, 6, 0.5, 7.5},
+        {1, Words::Car, 4.5, 0.5, 2, 0.2, 60, 10, 80, 4, 0.5, 5.5, 6, 0.5, 7.5},
+        {2, Words::Coach, 12, 0.6, 2.5, 0.25, 50, 5, 70, 3, 0.5, 5, 5, 0.5, 7.5},
+        {3, Words::Bus, 12, 0.6, 2.5, 0.25, 50, 5, 70, 3, 0.5, 5, 5, 0.5, 7.5},
+        {4, Words::Truck, 8, 2, 2.5, 0.25, 50, 5, 70, 2.5, 0.4, 4.5, 4, 0.5, 5.5},
+        {5, Words::Escooter, 2.5, 0.15, 0.7, 0.07, 25, 5, 30, 3.5, 0.5, 1.9, 5, 1, 2.3},
+        {6, Words::Bicycle, 1.8, 0.15, 0.6, 0.06, 12, 2, 15, 3.5, 0.5, 1.5, 5, 1, 1.7},
+        {7, Words::Pedestrian, 0.5, 0.1, 0.5, 0.05, 4.5, 1, 6, 3, 1, 4, 9, 3, 12},
+        {8, Words::EngineeringVehicle, 8.8, 0, 3, 0, 50, 5, 70, 2.5, 0.4, 4, 4, 0.5, 5.5},
+        {9, Words::FireEngine, 10.2, 0, 3, 0, 60, 10, 80, 4, 0.5, 5, 6, 0.5, 7.5},
+        {10, Words::Ambulance, 5.8, 0, 2.5, 0, 60, 10, 80, 4, 0.5, 5.5, 6, 0.5, 7.5},
+        {11, Words::Plane, 40, 0, 17.2, 0, 120, 20, 300, 4, 0.5, 5.5, 6, 0.5, 7.5},
+        {12, Words::Helicopter, 23.7, 0, 12.2, 0, 120, 20, 300, 4, 0.5, 5.5, 6, 0.5, 7.5},
     };
     bool written = true;
     for (const _VehicleType &record : catalogue) {
@@ -93,7 +94,7 @@ bool writeVehicleTypes(const Store &store) {
 /// Composition names do not pass through the dictionary, and the stored name is not the dictionary's
 /// "Default": it is spelled small in every store.
 QString standardCompositionName(const SpecialWords &words) {
-    const QString display = QStringLiteral("默认");
+    const QString display = Words::Default;
     return words.trZhToEn(display) == display ? display : QStringLiteral("default");
 }
 

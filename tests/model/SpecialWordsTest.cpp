@@ -89,6 +89,10 @@ TEST(SpecialWords, ConstantsNameTheWordsInBothLanguages) {
     EXPECT_TRUE(Words::Grey.names(QStringLiteral("灰")));
     EXPECT_TRUE(Words::Grey.names(QStringLiteral("Grey")));
     EXPECT_FALSE(Words::Grey.names(QStringLiteral("grey")));
+    EXPECT_FALSE(Words::Grey.names(QString()));
+    // An English store gives the other word back that it has for this one.
+    EXPECT_TRUE(Words::Freeway.names(dictionary(true, false).trEnToZh(QStringLiteral("Freeway"))));
+    EXPECT_FALSE(Words::Freeway.names(QStringLiteral("城市快速路")));
     EXPECT_TRUE(Words::isKnown(QStringLiteral("BusBay")));
     EXPECT_TRUE(Words::isKnown(QStringLiteral("港湾式")));
     EXPECT_FALSE(Words::isKnown(QString()));

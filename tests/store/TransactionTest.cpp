@@ -193,6 +193,21 @@ TEST_P(TransactionTest, AStoreThatIsReplacedHasTakenItBack) {
     EXPECT_EQ(links(), QStringList("3"));
 }
 
+TEST_P(TransactionTest, AConnectionThatIsClosedHasTakenItBack) {
+    Transaction change(gDB);
+    EXPECT_TRUE(insert(1));
+    gDB.close();
+    const FailureScope since(gDB);
+    EXPECT_FALSE(change.commit());
+    EXPECT_EQ(since.first().kind, FailureKind::Lost) << qPrintable(since.text());
+    EXPECT_FALSE(change.isOpen());
+    ASSERT_TRUE(gDB.open());
+    Transaction next(gDB);
+    EXPECT_TRUE(insert(2));
+    EXPECT_TRUE(next.commit());
+    EXPECT_EQ(links(), QStringList("2"));
+}
+
 TEST_P(TransactionTest, WhatTheEngineHasTakenBackIsNotKeptRowByRow) {
     Transaction change(gDB);
     EXPECT_TRUE(insert(1));

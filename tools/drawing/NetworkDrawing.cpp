@@ -1,7 +1,7 @@
 #include "tools/drawing/NetworkDrawing.h"
 
 #include "model/GeometryLine.h"
-#include "tools/drawing/DictionaryWord.h"
+#include "model/Words.h"
 #include "tools/drawing/Shapes.h"
 
 #include <QFontMetricsF>
@@ -37,24 +37,23 @@ constexpr double kScaleForSurfaces = 0.45;
 /// Objects up to which a picture that can be magnified carries all detail.
 constexpr int kLanesWithAllDetail = 6000;
 
-/// Lane kinds of the dictionary and their colours; what is not listed is drawn as the last.
+/// Lane kinds of the dictionary and their colours.
 struct KindColour {
-    const char *word;
+    Words::Word kind;
     QColor colour;
 };
 const KindColour kColours[] = {
-    {"机动车道", QColor(0x8b, 0x93, 0x9e)},   {"机非共享车道", QColor(0xa8, 0xa0, 0x8c)},
-    {"非机动车道", QColor(0x86, 0xb3, 0x8d)}, {"公交专用道", QColor(0xcf, 0x86, 0x6a)},
-    {"人行道", QColor(0xdb, 0xcf, 0xb6)},     {"", QColor(0xb0, 0x9c, 0xc0)},
+    {Words::MotorizedLane, QColor(0x8b, 0x93, 0x9e)},    {Words::MixedLane, QColor(0xa8, 0xa0, 0x8c)},
+    {Words::NonMotorizedLane, QColor(0x86, 0xb3, 0x8d)}, {Words::BusLane, QColor(0xcf, 0x86, 0x6a)},
+    {Words::Sidewalk, QColor(0xdb, 0xcf, 0xb6)},
 };
 
 QColor colourOf(const QString &kind) {
     for (const KindColour &entry : kColours) {
-        const QString key = QString::fromUtf8(entry.word);
-        if (isEntry(kind, key))
+        if (entry.kind.names(kind))
             return entry.colour;
     }
-    return std::end(kColours)[-1].colour;
+    return QColor(0xb0, 0x9c, 0xc0);
 }
 
 QRectF boundsOf(const GeometryLine &line, QRectF bounds, bool &any) {

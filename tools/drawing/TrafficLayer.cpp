@@ -1,6 +1,6 @@
 #include "tools/drawing/TrafficLayer.h"
 
-#include "tools/drawing/DictionaryWord.h"
+#include "model/Words.h"
 #include "tools/drawing/Shapes.h"
 
 #include <QFontMetricsF>
@@ -41,11 +41,11 @@ double directionAt(const GeometryLine &line, int index) {
 QColor colourOf(const SignalLamp &lamp) {
     const QString word =
         lamp.mpPhase && !lamp.mpPhase->mlColor.isEmpty() ? lamp.mpPhase->mlColor.first().color : QString();
-    if (isEntry(word, QStringLiteral("红")))
+    if (Words::Red.names(word))
         return QColor(0xd6, 0x2f, 0x2f);
-    if (isEntry(word, QStringLiteral("黄")))
+    if (Words::Yellow.names(word))
         return QColor(0xf2, 0xb7, 0x05);
-    if (isEntry(word, QStringLiteral("绿")))
+    if (Words::Green.names(word))
         return QColor(0x1f, 0xa5, 0x4a);
     return QColor(0x80, 0x80, 0x80);
 }

@@ -3,6 +3,7 @@
 #include "model/GeometryJson.h"
 #include "model/LaneGeometry.h"
 #include "model/SpecialWords.h"
+#include "model/Words.h"
 #include "tools/session/StoreSession.h"
 #include "tools/sumo/import/Vocabulary.h"
 
@@ -149,7 +150,7 @@ void NetworkBuilder::addLanes(Link &link, const SumoEdge &edge) {
         lane->linkID = link.linkID;
         lane->serialNumber = int(i) + 1;
         lane->width = source.width;
-        lane->expectTravelDirection = mIds.store().words().getWord(QStringLiteral("自由行驶"));
+        lane->expectTravelDirection = mIds.store().words().getWord(Words::FreeRunning);
         lane->actionType = mIds.store().words().getWord(vocabulary::laneKind(source.permissions));
         lane->centerLinePointsJson = geometryjson::fromPoints(source.shape);
         lane->leftBreakPointsJson =

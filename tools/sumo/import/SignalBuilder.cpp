@@ -1,6 +1,7 @@
 #include "tools/sumo/import/SignalBuilder.h"
 
 #include "model/SpecialWords.h"
+#include "model/Words.h"
 #include "tools/session/StoreSession.h"
 
 #include <cmath>
@@ -15,17 +16,17 @@ QString colourOf(const SpecialWords &words, QChar state) {
     switch (state.toLatin1()) {
     case 'G':
     case 'g':
-        return words.getWord(QStringLiteral("绿"));
+        return words.getWord(Words::Green);
     case 'Y':
     case 'y':
-        return words.getWord(QStringLiteral("黄"));
+        return words.getWord(Words::Yellow);
     case 'r':
     case 'R':
     case 'u':
     case 's':
-        return words.getWord(QStringLiteral("红"));
+        return words.getWord(Words::Red);
     default:
-        return words.getWord(QStringLiteral("灰"));
+        return words.getWord(Words::Grey);
     }
 }
 

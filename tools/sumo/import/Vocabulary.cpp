@@ -1,5 +1,7 @@
 #include "tools/sumo/import/Vocabulary.h"
 
+#include "model/Words.h"
+
 #include <algorithm>
 #include <iterator>
 
@@ -7,18 +9,18 @@ namespace moratools {
 
 namespace {
 
-const QString kMotorLane = QStringLiteral("机动车道");
-const QString kMixedLane = QStringLiteral("机非共享车道");
-const QString kNonMotorLane = QStringLiteral("非机动车道");
-const QString kBusLane = QStringLiteral("公交专用道");
-const QString kSidewalk = QStringLiteral("人行道");
-const QString kMixedRoad = QStringLiteral("机非共享");
-const QString kFreeway = QStringLiteral("高速公路");
-const QString kExpressway = QStringLiteral("城市快速路");
-const QString kRamp = QStringLiteral("匝道");
-const QString kArterialRoad = QStringLiteral("城市主干道");
-const QString kSecondaryRoad = QStringLiteral("城市次干道");
-const QString kAccessRoad = QStringLiteral("城市支路");
+const QString kMotorLane = Words::MotorizedLane;
+const QString kMixedLane = Words::MixedLane;
+const QString kNonMotorLane = Words::NonMotorizedLane;
+const QString kBusLane = Words::BusLane;
+const QString kSidewalk = Words::Sidewalk;
+const QString kMixedRoad = Words::MixedLaneSynonym;
+const QString kFreeway = Words::FreewaySynonym;
+const QString kExpressway = Words::Expressway;
+const QString kRamp = Words::Ramp;
+const QString kArterialRoad = Words::ArterialRoad;
+const QString kSecondaryRoad = Words::SecondaryRoadSynonym;
+const QString kAccessRoad = Words::AccessRoad;
 
 /// Highway classes of OpenStreetMap (wiki page "Key:highway") and the class of road in a store.
 struct RoadClass {
