@@ -17,14 +17,16 @@ namespace {
 
 using Level = OpenTransactions::Level;
 
+/// On a connection that was closed nothing runs.
 bool run(const QSqlDriver *driver, const QString &sql) {
-    return QSqlQuery(driver->createResult()).exec(sql);
+    return driver->isOpen() && QSqlQuery(driver->createResult()).exec(sql);
 }
 
 /// The same, with a record of what failed.
 bool runOrRecord(const QSqlDriver *driver, const QString &sql) {
     QSqlQuery query(driver->createResult());
-    query.exec(sql);
+    if (driver->isOpen())
+        query.exec(sql);
     return checkStatement(query, stateOf(driver).failures);
 }
 
