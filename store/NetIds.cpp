@@ -71,23 +71,6 @@ QString nameOf(Table table) {
     return QLatin1String(kTableNames[static_cast<int>(table)]);
 }
 
-/// Counters are by network; one that does not exist would get some of its own.
-bool isThere(const Store &store) {
-    if (store.isGivenUp() || !store.isUsable())
-        return false;
-    if (!store.hasSeveralNets())
-        return true;
-    if (store.netId() == 0)
-        return store.fail({}, QStringLiteral("No network is current: load one, or name it"), 0,
-                          FailureKind::NotFound);
-    const auto exists = networks::networkExists(store);
-    if (exists.value_or(true))
-        return exists.has_value();
-    return store.fail(
-        {}, QStringLiteral("The store has no network %1: write its record first").arg(store.netId()),
-        store.netId(), FailureKind::NotFound);
-}
-
 /// @p part is named after @p whole once that has a number.
 template <class Whole, class Part>
 void follow(IdSlots &slots, Whole &whole, long Whole::*id, Part &part, long Part::*owner) {
@@ -245,7 +228,8 @@ std::optional<long> NetIds::next(const QString &table) const {
 QList<long> NetIds::next(Table table, int count) const {
     const Store store = opening::storeByVersion(stateOf(mDb), mDb, mNetId, "nextId");
     QList<long> ids;
-    if (count > 0 && isThere(store) && !identifiers::draw(store, nameOf(table), {}, count, ids))
+    if (count > 0 && networks::requireNetwork(store) &&
+        !identifiers::draw(store, nameOf(table), {}, count, ids))
         ids.clear();
     return ids;
 }
@@ -259,7 +243,7 @@ bool NetIds::drawFor(const QList<Object *> &objects) const {
         if (collected.insert(object).second)
             collect(slots, *object);
     }
-    return isThere(store) && slots.fill(store);
+    return networks::requireNetwork(store) && slots.fill(store);
 }
 
 template MORASTORE_EXPORT bool NetIds::drawFor(const QList<VehicleType *> &) const;

@@ -6,14 +6,13 @@
 #include "store/editing/OwningRead.h"
 #include "store/editing/Removal.h"
 #include "store/editing/SaveChanges.h"
+#include "store/families/Networks.h"
 #include "store/ids/Identifiers.h"
-
-using catalogue::Table;
 
 namespace {
 
 template <class T>
-const Table &tableOf() {
+const catalogue::Table &tableOf() {
     return *catalogue::find(QLatin1String(NetKind<T>::table));
 }
 
@@ -51,7 +50,7 @@ Owned<T> StoredNet::read(long id) const {
 template <class T>
 bool StoredNet::insert(const QList<T *> &objects) {
     const Store store = this->store();
-    if (!store.isUsable() || hasNull(store, objects))
+    if (!networks::requireNetwork(store) || hasNull(store, objects))
         return false;
     AllOrNothing all(store);
     identifiers::Reservations reserved(store);

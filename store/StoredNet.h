@@ -4,6 +4,7 @@
 #include "model/NetProgress.h"
 #include "model/NetReferences.h"
 #include "model/Owned.h"
+#include "store/NetIds.h"
 
 #include <QList>
 #include <QSqlDatabase>
@@ -109,6 +110,19 @@ public:
     /// not be asked, which is recorded.
     template <class T>
     std::optional<QList<NetObject>> whatRefersTo(long id);
+
+    /// @{ New identifiers for objects with their parts, before they are written; see NetIds. insert() and
+    /// update() draw those that are missing by themselves.
+    std::optional<long> nextId(Table table) const { return NetIds(mDb, mNetId).next(table); }
+    template <class T, IsObject<T> = true>
+    bool drawIds(T &object) const {
+        return NetIds(mDb, mNetId).draw(object);
+    }
+    template <class T>
+    bool drawIds(const QList<T *> &objects) const {
+        return NetIds(mDb, mNetId).drawEach(objects);
+    }
+    /// @}
 
     QSqlDatabase &db() const { return mDb; }
     long id() const { return mNetId; }

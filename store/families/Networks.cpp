@@ -197,6 +197,22 @@ std::optional<bool> networkExists(const Store &store) {
     return Query(store, "select * from Net where NetId = %1", {store.netId()}).returnsRow();
 }
 
+bool requireNetwork(const Store &store) {
+    if (store.isGivenUp() || !store.isUsable())
+        return false;
+    if (!store.hasSeveralNets())
+        return true;
+    if (store.netId() == 0)
+        return store.fail({}, QStringLiteral("No network is current: load one, or name it"), 0,
+                          FailureKind::NotFound);
+    const auto exists = networkExists(store);
+    if (exists.value_or(true))
+        return exists.has_value();
+    return store.fail(
+        {}, QStringLiteral("The store has no network %1: write its record first").arg(store.netId()),
+        store.netId(), FailureKind::NotFound);
+}
+
 long largestNetworkId(const Store &store) {
     Query largest(store, "select max(NetId) from Net");
     return largest.execAndNext() ? largest.firstId() : 0;

@@ -51,6 +51,9 @@ Net *loadNetworkByName(const Store &store, const QString &name);
 std::optional<bool> networkExists(const Store &store);
 std::optional<bool> isAnyNetworkThere(const Store &store);
 /// @}
+/// Refuses, with a record, a store of several networks that has none of the store's id (0 is none): rows and
+/// counters of it would belong to nothing.
+bool requireNetwork(const Store &store);
 long largestNetworkId(const Store &store);
 /// All networks with id, name and further attributes.
 QList<Net> readNetworks(const Store &store);

@@ -12,6 +12,7 @@
 #include "model/SignalGroup.h"
 #include "model/SignalPhase.h"
 #include "store/FailureScope.h"
+#include "store/StoredNet.h"
 #include "tests/support/Builders.h"
 #include "tests/support/StatementTrace.h"
 #include "tests/support/StoreFixture.h"
@@ -148,6 +149,12 @@ TEST_P(NetIdsTest, ListsTakeAFewStatementsForEachTable) {
     EXPECT_EQ(ids.next(Table::Lane), 1001);
     EXPECT_EQ(ids.next(QStringLiteral("lane")), 1002);
     EXPECT_EQ(ids.next(Table::Lane, 3), (QList<long>{1003, 1004, 1005}));
+    const StoredNet net(gDB, kNet);
+    EXPECT_EQ(net.nextId(Table::Lane), 1006);
+    const auto one = newLink(), other = newLink();
+    EXPECT_TRUE(net.drawIds(*one));
+    EXPECT_TRUE(net.drawIds(QList<Link *>{one.get(), other.get()}));
+    EXPECT_EQ(other->linkID, one->linkID + 1);
     QList<Link *> again{links.front().get(), links.front().get(), nullptr};
     EXPECT_TRUE(ids.drawEach(again));
 }
@@ -170,7 +177,9 @@ TEST_P(NetIdsTest, WhatNumbersNothingIsRefused) {
     const auto link = newLink();
     refuses("no such network", [&] { return NetIds(gDB, 7).next(Table::Link).has_value(); });
     refuses("an object for no such network", [&] { return NetIds(gDB, 7).draw(*link); });
+    refuses("an object in no such network", [&] { return StoredNet(gDB, 7).insert(*link); });
     EXPECT_EQ(link->linkID, 0);
+    EXPECT_EQ(count("Link"), 0);
     gNet.loadRecord({});
     refuses("no current network", [&] { return NetIds::ofCurrentNet(gDB).draw(*link); });
     EXPECT_EQ(link->mlLane.first()->laneID, 0);
