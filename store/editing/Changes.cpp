@@ -46,6 +46,11 @@ void Changes::add(const Table &table, const Ids &ids) {
 }
 
 void Changes::remove(const Table &table, const Ids &ids) {
+    letGo(table, ids);
+    include(mFound[&table], ids);
+}
+
+void Changes::letGo(const Table &table, const Ids &ids) {
     include(mRemoved[&table], ids);
 }
 
@@ -74,7 +79,11 @@ Ids Changes::recordedIds(const Table &table) const {
 bool Changes::apply(Cascade cascade) {
     if (!mRows.isGood() || !mStore.isUsable())
         return false;
-    if (!readStored() || !requirePresence() || !compare() || !referencesLead())
+    if (mStore.hasMisspeltSerialNumber())
+        return mStore.fail(
+            {}, QStringLiteral("The store is of the first generation: bring it forward before it is "
+                               "changed."));
+    if (!readStored() || !requirePresence() || !requireRemoved() || !compare() || !referencesLead())
         return false;
     const std::vector<Table> &tables = catalogue::tables();
     for (auto table = tables.rbegin(); table != tables.rend(); ++table) {
@@ -250,6 +259,21 @@ bool Changes::requirePresence() const {
             if (contains(there, id))
                 return refuse(*table, id, QStringLiteral("is in the store already."));
         }
+    }
+    return true;
+}
+
+bool Changes::requireRemoved() const {
+    for (const auto &[table, ids] : mFound) {
+        Ids there;
+        const char *column = table->id;
+        if (!mRows.forEach(*table, {column}, column, ids,
+                           [&there, column](Query &row) { there.push_back(row.id(column)); }))
+            return false;
+        settle(there);
+        const auto missing = std::mismatch(ids.begin(), ids.end(), there.begin(), there.end()).first;
+        if (missing != ids.end())
+            return refuse(*table, *missing, QStringLiteral("is not in the store."), FailureKind::NotFound);
     }
     return true;
 }

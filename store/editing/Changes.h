@@ -25,8 +25,10 @@ public:
     /// @}
     /// All rows of a table of settings.
     void replaceAll(const catalogue::Table &table) { mReplaced.push_back(&table); }
-    /// Objects to be removed.
+    /// @{ Objects to be removed, that the store has, and that it may have.
     void remove(const catalogue::Table &table, const Ids &ids);
+    void letGo(const catalogue::Table &table, const Ids &ids);
+    /// @}
 
     /// Writes it, in the transaction of the caller, who takes it back when this is false. Refused, with a record
     /// that names the object: one that is not there, or is there already; one that names another object that
@@ -84,6 +86,7 @@ private:
     /// Rows that have come from other owners.
     bool readMoved();
     bool requirePresence() const;
+    bool requireRemoved() const;
     bool compare();
     bool compareTable(const Table &table, Work &work);
     bool compareGroup(const Table &table, const RecordedTable &recorded, const Stored &stored,
@@ -124,6 +127,7 @@ private:
     std::map<const Table *, Ids> mKnown;   ///< of these, those that the store must have
     std::map<const Table *, Ids> mAdded;   ///< and those that it must not have
     std::map<const Table *, Ids> mRemoved;
+    std::map<const Table *, Ids> mFound; ///< of these, those that the store must have
     std::vector<const Table *> mReplaced;
     std::map<const Table *, Stored> mStored;
     std::map<const Table *, Work> mWork;

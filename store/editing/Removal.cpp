@@ -1,10 +1,15 @@
 #include "store/editing/Removal.h"
 
+#include <limits>
+
 namespace {
 
 using catalogue::Bond;
 using catalogue::Reference;
 using catalogue::Table;
+
+/// In the place of an object among the referrers: it is none, it was asked for.
+constexpr std::size_t kAskedFor = std::numeric_limits<std::size_t>::max();
 
 const Table &link() {
     static const Table &table = *catalogue::find(QStringLiteral("Link"));
@@ -70,16 +75,14 @@ void Removal::go(const Table &table, const Ids &ids) {
 void Removal::name(const Table &table, long id, Fate fate) {
     if (!isNamed(table))
         return;
-    const QString name = QLatin1String(table.name);
-    if (mNamed.insert({&table, id}).second) {
+    const auto [named, isNew] = mNamed.emplace(std::make_pair(&table, id), mReferrers.size());
+    if (isNew) {
+        const QString name = QLatin1String(table.name);
         mReferrers.push_back(
             {name, id, nullptr, catalogue::wordFor(name) + QLatin1Char(' ') + QString::number(id), fate});
-    } else if (fate == Fate::Part) {
+    } else if (fate == Fate::Part && named->second != kAskedFor) {
         // It goes for what it refers to, and also as a part: that says more.
-        for (NetObject &object : mReferrers) {
-            if (object.id == id && object.table == name)
-                object.fate = Fate::Part;
-        }
+        mReferrers[named->second].fate = Fate::Part;
     }
 }
 
@@ -88,7 +91,7 @@ bool Removal::find() {
         return false;
     for (const auto &[table, going] : mGoing) {
         for (const long id : going.ids)
-            mNamed.insert({table, id});
+            mNamed.emplace(std::make_pair(table, id), kAskedFor);
     }
     // Parts first: what goes as a part of an object that was asked for does not stand in its way.
     for (bool isNew = true; isNew;) {

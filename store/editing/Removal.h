@@ -4,7 +4,6 @@
 #include "store/editing/NetRows.h"
 
 #include <map>
-#include <set>
 
 /// What goes with objects that are removed from a store, by what refers to what (catalogue::Bond).
 class Removal {
@@ -60,5 +59,5 @@ private:
     std::vector<Entries> mEntries; ///< that go
     std::vector<Entries> mCleared;
     std::vector<NetObject> mReferrers;
-    std::set<std::pair<const Table *, long>> mNamed;
+    std::map<std::pair<const Table *, long>, std::size_t> mNamed; ///< with the place among the referrers
 };

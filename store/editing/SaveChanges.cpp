@@ -75,8 +75,9 @@ bool ChangeSaver::run(Cascade cascade) {
         return false;
     AllOrNothing all(mStore);
     const bool good = saveRecordAndScene() && record();
+    // Another program may have removed it as well.
     for (const RemovedObject &object : mNet.changes.removed())
-        mChanges.remove(table(object.table.toLatin1().constData()), {object.id});
+        mChanges.letGo(table(object.table.toLatin1().constData()), {object.id});
     if (!all.end(good && mChanges.apply(cascade)))
         return false;
     mRecording.keep();

@@ -153,6 +153,8 @@ TEST_P(StoredNetTest, NumbersThatMatchNothingAreRefusedByName) {
     mGroup->name = QStringLiteral("again");
     EXPECT_FALSE(mNet.insert(*mGroup));
     EXPECT_EQ(refusal(), "Signal group 3 is in the store already.");
+    EXPECT_FALSE(mNet.remove<SignalLamp>(QList<long>{9, 10}));
+    EXPECT_EQ(refusal(), "Signal lamp 10 is not in the store.");
     EXPECT_EQ(stored("select laneID from SignalLamp"), "51");
 }
 
