@@ -123,7 +123,7 @@ bool StoredNet::saveChanges(NetContents &contents, Cascade cascade) {
 }
 
 template <class T>
-std::optional<QList<NetObject>> StoredNet::whatRefersTo(long id) {
+std::optional<QList<NetObject>> StoredNet::whatRefersTo(long id) const {
     const Store store = this->store();
     if (!store.isUsable())
         return std::nullopt;
@@ -145,7 +145,7 @@ std::optional<QList<NetObject>> StoredNet::whatRefersTo(long id) {
     template bool StoredNet::update<T>(const QList<T *> &, Cascade);                                         \
     template bool StoredNet::updateFields<T>(const QStringList &, const QList<T *> &);                       \
     template bool StoredNet::remove<T>(const QList<long> &, Cascade);                                        \
-    template std::optional<QList<NetObject>> StoredNet::whatRefersTo<T>(long)
+    template std::optional<QList<NetObject>> StoredNet::whatRefersTo<T>(long) const
 MORASTORE_OBJECT(VehicleType);
 MORASTORE_OBJECT(VehicleComposition);
 MORASTORE_OBJECT(Link);

@@ -10,8 +10,10 @@
 #include <QSqlDatabase>
 #include <QStringList>
 
+#include <memory>
 #include <optional>
 #include <type_traits>
+#include <vector>
 
 class Store;
 struct NetContents;
@@ -61,6 +63,10 @@ public:
     }
     template <class T>
     bool insert(const QList<T *> &objects);
+    template <class T>
+    bool insert(const std::vector<std::unique_ptr<T>> &objects) {
+        return insert(listed(objects));
+    }
     /// @}
 
     /// @{ Writes what differs between objects and what the store has of them; rows that are the same stay
@@ -77,12 +83,21 @@ public:
     }
     template <class T>
     bool update(const QList<T *> &objects, Cascade cascade = Cascade::Refuse);
+    template <class T>
+    bool update(const std::vector<std::unique_ptr<T>> &objects, Cascade cascade = Cascade::Refuse) {
+        return update(listed(objects), cascade);
+    }
     /// @}
 
-    /// Writes these columns of many objects ("limitSpeed"), and nothing else of them: without a look at what
+    /// @{ Writes these columns of many objects ("limitSpeed"), and nothing else of them: without a look at what
     /// the store has, at the speed of the engine.
     template <class T>
     bool updateFields(const QStringList &columns, const QList<T *> &objects);
+    template <class T>
+    bool updateFields(const QStringList &columns, const std::vector<std::unique_ptr<T>> &objects) {
+        return updateFields(columns, listed(objects));
+    }
+    /// @}
 
     /// @{ Removes objects with their parts, and with Cascade::Take what cannot be without them. Refused, with a
     /// record that names them, while others refer to one. Nodes and vertices go with the last link that has
@@ -109,7 +124,7 @@ public:
     /// Cascade::Take, on and on, each once, in the order in which networks are loaded. None when the store could
     /// not be asked, which is recorded.
     template <class T>
-    std::optional<QList<NetObject>> whatRefersTo(long id);
+    std::optional<QList<NetObject>> whatRefersTo(long id) const;
 
     /// @{ New identifiers for objects with their parts, before they are written; see NetIds. insert() and
     /// update() draw those that are missing by themselves.
@@ -128,6 +143,14 @@ public:
     long id() const { return mNetId; }
 
 private:
+    template <class T>
+    static QList<T *> listed(const std::vector<std::unique_ptr<T>> &objects) {
+        QList<T *> list;
+        list.reserve(int(objects.size()));
+        for (const auto &object : objects)
+            list.append(object.get());
+        return list;
+    }
     Store store(const char *operation = __builtin_FUNCTION()) const;
 
     QSqlDatabase &mDb;

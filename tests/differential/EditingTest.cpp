@@ -63,7 +63,7 @@ protected:
 
     /// What the store says refers to an object is what the network in memory says.
     template <class T>
-    void expectSameReferrers(const NetContents &net, StoredNet &stored) {
+    void expectSameReferrers(const NetContents &net, const StoredNet &stored) {
         for (const auto &object : NetKind<T>::list(net)) {
             const auto found = stored.whatRefersTo<T>(NetKind<T>::idOf(*object));
             ASSERT_TRUE(found) << failure();

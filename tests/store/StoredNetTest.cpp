@@ -35,7 +35,7 @@ protected:
         mLamp->signalLampID = 9;
         mLamp->laneID = 51;
         mLamp->setPhase(mGroup->mlPhase.first());
-        ASSERT_TRUE(mNet.insert(QList<Link *>{mLinks[0].get(), mLinks[1].get()})) << failure();
+        ASSERT_TRUE(mNet.insert(mLinks)) << failure();
         ASSERT_TRUE(mNet.insert(*mConnector)) << failure();
         ASSERT_TRUE(mNet.insert(*mGroup)) << failure();
         ASSERT_TRUE(mNet.insert(*mLamp)) << failure();
@@ -184,7 +184,7 @@ TEST_P(StoredNetTest, FieldsOfManyAreWrittenAlone) {
     mLinks[1]->linkName = QStringLiteral("not written");
     const QList<Link *> both = {mLinks[0].get(), mLinks[1].get()};
     const int before = written();
-    EXPECT_TRUE(mNet.updateFields({QStringLiteral("limitSpeed"), QStringLiteral("desiredSpeed")}, both))
+    EXPECT_TRUE(mNet.updateFields({QStringLiteral("limitSpeed"), QStringLiteral("desiredSpeed")}, mLinks))
         << failure();
     expectWritten(before, 2);
     EXPECT_EQ(stored("select limitSpeed from Link order by linkID"), "30 32");
