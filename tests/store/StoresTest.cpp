@@ -8,6 +8,8 @@
 #include "store/OpenStore.h"
 #include "store/Transaction.h"
 #include "tests/support/Builders.h"
+#include "tests/support/OldStores.h"
+#include "tests/support/PostgresDatabase.h"
 #include "tests/support/StoreFixture.h"
 
 #include <QDir>
@@ -201,6 +203,53 @@ TEST_F(StoresTest, AReadOnlyFileOpensReadOnlyAndSaysSo) {
     ASSERT_TRUE(stores::open(file)) << qPrintable(reason());
     EXPECT_FALSE(stores::isReadOnly(gDB));
     EXPECT_FALSE(isRefused());
+}
+
+TEST_F(StoresTest, AStoreOfTheFirstGenerationIsBroughtForwardOrReadFromACopy) {
+    const QString file = fileCalled(QStringLiteral("first"));
+    makeFirstGenerationStore(file);
+    const QByteArray bytes = bytesOf(file);
+    OpenOptions reading;
+    reading.access = StoreAccess::Read;
+    ASSERT_TRUE(stores::open(file, reading)) << qPrintable(reason());
+    EXPECT_TRUE(stores::isReadOnly(gDB));
+    EXPECT_EQ(bytesOf(file), bytes);
+    ASSERT_TRUE(stores::open(file)) << qPrintable(reason());
+    EXPECT_FALSE(DBTools::hasErrorFieldName(gDB));
+    EXPECT_NE(bytesOf(file), bytes);
+}
+
+TEST_F(StoresTest, ADatabaseOfAServerIsOpenedInTheSameWay) {
+    if (!PostgresDatabase::hasServer())
+        GTEST_SKIP() << "there is no PostgreSQL server (scripts/with-postgres)";
+    const PostgresDatabase database;
+    StoreSettings settings;
+    settings.driver = QStringLiteral("QPSQL");
+    settings.host = PostgresDatabase::host();
+    settings.port = PostgresDatabase::port();
+    settings.name = database.name();
+    settings.user = PostgresDatabase::user();
+    settings.password = PostgresDatabase::password();
+    ASSERT_TRUE(stores::open(settings)) << qPrintable(reason());
+    EXPECT_EQ(gsDbPath, QString());
+    NetRecord record;
+    record.name = QStringLiteral("served");
+    record.isDefault = true;
+    const auto net = stores::addNetwork(gDB, record);
+    ASSERT_TRUE(net) << qPrintable(reason());
+    EXPECT_EQ(gNet.netId, *net);
+    OpenOptions reading;
+    reading.access = StoreAccess::Read;
+    ASSERT_TRUE(stores::open(settings, reading)) << qPrintable(reason());
+    EXPECT_TRUE(stores::isReadOnly(gDB));
+    EXPECT_EQ(gNet.name, QStringLiteral("served"));
+    EXPECT_FALSE(DBTools::insertLink(gDB, *net, sampleLink(1).get(), true));
+    // The wrong password leaves the open one.
+    settings.password = QStringLiteral("not this");
+    EXPECT_FALSE(stores::open(settings));
+    EXPECT_EQ(FailureScope::sinceOpening(gDB).last().kind, FailureKind::Lost);
+    EXPECT_EQ(count("Link"), 0);
+    stores::close();
 }
 
 TEST_F(StoresTest, ClosingEmptiesWhatBelongsToTheStore) {
