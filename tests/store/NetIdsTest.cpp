@@ -121,6 +121,7 @@ TEST_P(NetIdsTest, PartsOfEveryKindAreNumbered) {
 
 TEST_P(NetIdsTest, ListsTakeAFewStatementsForEachTable) {
     std::vector<std::unique_ptr<Link>> links;
+    links.reserve(500);
     for (int i = 0; i < 500; ++i)
         links.push_back(newLink());
     const NetIds ids(gDB, kNet);

@@ -25,19 +25,19 @@ QByteArray bytesOf(const QString &path) {
 
 class StoresTest : public StoreFixture {
 protected:
-    ~StoresTest() override { stores::close(); }
+    void TearDown() override { stores::close(); }
 
     QString fileCalled(const QString &name) const { return folder() + QLatin1Char('/') + name; }
     QStringList files() const { return QDir(folder()).entryList(QDir::Files | QDir::Hidden, QDir::Name); }
     /// A new store with two networks, of which the second is the one to open by default.
     QString storeCalled(const QString &name) {
-        const QString file = fileCalled(name);
+        QString file = fileCalled(name);
         EXPECT_TRUE(stores::create(file));
-        const OpenStore store(file, OpenStore::Access::Write);
+        OpenStore store(file, OpenStore::Access::Write);
         for (const char *sql :
              {"insert into Net values(4, 'West', 'w', 'MoraSim', 'b', 1.5, 2.5, 'text', '{\"a\":1}', 'F')",
               "insert into Net values(7, 'East', null, 'MoraSim', null, 3, 4, null, null, 'T')"})
-            EXPECT_TRUE(QSqlQuery(const_cast<OpenStore &>(store).db()).exec(QLatin1String(sql)));
+            EXPECT_TRUE(QSqlQuery(store.db()).exec(QLatin1String(sql)));
         return file;
     }
     static QString reason() { return FailureScope::sinceOpening(gDB).last().error; }
