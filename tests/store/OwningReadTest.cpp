@@ -124,40 +124,68 @@ TEST_P(OwningReadTest, KeepsWhatTheObjectRefersTo) {
     EXPECT_EQ(clone->mpLink, point->mpLink);
 }
 
-/// An English store under a Chinese host, with a word of each language where the other one is meant.
+/// Nothing of an object may be lost on the way through memory.
+TEST_P(OwningReadTest, GivesAllThatAnUpdateWrites) {
+    const QStringList tables =
+        isPostgres() ? rows(QStringLiteral("select tablename from pg_tables where schemaname = 'public'"))
+                     : rows(QStringLiteral("select name from sqlite_master where type = 'table'"));
+    const auto content = [&] {
+        QStringList all;
+        for (const QString &table : tables) {
+            QStringList of = rows(QStringLiteral("select * from ") + table);
+            of.sort();
+            all += table + QStringLiteral(": ") + of.join(QLatin1Char(';'));
+        }
+        return all;
+    };
+    const QStringList before = content();
+    StoredNet net(gDB, kNet);
+    forEachNetKind([&](auto kind) {
+        for (const auto &object : kind.list(*mNet)) {
+            const auto owned = read(*object);
+            EXPECT_TRUE(net.update(*owned)) << kind.table << ' ' << kind.idOf(*object);
+            ASSERT_EQ(content(), before) << kind.table << ' ' << kind.idOf(*object);
+        }
+    });
+    EXPECT_EQ(failureCount(), 0);
+}
+
+/// An English store with a word of either language, under a host of either.
 TEST_P(OwningReadTest, GivesWordsThatAnUpdateLeavesAsTheyAre) {
     const SignalGroup &group = *mNet->traffic.signalGroups.front();
     const Link &link = *mNet->links.front();
     const VehicleType &type = *mNet->traffic.vehicleTypes.front();
     execute(QStringLiteral("delete from SignalColor"));
-    for (int phase = 0; phase < group.mlPhase.size(); ++phase) {
-        const QString id = QString::number(group.mlPhase.at(phase)->signalPhaseID);
-        addRow("SignalColor", "signalPhaseID, serialNumber, color, timeLength",
-               id + QStringLiteral(", 1, 'Red', 5"));
-        addRow("SignalColor", "signalPhaseID, serialNumber, color, timeLength",
-               id + QStringLiteral(", 2, '绿', 5"));
+    for (const SignalPhase *phase : group.mlPhase) {
+        int number = 0;
+        for (const char *color : {"Red", "绿"})
+            addRow("SignalColor", "signalPhaseID, serialNumber, color, timeLength",
+                   QStringLiteral("%1, %2, '%3', 5")
+                       .arg(QString::number(phase->signalPhaseID), QString::number(++number),
+                            QString::fromUtf8(color)));
     }
     execute(QStringLiteral("update Link set linkType = '高速路'"));
-    execute(QStringLiteral("update VehicleType set vehicleTypeName = 'Plane'"));
+    execute(QStringLiteral("update VehicleType set vehicleTypeName = '小客车'"));
+    const QString words =
+        QStringLiteral("select distinct color from SignalColor union select linkType from Link "
+                       "union select vehicleTypeName from VehicleType order by 1");
+    const QStringList written = rows(words);
+    ASSERT_EQ(written.size(), 4);
     gSpecialWords.setDbIsEnglish(true);
-    gSpecialWords.setLangIsNotZh(false);
-    gSpecialWords.initVars();
-    StoredNet net(gDB, kNet);
-    const auto ownedGroup = read(group);
-    const auto ownedLink = read(link);
-    const auto ownedType = read(type);
-    ownedGroup->timeLength += 1;
-    ownedLink->limitSpeed += 1;
-    ownedType->width += 1;
-    EXPECT_TRUE(net.update(*ownedGroup) && net.update(*ownedLink) && net.update(*ownedType));
-    EXPECT_EQ(rows(QStringLiteral("select distinct color from SignalColor where serialNumber = 1")),
-              QStringList(QStringLiteral("Red")));
-    EXPECT_EQ(rows(QStringLiteral("select distinct color from SignalColor where serialNumber = 2")),
-              QStringList(QStringLiteral("绿")));
-    EXPECT_EQ(rows(QStringLiteral("select distinct linkType from Link")),
-              QStringList(QStringLiteral("高速路")));
-    EXPECT_EQ(rows(QStringLiteral("select distinct vehicleTypeName from VehicleType")),
-              QStringList(QStringLiteral("Plane")));
+    for (const bool hostIsChinese : {true, false}) {
+        gSpecialWords.setLangIsNotZh(!hostIsChinese);
+        gSpecialWords.initVars();
+        StoredNet net(gDB, kNet);
+        const auto ownedGroup = read(group);
+        const auto ownedLink = read(link);
+        const auto ownedType = read(type);
+        ownedGroup->timeLength = hostIsChinese;
+        ownedLink->limitSpeed = hostIsChinese;
+        ownedType->width = hostIsChinese;
+        ownedGroup->mlPhase.first()->mlColor.first().interval += 1;
+        EXPECT_TRUE(net.update(*ownedGroup) && net.update(*ownedLink) && net.update(*ownedType));
+        EXPECT_EQ(rows(words), written) << hostIsChinese;
+    }
     EXPECT_EQ(failureCount(), 0);
 }
 
