@@ -22,7 +22,12 @@ bool begin(const Store &store) {
     if (!store.isSqlite())
         return store.db().transaction() || store.fail({}, store.db().lastError());
     QSqlQuery query(store.db());
-    return query.exec(QStringLiteral("BEGIN")) || store.fail({}, query.lastError());
+    if (query.exec(QStringLiteral("BEGIN")))
+        return true;
+    // In the driver's words for it.
+    const QSqlError error = query.lastError();
+    return store.fail({}, QSqlError(QStringLiteral("Unable to begin transaction"), error.databaseText(),
+                                    QSqlError::TransactionError, error.nativeErrorCode()));
 }
 
 } // namespace
