@@ -4,6 +4,8 @@
 #include "store/families/GuideArrows.h"
 #include "store/whole/NumberCheck.h"
 
+#include <QHash>
+
 #include <algorithm>
 #include <unordered_set>
 
@@ -73,6 +75,8 @@ private:
             mPoints.insert(point.get());
             mHasNewRoute = mHasNewRoute || hasNew(point->mlRouting, &Routing::routingID);
         }
+        for (const auto &station : mTraffic.busStations)
+            mLinkOfStation.insert(station->busStationID, station->mpLink);
         mHasNewLink = hasNew(mContents.links, &Link::linkID);
         mHasNewConnector = hasNew(mContents.connectors, &Connector::connID);
         mHasNewGroup = hasNew(mTraffic.signalGroups, &SignalGroup::signalGroupID);
@@ -186,13 +190,21 @@ private:
                                              "stands on a link that is not part of the network");
     }
 
+    /// Lines without a road, and stops off it, would not be read again.
     bool isGood(const BusLine &line) {
         const auto isKnown = [this](const Link *link) { return has(link); };
         if (!std::all_of(line.mlLink.cbegin(), line.mlLink.cend(), isKnown))
             return refuse("Bus line", line.busLineID, "follows a link that is not part of the network");
-        return !hasNew(line.mlStationLine, &BusStationLine::busStationID) ||
-               refuse("Bus line", line.busLineID,
-                      "has a stop that names no station: draw the station's id before");
+        if (line.mlLink.isEmpty())
+            return refuse("Bus line", line.busLineID, "follows no link: enter its route into mlLink");
+        if (hasNew(line.mlStationLine, &BusStationLine::busStationID))
+            return refuse("Bus line", line.busLineID,
+                          "has a stop that names no station: draw the station's id before");
+        return all(line.mlStationLine, [&](const BusStationLine &stop) {
+            const Link *link = mLinkOfStation.value(stop.busStationID);
+            return !link || std::find(line.mlLink.cbegin(), line.mlLink.cend(), link) != line.mlLink.cend() ||
+                   refuse("Bus line", line.busLineID, "has a stop at a station that is not on its route");
+        });
     }
 
     /// Stores of one network leave out devices whose road is not there.
@@ -263,6 +275,7 @@ private:
     Known<Lane> mLanes;
     Known<SignalPhase> mPhases;
     Known<DecisionPoint> mPoints;
+    QHash<long, const Link *> mLinkOfStation;
     bool mHasNewLink = false;
     bool mHasNewLane = false;
     bool mHasNewConnector = false;

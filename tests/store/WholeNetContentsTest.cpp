@@ -296,6 +296,16 @@ const Refusal kNumbers[] = {
      }},
     {"Bus line 9 has a stop at bus station 8, which is not part of the network.",
      [](NetContents &net) { addStop(net).busStationID = 8; }},
+    {"Bus line 9 has a stop at a station that is not on its route.",
+     [](NetContents &net) {
+         addStop(net);
+         net.traffic.busLines[0]->mlLink = {net.links[1].get()};
+     }},
+    {"Bus line 9 follows no link: enter its route into mlLink.",
+     [](NetContents &net) {
+         addStop(net);
+         net.traffic.busLines[0]->mlLink.clear();
+     }},
     {"Bus line 9 has a stop of bus line 8, which is not part of the network.",
      [](NetContents &net) { addStop(net).busLineID = 8; }},
     {"Accident zone 9 is on road 7, which is not part of the network.",
