@@ -297,6 +297,8 @@ bool Changes::removeGone(Cascade cascade) {
         start(*table, work.gone);
     if (removal.isEmpty())
         return true;
+    for (const auto &[table, ids] : mObjects)
+        removal.writtenBeside(*table, ids);
     if (!removal.find())
         return false;
     if (cascade == Cascade::Refuse && removal.concernsOthers())

@@ -155,10 +155,14 @@ bool Removal::findRoadRows(const Table &from, const Reference &reference, const 
     if (reference.roadType)
         columns.push_back(reference.roadType);
     columns.insert(columns.end(), reference.lanes.begin(), reference.lanes.end());
+    const auto written = mWritten.find(&from);
     return mRows.forEach(from, columns, reference.column, ids, [&](Query &row) {
-        if (!contains(shared, row.id(reference.column)) ||
-            saysConnector(reference, row) == (&to == &connector()))
-            found.push_back(row.id(from.id));
+        const long id = row.id(from.id);
+        const long road = row.id(reference.column);
+        const bool isWritten = written != mWritten.end() && contains(written->second, id);
+        if (!contains(shared, road) ||
+            (isWritten ? isGoing(other, road) : saysConnector(reference, row) == (&to == &connector())))
+            found.push_back(id);
     });
 }
 

@@ -12,6 +12,9 @@ public:
 
     /// The rows of these identifiers go. Objects that were asked for are not among what refers to them.
     void start(const catalogue::Table &table, Ids ids);
+    /// Objects that were written beside the removal: of two roads with the number that one names it means the one
+    /// that stays.
+    void writtenBeside(const catalogue::Table &table, const Ids &ids) { mWritten[&table] = ids; }
     /// Finds all that goes with them; false when the store could not be asked, which is recorded.
     bool find();
 
@@ -56,6 +59,7 @@ private:
 
     const NetRows &mRows;
     std::map<const Table *, Going> mGoing;
+    std::map<const Table *, Ids> mWritten;
     std::vector<Entries> mEntries; ///< that go
     std::vector<Entries> mCleared;
     std::vector<NetObject> mReferrers;

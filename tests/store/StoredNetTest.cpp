@@ -251,6 +251,31 @@ TEST_P(StoredNetTest, WhatIsGoneFromANetworkIsNotLookedInto) {
     EXPECT_FALSE(contents.changes.isEmpty());
 }
 
+TEST_P(StoredNetTest, ANumberThatTwoRoadsHadIsThatOfTheOneThatStays) {
+    const auto turn = sampleConnector(5, mLinks[1].get(), mLinks[1].get());
+    turn->mlLimitVehicle.clear();
+    ASSERT_TRUE(mNet.insert(*turn)) << failure();
+    VehicleQueueCounter onConnector;
+    onConnector.roadID = 5;
+    onConnector.laneNumber = onConnector.toLaneNumber = 1;
+    ASSERT_TRUE(mNet.insert(onConnector)) << failure();
+    NetContents contents;
+    ASSERT_TRUE(DBTools::loadNet(gDB, kNet, contents)) << failure();
+    ASSERT_TRUE(contents.remove(*contents.find<Link>(5), Cascade::Take));
+    // It says link now, and there is none of that number any more.
+    VehicleQueueCounter *counter = contents.find<VehicleQueueCounter>(onConnector.queueCounterID);
+    ASSERT_TRUE(counter);
+    contents.edit(*counter).toLaneNumber = 0;
+    EXPECT_TRUE(mNet.saveChanges(contents)) << failure();
+    EXPECT_EQ(stored("select roadID || ' ' || toLaneNumber from VehicleQueueCounter"), "5 0");
+    EXPECT_EQ(stored("select linkID from Link"), "6");
+    // In the store alone it goes with the connector, which is the one that it can mean.
+    EXPECT_FALSE(mNet.remove<Connector>(5));
+    clearFailures();
+    EXPECT_TRUE(mNet.remove<Connector>(5, Cascade::Take)) << failure();
+    EXPECT_EQ(count(QStringLiteral("VehicleQueueCounter")), 0);
+}
+
 TEST_P(StoredNetTest, IdsThatObjectsBringAreNotDrawnAgain) {
     GuideArrow own;
     own.guideArrowID = 40;
