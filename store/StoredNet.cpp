@@ -138,7 +138,8 @@ std::optional<QList<NetObject>> StoredNet::whatRefersTo(long id) const {
     return referrers;
 }
 
-/// Every kind of object that the header names.
+// Every kind of object that the header names.
+// NOLINTBEGIN(bugprone-macro-parentheses): the argument is a class
 #define MORASTORE_OBJECT(T)                                                                                  \
     template Owned<T> StoredNet::read<T>(long) const;                                                        \
     template bool StoredNet::insert<T>(const QList<T *> &);                                                  \
@@ -164,3 +165,4 @@ MORASTORE_OBJECT(BusLine);
 MORASTORE_OBJECT(ReduceSpeedArea);
 MORASTORE_OBJECT(AccidentZone);
 MORASTORE_OBJECT(RoadWorkZone);
+// NOLINTEND(bugprone-macro-parentheses)
