@@ -346,9 +346,9 @@ const Reference *Table::owner() const {
     return found != references.cend() ? &*found : nullptr;
 }
 
-bool isCarried(const Table &carried) {
-    const auto carries = [&carried](const Reference &reference) {
-        return reference.bond == Bond::Carried && qstrcmp(reference.table, carried.name) == 0;
+bool isCarried(const Table &table) {
+    const auto carries = [&table](const Reference &reference) {
+        return reference.bond == Bond::Carried && qstrcmp(reference.table, table.name) == 0;
     };
     return std::any_of(tables().begin(), tables().end(), [&carries](const Table &from) {
         return std::any_of(from.references.begin(), from.references.end(), carries);

@@ -295,7 +295,7 @@ bool Changes::removeGone(Cascade cascade) {
         start(*table, ids);
     for (const auto &[table, work] : mWork)
         start(*table, work.gone);
-    if (removal.isEmpty())
+    if (!first)
         return true;
     for (const auto &[table, ids] : mObjects)
         removal.writtenBeside(*table, ids);

@@ -3,8 +3,6 @@
 #include <set>
 
 using catalogue::Bond;
-using catalogue::Reference;
-using catalogue::Table;
 
 namespace {
 
@@ -81,11 +79,10 @@ bool Changes::compareTable(const Table &table, Work &work) {
         std::vector<std::size_t> before;
     };
     std::map<Key, Group> groups;
-    static const RecordedTable nothing;
-    const RecordedTable *recorded = mRecorded.find(table);
+    const RecordedTable &recorded = mRecorded.of(table);
     const Stored &stored = mStored[&table];
-    for (std::size_t i = 0; recorded && i < recorded->rows.size(); ++i)
-        groups[keyOf(table, *recorded, i)].now.push_back(i);
+    for (std::size_t i = 0; i < recorded.rows.size(); ++i)
+        groups[keyOf(table, recorded, i)].now.push_back(i);
     for (std::size_t i = 0; i < stored.rows.size(); ++i)
         groups[keyOf(table, stored, i)].before.push_back(i);
     const bool isNumbered = table.id && table.key.front() == table.id;
@@ -94,7 +91,7 @@ bool Changes::compareTable(const Table &table, Work &work) {
             return refuse(table, key.front(), QStringLiteral("is there twice: draw an id of its own."));
         if (group.now.empty() && isNumbered)
             work.gone.push_back(key.front());
-        else if (!compareGroup(table, recorded ? *recorded : nothing, stored, group.now, group.before, work))
+        else if (!compareGroup(table, recorded, stored, group.now, group.before, work))
             work.deletes.push_back(key);
     }
     // As they come in the lists: what has no order of its own is read as it was written.
@@ -121,23 +118,22 @@ bool Changes::compareGroup(const Table &table, const RecordedTable &recorded, co
 }
 
 bool Changes::compareShared(const Table &table, Work &work) {
-    const RecordedTable *recorded = mRecorded.find(table);
+    const RecordedTable &recorded = mRecorded.of(table);
     const Stored &stored = mStored[&table];
     std::map<long, std::size_t> storedOf;
     for (std::size_t i = 0; i < stored.rows.size(); ++i)
         storedOf.emplace(keyOf(table, stored, i).front(), i);
     std::map<long, std::vector<std::size_t>> recordedOf;
-    for (std::size_t i = 0; recorded && i < recorded->rows.size(); ++i)
-        recordedOf[keyOf(table, *recorded, i).front()].push_back(i);
+    for (std::size_t i = 0; i < recorded.rows.size(); ++i)
+        recordedOf[keyOf(table, recorded, i).front()].push_back(i);
     for (const auto &[id, rows] : recordedOf) {
         const auto before = storedOf.find(id);
         const std::size_t *first = nullptr;
         for (const std::size_t &row : rows) {
             // One that is as it was comes from a link that has not heard of the change of another one.
-            if (before != storedOf.end() &&
-                differences(table, *recorded, row, stored, before->second).empty())
+            if (before != storedOf.end() && differences(table, recorded, row, stored, before->second).empty())
                 continue;
-            if (first && !meanTheSame(*recorded, recorded->rows[*first], recorded->rows[row]))
+            if (first && !meanTheSame(recorded, recorded.rows[*first], recorded.rows[row]))
                 return refuse(table, id,
                               QStringLiteral("is shared by links that give it different values: give it the "
                                              "same in each."));
@@ -148,7 +144,7 @@ bool Changes::compareShared(const Table &table, Work &work) {
         if (before == storedOf.end())
             work.inserts.push_back(*first);
         else
-            work.updates.push_back({*first, differences(table, *recorded, *first, stored, before->second)});
+            work.updates.push_back({*first, differences(table, recorded, *first, stored, before->second)});
         mWritten[&table].emplace(id, *first);
     }
     Ids left;

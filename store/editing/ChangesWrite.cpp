@@ -1,7 +1,6 @@
 #include "store/editing/Changes.h"
 #include "store/ids/Identifiers.h"
 
-using catalogue::Reference;
 using catalogue::Table;
 
 namespace {
@@ -113,7 +112,7 @@ bool Changes::keepOrder(const Table &table) {
     const RecordedTable *recorded = mRecorded.find(table);
     if (!recorded || !mStore.isSqlite())
         return true;
-    const Reference &owner = *table.owner();
+    const catalogue::Reference &owner = *table.owner();
     const int ownerColumn = recorded->indexOf(owner.column);
     std::map<long, std::vector<Key>> wanted;
     for (std::size_t row = 0; row < recorded->rows.size(); ++row)

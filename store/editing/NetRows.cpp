@@ -11,7 +11,7 @@ QString listed(const QStringList &parts) {
 
 } // namespace
 
-NetRows::NetRows(const Store &store) : mStore(store), mIsGood(false) {
+NetRows::NetRows(const Store &store) : mStore(store) {
     if (!store.isUsable())
         return;
     const QStringList tables = store.db().tables();

@@ -43,5 +43,5 @@ private:
 
     const Store &mStore;
     QSet<QString> mTables; ///< in lower case
-    bool mIsGood;
+    bool mIsGood = false;
 };

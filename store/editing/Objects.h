@@ -29,7 +29,7 @@ namespace objects {
 /// How objects of a class become rows: as whole networks are saved.
 template <class T>
 struct ObjectKind {
-    void (*save)(NetSave &net);
+    void (*save)(NetSave &net) = nullptr;
     bool (*isWhole)(const Store &store, const T &object) = nullptr; ///< asked first, where there is one
 };
 

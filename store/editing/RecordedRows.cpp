@@ -82,7 +82,8 @@ const RecordedTable *RecordedRows::find(const catalogue::Table &table) const {
     return found != mTables.end() ? &found->second : nullptr;
 }
 
-RecordedTable *RecordedRows::find(const catalogue::Table &table) {
-    const auto found = mTables.find(&table);
-    return found != mTables.end() ? &found->second : nullptr;
+const RecordedTable &RecordedRows::of(const catalogue::Table &table) const {
+    static const RecordedTable nothing;
+    const RecordedTable *found = find(table);
+    return found ? *found : nothing;
 }

@@ -38,7 +38,8 @@ public:
 
     /// The rows of a table; null without one.
     const RecordedTable *find(const catalogue::Table &table) const;
-    RecordedTable *find(const catalogue::Table &table);
+    /// The same; an empty table for none.
+    const RecordedTable &of(const catalogue::Table &table) const;
 
 private:
     const char *mOnly;

@@ -153,7 +153,7 @@ bool Removal::findRoadRows(const Table &from, const Reference &reference, const 
     settle(shared);
     std::vector<QByteArray> columns{from.id, reference.column};
     if (reference.roadType)
-        columns.push_back(reference.roadType);
+        columns.emplace_back(reference.roadType);
     columns.insert(columns.end(), reference.lanes.begin(), reference.lanes.end());
     const auto written = mWritten.find(&from);
     return mRows.forEach(from, columns, reference.column, ids, [&](Query &row) {

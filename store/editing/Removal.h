@@ -18,7 +18,6 @@ public:
     /// Finds all that goes with them; false when the store could not be asked, which is recorded.
     bool find();
 
-    bool isEmpty() const { return mGoing.empty(); }
     /// What refers to what goes: whole objects, each once, in the order of the catalogue.
     const std::vector<NetObject> &referrers() const { return mReferrers; }
     /// Whether an object beside those that were asked for, and their parts, would go or lose something.
