@@ -1,7 +1,5 @@
 #include "store/whole/NumberCheck.h"
 
-#include <QSet>
-
 #include <algorithm>
 
 namespace {
@@ -63,6 +61,22 @@ constexpr Text kText[] = {
     {"Speed reduction area", "slows vehicle type"},
 };
 
+/// Identifiers to be looked for once all are there: whole networks have hundreds of thousands, mostly in order.
+class Ids {
+public:
+    void insert(long id) { mIds.push_back(id); }
+    void insert(const Ids &others) { mIds.insert(mIds.end(), others.mIds.begin(), others.mIds.end()); }
+    void settle() {
+        if (!std::is_sorted(mIds.begin(), mIds.end()))
+            std::sort(mIds.begin(), mIds.end());
+    }
+    bool isEmpty() const { return mIds.empty(); }
+    bool contains(long id) const { return std::binary_search(mIds.begin(), mIds.end(), id); }
+
+private:
+    std::vector<long> mIds;
+};
+
 class NumberCheck {
 public:
     explicit NumberCheck(const NetContents &contents) : mContents(contents), mTraffic(contents.traffic) {
@@ -80,7 +94,10 @@ public:
         collect(mStations, mTraffic.busStations, &BusStation::busStationID);
         collect(mLines, mTraffic.busLines, &BusLine::busLineID);
         mRoads = mLinks;
-        mRoads.unite(mConnectors);
+        mRoads.insert(mConnectors);
+        for (Ids *ids : {&mLinks, &mLanes, &mConnectors, &mTypes, &mCompositions, &mGroups, &mRoutes,
+                         &mStations, &mLines, &mRoads})
+            ids->settle();
     }
 
     std::vector<UnmatchedNumber> run() {
@@ -94,11 +111,8 @@ public:
     }
 
 private:
-    using Ids = QSet<long>;
-
     template <class List, class Entity>
     static void collect(Ids &ids, const List &objects, long Entity::*id) {
-        ids.reserve(ids.size() + int(objects.size()));
         for (const auto &object : objects)
             ids.insert((*object).*id);
     }
