@@ -4,6 +4,7 @@
 //                                one link, and ten with a vertex each, also as changes of the network that is
 //                                loaded, beside ten bare statements (milliseconds; most is the disk's at the commit)
 #include "BareEngine.h"
+#include "Measure.h"
 
 #include "model/NetContents.h"
 #include "store/DBTools.h"
@@ -14,22 +15,10 @@
 #include <QTemporaryDir>
 
 #include <algorithm>
-#include <chrono>
 #include <cstdio>
 #include <functional>
 
 namespace {
-
-double seconds(const std::function<void()> &work) {
-    const auto start = std::chrono::steady_clock::now();
-    work();
-    return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
-}
-
-double median(std::vector<double> values) {
-    std::sort(values.begin(), values.end());
-    return values[values.size() / 2];
-}
 
 void require(bool good, const char *what) {
     if (good)

@@ -6,6 +6,7 @@
 //   bench_whole_net links STORE           prints the number of links and the seconds of a load
 //   bench_whole_net server STORE          saves into the PostgreSQL store that MORA_TEST_PG_* name
 #include "BareEngine.h"
+#include "Measure.h"
 
 #include "model/NetContents.h"
 #include "store/DBTools.h"
@@ -15,22 +16,10 @@
 #include <QTemporaryDir>
 
 #include <algorithm>
-#include <chrono>
 #include <cstdio>
 #include <functional>
 
 namespace {
-
-double seconds(const std::function<void()> &work) {
-    const auto start = std::chrono::steady_clock::now();
-    work();
-    return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
-}
-
-double median(std::vector<double> values) {
-    std::sort(values.begin(), values.end());
-    return values[values.size() / 2];
-}
 
 void require(bool good, const char *what) {
     if (good)

@@ -66,8 +66,7 @@ void Removal::go(const Table &table, const Ids &ids) {
     Ids fresh;
     std::set_difference(ids.begin(), ids.end(), going.ids.begin(), going.ids.end(),
                         std::back_inserter(fresh));
-    going.withoutParts.insert(going.withoutParts.end(), fresh.begin(), fresh.end());
-    going.withoutOthers.insert(going.withoutOthers.end(), fresh.begin(), fresh.end());
+    going.fresh.insert(going.fresh.end(), fresh.begin(), fresh.end());
     going.ids.insert(going.ids.end(), fresh.begin(), fresh.end());
     settle(going.ids);
 }
@@ -93,11 +92,19 @@ bool Removal::find() {
         for (const long id : going.ids)
             mNamed.emplace(std::make_pair(table, id), kAskedFor);
     }
-    // Parts first: what goes as a part of an object that was asked for does not stand in its way.
     for (bool isNew = true; isNew;) {
         isNew = false;
-        if (!findAll(true, isNew) || (!isNew && !findAll(false, isNew)))
-            return false;
+        for (const Table &table : catalogue::tables()) {
+            const auto going = mGoing.find(&table);
+            if (going == mGoing.end() || going->second.fresh.empty())
+                continue;
+            Ids ids;
+            ids.swap(going->second.fresh);
+            settle(ids);
+            isNew = true;
+            if (!findReferrers(table, ids))
+                return false;
+        }
     }
     const auto place = [](const NetObject &object) { return catalogue::find(object.table); };
     std::sort(mReferrers.begin(), mReferrers.end(), [&](const NetObject &a, const NetObject &b) {
@@ -113,29 +120,11 @@ bool Removal::find() {
     return true;
 }
 
-bool Removal::findAll(bool isForParts, bool &found) {
-    for (const Table &table : catalogue::tables()) {
-        const auto going = mGoing.find(&table);
-        if (going == mGoing.end())
-            continue;
-        Ids ids;
-        ids.swap(isForParts ? going->second.withoutParts : going->second.withoutOthers);
-        settle(ids);
-        found = found || !ids.empty();
-        if (!ids.empty() && !findReferrers(table, ids, isForParts))
-            return false;
-    }
-    return true;
-}
-
-bool Removal::findReferrers(const Table &to, const Ids &ids, bool isForParts) {
+bool Removal::findReferrers(const Table &to, const Ids &ids) {
     for (const Table &from : catalogue::tables()) {
         for (const Reference &reference : from.references) {
-            const bool isLookedFor = isForParts
-                                         ? reference.bond == Bond::Part
-                                         : reference.bond != Bond::Part && reference.bond != Bond::Carried &&
-                                               reference.bond != Bond::HostNumber;
-            if (isLookedFor && refersTo(reference, to) && !followReference(from, reference, to, ids))
+            const bool isFollowed = reference.bond != Bond::Carried && reference.bond != Bond::HostNumber;
+            if (isFollowed && refersTo(reference, to) && !followReference(from, reference, to, ids))
                 return false;
         }
     }

@@ -31,11 +31,10 @@ private:
     using Reference = catalogue::Reference;
     using Table = catalogue::Table;
 
-    /// Identifiers of a table that go, and those of them whose parts, and whose other referrers, are not known yet.
+    /// Identifiers of a table that go, and those of them whose referrers are not known yet.
     struct Going {
         Ids ids;
-        Ids withoutParts;
-        Ids withoutOthers;
+        Ids fresh;
     };
     /// Rows without an identifier, or entries of lists: all that have one of the ids in the column.
     struct Entries {
@@ -44,10 +43,7 @@ private:
         Ids ids;
     };
 
-    /// Finds the parts of what goes, or what else refers to it; @p found becomes true where there was something to
-    /// look for.
-    bool findAll(bool isForParts, bool &found);
-    bool findReferrers(const Table &to, const Ids &ids, bool isForParts);
+    bool findReferrers(const Table &to, const Ids &ids);
     bool followReference(const Table &from, const Reference &reference, const Table &to, const Ids &ids);
     /// Of @p ids, those that rows with @p reference may mean as roads of the kind @p to.
     bool findRoadRows(const Table &from, const Reference &reference, const Table &to, const Ids &ids,

@@ -1,5 +1,7 @@
 #include "store/guard/NewFile.h"
 
+#include "store/core/NativePath.h"
+
 #include <QFile>
 #include <QFileInfo>
 #include <QRandomGenerator>
@@ -9,16 +11,6 @@
 namespace {
 
 constexpr const char *kBesides[] = {"-journal", "-wal", "-shm"};
-
-/// For std::filesystem, which renames over an existing file in one go. QFile::rename() does not, and where
-/// the name is taken at the last moment it writes into what is there.
-std::filesystem::path native(const QString &path) {
-#ifdef Q_OS_WIN
-    return path.toStdWString();
-#else
-    return QFile::encodeName(path).toStdString();
-#endif
-}
 
 QString existsAlready(const QString &path) {
     return QStringLiteral("%1: exists already; give the path of a new file").arg(path);
@@ -78,7 +70,7 @@ bool NewFile::publish() {
                                           : cannotBeMade(place.errorString());
     place.close();
     std::error_code error;
-    std::filesystem::rename(native(mPath), native(mWanted), error);
+    std::filesystem::rename(nativePath(mPath), nativePath(mWanted), error);
     if (error) {
         place.remove();
         return cannotBeMade(QString::fromLocal8Bit(error.message().c_str()));

@@ -1,6 +1,7 @@
 #include "store/protection/FileReplacement.h"
 
 #include "store/core/ConnectionName.h"
+#include "store/core/NativePath.h"
 #include "store/guard/ConnectionGuard.h"
 #include "store/guard/FileGuard.h"
 #include "store/guard/ReadOnlyFile.h"
@@ -41,15 +42,6 @@ void bringFolderToDisk([[maybe_unused]] const QString &folder) {
         return;
     bringToDisk(handle);
     ::close(handle);
-#endif
-}
-
-/// For std::filesystem, which can rename over an existing file.
-std::filesystem::path native(const QString &path) {
-#ifdef Q_OS_WIN
-    return path.toStdWString();
-#else
-    return QFile::encodeName(path).toStdString();
 #endif
 }
 
@@ -204,7 +196,7 @@ void FileReplacement::commit() {
     mTarget->setAutoRemove(false);
     mTarget.reset();
     std::error_code error;
-    std::filesystem::rename(native(name), native(mPath), error);
+    std::filesystem::rename(nativePath(name), nativePath(mPath), error);
     if (error) {
         QFile::remove(name);
         throw Refusal(QStringLiteral("it cannot be replaced (%1): close it in other programs and try again")
