@@ -4,6 +4,7 @@
 #include "tools/sumo/import/Departures.h"
 #include "tools/sumo/reader/NetReader.h"
 
+#include <algorithm>
 #include <numeric>
 
 using namespace moratools;
@@ -94,6 +95,13 @@ TEST_F(Plan, WhatLeadsNowhereIsNamedByKindAndTheRestStays) {
     EXPECT_TRUE(
         allLines(plan).contains(QStringLiteral("\"2\" (some.xml, line 2: route \"bad\": no edge \"gone\")")))
         << allLines(plan).toStdString();
+    const auto &elements = plan.leftOut.elements();
+    const auto second = std::find_if(elements.begin(), elements.end(), [](const LeftOut::Element &element) {
+        return element.reason == QLatin1String("route \"bad\": no edge \"gone\"");
+    });
+    ASSERT_NE(second, elements.end());
+    EXPECT_EQ(second->source.file, 0);
+    EXPECT_EQ(second->source.element, 8) << "types 1 to 4, routes 5 and 6, the first vehicle 7";
 }
 
 TEST_F(Plan, TenOfAKindAreNamed) {

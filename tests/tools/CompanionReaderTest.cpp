@@ -28,6 +28,7 @@ TEST_F(CompanionReader, ReadsDemandInAllItsForms) {
     ASSERT_EQ(read.vehicleTypes.size(), 3u);
     EXPECT_EQ(read.vehicleTypes[0].id, QStringLiteral("Größe #1"));
     EXPECT_EQ(read.vehicleTypes[0].source.line, 3);
+    EXPECT_EQ(read.vehicleTypes[0].source.element, 1) << "the comment is none, the root is 0";
     EXPECT_EQ(read.vehicleTypes[0].length, 12.5);
     EXPECT_FALSE(read.vehicleTypes[0].width);
     ASSERT_EQ(read.typeDistributions.size(), 2u);
@@ -40,6 +41,8 @@ TEST_F(CompanionReader, ReadsDemandInAllItsForms) {
     EXPECT_EQ(read.routes[0].edges, QStringList({QStringLiteral("-1#0"), QStringLiteral("a_b")}));
     EXPECT_EQ(read.routes[0].stops.at(0).duration, 90);
     ASSERT_EQ(read.vehicles.size(), 6u);
+    EXPECT_EQ(read.vehicles[0].source.element, 8);
+    EXPECT_EQ(read.vehicles[0].stops.at(0).source.element, 10);
     EXPECT_EQ(read.vehicles[0].depart, 14 * 3600);
     EXPECT_EQ(read.vehicles[0].route, 1);
     EXPECT_EQ(read.vehicles[1].route, 1);

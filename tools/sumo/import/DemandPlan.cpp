@@ -170,9 +170,11 @@ void DemandPlanner::addTurns() {
     for (const SumoTurnRatio &turn : mCompanions.turnRatios) {
         const auto known = beginOf.emplace(std::make_pair(turn.from, turn.end), turn.begin);
         if (known.first->second != turn.begin) {
-            mLeftOut.add(QStringLiteral("turn ratios"),
-                         named(mCompanions, QStringLiteral("%1->%2").arg(turn.from, turn.to), turn.source,
-                               QStringLiteral("another interval has the same end")));
+            const QString fault = QStringLiteral("another interval has the same end");
+            mLeftOut.add(
+                QStringLiteral("turn ratios"),
+                named(mCompanions, QStringLiteral("%1->%2").arg(turn.from, turn.to), turn.source, fault),
+                turn.source, fault);
             continue;
         }
         decisionAt(turn.from + QStringLiteral(" turns"), turn.from)

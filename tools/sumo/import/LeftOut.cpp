@@ -20,6 +20,11 @@ void LeftOut::add(const QString &kind, qint64 count, const QString &what) {
         known->named.append(what);
 }
 
+void LeftOut::add(const QString &kind, const QString &what, const SumoSource &source, const QString &reason) {
+    add(kind, 1, what);
+    mElements.push_back({source, reason});
+}
+
 qint64 LeftOut::count() const {
     qint64 all = 0;
     for (const Kind &kind : mKinds)

@@ -1,10 +1,13 @@
 #pragma once
 
 #include "tools/MoraToolsExport.h"
+#include "tools/sumo/reader/SumoCompanions.h"
 
 #include <QString>
 #include <QStringList>
 #include <QVector>
+
+#include <vector>
 
 namespace moratools {
 
@@ -15,6 +18,15 @@ public:
     /// One more of a kind of things ("vehicles"); `what` names it and says why.
     void add(const QString &kind, const QString &what) { add(kind, 1, what); }
     void add(const QString &kind, qint64 count, const QString &what);
+    /// The same for an element of a file, which is left out as it stands there, with all that is in it.
+    void add(const QString &kind, const QString &what, const SumoSource &source, const QString &reason);
+
+    /// An element that was left out.
+    struct Element {
+        SumoSource source;
+        QString reason;
+    };
+    const std::vector<Element> &elements() const { return mElements; }
 
     qint64 vehicles = 0; ///< that would have departed
 
@@ -35,6 +47,7 @@ private:
     };
 
     QVector<Kind> mKinds;
+    std::vector<Element> mElements;
 };
 
 } // namespace moratools

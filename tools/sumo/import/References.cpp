@@ -74,7 +74,8 @@ void Resolver::filter(const char *kind, std::vector<Record> &records, const Faul
     const auto isFaulty = [&](Record &record) {
         const QString fault = faultOf(record);
         if (!fault.isEmpty())
-            mLeftOut.add(QLatin1String(kind), named(mCompanions, record.id, record.source, fault));
+            mLeftOut.add(QLatin1String(kind), named(mCompanions, record.id, record.source, fault),
+                         record.source, fault);
         return !fault.isEmpty();
     };
     records.erase(std::remove_if(records.begin(), records.end(), isFaulty), records.end());
@@ -138,7 +139,8 @@ void Resolver::removeUnknownStops(std::vector<SumoStop> &stops) {
         if (stop.busStop.isEmpty() || mBusStops.contains(stop.busStop))
             return false;
         mLeftOut.add(QStringLiteral("stops"),
-                     named(mCompanions, stop.busStop, stop.source, unknown("bus stop", stop.busStop)));
+                     named(mCompanions, stop.busStop, stop.source, unknown("bus stop", stop.busStop)),
+                     stop.source, unknown("bus stop", stop.busStop));
         return true;
     };
     stops.erase(std::remove_if(stops.begin(), stops.end(), isUnknown), stops.end());
@@ -171,7 +173,8 @@ void Resolver::resolveRoutes() {
                 mRouteFaults.insert(route.id, fault);
             seen.insert(route.id);
             if (!fault.isEmpty())
-                mLeftOut.add(QStringLiteral("routes"), named(mCompanions, route.id, route.source, fault));
+                mLeftOut.add(QStringLiteral("routes"), named(mCompanions, route.id, route.source, fault),
+                             route.source, fault);
         }
         mFaultOfRoute.push_back(fault);
         removeUnknownStops(route.stops);
@@ -238,9 +241,11 @@ void Resolver::resolveVehicles() {
             mLeftOut.add(
                 QStringLiteral("flows"),
                 named(mCompanions, vehicle.id, vehicle.source,
-                      QStringLiteral("%1; %2 vehicles").arg(fault, QString::number(departuresOf(vehicle)))));
+                      QStringLiteral("%1; %2 vehicles").arg(fault, QString::number(departuresOf(vehicle)))),
+                vehicle.source, fault);
         else
-            mLeftOut.add(QStringLiteral("vehicles"), named(mCompanions, vehicle.id, vehicle.source, fault));
+            mLeftOut.add(QStringLiteral("vehicles"), named(mCompanions, vehicle.id, vehicle.source, fault),
+                         vehicle.source, fault);
         return true;
     };
     vehicles.erase(std::remove_if(vehicles.begin(), vehicles.end(), isFaulty), vehicles.end());
@@ -258,7 +263,8 @@ void Resolver::resolveTurnRatios() {
         if (!fault.isEmpty())
             mLeftOut.add(
                 QStringLiteral("turn ratios"),
-                named(mCompanions, QStringLiteral("%1->%2").arg(ratio.from, ratio.to), ratio.source, fault));
+                named(mCompanions, QStringLiteral("%1->%2").arg(ratio.from, ratio.to), ratio.source, fault),
+                ratio.source, fault);
         return !fault.isEmpty();
     };
     ratios.erase(std::remove_if(ratios.begin(), ratios.end(), isFaulty), ratios.end());

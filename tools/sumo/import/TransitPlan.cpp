@@ -94,10 +94,10 @@ void LinePlanner::removeStopsOffRoute(PlannedLine &line) {
         const QString edge = mEdgeOfStop.value(stop.busStop);
         if (edges.contains(edge))
             return false;
-        mLeftOut.add(
-            QStringLiteral("stops"),
-            named(mCompanions, stop.busStop, stop.source,
-                  QStringLiteral("line \"%1\" does not drive its edge \"%2\"").arg(line.name, edge)));
+        const QString fault =
+            QStringLiteral("line \"%1\" does not drive its edge \"%2\"").arg(line.name, edge);
+        mLeftOut.add(QStringLiteral("stops"), named(mCompanions, stop.busStop, stop.source, fault),
+                     stop.source, fault);
         return true;
     };
     line.stops.erase(std::remove_if(line.stops.begin(), line.stops.end(), isOff), line.stops.end());
@@ -114,12 +114,13 @@ void LinePlanner::addPassengers() {
                     boarding = &stop;
             }
         }
-        if (boarding)
+        if (boarding) {
             boarding->arrivals.push_back(&waiting);
-        else
-            mLeftOut.add(QStringLiteral("waiting passengers"),
-                         named(mCompanions, waiting.id, waiting.source,
-                               QStringLiteral("none of their lines stops at \"%1\"").arg(waiting.busStop)));
+            continue;
+        }
+        const QString fault = QStringLiteral("none of their lines stops at \"%1\"").arg(waiting.busStop);
+        mLeftOut.add(QStringLiteral("waiting passengers"),
+                     named(mCompanions, waiting.id, waiting.source, fault), waiting.source, fault);
     }
 }
 

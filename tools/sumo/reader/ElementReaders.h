@@ -11,7 +11,7 @@ struct CompanionReading {
     SumoCompanions &into;
     QHash<QString, int> inlineRoutes; ///< edges, as written, of routes without stops that belong to vehicles
 
-    SumoSource here() const { return {into.files.size() - 1, input.line()}; }
+    SumoSource here() const { return {into.files.size() - 1, input.line(), input.elementNumber()}; }
     /// Counts the current element as one that nothing reads, and leaves it.
     void leaveUnread() {
         ++into.unread[input.name().toString()];

@@ -19,8 +19,11 @@ namespace moratools {
 
 /// Where a record was read.
 struct SumoSource {
+    static constexpr int kNetwork = -1; ///< `file` of what stands in the network's own file
+
     int file = 0; ///< place in `SumoCompanions::files`
     qint64 line = 0;
+    qint64 element = 0; ///< running number in the file (XmlInput::elementNumber())
 };
 
 struct SumoVehicleType {

@@ -108,6 +108,8 @@ QXmlStreamReader::TokenType XmlInput::next() {
     check();
     if (token == QXmlStreamReader::DTD || token == QXmlStreamReader::ProcessingInstruction || mXml.isCDATA())
         mSource->countComments();
+    if (token == QXmlStreamReader::StartElement)
+        ++mElements;
     if (token == QXmlStreamReader::StartElement && ++mDepth > kDeepestElement)
         fail(QStringLiteral("more than %1 elements are within each other; correct the file or write it again")
                  .arg(kDeepestElement));

@@ -30,6 +30,8 @@ public:
     QStringRef name() const { return mXml.name(); }
     QXmlStreamAttributes attributes() const { return mXml.attributes(); }
     qint64 line() const { return mXml.lineNumber(); }
+    /// The running number of the element that was begun last, from 0 for the root, whoever read those before.
+    qint64 elementNumber() const { return mElements - 1; }
     QString path() const { return mFile.fileName(); }
 
     /// How much of the file has been read, 0 to 1.
@@ -52,6 +54,7 @@ private:
     QString mExpected;
     qint64 mSize = 0;
     int mDepth = 0; ///< of elements that are open
+    qint64 mElements = 0;
     bool mHasRoot = false;
 };
 
