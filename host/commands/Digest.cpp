@@ -13,15 +13,17 @@ namespace {
 struct Options {
     std::string store;
     std::vector<std::string> nets;
+    bool content = false;
 };
 
 void digest(const Options &options) {
     const StoreReader store(QString::fromStdString(options.store));
     const QList<StoreReader::Network> networks = store.networksOf(options.nets);
+    const Covered covered = options.content ? Covered::Content : Covered::AllOfIt;
     for (const StoreReader::Network &network : networks) {
         ProgressBar reading(QStringLiteral("reading"));
         print(QStringLiteral("%1  %2 %3\n")
-                  .arg(digestOf(store, network, reading.hearer()), QString::number(network.id),
+                  .arg(digestOf(store, network, covered, reading.hearer()), QString::number(network.id),
                        printable::line(network.name)));
     }
     for (const auto &table : store.tablesBesides(networks))
@@ -41,6 +43,9 @@ void addDigest(CLI::App &program, Run &run) {
                      "Number or name of a network; a number goes first; may be repeated; default: all")
         ->type_name("NET")
         ->allow_extra_args(false);
+    command->add_flag("--content", options->content,
+                      "Where the network came from does not count: its name, its source and the date of its "
+                      "save");
     command->callback([options, &run] { run.work = [options] { digest(*options); }; });
 }
 

@@ -42,8 +42,10 @@ protected:
     }
 
     /// The digest of the store's only network, or of a chosen one.
-    static QString digest(const QString &store, const QString &net = QStringLiteral("1")) {
-        const Outcome outcome = run({QStringLiteral("digest"), store, QStringLiteral("--net"), net});
+    static QString digest(const QString &store, const QString &net = QStringLiteral("1"),
+                          const QStringList &options = {}) {
+        const Outcome outcome =
+            run(QStringList{QStringLiteral("digest"), store, QStringLiteral("--net"), net} + options);
         EXPECT_EQ(outcome.exitCode, 0) << outcome.err.toStdString();
         EXPECT_EQ(outcome.out.count(QLatin1Char('\n')), 1) << outcome.out.toStdString();
         return outcome.out.left(64);
@@ -319,6 +321,26 @@ TEST_F(Copy, TheDigestKeepsValuesApart) {
     alter(store,
           {QStringLiteral("update Net set backgroundUrl = 'acaption' || char(0) || 'bb', caption = null")});
     EXPECT_NE(digest(store), before);
+}
+
+// Two imports of one file under two names are one network to those who ask for its content.
+TEST_F(Copy, ADigestOfTheContentDoesNotSayWhereItCameFrom) {
+    const QString store = newStore();
+    importInto(store);
+    const QStringList content{QStringLiteral("--content")};
+    const QString all = digest(store);
+    const QString inside = digest(store, QStringLiteral("1"), content);
+    EXPECT_NE(inside, all);
+    alter(store, {QStringLiteral("update Net set name = 'n', sourceUrl = 'u', sourceType = 't'"),
+                  QStringLiteral("update Configuration set saveDate = '1999-01-01'")});
+    EXPECT_EQ(digest(store, QStringLiteral("1"), content), inside);
+    EXPECT_NE(digest(store), all);
+    for (const char *sql : {"update Net set caption = 'c'", "update Configuration set scale = scale + 1",
+                            "update Link set LinkName = 'n' where LinkID = (select max(LinkID) from Link)"}) {
+        alter(store, {QLatin1String(sql)});
+        const QString changed = digest(store, QStringLiteral("1"), content);
+        EXPECT_NE(changed, inside) << sql;
+    }
 }
 
 TEST_F(Copy, OlderStoresComeForwardInTheLanguageOfTheTarget) {

@@ -5,20 +5,38 @@
 #include <QMap>
 
 #include <algorithm>
+#include <iterator>
 
 namespace moratools {
 
 namespace {
 
+/// A column that does not count.
+struct LeftAside {
+    const char *table;
+    const char *column;
+    Covered from; ///< the widest coverage that leaves it aside
+};
+constexpr LeftAside kLeftAside[] = {
+    {"net", "isdefault", Covered::AllOfIt},          {"net", "name", Covered::Content},
+    {"net", "sourcetype", Covered::Content},         {"net", "sourceurl", Covered::Content},
+    {"configuration", "savedate", Covered::Content},
+};
+
+bool isLeftAside(const QString &table, const QString &column, Covered covered) {
+    return column == QLatin1String("netid") ||
+           std::any_of(std::begin(kLeftAside), std::end(kLeftAside), [&](const LeftAside &entry) {
+               return table == QLatin1String(entry.table) && column == QLatin1String(entry.column) &&
+                      (entry.from == Covered::AllOfIt || covered == Covered::Content);
+           });
+}
+
 /// The columns of a table that count, by name: names do not depend on the order in which a store has them.
-QMap<QByteArray, int> countedColumns(const StoreTable &table) {
-    const bool isRecord = table.name.compare(QLatin1String("Net"), Qt::CaseInsensitive) == 0;
+QMap<QByteArray, int> countedColumns(const StoreTable &table, Covered covered) {
     QMap<QByteArray, int> columns;
     for (int i = 0; i < table.columns.size(); ++i) {
         const QString &key = table.columns[i].key;
-        const bool isOfStore =
-            key == QLatin1String("netid") || (isRecord && key == QLatin1String("isdefault"));
-        if (!isOfStore)
+        if (!isLeftAside(table.name.toLower(), key, covered))
             columns.insert(key.toUtf8(), i);
     }
     return columns;
@@ -28,8 +46,9 @@ QMap<QByteArray, int> countedColumns(const StoreTable &table) {
 /// only these are held together.
 class TableDigest {
 public:
-    TableDigest(QCryptographicHash &hash, const StoreTable &table, const catalogue::Table &entry)
-        : mHash(hash), mName(QByteArray(entry.name).toLower()), mColumns(countedColumns(table)) {
+    TableDigest(QCryptographicHash &hash, const StoreTable &table, const catalogue::Table &entry,
+                Covered covered)
+        : mHash(hash), mName(QByteArray(entry.name).toLower()), mColumns(countedColumns(table, covered)) {
         for (const char *name : entry.key) {
             const int index = mColumns.value(QByteArray(name).toLower(), -1);
             if (index >= 0)
@@ -79,7 +98,8 @@ private:
 
 } // namespace
 
-QString digestOf(const StoreReader &store, const StoreReader::Network &network, const Progress &progress) {
+QString digestOf(const StoreReader &store, const StoreReader::Network &network, Covered covered,
+                 const Progress &progress) {
     QCryptographicHash hash(QCryptographicHash::Sha256);
     const std::vector<catalogue::Table> &tables = catalogue::tables();
     for (std::size_t i = 0; i < tables.size(); ++i) {
@@ -87,7 +107,7 @@ QString digestOf(const StoreReader &store, const StoreReader::Network &network, 
         const StoreTable *table = store.table(QLatin1String(tables[i].name));
         if (!table)
             continue;
-        TableDigest digest(hash, *table, tables[i]);
+        TableDigest digest(hash, *table, tables[i], covered);
         store.read(*table, tables[i], network, StoreReader::Order::Canonical,
                    [&digest](const StoreReader::Row &row) { digest.add(row); });
         digest.flush();

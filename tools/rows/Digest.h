@@ -6,11 +6,18 @@
 
 namespace moratools {
 
+/// What a digest covers.
+enum class Covered {
+    AllOfIt,
+    Content, ///< without what says where the network came from and when: its name, source and save date
+};
+
 /// A digest (SHA-256, hexadecimal) of all rows of a network in the tables of catalogue::tables(): equal for equal
 /// content on either engine and under whatever number the network has in its store. A column that is NULL
 /// counts like one that the store does not have; the number of the network and whether the store opens it by
-/// default do not count, for these are the store's.
+/// default do not count, for these are the store's. `covered` leaves out more: `Net.name`, `Net.sourceType` and
+/// `Net.sourceUrl` and `Configuration.saveDate`.
 MORATOOLS_EXPORT QString digestOf(const StoreReader &store, const StoreReader::Network &network,
-                                  const Progress &progress = {});
+                                  Covered covered = Covered::AllOfIt, const Progress &progress = {});
 
 } // namespace moratools
