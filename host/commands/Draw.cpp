@@ -3,6 +3,7 @@
 #include "host/commands/OpenedStore.h"
 #include "tools/drawing/NetworkDrawing.h"
 #include "tools/kinds/NetworkObjects.h"
+#include "tools/kinds/Roads.h"
 #include "tools/reports/Failure.h"
 #include "tools/session/NetworkChoice.h"
 
@@ -16,6 +17,7 @@ void addDraw(CLI::App &program, Run &run) {
         std::string picture;
         std::string net;
         int size = 2400;
+        bool roadsOnly = false;
     };
     const auto options = std::make_shared<Options>();
     CLI::App *command =
@@ -27,6 +29,8 @@ void addDraw(CLI::App &program, Run &run) {
         ->check(CLI::Range(200, 20000))
         ->capture_default_str()
         ->type_name("PX");
+    command->add_flag("--roads-only", options->roadsOnly,
+                      "Without what is no road: rails, waterways, and what is on them");
     command->callback([options, &run] {
         run.paints = true;
         run.work = [options] {
@@ -34,9 +38,10 @@ void addDraw(CLI::App &program, Run &run) {
             requirePicturePath(QString::fromStdString(options->picture));
             const OpenedStore store(QString::fromStdString(options->store), Access::Read);
             ProgressBar reading(QStringLiteral("reading"));
-            const NetworkObjects network =
-                readNetwork(store, chosenNetwork(store, options->net), reading.hearer());
+            NetworkObjects network = readNetwork(store, chosenNetwork(store, options->net), reading.hearer());
             const QStringList damage = damageOf(network);
+            if (options->roadsOnly)
+                keepRoads(network);
             const QStringList leftOut =
                 damage + drawToFile(network, QString::fromStdString(options->picture), options->size);
             for (const QString &line : leftOut)

@@ -37,10 +37,11 @@ protected:
                  QStringLiteral("--additional"), write(QStringLiteral("traffic.xml"), kTraffic)});
         ASSERT_EQ(imported.exitCode, 0) << imported.err.toStdString();
     }
-    QString draw(const char *name) const {
+    QString draw(const char *name, const QStringList &options = {}) const {
         QString picture = file(QLatin1String(name));
-        const Outcome outcome =
-            run({QStringLiteral("draw"), mStore, picture, QStringLiteral("--size"), QStringLiteral("2256")});
+        const Outcome outcome = run(QStringList{QStringLiteral("draw"), mStore, picture,
+                                                QStringLiteral("--size"), QStringLiteral("2256")} +
+                                    options);
         EXPECT_EQ(outcome.exitCode, 0) << outcome.err.toStdString();
         return picture;
     }
@@ -104,6 +105,50 @@ TEST_F(Drawing, TheLegendCountsEveryObjectOnce) {
          {">queue counter (1)<", ">signal lamp (2)<", ">departure point (2)<", ">decision point (2)<",
           ">travel-time detector (1)<", ">2 links, 3 lanes, 1 connectors, 0.2 km<", ">10 m<"})
         EXPECT_TRUE(picture.contains(label)) << label;
+}
+
+// A river a kilometre away with a ship on it; a tram beside the road crosses it.
+TEST_F(Drawing, WhatIsNoRoadIsDrawnSoOrLeftOut) {
+    const QByteArray river =
+        "<edge id=\"r\" from=\"a\" to=\"b\" type=\"waterway.river\"><lane id=\"r_0\" index=\"0\" allow=\"ship\" "
+        "speed=\"3\" length=\"990\" width=\"40\" shape=\"100,10 100,1000\"/></edge>"
+        "<edge id=\"t\" from=\"a\" to=\"b\" type=\"highway.primary\">"
+        "<lane id=\"t_0\" index=\"0\" speed=\"3\" length=\"100\" width=\"8\" shape=\"50,500 150,500\"/>"
+        "<lane id=\"t_1\" index=\"1\" allow=\"tram\" speed=\"3\" length=\"100\" width=\"8\" shape=\"50,508 "
+        "150,508\"/></edge></net>";
+    QByteArray roads = kRoads;
+    roads.replace("</net>", river);
+    const QString network = write(QStringLiteral("river.net.xml"), roads);
+    const QString traffic = write(QStringLiteral("ship.xml"),
+                                  "<routes><vType id=\"s\" vClass=\"ship\"/><vehicle id=\"v\" type=\"s\" "
+                                  "depart=\"0\"><route edges=\"r\"/></vehicle></routes>");
+    mStore = newStore(QStringLiteral("river"));
+    ASSERT_EQ(run({QStringLiteral("import"), mStore, network, QStringLiteral("--routes"), traffic}).exitCode,
+              0);
+    EXPECT_EQ(row(mStore, QStringLiteral("select ifnull(linkType, ''), otherAttrsJson ->> '$.sumo.notRoad' "
+                                         "from Link where LinkName = 'r'")),
+              QVariantList({QString(), 1}));
+
+    const QByteArray all = read(draw("all.svg"));
+    for (const char *label :
+         {">no road (2)<", ">departure point (1)<", ">4 links, 6 lanes, 1 connectors, 1.3 km<"})
+        EXPECT_TRUE(all.contains(label)) << label;
+    const QImage picture(draw("all.png"));
+    const double scale = 2200.0 / 1002; // from the road's edge at -2 to the end of the river
+    const auto at = [&](double x, double y) {
+        const double left = (picture.width() - 220 * scale) / 2;
+        return QColor(picture.pixel(int(std::lround(left + scale * x)),
+                                    picture.height() - 28 - 54 - int(std::lround(scale * (y + 2)))));
+    };
+    EXPECT_TRUE(isLike(at(110, 900), QColor(0xc9, 0xd6, 0xe0)))
+        << "river " << at(110, 900).name().toStdString();
+    EXPECT_TRUE(isLike(at(110, 500), QColor(0x8b, 0x93, 0x9e)))
+        << "bridge " << at(110, 500).name().toStdString();
+
+    const QByteArray left = read(draw("roads.svg", {QStringLiteral("--roads-only")}));
+    EXPECT_TRUE(left.contains(">3 links, 5 lanes, 1 connectors, 0.3 km<"));
+    EXPECT_TRUE(left.contains(">no road (1)<")) << "the tram's lane";
+    EXPECT_FALSE(left.contains("departure point"));
 }
 
 } // namespace

@@ -3,6 +3,7 @@
 #include "model/GeometryLine.h"
 #include "model/Words.h"
 #include "tools/drawing/Shapes.h"
+#include "tools/kinds/Roads.h"
 
 #include <QFontMetricsF>
 #include <QLocale>
@@ -48,7 +49,12 @@ const KindColour kColours[] = {
     {Words::Sidewalk, QColor(0xdb, 0xcf, 0xb6)},
 };
 
+/// Rails, water: no road, nor lanes for anyone on roads.
+const QColor kNoRoad(0xc9, 0xd6, 0xe0);
+
 QColor colourOf(const QString &kind) {
+    if (kind.isEmpty())
+        return kNoRoad;
     for (const KindColour &entry : kColours) {
         if (entry.kind.names(kind))
             return entry.colour;
@@ -101,8 +107,14 @@ NetworkDrawing::NetworkDrawing(const NetworkObjects &network)
     int lanes = 0;
     double length = 0;
     bool any = false;
+    // Roads lead over the others.
+    for (const bool roads : {false, true}) {
+        for (const auto &link : network.links) {
+            if (isRoad(*link) == roads)
+                addLink(*link);
+        }
+    }
     for (const auto &link : network.links) {
-        addLink(*link);
         lanes += link->mlLane.size();
         if (shapes::isOnPlan({link->length}))
             length += link->length;
@@ -145,8 +157,9 @@ QStringList NetworkDrawing::leftOut() const {
 
 void NetworkDrawing::addLink(const Link &link) {
     bool isDrawn = false;
+    const bool isRoad = moratools::isRoad(link);
     for (const Lane *lane : link.mlLane) {
-        LaneKind &kind = kindOf(lane->actionType);
+        LaneKind &kind = kindOf(isRoad ? lane->actionType : QString());
         const GeometryLine left = lineOf(lane->leftBreakPointsJson);
         const GeometryLine right = lineOf(lane->rightBreakPointsJson);
         const GeometryLine centre = lineOf(lane->centerLinePointsJson);
@@ -154,6 +167,8 @@ void NetworkDrawing::addLink(const Link &link) {
         isDrawn = isDrawn || centre.size() >= 2;
         shapes::addArea(kind.surface, left, right);
         shapes::addLine(kind.axis, centre);
+        if (!isRoad)
+            continue;
         addArrow(centre, lane->width);
         shapes::addLine(lane == link.mlLane.last() ? mEdges : mDividers, left);
         if (lane == link.mlLane.first())
@@ -268,7 +283,8 @@ void NetworkDrawing::paintLegend(QPainter &painter, const QSizeF &size, double p
         // What is beside the picture nobody sees.
         if (x > size.width())
             break;
-        const QString label = QStringLiteral("%1 (%2)").arg(kind.name, QLocale().toString(kind.count));
+        const QString label = QStringLiteral("%1 (%2)").arg(
+            kind.name.isEmpty() ? QStringLiteral("no road") : kind.name, QLocale().toString(kind.count));
         painter.fillRect(QRectF(x, baseline - 11, 22, 12), kind.colour);
         painter.setPen(kInk);
         painter.drawText(QPointF(x + 28, baseline), label);

@@ -4,6 +4,7 @@
 #include "model/LaneGeometry.h"
 #include "model/SpecialWords.h"
 #include "model/Words.h"
+#include "tools/kinds/Roads.h"
 #include "tools/session/StoreSession.h"
 #include "tools/sumo/import/Vocabulary.h"
 
@@ -124,6 +125,8 @@ std::unique_ptr<Link> NetworkBuilder::buildLink(const SumoEdge &edge) {
     link->limitSpeed = limitSpeedKmh(edge);
     link->desiredSpeed = link->limitSpeed;
     link->otherAttrsJson = sourceOf(edge, mNet.leftHand);
+    if (!vocabulary::isRoad(edge))
+        markNoRoad(*link);
     addVertices(*link, edge);
     addLanes(*link, edge);
     link->laneWidth = link->width() / link->laneNumber;

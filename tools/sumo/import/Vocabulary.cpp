@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <set>
 
 namespace moratools {
 
@@ -22,21 +23,40 @@ const QString kArterialRoad = Words::ArterialRoad;
 const QString kSecondaryRoad = Words::SecondaryRoadSynonym;
 const QString kAccessRoad = Words::AccessRoad;
 
-/// Highway classes of OpenStreetMap (wiki page "Key:highway") and the class of road in a store.
+/// Classes of OpenStreetMap (wiki page "Key:highway") for roads with motor vehicles, and the class in a store.
 struct RoadClass {
     const char *name;
     const QString &kind;
 };
 const RoadClass kHighways[] = {
-    {"motorway", kFreeway},         {"trunk", kExpressway},        {"motorway_link", kRamp},
-    {"trunk_link", kRamp},          {"primary_link", kRamp},       {"secondary_link", kRamp},
-    {"tertiary_link", kRamp},       {"primary", kArterialRoad},    {"secondary", kSecondaryRoad},
-    {"tertiary", kAccessRoad},      {"unclassified", kAccessRoad}, {"residential", kAccessRoad},
-    {"living_street", kAccessRoad}, {"service", kAccessRoad},      {"services", kAccessRoad},
-    {"track", kAccessRoad},         {"road", kAccessRoad},         {"unsurfaced", kAccessRoad},
-    {"busway", kBusLane},           {"bus_guideway", kBusLane},    {"cycleway", kNonMotorLane},
-    {"footway", kSidewalk},         {"pedestrian", kSidewalk},     {"path", kSidewalk},
-    {"steps", kSidewalk},           {"bridleway", kSidewalk},      {"step", kSidewalk},
+    {"motorway", kFreeway},
+    {"trunk", kExpressway},
+    {"motorway_link", kRamp},
+    {"trunk_link", kRamp},
+    {"primary_link", kRamp},
+    {"secondary_link", kRamp},
+    {"tertiary_link", kRamp},
+    {"primary", kArterialRoad},
+    {"secondary", kSecondaryRoad},
+    {"tertiary", kAccessRoad},
+    {"unclassified", kAccessRoad},
+    {"residential", kAccessRoad},
+    {"living_street", kAccessRoad},
+    {"service", kAccessRoad},
+    {"services", kAccessRoad},
+    {"track", kAccessRoad},
+    {"road", kAccessRoad},
+    {"unsurfaced", kAccessRoad},
+    // Ways for others, where motor vehicles may use them all the same.
+    {"busway", kAccessRoad},
+    {"bus_guideway", kAccessRoad},
+    {"cycleway", kAccessRoad},
+    {"footway", kAccessRoad},
+    {"pedestrian", kAccessRoad},
+    {"path", kAccessRoad},
+    {"steps", kAccessRoad},
+    {"step", kAccessRoad},
+    {"bridleway", kAccessRoad},
 };
 
 QString highwayKind(const QString &type) {
@@ -58,30 +78,45 @@ QString highwayKind(const QString &type) {
 
 namespace vocabulary {
 
+bool isRoad(const SumoEdge &edge) {
+    return std::any_of(edge.lanes.begin(), edge.lanes.end(),
+                       [](const SumoLane &lane) { return lane.permissions.admitsRoadUsers(); });
+}
+
 QString laneKind(const VehicleClasses &permissions) {
     if (permissions.isAll())
         return kMotorLane;
+    if (!permissions.admitsRoadUsers())
+        return {};
     if (permissions.admitsCars())
         return permissions.admitsBicycles() ? kMixedLane : kMotorLane;
     if (permissions.admitsPublicTransport())
         return kBusLane;
     if (permissions.admitsTwoWheelers())
         return kNonMotorLane;
-    return permissions.admitsPedestrians() ? kSidewalk : kMotorLane;
+    return permissions.admitsPedestrians() && !permissions.admitsMotorVehicles() ? kSidewalk : kMotorLane;
 }
 
 QString linkKind(const SumoEdge &edge) {
-    QString byType = highwayKind(edge.type);
+    if (!isRoad(edge))
+        return {};
+    std::set<QString> kinds;
+    bool admitsMotorVehicles = false;
+    for (const SumoLane &lane : edge.lanes) {
+        kinds.insert(laneKind(lane.permissions));
+        admitsMotorVehicles = admitsMotorVehicles || lane.permissions.admitsMotorVehicles();
+    }
+    const bool isForAll = kinds.count(kMotorLane) || kinds.count(kMixedLane);
+    if (!isForAll && kinds.count(kBusLane))
+        return kBusLane;
+    if (!admitsMotorVehicles)
+        return kinds.count(kNonMotorLane) ? kNonMotorLane : kSidewalk;
+    const QString byType = highwayKind(edge.type);
     if (!byType.isEmpty())
         return byType;
-    const QString kind = laneKind(edge.lanes.front().permissions);
-    for (const SumoLane &lane : edge.lanes) {
-        if (laneKind(lane.permissions) != kind)
-            return kArterialRoad;
-    }
-    if (kind == kMixedLane)
-        return kMixedRoad;
-    return kind == kMotorLane ? kArterialRoad : kind;
+    if (!isForAll)
+        return kNonMotorLane;
+    return kinds.size() == 1 && kinds.count(kMixedLane) ? kMixedRoad : kArterialRoad;
 }
 
 } // namespace vocabulary

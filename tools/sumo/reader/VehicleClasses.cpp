@@ -55,8 +55,22 @@ bool VehicleClasses::admits(const char *vehicleClass) const {
     return mBits & bitsOf({vehicleClass});
 }
 
+bool VehicleClasses::admitsRoadUsers() const {
+    static const std::uint64_t others =
+        bitsOf({"bicycle", "pedestrian", "wheelchair", "scooter", "custom1", "custom2"});
+    return admitsMotorVehicles() || (mBits & others);
+}
+
+bool VehicleClasses::admitsMotorVehicles() const {
+    static const std::uint64_t motorVehicles =
+        bitsOf({"private", "emergency", "authority", "army", "vip", "passenger", "hov", "taxi", "bus",
+                "coach", "delivery", "truck", "trailer", "motorcycle", "moped", "evehicle"});
+    return mBits & motorVehicles;
+}
+
 bool VehicleClasses::admitsCars() const {
-    static const std::uint64_t cars = bitsOf({"private", "passenger", "hov", "truck", "trailer", "evehicle"});
+    static const std::uint64_t cars =
+        bitsOf({"private", "passenger", "hov", "delivery", "truck", "trailer", "evehicle"});
     return mBits & cars;
 }
 

@@ -18,7 +18,12 @@ public:
     bool isAll() const { return *this == all(); }
     bool admits(const char *vehicleClass) const;
 
-    /// Cars and lorries in general use.
+    /// Whether any vehicle of the road may pass, or a bicycle or a pedestrian: not so on rails, on water, in the
+    /// air, and where nothing may pass at all.
+    bool admitsRoadUsers() const;
+    /// Anything with a motor that drives on roads, mopeds and emergency vehicles included.
+    bool admitsMotorVehicles() const;
+    /// Cars, vans and lorries in general use.
     bool admitsCars() const;
     /// Buses and everything on rails.
     bool admitsPublicTransport() const;
