@@ -104,6 +104,58 @@ TEST_F(Plan, WhatLeadsNowhereIsNamedByKindAndTheRestStays) {
     EXPECT_EQ(second->source.element, 8) << "types 1 to 4, routes 5 and 6, the first vehicle 7";
 }
 
+TEST_F(Plan, WhatOccursASecondTimeIsLeftOut) {
+    const CompanionPlan plan = this->plan(
+        "<route id=\"r\" edges=\"west_in approach_market\"/>"
+        "<vehicle id=\"v\" depart=\"0\" route=\"r\"/><vehicle id=\"v\" depart=\"1\" route=\"r\"/>"
+        "<flow id=\"v\" end=\"60\" number=\"3\" route=\"r\"/><flow id=\"v\" end=\"60\" number=\"5\" route=\"r\"/>"
+        "<vehicle id=\"v.2\" depart=\"2\" route=\"r\"/><vehicle id=\"v.3\" depart=\"2\" route=\"r\"/>"
+        "<vehicle id=\"w\" depart=\"2\" route=\"gone\"/><vehicle id=\"w\" depart=\"2\" route=\"r\"/>"
+        "<e1Detector id=\"d\" lane=\"west_in_0\"/><e1Detector id=\"d\" lane=\"west_in_1\"/>"
+        "<instantInductionLoop id=\"d\" lane=\"west_in_0\"/>"
+        "<e2Detector id=\"d\" lane=\"west_in_0\"/><laneAreaDetector id=\"d\" lane=\"west_in_0\"/>"
+        "<tlLogic id=\"market\" programID=\"0\"><phase duration=\"9\" state=\"r\"/></tlLogic>");
+    EXPECT_EQ(plan.leftOut.count(QStringLiteral("vehicles")), 3)
+        << "v, v.2 (of the flow), and w with no route";
+    EXPECT_EQ(plan.leftOut.count(QStringLiteral("flows")), 1);
+    EXPECT_EQ(plan.leftOut.vehicles, 8);
+    EXPECT_EQ(plan.demand.vehicles, 6) << "v, three of the flow, v.3, and w";
+    EXPECT_EQ(plan.leftOut.count(QStringLiteral("loops")), 1);
+    EXPECT_EQ(plan.companions->loops.size(), 2u);
+    EXPECT_EQ(plan.leftOut.count(QStringLiteral("area detectors")), 1);
+    EXPECT_EQ(plan.leftOut.count(QStringLiteral("signal programmes")), 1);
+    EXPECT_EQ(plan.leftOut.count(QStringLiteral("signal lamps")), 0) << "the first programme runs";
+}
+
+TEST_F(Plan, ARouteIsDrivenFromConnectionToConnection) {
+    const CompanionPlan plan =
+        this->plan("<route id=\"jump\" edges=\"west_in approach_market market_west\"/>"
+                   "<vehicle id=\"1\" depart=\"0\" route=\"jump\"/>"
+                   "<vehicle id=\"2\" depart=\"0\"><route edges=\"north_in north_out\"/></vehicle>"
+                   "<vehicle id=\"3\" depart=\"0\"><route edges=\" west_in  approach_market \"/></vehicle>"
+                   "<trip id=\"4\" depart=\"0\" from=\"west_in \" to=\" north_out\"/>");
+    EXPECT_EQ(plan.leftOut.count(QStringLiteral("vehicles")), 2);
+    EXPECT_TRUE(allLines(plan).contains(QStringLiteral(
+        "\"jump\" (some.xml, line 2: no connection from edge \"approach_market\" to edge \"market_west\")")))
+        << allLines(plan).toStdString();
+    EXPECT_EQ(plan.demand.vehicles, 2) << "blanks around an id are not part of it";
+}
+
+TEST_F(Plan, TypesTakeTheirOwnSharesOfADistribution) {
+    const CompanionPlan plan = this->plan(
+        "<vTypeDistribution id=\"d\" vTypes=\"a b c\"/><vTypeDistribution id=\"e\" vTypes=\"a b\" probabilities=\"1 1\"/>"
+        "<vType id=\"a\" probability=\"0\"/><vType id=\"b\" probability=\"3\"/><vType id=\"c\"/>");
+    ASSERT_EQ(plan.companions->typeDistributions.size(), 2u);
+    const auto shares = [&](int place) {
+        std::vector<double> all;
+        for (const SumoChoice &member : plan.companions->typeDistributions[std::size_t(place)].members)
+            all.push_back(member.probability);
+        return all;
+    };
+    EXPECT_EQ(shares(0), std::vector<double>({0, 3, 1}));
+    EXPECT_EQ(shares(1), std::vector<double>({1, 1})) << "shares that the distribution gives go first";
+}
+
 TEST_F(Plan, TenOfAKindAreNamed) {
     QByteArray loops;
     for (int i = 0; i < 14; ++i)
@@ -139,6 +191,30 @@ TEST_F(Plan, VehiclesOfALineAreRunsOfIt) {
     EXPECT_EQ(plan.leftOut.count(QStringLiteral("waiting passengers")), 1);
     EXPECT_GE(plan.leftOut.count(QStringLiteral("stops")), 1);
     EXPECT_EQ(plan.demand.vehicles, 1);
+}
+
+TEST_F(Plan, PassengersBoardWhereTheirWayHasLed) {
+    const CompanionPlan plan = this->plan(
+        "<busStop id=\"s\" lane=\"west_in_0\"/><busStop id=\"t\" lane=\"west_in_0\"/>"
+        "<route id=\"r\" edges=\"west_in\"><stop busStop=\"s\"/><stop busStop=\"t\"/></route>"
+        "<vehicle id=\"tram.7\" line=\"7\" depart=\"0\" route=\"r\"/><flow id=\"bus\" end=\"900\" number=\"3\" route=\"r\"/>"
+        "<person id=\"walks\" depart=\"100\"><walk edges=\"north_in\" busStop=\"s\" duration=\"40\"/>"
+        "<stop busStop=\"s\" duration=\"20\"/><ride busStop=\"t\" lines=\"7\"/><walk to=\"north_in\"/></person>"
+        "<person id=\"shops\" depart=\"0\"><stop lane=\"west_in_0\" until=\"600\"/><walk busStop=\"t\"/>"
+        "<ride lines=\"any name\" intended=\"bus.2\"/></person>"
+        "<person id=\"means the vehicle\" depart=\"5\"><stop busStop=\"s\"/><ride lines=\"tram.7\"/></person>"
+        "<person id=\"other flow\" depart=\"5\"><stop busStop=\"s\"/><ride lines=\"8\" intended=\"train.2\"/></person>"
+        "<person id=\"called\" depart=\"triggered\"><ride lines=\"7\"/></person>");
+    ASSERT_EQ(plan.lines.size(), 2u);
+    const auto boarding = [&](std::size_t line, std::size_t stop) {
+        QStringList all;
+        for (const SumoPassengers *waiting : plan.lines[line].stops.at(stop).arrivals)
+            all.append(QStringLiteral("%1 %2").arg(waiting->id, QString::number(waiting->begin)));
+        return all.join(QLatin1Char(';')).toStdString();
+    };
+    EXPECT_EQ(boarding(0, 0), "walks 140;means the vehicle 5");
+    EXPECT_EQ(boarding(1, 1), "shops 600");
+    EXPECT_EQ(plan.leftOut.count(QStringLiteral("waiting passengers")), 2) << allLines(plan).toStdString();
 }
 
 TEST_F(Plan, SharesAddUpAndRatiosStay) {

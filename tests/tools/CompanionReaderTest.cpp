@@ -23,6 +23,7 @@ TEST_F(CompanionReader, ReadsDemandInAllItsForms) {
         "<flow id=\"f1\" begin=\"1:0:0\" number=\"50\" vehsPerHour=\"1800\" from=\"a\"/>\n"
         "<flow id=\"f2\" end=\"60\" period=\"exp(0.5)\" route=\"r\"/>\n"
         "<flow id=\"f3\" end=\"60\" probability=\"0.1\" route=\"r\"/>\n"
+        "<flow id=\"f4\" begin=\"triggered\" end=\"60\" number=\"4\" route=\"r\"/>\n"
         "<personFlow id=\"p\" begin=\"0\" end=\"3600\" perHour=\"60\"><stop busStop=\"s\"/>"
         "<ride lines=\"7 8\"/></personFlow>\n");
     ASSERT_EQ(read.vehicleTypes.size(), 3u);
@@ -40,14 +41,15 @@ TEST_F(CompanionReader, ReadsDemandInAllItsForms) {
     ASSERT_EQ(read.routes.size(), 2u) << "a route that two vehicles write alike is kept once";
     EXPECT_EQ(read.routes[0].edges, QStringList({QStringLiteral("-1#0"), QStringLiteral("a_b")}));
     EXPECT_EQ(read.routes[0].stops.at(0).duration, 90);
-    ASSERT_EQ(read.vehicles.size(), 6u);
+    ASSERT_EQ(read.vehicles.size(), 7u);
+    EXPECT_TRUE(read.vehicles[6].onEvent);
     EXPECT_EQ(read.vehicles[0].source.element, 8);
     EXPECT_EQ(read.vehicles[0].stops.at(0).source.element, 10);
     EXPECT_EQ(read.vehicles[0].depart, 14 * 3600);
     EXPECT_EQ(read.vehicles[0].route, 1);
     EXPECT_EQ(read.vehicles[1].route, 1);
     EXPECT_EQ(read.vehicles[0].stops.at(0).endPos, 30);
-    EXPECT_FALSE(read.vehicles[1].depart);
+    EXPECT_TRUE(read.vehicles[1].onEvent);
     EXPECT_EQ(read.vehicles[2].depart, 3.5);
     EXPECT_EQ(read.vehicles[3].begin, 3600);
     EXPECT_EQ(read.vehicles[3].end, 3700) << "the number ends a flow that has no end";
@@ -118,6 +120,10 @@ TEST_F(CompanionReader, FaultsAreNamedWithFileLineAndCause) {
         {"<flow id=\"f\" end=\"9\" vehsPerHour=\"1e300\"/>", "more depart than a store can count"},
         {"<flow id=\"f\" end=\"1e12\" number=\"1\"/>", "no time that a store can hold"},
         {"<vehicle id=\"v\" depart=\"1:2\"/>", "neither seconds nor h:m:s"},
+        {"<vehicle id=\"v\" depart=\"soon\"/>", "neither seconds nor h:m:s"},
+        {"<trip id=\"v\" depart=\"-3\"/>", "depart=\"-3\", which is no time that a store can hold"},
+        {"<person id=\"p\" depart=\"1e9\"><walk busStop=\"s\" duration=\"2e9\"/><ride/></person>",
+         "no time that a store"},
         {"<vTypeDistribution id=\"d\" vTypes=\"a b\" probabilities=\"1\"/>", "not one for each member"},
         {"<inductionLoop id=\"l\" lane=\"a_0\" pos=\"x\"/>", "not a number"},
         {"<interval><edgeRelation from=\"a\" to=\"b\"/></interval>", "without a ratio"},

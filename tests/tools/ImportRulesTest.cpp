@@ -30,6 +30,7 @@ constexpr const char *kRoads = R"xml(<net>
 <connection from="in" to="out" fromLane="0" toLane="0" tl="mid" linkIndex="0"/>
 <connection from="in" to="out" fromLane="1" toLane="1" tl="mid" linkIndex="1"/>
 <connection from="in" to="side" fromLane="1" toLane="0" tl="rail" linkIndex="0"/>
+<connection from="out" to="in" fromLane="0" toLane="0"/>
 <tlLogic id="mid" programID="0" offset="7.4">
  <phase duration="1.4" state="Go"/><phase duration="1.4" state="yO"/><phase duration="1.4" state="rg"/>
  <phase duration="30" state="uY"/><phase duration="10" state="sr"/></tlLogic>
@@ -112,7 +113,7 @@ TEST_P(ImportRules, RoadsHaveTheLimitsAndEdgesOfTheirLanes) {
         {"select linkName, limitSpeed, desiredSpeed, length, laneNumber, laneWidth from Link order by linkID",
          "in|72|72|100|2|3.5;out|54|54|200|2|3.5;side|18|18|50|1|3.2"},
         {"select connName, limitSpeed, desiredSpeed, round(length, 3) from Connector order by connID",
-         "in->out|54|54|20;in->side|18|18|11.927"},
+         "in->out|54|54|20;in->side|18|18|11.927;out->in|54|54|220"},
         {"select linkName, group_concat(x || ' ' || y || ' ' || z) from (select k.linkName, v.* from Link k, LinkVertex l, "
          "Vertex v where l.linkID = k.linkID and v.vertexID = l.vertexID order by k.linkID, l.num) group by 1 order by 1",
          "in|0 2 0,100 2 0;out|120 2 0,220 2 0;side|110 10 0,110 60 10"},

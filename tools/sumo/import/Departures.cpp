@@ -35,7 +35,7 @@ int departuresOf(const SumoVehicle &vehicle) {
 
 std::map<int, int> departuresBySlice(const SumoVehicle &vehicle) {
     if (!vehicle.isFlow)
-        return {{int(*vehicle.depart / kSliceSeconds), 1}};
+        return {{int(vehicle.depart / kSliceSeconds), 1}};
     std::map<int, int> counts;
     const int all = departuresOf(vehicle);
     int before = 0;
@@ -50,7 +50,7 @@ std::map<int, int> departuresBySlice(const SumoVehicle &vehicle) {
 
 std::pair<double, double> spanOfDepartures(const SumoVehicle &vehicle) {
     if (!vehicle.isFlow)
-        return {*vehicle.depart, *vehicle.depart};
+        return {vehicle.depart, vehicle.depart};
     return {vehicle.begin, vehicle.begin + (departuresOf(vehicle) - 1) * periodOf(vehicle)};
 }
 

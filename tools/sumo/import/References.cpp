@@ -1,6 +1,7 @@
 #include "tools/sumo/import/References.h"
 
 #include "tools/sumo/import/Departures.h"
+#include "tools/sumo/import/VehicleIds.h"
 
 #include <QFileInfo>
 #include <QSet>
@@ -35,6 +36,8 @@ public:
             for (const SumoLane &lane : edge.lanes)
                 mLanes.insert(lane.id);
         }
+        for (const SumoConnection &connection : net.connections)
+            mTurns.insert(turn(net.edgeIndex.value(connection.from), net.edgeIndex.value(connection.to)));
     }
 
     void resolveTypes();
@@ -53,16 +56,22 @@ private:
     QString faultOfId(const Record &record, QSet<QString> &seen);
     template <class Known>
     QString faultOfMembers(SumoDistribution &distribution, const char *kind, const Known &known);
+    /// From one edge to another, by their places.
+    static quint64 turn(int from, int to) { return quint64(from) << 32 | quint64(to); }
     QString faultOfEdges(const QStringList &edges) const;
+    /// The same for edges that are driven one after the other.
+    QString faultOfPath(const QStringList &edges) const;
     QString faultOfLanes(const QStringList &lanes) const;
     QString faultOfType(const QString &type);
     QString faultOfRoute(const SumoVehicle &vehicle) const;
+    QString faultOf(const SumoVehicle &vehicle, VehicleIds &ids);
     void removeUnknownStops(std::vector<SumoStop> &stops);
 
     SumoCompanions &mCompanions;
     const SumoNet &mNet;
     LeftOut &mLeftOut;
     QSet<QString> mLanes;
+    QSet<quint64> mTurns;
     QSet<QString> mTypes; ///< with the distributions
     QSet<QString> mBusStops;
     QHash<QString, QString> mRouteFaults; ///< by id, distributions included; empty for a good one
@@ -114,6 +123,15 @@ void Resolver::resolveTypes() {
     filter("vehicle types", mCompanions.vehicleTypes,
            [this](const SumoVehicleType &type) { return faultOfId(type, mTypes); });
     const QSet<QString> single = mTypes;
+    QHash<QString, double> shareOf;
+    for (const SumoVehicleType &type : mCompanions.vehicleTypes)
+        shareOf.insert(type.id, type.probability);
+    for (SumoDistribution &distribution : mCompanions.typeDistributions) {
+        for (SumoChoice &member : distribution.members) {
+            if (!member.hasOwnShare)
+                member.probability = shareOf.value(member.id, member.probability);
+        }
+    }
     filter("vehicle type distributions", mCompanions.typeDistributions,
            [this, &single](SumoDistribution &distribution) {
                const QString fault = faultOfId(distribution, mTypes);
@@ -129,8 +147,12 @@ void Resolver::resolveBusStops() {
         const QString fault = faultOfLanes({stop.lane});
         return fault.isEmpty() ? faultOfId(stop, mBusStops) : fault;
     });
-    filter("waiting passengers", mCompanions.passengers, [this](const SumoPassengers &passengers) {
-        return mBusStops.contains(passengers.busStop) ? QString() : unknown("bus stop", passengers.busStop);
+    QSet<QString> persons;
+    filter("waiting passengers", mCompanions.passengers, [&](const SumoPassengers &passengers) {
+        if (passengers.onEvent)
+            return QStringLiteral("departs on an event, not at a time");
+        return mBusStops.contains(passengers.busStop) ? faultOfId(passengers, persons)
+                                                      : unknown("bus stop", passengers.busStop);
     });
 }
 
@@ -154,6 +176,20 @@ QString Resolver::faultOfEdges(const QStringList &edges) const {
     return edges.isEmpty() ? QStringLiteral("it has no edge") : QString();
 }
 
+QString Resolver::faultOfPath(const QStringList &edges) const {
+    int before = -1;
+    for (const QString &edge : edges) {
+        const int place = mNet.edgeIndex.value(edge, -1);
+        if (place < 0)
+            return unknown("edge", edge);
+        if (before >= 0 && !mTurns.contains(turn(before, place)))
+            return QStringLiteral("no connection from edge \"%1\" to edge \"%2\"")
+                .arg(mNet.edges[std::size_t(before)].id, edge);
+        before = place;
+    }
+    return edges.isEmpty() ? QStringLiteral("it has no edge") : QString();
+}
+
 QString Resolver::faultOfLanes(const QStringList &lanes) const {
     for (const QString &lane : lanes) {
         if (!mLanes.contains(lane))
@@ -165,7 +201,7 @@ QString Resolver::faultOfLanes(const QStringList &lanes) const {
 void Resolver::resolveRoutes() {
     QSet<QString> seen;
     for (SumoRoute &route : mCompanions.routes) {
-        QString fault = faultOfEdges(route.edges);
+        QString fault = faultOfPath(route.edges);
         if (!route.id.isEmpty()) {
             if (seen.contains(route.id))
                 fault = QStringLiteral("it occurs a second time");
@@ -224,14 +260,22 @@ QString Resolver::faultOfRoute(const SumoVehicle &vehicle) const {
                                              : QStringList{vehicle.from, vehicle.to});
 }
 
+QString Resolver::faultOf(const SumoVehicle &vehicle, VehicleIds &ids) {
+    QString fault = faultOfRoute(vehicle);
+    if (fault.isEmpty())
+        fault = faultOfType(vehicle.type);
+    if (fault.isEmpty() && vehicle.onEvent)
+        fault = QStringLiteral("it departs on an event, not at a time");
+    if (fault.isEmpty())
+        fault = ids.faultOf(vehicle);
+    return fault;
+}
+
 void Resolver::resolveVehicles() {
     auto &vehicles = mCompanions.vehicles;
-    const auto isFaulty = [this](SumoVehicle &vehicle) {
-        QString fault = faultOfRoute(vehicle);
-        if (fault.isEmpty())
-            fault = faultOfType(vehicle.type);
-        if (fault.isEmpty() && !vehicle.isFlow && !vehicle.depart)
-            fault = QStringLiteral("it departs on an event, not at a time");
+    VehicleIds ids(vehicles);
+    const auto isFaulty = [&](SumoVehicle &vehicle) {
+        const QString fault = faultOf(vehicle, ids);
         if (fault.isEmpty()) {
             removeUnknownStops(vehicle.stops);
             return false;
@@ -252,14 +296,9 @@ void Resolver::resolveVehicles() {
 }
 
 void Resolver::resolveTurnRatios() {
-    QSet<QPair<QString, QString>> turns;
-    for (const SumoConnection &connection : mNet.connections)
-        turns.insert({connection.from, connection.to});
     auto &ratios = mCompanions.turnRatios;
     const auto isFaulty = [&](const SumoTurnRatio &ratio) {
-        QString fault = faultOfEdges({ratio.from, ratio.to});
-        if (fault.isEmpty() && !turns.contains({ratio.from, ratio.to}))
-            fault = QStringLiteral("no connection between the two edges");
+        const QString fault = faultOfPath({ratio.from, ratio.to});
         if (!fault.isEmpty())
             mLeftOut.add(
                 QStringLiteral("turn ratios"),
@@ -271,10 +310,20 @@ void Resolver::resolveTurnRatios() {
 }
 
 void Resolver::resolveDevices() {
-    filter("loops", mCompanions.loops, [this](const SumoLoop &loop) { return faultOfLanes({loop.lane}); });
-    filter("area detectors", mCompanions.areaDetectors,
-           [this](const SumoAreaDetector &detector) { return faultOfLanes(detector.lanes); });
-    filter("entry-exit detectors", mCompanions.passageDetectors, [this](const SumoPassageDetector &detector) {
+    // Each kind of detector has ids of its own.
+    QSet<QString> loops;
+    QSet<QString> instantLoops;
+    filter("loops", mCompanions.loops, [&](const SumoLoop &loop) {
+        const QString fault = faultOfLanes({loop.lane});
+        return fault.isEmpty() ? faultOfId(loop, loop.isInstant ? instantLoops : loops) : fault;
+    });
+    QSet<QString> areaDetectors;
+    filter("area detectors", mCompanions.areaDetectors, [&](const SumoAreaDetector &detector) {
+        const QString fault = faultOfLanes(detector.lanes);
+        return fault.isEmpty() ? faultOfId(detector, areaDetectors) : fault;
+    });
+    QSet<QString> passageDetectors;
+    filter("entry-exit detectors", mCompanions.passageDetectors, [&](const SumoPassageDetector &detector) {
         if (detector.entries.empty() || detector.exits.empty())
             return QStringLiteral("it has no entry or no exit");
         QStringList lanes;
@@ -282,7 +331,8 @@ void Resolver::resolveDevices() {
             for (const SumoCrossSection &section : *sections)
                 lanes.append(section.lane);
         }
-        return faultOfLanes(lanes);
+        const QString fault = faultOfLanes(lanes);
+        return fault.isEmpty() ? faultOfId(detector, passageDetectors) : fault;
     });
     filter("speed signs", mCompanions.speedSigns, [this](const SumoSpeedSign &sign) {
         if (sign.steps.empty())

@@ -30,10 +30,11 @@ QString colourOf(const SpecialWords &words, QChar state) {
     }
 }
 
-QList<Online::ColorInterval> coloursOf(const SpecialWords &words, const SumoProgramme &programme, int index) {
+QList<Online::ColorInterval> coloursOf(const SpecialWords &words, const PlannedGroup &planned, int index) {
     QList<Online::ColorInterval> colours;
     double end = 0;
-    for (const SumoPhase &phase : programme.phases) {
+    for (const std::size_t place : planned.cycle) {
+        const SumoPhase &phase = planned.programme->phases[place];
         const long start = std::lround(end);
         end += phase.duration;
         const int seconds = int(std::lround(end) - start);
@@ -52,10 +53,10 @@ std::unique_ptr<SignalGroup> buildGroup(const PlannedGroup &planned, IdSource &i
     group->signalGroupID = ids.next("SignalGroup");
     group->name = planned.name;
     double cycle = 0;
-    for (const SumoPhase &phase : programme.phases)
-        cycle += phase.duration;
+    for (const std::size_t place : planned.cycle)
+        cycle += programme.phases[place].duration;
     group->timeLength = int(std::lround(cycle));
-    group->startTime = int(std::lround(programme.offset));
+    group->startTime = int(std::lround(planned.start));
     group->endTime = kEndOfDay;
     const int signalCount = programme.signalCount();
     for (int index = 0; index < signalCount; ++index) {
@@ -63,7 +64,7 @@ std::unique_ptr<SignalGroup> buildGroup(const PlannedGroup &planned, IdSource &i
         phase->signalPhaseID = ids.next("SignalPhase");
         phase->serialNumber = index + 1;
         phase->name = QString::number(index);
-        phase->mlColor = coloursOf(ids.store().words(), programme, index);
+        phase->mlColor = coloursOf(ids.store().words(), planned, index);
         group->mlPhase.append(phase.release());
     }
     return group;

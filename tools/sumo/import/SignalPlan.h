@@ -10,6 +10,8 @@ namespace moratools {
 struct PlannedGroup {
     QString name;
     const SumoProgramme *programme; ///< of the network or its companions
+    std::vector<std::size_t> cycle; ///< the phases that run again and again, by their places, in their order
+    double start = 0;               ///< seconds at which the cycle begins first
 };
 
 /// A lane connection and the signal that controls it.
@@ -23,7 +25,9 @@ struct SignalPlan {
     std::vector<PlannedLamp> lamps;
 };
 
-/// The programmes of the network and then of `companions`; those that share an id are named "ID/PROGRAMME".
+/// The programmes of the network and then of `companions`; those that share an id are named "ID/PROGRAMME". One
+/// that has both ids of an earlier one is told to `leftOut`. From its first phase on a programme runs along what
+/// each phase says that follows it; of several phases that may follow the first does, and the others are told.
 /// The lamp of a controlled lane connection shows the programme of its id that comes last, which is the one
 /// that SUMO runs; the others are plans to change to. A connection whose programme does not exist or has no
 /// signal for it is told to `leftOut`, but for railways' own signals. The plan leads into both records.

@@ -35,6 +35,7 @@ private:
     std::vector<SumoStop> busStopsOf(const SumoVehicle &vehicle, int route) const;
     void add(const SumoVehicle &vehicle, int route, std::vector<SumoStop> stops);
     void removeStopsOffRoute(PlannedLine &line);
+    bool takes(const SumoPassengers &waiting, int line) const;
     void addPassengers();
     static void nameApart(std::vector<PlannedLine> &lines);
 
@@ -43,7 +44,8 @@ private:
     QHash<QString, int> mRouteOf;
     QHash<QString, QString> mEdgeOfStop;
     std::vector<PlannedLine> mLines;
-    QHash<QString, int> mLineOf; ///< by name, edges and stops
+    QHash<QString, int> mLineOf;        ///< by name, edges and stops
+    QHash<QString, int> mLineOfVehicle; ///< by id, a flow with a dot behind it
 };
 
 QString lineNameOf(const SumoVehicle &vehicle) {
@@ -73,6 +75,8 @@ void LinePlanner::add(const SumoVehicle &vehicle, int route, std::vector<SumoSto
         key += QLatin1Char('\n') + stop.busStop;
     const auto span = spanOfDepartures(vehicle);
     const auto known = mLineOf.constFind(key);
+    mLineOfVehicle.insert(vehicle.isFlow ? vehicle.id + QLatin1Char('.') : vehicle.id,
+                          known == mLineOf.constEnd() ? int(mLines.size()) : *known);
     if (known == mLineOf.constEnd()) {
         mLineOf.insert(key, int(mLines.size()));
         mLines.push_back({name, route, {}, departuresOf(vehicle), span.first, span.second});
@@ -103,19 +107,30 @@ void LinePlanner::removeStopsOffRoute(PlannedLine &line) {
     line.stops.erase(std::remove_if(line.stops.begin(), line.stops.end(), isOff), line.stops.end());
 }
 
+/// Whether passengers take a line: it may be called by its name, by one of its vehicles, or not at all.
+bool LinePlanner::takes(const SumoPassengers &waiting, int line) const {
+    const auto isThis = [&](const QString &ride) {
+        // What departs of flow "f" is called "f.0", "f.1" and so on.
+        const int flow = mLineOfVehicle.value(ride.left(ride.lastIndexOf(QLatin1Char('.')) + 1), -1);
+        return ride == mLines[std::size_t(line)].name || mLineOfVehicle.value(ride, flow) == line;
+    };
+    return (waiting.lines.isEmpty() && waiting.intended.isEmpty()) ||
+           waiting.lines.contains(QStringLiteral("ANY")) || isThis(waiting.intended) ||
+           std::any_of(waiting.lines.begin(), waiting.lines.end(), isThis);
+}
+
 void LinePlanner::addPassengers() {
+    QHash<QString, std::vector<std::pair<int, std::size_t>>> stopsAt; // line and place in it, by bus stop
+    for (std::size_t line = 0; line < mLines.size(); ++line) {
+        for (std::size_t stop = 0; stop < mLines[line].stops.size(); ++stop)
+            stopsAt[mLines[line].stops[stop].stop.busStop].emplace_back(int(line), stop);
+    }
     for (const SumoPassengers &waiting : mCompanions.passengers) {
-        PlannedStop *boarding = nullptr;
-        for (PlannedLine &line : mLines) {
-            const bool takes = waiting.lines.isEmpty() || waiting.lines.contains(line.name) ||
-                               waiting.lines.contains(QStringLiteral("ANY"));
-            for (PlannedStop &stop : line.stops) {
-                if (takes && !boarding && stop.stop.busStop == waiting.busStop)
-                    boarding = &stop;
-            }
-        }
-        if (boarding) {
-            boarding->arrivals.push_back(&waiting);
+        const auto stops = stopsAt.value(waiting.busStop);
+        const auto boarding = std::find_if(stops.begin(), stops.end(),
+                                           [&](const auto &stop) { return takes(waiting, stop.first); });
+        if (boarding != stops.end()) {
+            mLines[std::size_t(boarding->first)].stops[boarding->second].arrivals.push_back(&waiting);
             continue;
         }
         const QString fault = QStringLiteral("none of their lines stops at \"%1\"").arg(waiting.busStop);

@@ -1,3 +1,4 @@
+#include "tools/sumo/reader/DepartureTimes.h"
 #include "tools/sumo/reader/ElementReaders.h"
 
 #include <cmath>
@@ -6,10 +7,8 @@ namespace moratools {
 
 namespace {
 
-// What SUMO assumes where a flow does not say how long it lasts: a day.
-constexpr double kFlowEnd = 86400;
-// A store keeps times and counts as 32-bit numbers.
-constexpr double kLargest = 2147480000;
+// What SUMO assumes where an interval does not say when it ends: a day.
+constexpr double kIntervalEnd = 86400;
 
 /// The id of a distribution's member that has none of its own.
 QString nestedId(const QString &outer, std::size_t place) {
@@ -18,6 +17,13 @@ QString nestedId(const QString &outer, std::size_t place) {
 
 QStringList edgesOf(const Attributes &attributes) {
     return words(attributes, "edges");
+}
+
+double probabilityOf(const Attributes &attributes) {
+    const double probability = attributes.number("probability", 1);
+    if (probability < 0)
+        attributes.failOn("probability", QStringLiteral("which is negative"));
+    return probability;
 }
 
 void addType(CompanionReading &reading, const Attributes &attributes, const QString &id) {
@@ -32,6 +38,7 @@ void addType(CompanionReading &reading, const Attributes &attributes, const QStr
     type.accel = optionalNumber(attributes, "accel");
     type.decel = optionalNumber(attributes, "decel");
     type.emergencyDecel = optionalNumber(attributes, "emergencyDecel");
+    type.probability = probabilityOf(attributes);
     reading.into.vehicleTypes.push_back(type);
     reading.input.skipElement();
 }
@@ -50,20 +57,14 @@ std::vector<SumoChoice> listedMembers(const Attributes &attributes, const char *
     std::vector<SumoChoice> members;
     for (int i = 0; i < names.size(); ++i) {
         bool ok = true;
-        const double probability = probabilities.isEmpty() ? 1 : probabilities[i].toDouble(&ok);
+        const bool isGiven = !probabilities.isEmpty();
+        const double probability = isGiven ? probabilities[i].toDouble(&ok) : 1;
         if (!ok || !std::isfinite(probability) || probability < 0)
             attributes.failOn("probabilities",
                               QStringLiteral("where \"%1\" is no share").arg(probabilities[i]));
-        members.push_back({names[i], probability});
+        members.push_back({names[i], probability, isGiven});
     }
     return members;
-}
-
-double probabilityOf(const Attributes &attributes) {
-    const double probability = attributes.number("probability", 1);
-    if (probability < 0)
-        attributes.failOn("probability", QStringLiteral("which is negative"));
-    return probability;
 }
 
 void readTypeDistribution(CompanionReading &reading) {
@@ -76,7 +77,7 @@ void readTypeDistribution(CompanionReading &reading) {
         }
         const Attributes type(reading.input);
         const QString id = type.text("id", nestedId(distribution.id, distribution.members.size()));
-        distribution.members.push_back({id, probabilityOf(type)});
+        distribution.members.push_back({id, probabilityOf(type), true});
         addType(reading, type, id);
     }
     reading.into.typeDistributions.push_back(std::move(distribution));
@@ -144,12 +145,12 @@ void addRouteDistribution(CompanionReading &reading, const Attributes &attribute
         const Attributes route(reading.input);
         // A member without edges names a route that stands elsewhere.
         if (route.has("refId")) {
-            distribution.members.push_back({route.text("refId"), probabilityOf(route)});
+            distribution.members.push_back({route.text("refId"), probabilityOf(route), true});
             reading.input.skipElement();
             continue;
         }
         const QString routeId = route.text("id", nestedId(id, distribution.members.size()));
-        distribution.members.push_back({routeId, probabilityOf(route)});
+        distribution.members.push_back({routeId, probabilityOf(route), true});
         addRoute(reading, route, routeId);
     }
     reading.into.routeDistributions.push_back(std::move(distribution));
@@ -184,66 +185,21 @@ SumoVehicle readHead(const CompanionReading &reading, const Attributes &attribut
     vehicle.routeId = attributes.text("route", QString());
     vehicle.from = attributes.text("from", QString());
     vehicle.to = attributes.text("to", QString());
+    vehicle.via = words(attributes, "via");
+    for (const char *area : {"fromTaz", "fromJunction", "fromTAZ"})
+        vehicle.isAtArea = vehicle.isAtArea || attributes.has(area);
     return vehicle;
-}
-
-void checkTime(const Attributes &attributes, const char *name, double seconds) {
-    if (seconds < 0 || seconds > kLargest)
-        attributes.failOn(name, QStringLiteral("which is no time that a store can hold"));
 }
 
 /// Vehicles and trips, which are vehicles without a route.
 void readVehicle(CompanionReading &reading) {
     const Attributes attributes(reading.input);
     SumoVehicle vehicle = readHead(reading, attributes);
-    const QString depart = attributes.text("depart");
-    if (!depart.isEmpty() && (depart[0].isDigit() || depart[0] == QLatin1Char('.')))
-        checkTime(attributes, "depart", *(vehicle.depart = attributes.seconds("depart", 0)));
+    vehicle.onEvent = departsOnEvent(attributes.text("depart"));
+    if (!vehicle.onEvent)
+        vehicle.depart = timeOf(attributes, "depart");
     readVehicleChildren(reading, vehicle);
     reading.into.vehicles.push_back(std::move(vehicle));
-}
-
-/// Seconds between two departures of a flow; 0 where the file gives no rate. A random rate counts with its
-/// mean.
-double periodOf(const Attributes &attributes) {
-    for (const char *rate : {"vehsPerHour", "perHour", "probability"}) {
-        if (!attributes.has(rate))
-            continue;
-        const double value = attributes.number(rate);
-        if (value <= 0)
-            attributes.failOn(rate, QStringLiteral("which is not positive"));
-        return (qstrcmp(rate, "probability") == 0 ? 1 : 3600) / value;
-    }
-    const QString period = attributes.text("period", QString());
-    if (period.startsWith(QLatin1String("exp(")) && period.endsWith(QLatin1Char(')'))) {
-        bool ok = false;
-        const double rate = period.mid(4, period.size() - 5).toDouble(&ok);
-        if (!ok || !(rate > 0))
-            attributes.failOn("period", QStringLiteral("which has no positive rate"));
-        return 1 / rate;
-    }
-    const double seconds = attributes.seconds("period", 0);
-    if (attributes.has("period") && seconds <= 0)
-        attributes.failOn("period", QStringLiteral("which is not positive"));
-    return seconds;
-}
-
-void readFlowTimes(const Attributes &attributes, SumoVehicle &flow) {
-    flow.isFlow = true;
-    flow.begin = attributes.seconds("begin", 0);
-    flow.period = periodOf(attributes);
-    flow.number = attributes.integer("number", -1);
-    const bool endFollows = flow.number >= 0 && flow.period > 0;
-    flow.end = attributes.seconds("end", endFollows ? flow.begin + flow.number * flow.period
-                                                    : std::max(flow.begin, kFlowEnd));
-    checkTime(attributes, "begin", flow.begin);
-    checkTime(attributes, attributes.has("end") ? "end" : "number", flow.end);
-    if (flow.end < flow.begin)
-        attributes.failOn("end", QStringLiteral("which is before the begin"));
-    if (flow.number < 0 && flow.period <= 0)
-        attributes.failOn("id", QStringLiteral("which says neither how many depart nor how often"));
-    if (flow.number < 0 && (flow.end - flow.begin) / flow.period > kLargest)
-        attributes.failOn("id", QStringLiteral("of which more depart than a store can count"));
 }
 
 void readFlow(CompanionReading &reading) {
@@ -254,47 +210,13 @@ void readFlow(CompanionReading &reading) {
     reading.into.vehicles.push_back(std::move(flow));
 }
 
-/// Persons; of their plans only the waiting for a ride at a bus stop has a place in a store.
-void readPersons(CompanionReading &reading) {
-    const bool isFlow = reading.input.name() == QLatin1String("personFlow");
-    const Attributes attributes(reading.input);
-    SumoPassengers waiting;
-    waiting.source = reading.here();
-    waiting.id = attributes.text("id");
-    if (isFlow) {
-        SumoVehicle flow;
-        readFlowTimes(attributes, flow);
-        waiting.begin = flow.begin;
-        waiting.end = flow.end;
-        waiting.count =
-            flow.number >= 0 ? flow.number : int(std::ceil((flow.end - flow.begin) / flow.period));
-    } else {
-        waiting.begin = waiting.end = attributes.seconds("depart", 0);
-    }
-    bool rides = false;
-    while (reading.input.nextElement()) {
-        const Attributes stage(reading.input);
-        if (reading.input.name() == QLatin1String("stop") && !rides) {
-            waiting.busStop = stage.text("busStop", QString());
-        } else if (reading.input.name() == QLatin1String("ride") && !rides) {
-            rides = true;
-            waiting.lines = words(stage, "lines");
-        }
-        reading.input.skipElement();
-    }
-    if (rides && !waiting.busStop.isEmpty())
-        reading.into.passengers.push_back(waiting);
-    else
-        ++reading.into.unread[isFlow ? QStringLiteral("personFlow") : QStringLiteral("person")];
-}
-
 /// Turn ratios, in the form of relations between edges or in the older one of elements in each other. An
 /// interval with other contents is none of this kind.
 void readInterval(CompanionReading &reading) {
     const Attributes interval(reading.input);
     SumoTurnRatio ratio;
     ratio.begin = interval.seconds("begin", 0);
-    ratio.end = interval.seconds("end", kFlowEnd);
+    ratio.end = interval.seconds("end", kIntervalEnd);
     const auto add = [&](const Attributes &attributes) {
         ratio.source = reading.here();
         for (const char *name : {"ratio", "probability", "count"}) {

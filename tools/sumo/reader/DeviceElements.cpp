@@ -11,13 +11,14 @@ double periodOf(const Attributes &attributes) {
 }
 
 void readSignalProgramme(CompanionReading &reading) {
-    reading.into.programmes.push_back(readProgramme(reading.input));
+    reading.into.programmes.push_back(readProgramme(reading.input, reading.here().file));
 }
 
 void readLoop(CompanionReading &reading) {
     const Attributes attributes(reading.input);
-    reading.into.loops.push_back({attributes.text("id"), attributes.text("lane"), attributes.number("pos", 0),
-                                  periodOf(attributes), reading.here()});
+    reading.into.loops.push_back(
+        {attributes.text("id"), attributes.text("lane"), attributes.number("pos", 0), periodOf(attributes),
+         reading.input.name() == QLatin1String("instantInductionLoop"), reading.here()});
     reading.input.skipElement();
 }
 

@@ -25,6 +25,8 @@ using ElementReader = void (*)(CompanionReading &);
 /// The reader of an element of that name; null when it is of another kind.
 ElementReader demandReader(const QStringRef &element);
 ElementReader deviceReader(const QStringRef &element);
+/// The reader of persons and flows of them.
+void readPersons(CompanionReading &reading);
 
 /// The attribute, or nothing where it is not given.
 std::optional<double> optionalNumber(const Attributes &attributes, const char *name);

@@ -67,7 +67,7 @@ void NetReader::readElement() {
     else if (name == QLatin1String("junction"))
         readJunction();
     else if (name == QLatin1String("tlLogic"))
-        mNet.programmes.push_back(readProgramme(mInput));
+        mNet.programmes.push_back(readProgramme(mInput, SumoSource::kNetwork));
     else if (name == QLatin1String("location"))
         readLocation();
     else

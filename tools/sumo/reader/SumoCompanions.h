@@ -17,15 +17,6 @@ namespace moratools {
 /// (.add.xml) as plain records in the files' order. Either kind of file may hold either kind of object, and a
 /// reference may lead to another file. Lengths are metres, speeds metres per second, times seconds.
 
-/// Where a record was read.
-struct SumoSource {
-    static constexpr int kNetwork = -1; ///< `file` of what stands in the network's own file
-
-    int file = 0; ///< place in `SumoCompanions::files`
-    qint64 line = 0;
-    qint64 element = 0; ///< running number in the file (XmlInput::elementNumber())
-};
-
 struct SumoVehicleType {
     QString id;
     QString vClass;
@@ -36,6 +27,7 @@ struct SumoVehicleType {
     std::optional<double> accel;
     std::optional<double> decel;
     std::optional<double> emergencyDecel;
+    double probability = 1; ///< its share where a distribution names it without one
     SumoSource source;
 };
 
@@ -43,6 +35,7 @@ struct SumoVehicleType {
 struct SumoChoice {
     QString id;
     double probability = 1;
+    bool hasOwnShare = true; ///< false: the probability is the one that the vehicle type says of itself
 };
 
 /// A choice of vehicle types or of routes.
@@ -78,12 +71,16 @@ struct MORATOOLS_EXPORT SumoVehicle {
     int route = -1; ///< place in `SumoCompanions::routes` when the route is part of the vehicle
     QString from;   ///< first and last edge where there is no route
     QString to;
+    QStringList via; ///< edges on the way
     std::vector<SumoStop> stops;
     SumoSource source;
 
     bool isFlow = false;
-    std::optional<double> depart; ///< of a vehicle; empty when it departs on an event
-    double begin = 0;             ///< of a flow, as the rest
+    bool onEvent = false; ///< departs when something happens, not at a time
+    /// Starts or ends at a junction or in a zone: SUMO looks for the edge.
+    bool isAtArea = false;
+    double depart = 0; ///< of a vehicle
+    double begin = 0;  ///< of a flow, as the rest
     double end = 0;
     double period = 0; ///< seconds between two departures; 0 for an even spread
     int number = -1;   ///< vehicles; -1 when period and end limit them
@@ -107,6 +104,7 @@ struct SumoLoop {
     QString lane;
     double pos = 0;
     double period = 0;
+    bool isInstant = false; ///< tells each vehicle by itself
     SumoSource source;
 };
 
@@ -170,7 +168,9 @@ struct SumoClosure {
 struct SumoPassengers {
     QString id;
     QString busStop;
-    QStringList lines; ///< any of which they take
+    QStringList lines;    ///< any of which they take
+    QString intended;     ///< the vehicle that they mean to take
+    bool onEvent = false; ///< they set out when something happens, not at a time
     double begin = 0;
     double end = 0;
     int count = 1;

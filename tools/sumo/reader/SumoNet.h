@@ -15,6 +15,15 @@ namespace moratools {
 /// The contents of a SUMO network file as plain records, in the file's order. Lengths are metres, speeds
 /// metres per second, times seconds; coordinates are metres after `SumoLocation::netOffset`.
 
+/// Where a record was read.
+struct SumoSource {
+    static constexpr int kNetwork = -1; ///< `file` of what stands in the network's own file
+
+    int file = 0; ///< place in `SumoCompanions::files`
+    qint64 line = 0;
+    qint64 element = 0; ///< running number in the file (XmlInput::elementNumber())
+};
+
 struct SumoLocation {
     GeometryPoint netOffset;
     GeometryLine convBoundary; ///< lower left and upper right corner; empty where the file has no location
@@ -74,6 +83,8 @@ struct SumoConnection {
 struct SumoPhase {
     double duration = 0;
     QString state; ///< one letter for each link index; may be longer than the controlled links
+    /// Places of the phases that may follow; without any the next one does, and the first after the last.
+    std::vector<int> next;
 };
 
 struct MORATOOLS_EXPORT SumoProgramme {
@@ -81,7 +92,8 @@ struct MORATOOLS_EXPORT SumoProgramme {
     QString programID;
     QString type;
     double offset = 0;
-    std::vector<SumoPhase> phases;
+    std::vector<SumoPhase> phases; ///< the states of all are equally long
+    SumoSource source;
 
     /// The number of signals that it controls.
     int signalCount() const {

@@ -181,7 +181,7 @@ QStringRef Attributes::required(const char *name) const {
     if (!has(name))
         mInput.fail(QStringLiteral("<%1> lacks the attribute \"%2\"; correct the file or write it again")
                         .arg(mElement, QLatin1String(name)));
-    return mValues.value(QLatin1String(name));
+    return mValues.value(QLatin1String(name)).trimmed();
 }
 
 void Attributes::failOn(const char *name, const QString &reason) const {
@@ -195,7 +195,7 @@ QString Attributes::text(const char *name) const {
 }
 
 QString Attributes::text(const char *name, const QString &fallback) const {
-    return has(name) ? mValues.value(QLatin1String(name)).toString() : fallback;
+    return has(name) ? text(name) : fallback;
 }
 
 double Attributes::number(const char *name) const {

@@ -58,7 +58,8 @@ private:
     bool mHasRoot = false;
 };
 
-/// The attributes of the current element of an `XmlInput`, read with their types.
+/// The attributes of the current element of an `XmlInput`, read with their types. Blanks around a value are not
+/// part of it: files that were written by hand have them around ids.
 class Attributes {
 public:
     explicit Attributes(const XmlInput &input)
