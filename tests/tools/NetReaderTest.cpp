@@ -89,15 +89,15 @@ protected:
 TEST_F(NetReader, ReadsEveryKindOfRecord) {
     const SumoNet net = readSumoNet(writeCompressed(QStringLiteral("网 \"1\" 50%.net.xml.gz"), smallNet()));
     EXPECT_FALSE(net.leftHand);
-    EXPECT_EQ(net.location.netOffset, (GeometryPoint{1.5, -2.5, 0}));
-    EXPECT_EQ(net.location.convBoundary, (GeometryLine{{0, 0, 0}, {30, 40, 0}}));
+    EXPECT_EQ(net.location.value("netOffset").toString(), QStringLiteral("1.5,-2.5"));
+    EXPECT_EQ(net.location.value("convBoundary").toString(), QStringLiteral("0.00,-0.00,30.00,40.00"));
 
     ASSERT_EQ(net.edges.size(), 2u);
     const SumoEdge &a = net.edges[0];
     EXPECT_EQ(a.id, QStringLiteral("-a#2"));
     EXPECT_EQ(a.from, QStringLiteral("west"));
     EXPECT_EQ(a.type, QStringLiteral("highway.primary"));
-    EXPECT_EQ(a.name, QStringLiteral("中山路 \"E\""));
+    EXPECT_EQ(a.kept.value("name").toString(), QStringLiteral("中山路 \"E\""));
     ASSERT_EQ(a.lanes.size(), 2u);
     EXPECT_EQ(a.lanes[0].id, QStringLiteral("-a#2_0"));
     EXPECT_EQ(a.lanes[0].length, 9.5);
@@ -113,12 +113,57 @@ TEST_F(NetReader, ReadsEveryKindOfRecord) {
     EXPECT_EQ(net.edge(QStringLiteral("dead")), nullptr);
 
     ASSERT_EQ(net.junctions.size(), 1u);
-    EXPECT_EQ(net.junctions[0].position, (GeometryPoint{11, 0, 2.5}));
+    EXPECT_EQ(net.junctions[0].kept.value("z").toString(), QStringLiteral("2.5"));
     ASSERT_EQ(net.programmes.size(), 1u);
     EXPECT_EQ(net.programmes[0].programID, QStringLiteral("night"));
     EXPECT_EQ(net.programmes[0].offset, 3605);
     ASSERT_EQ(net.programmes[0].phases.size(), 2u);
     EXPECT_EQ(net.programmes[0].phases[1].duration, 4.5);
+}
+
+TEST_F(NetReader, KeepsWhatHasNoRecord) {
+    const QString twice = QStringLiteral("<connection from=\"-a#2\" to=\"b_7\" fromLane=\"1\" toLane=\"0\"/>"
+                                         "<roundabout nodes=\"m n\" edges=\" e &amp;&quot;\n\"/>");
+    const SumoNet net = readSumoNet(write(
+        QStringLiteral("a.net.xml"), smallNet(QStringLiteral("width=\"3.20\" changeLeft=\"bus\""), twice)));
+    EXPECT_EQ(net.kept, (QJsonObject{{"version", "1.16"}}));
+    EXPECT_EQ(net.edges[0].kept, (QJsonObject{{"type", "highway.primary"},
+                                              {"name", "中山路 \"E\""},
+                                              {"params", QJsonObject{{"k", "v"}}}}));
+    EXPECT_EQ(net.edges[0].lanes[0].kept, (QJsonObject{{"disallow", "pedestrian tram"},
+                                                       {"width", "3.20"},
+                                                       {"changeLeft", "bus"},
+                                                       {"params", QJsonObject{{"k", "v"}}}}));
+    EXPECT_EQ(net.connections[0].kept,
+              (QJsonObject{{"tl", "t"}, {"linkIndex", "0"}, {"dir", "s"}, {"state", "o"}}));
+    ASSERT_EQ(net.elements.size(), 2u);
+    EXPECT_EQ(net.elements[0].toJson(), (QJsonArray{"type", QJsonObject{{"id", "x"}, {"priority", "1"}}}));
+    EXPECT_EQ(net.elements[1].toJson(),
+              (QJsonArray{"roundabout", QJsonObject{{"nodes", "m n"}, {"edges", "e &\""}}}));
+
+    const SumoJunction &junction = net.junctions[0];
+    EXPECT_EQ(
+        junction.kept,
+        (QJsonObject{
+            {"type", "traffic_light"}, {"x", "11"}, {"y", "0"}, {"z", "2.5"}, {"shape", "10,-2 12,2"}}));
+    EXPECT_EQ(
+        junction.inside.edges,
+        R"(<edge id=":m_0" function="internal"><lane id=":m_0_0" index="0" speed="5" length="2" shape="10,0,1 11,0,2"/></edge>
+<edge id=":m_1" function="internal"><lane id=":m_1_0" index="0" speed="5" length="2" shape="11,0,2 12,1,3"/></edge>
+<edge id=":m_w0" function="walkingarea"><lane id=":m_w0_0" index="0" speed="1" length="1" shape="0,0 1,1 2,0"/></edge>
+)");
+    EXPECT_EQ(junction.inside.rightOfWay, "<junction><request index=\"0\"/></junction>\n");
+    EXPECT_EQ(junction.inside.junctions, "<junction id=\":m_1_0\" type=\"internal\" x=\"11\" y=\"0\"/>\n");
+    EXPECT_EQ(
+        junction.inside.connections,
+        R"(<connection from="-a#2" to="b_7" fromLane="0" toLane="0" via=":m_0_0" tl="t" linkIndex="0" dir="s" state="o"/>
+<connection from="-a#2" to="b_7" fromLane="1" toLane="0" dir="s" state="M"/>
+<connection from="-a#2" to=":m_w0" fromLane="0" toLane="0" dir="s" state="M"/>
+<connection from=":m_0" to="b_7" fromLane="0" toLane="0" via=":m_1_0" dir="s" state="M"/>
+<connection from=":m_1" to="b_7" fromLane="0" toLane="0" dir="s" state="M"/>
+)");
+    EXPECT_EQ(net.repeatedConnections,
+              QStringList(QStringLiteral("\"-a#2_1->b_7_0\" (a.net.xml, line 33: it occurs a second time)")));
 }
 
 TEST_F(NetReader, PathsFollowTheChainOfInternalLanes) {
@@ -152,7 +197,7 @@ TEST_F(NetReader, FaultsAreNamedWithFileLineAndCause) {
          "names lane 2 of edge \"-a#2\""},
         {"", "<connection from=\"-a#2\" to=\"b_7\" fromLane=\"0\" toLane=\"-1\"/>",
          "names lane -1 of edge \"b_7\""},
-        {"", "<connection from=\"-a#2\" to=\"b_7\" fromLane=\"0\" toLane=\"0\" via=\":q_0\"/>",
+        {"", "<connection from=\"b_7\" to=\"-a#2\" fromLane=\"0\" toLane=\"0\" via=\":q_0\"/>",
          "names the internal lane \":q_0\""},
         {"", "<connection from=\"-a#2\" to=\"b_7\" fromLane=\"x\" toLane=\"0\"/>",
          "line 33: <connection> has fromLane=\"x\""},

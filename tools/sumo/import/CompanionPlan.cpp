@@ -8,6 +8,8 @@ CompanionPlan planCompanions(const SumoNet &net, SumoCompanions companions) {
     CompanionPlan plan;
     const auto records = std::make_shared<SumoCompanions>(std::move(companions));
     plan.companions = records;
+    for (const QString &connection : net.repeatedConnections)
+        plan.leftOut.add(QStringLiteral("connections"), connection);
     removeUnresolved(*records, net, plan.leftOut);
     plan.obstacles = takeObstacles(*records, net);
     plan.lines = planLines(*records, plan.leftOut);

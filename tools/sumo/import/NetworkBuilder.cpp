@@ -7,10 +7,12 @@
 #include "tools/kinds/Roads.h"
 #include "tools/session/StoreSession.h"
 #include "tools/sumo/import/Vocabulary.h"
+#include "tools/sumo/kept/Junctions.h"
 
 #include <QHash>
 #include <QJsonArray>
 #include <QPair>
+#include <QSet>
 
 #include <algorithm>
 #include <cmath>
@@ -43,44 +45,62 @@ double offsetToCentre(const SumoEdge &edge, std::size_t index, bool leftHand) {
     return leftHand ? -fromKerb : fromKerb;
 }
 
-QJsonObject sourceOf(const SumoEdge &edge, bool leftHand) {
-    QJsonObject source{{QStringLiteral("from"), edge.from}, {QStringLiteral("to"), edge.to}};
-    if (!edge.type.isEmpty())
-        source.insert(QStringLiteral("type"), edge.type);
-    if (!edge.name.isEmpty())
-        source.insert(QStringLiteral("name"), edge.name);
+const QString kSumo = QStringLiteral("sumo");
+
+/// What only lane `index` has, or has otherwise than the edge's first lane.
+QJsonObject ownKept(const SumoEdge &edge, const SumoLane &lane) {
+    const SumoLane &first = edge.lanes.front();
+    QJsonObject own = lane.kept;
+    for (const QString &name : {QStringLiteral("allow"), QStringLiteral("disallow")}) {
+        if (lane.kept.value(name) == first.kept.value(name))
+            own.remove(name);
+        else if (!own.contains(name))
+            own.insert(name, QString());
+    }
+    if (lane.speed != first.speed)
+        own.insert(QStringLiteral("speed"), lane.speed);
+    if (lane.length != first.length)
+        own.insert(QStringLiteral("length"), lane.length);
+    if (lane.id != QStringLiteral("%1_%2").arg(edge.id, QString::number(lane.index)))
+        own.insert(QStringLiteral("id"), lane.id);
+    return own;
+}
+
+QJsonObject keptOf(const SumoEdge &edge, bool leftHand) {
+    const SumoLane &first = edge.lanes.front();
+    QJsonObject kept = edge.kept;
+    kept.insert(QStringLiteral("speed"), first.speed);
+    for (const QString &name : {QStringLiteral("allow"), QStringLiteral("disallow")}) {
+        if (first.kept.contains(name))
+            kept.insert(name, first.kept.value(name));
+    }
     QJsonArray lanes;
+    bool differ = false;
     for (const SumoLane &lane : edge.lanes) {
-        const QJsonObject entry{{QStringLiteral("id"), lane.id},
-                                {QStringLiteral("speed"), lane.speed},
-                                {QStringLiteral("length"), lane.length},
-                                {QStringLiteral("permissions"), lane.permissions.toText()}};
+        const QJsonObject own = ownKept(edge, lane);
+        differ |= !own.isEmpty();
         if (leftHand)
-            lanes.prepend(entry);
+            lanes.prepend(own);
         else
-            lanes.append(entry);
+            lanes.append(own);
     }
-    source.insert(QStringLiteral("lanes"), lanes);
-    return {{QStringLiteral("sumo"), source}};
+    if (differ)
+        kept.insert(QStringLiteral("lanes"), lanes);
+    return kept;
 }
 
-QJsonObject sourceOf(const SumoConnection &connection) {
-    QJsonObject source{{QStringLiteral("fromLane"), connection.fromLane},
-                       {QStringLiteral("toLane"), connection.toLane},
-                       {QStringLiteral("dir"), connection.dir},
-                       {QStringLiteral("state"), connection.state}};
-    if (!connection.tl.isEmpty()) {
-        source.insert(QStringLiteral("tl"), connection.tl);
-        source.insert(QStringLiteral("linkIndex"), connection.linkIndex);
-    }
-    return source;
+QJsonObject keptOf(const SumoConnection &connection) {
+    QJsonObject kept = connection.kept;
+    kept.insert(QStringLiteral("fromLane"), connection.fromLane);
+    kept.insert(QStringLiteral("toLane"), connection.toLane);
+    return kept;
 }
 
-/// Whether the list has a connection between the same lanes: a lane connector is known by its lanes.
-bool hasMovement(const std::vector<const SumoConnection *> &list, const SumoConnection &connection) {
-    return std::any_of(list.begin(), list.end(), [&connection](const SumoConnection *other) {
-        return other->fromLane == connection.fromLane && other->toLane == connection.toLane;
-    });
+QJsonObject keptOf(const SumoJunction &junction, std::size_t place) {
+    QJsonObject kept = junction.kept;
+    kept.insert(QStringLiteral("at"), int(place));
+    kept.insert(QStringLiteral("inside"), junction.inside.toText());
+    return kept;
 }
 
 } // namespace
@@ -124,7 +144,7 @@ std::unique_ptr<Link> NetworkBuilder::buildLink(const SumoEdge &edge) {
     link->nonLinearCoefficient = 1.0;
     link->limitSpeed = limitSpeedKmh(edge);
     link->desiredSpeed = link->limitSpeed;
-    link->otherAttrsJson = sourceOf(edge, mNet.leftHand);
+    link->otherAttrsJson = {{kSumo, keptOf(edge, mNet.leftHand)}};
     if (!vocabulary::isRoad(edge))
         markNoRoad(*link);
     addVertices(*link, edge);
@@ -175,7 +195,7 @@ NetworkBuilder::buildConnectors(const std::vector<std::unique_ptr<Link>> &links)
         if (known == groupOf.constEnd()) {
             groupOf.insert(ends, groups.size());
             groups.push_back({&connection});
-        } else if (!hasMovement(groups[*known], connection)) {
+        } else {
             groups[*known].push_back(&connection);
         }
     }
@@ -196,7 +216,7 @@ NetworkBuilder::buildConnector(const std::vector<const SumoConnection *> &connec
     connector->connName = QStringLiteral("%1->%2").arg(first.from, first.to);
     connector->limitSpeed = std::min(from->limitSpeed, to->limitSpeed);
     connector->desiredSpeed = connector->limitSpeed;
-    QJsonArray sources;
+    QJsonArray kept;
     for (const SumoConnection *connection : connections) {
         Lane *start = laneOf(*from, connection->fromLane);
         auto laneConnector =
@@ -209,7 +229,7 @@ NetworkBuilder::buildConnector(const std::vector<const SumoConnection *> &connec
         laneConnector->rightBreakPointsJson =
             geometryjson::fromPoints(geometry::offset(path, -start->width / 2));
         connector->length += geometry::length(path) / double(connections.size());
-        sources.append(sourceOf(*connection));
+        kept.append(keptOf(*connection));
         connector->mlLaneConnector.append(laneConnector.release());
     }
     updateEdges(*connector);
@@ -218,9 +238,26 @@ NetworkBuilder::buildConnector(const std::vector<const SumoConnection *> &connec
             path->centerLinePointsJson = path->leftBreakPointsJson = path->rightBreakPointsJson =
                 StoredJson();
     }
-    connector->otherAttrsJson = {
-        {QStringLiteral("sumo"), QJsonObject{{QStringLiteral("connections"), sources}}}};
+    connector->otherAttrsJson = {{kSumo, QJsonObject{{QStringLiteral("connections"), kept}}}};
     return connector;
+}
+
+QJsonArray NetworkBuilder::keepJunctions(const NetLists &network) const {
+    const Junctions junctions(network);
+    const QSet<QString> meeting(junctions.names().cbegin(), junctions.names().cend());
+    QJsonArray others;
+    for (std::size_t i = 0; i < mNet.junctions.size(); ++i) {
+        const SumoJunction &junction = mNet.junctions[i];
+        QJsonObject kept = keptOf(junction, i);
+        if (meeting.contains(junction.id)) {
+            kept.insert(QStringLiteral("of"), junctions.digest(junction.id));
+            Junctions::keep(junctions.keeper(junction.id), junction.id, kept);
+        } else {
+            kept.insert(QStringLiteral("id"), junction.id);
+            others.append(kept);
+        }
+    }
+    return others;
 }
 
 Lane *NetworkBuilder::laneOf(const Link &link, int sumoIndex) const {

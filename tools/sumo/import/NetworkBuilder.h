@@ -2,9 +2,12 @@
 
 #include "model/Connector.h"
 #include "model/Link.h"
+#include "model/NetLists.h"
 #include "tools/MoraToolsExport.h"
 #include "tools/sumo/import/IdSource.h"
 #include "tools/sumo/reader/SumoNet.h"
+
+#include <QJsonArray>
 
 #include <memory>
 #include <vector>
@@ -19,8 +22,8 @@ namespace moratools {
 /// between two edges become one connector, named "from->to", with a lane connector each.
 ///
 /// What has no place of its own in the store is kept in the attributes objects under "sumo": for links the
-/// edge's name, type and junctions and for each lane, by serial number, its id, speed, length and permitted
-/// vehicles; for connectors direction, signal programme and link index of each connection.
+/// attributes of the edge and of its first lane, a list "lanes" of what the lanes, by serial number, have
+/// otherwise, and the inside of a junction; for connectors the attributes of each connection.
 class MORATOOLS_EXPORT NetworkBuilder {
 public:
     /// `withLaneConnectorGeometry` says whether the store has a place for it.
@@ -30,6 +33,9 @@ public:
     std::vector<std::unique_ptr<Link>> buildLinks();
     /// Connectors between `links`, which came from buildLinks() and must outlive them.
     std::vector<std::unique_ptr<Connector>> buildConnectors(const std::vector<std::unique_ptr<Link>> &links);
+    /// Keeps the insides of junctions in the attributes of the links of `network`.
+    /// @return those of junctions where no link begins or ends.
+    QJsonArray keepJunctions(const NetLists &network) const;
 
 private:
     std::unique_ptr<Link> buildLink(const SumoEdge &edge);

@@ -2,6 +2,7 @@
 
 #include "store/DBTools.h"
 #include "store/DBTools_V6.h"
+#include "store/StoredNet.h"
 #include "tools/reports/Failure.h"
 #include "tools/reports/ShareOfSteps.h"
 #include "tools/session/GuardedTransaction.h"
@@ -44,14 +45,24 @@ private:
     bool mKept = false;
 };
 
-QJsonObject sourceOf(const SumoNet &net) {
-    const auto point = [](const GeometryPoint &p) { return QJsonArray{p.x, p.y}; };
-    QJsonObject source{{QStringLiteral("netOffset"), point(net.location.netOffset)},
-                       {QStringLiteral("origBoundary"), net.location.origBoundary},
-                       {QStringLiteral("projParameter"), net.location.projParameter}};
-    if (net.leftHand)
-        source.insert(QStringLiteral("lefthand"), true);
-    return {{QStringLiteral("sumo"), source}};
+/// What the record of the network keeps of its file, beside what `junctions` holds.
+QJsonObject keptOf(const SumoNet &net, const QJsonArray &junctions) {
+    QJsonArray elements;
+    for (const KeptElement &element : net.elements)
+        elements.append(element.toJson());
+    QJsonArray homeless;
+    for (const JunctionInside &inside : net.homeless)
+        homeless.append(inside.toText());
+    QJsonObject kept{{QStringLiteral("net"), net.kept},
+                     {QStringLiteral("location"), net.location},
+                     {QStringLiteral("elements"), elements},
+                     {QStringLiteral("junctions"), junctions},
+                     {QStringLiteral("homeless"), homeless}};
+    for (const QString &part : kept.keys()) {
+        if (kept[part].isArray() && kept[part].toArray().isEmpty())
+            kept.remove(part);
+    }
+    return kept;
 }
 
 QPointF centreOf(const SumoNet &net) {
@@ -86,7 +97,6 @@ NetRecord recordFor(const StoreSession &store, const SumoNet &net, const QString
     record.name = name;
     record.sourceType = QStringLiteral("SUMO");
     record.sourceUrl = net.path;
-    record.otherAttrsJson = sourceOf(net);
     record.centerX = centreOf(net).x();
     record.centerY = centreOf(net).y();
     record.isDefault = present.isEmpty();
@@ -156,10 +166,13 @@ NetworkObjects importNetwork(const StoreSession &store, const SumoNet &net, cons
     network.links = builder.buildLinks();
     reportShare(progress, 0.2);
     network.connectors = builder.buildConnectors(network.links);
+    const QJsonArray junctions = builder.keepJunctions(network);
     reportShare(progress, 0.4);
     buildTraffic(store, net, plan, ids, network);
     requireWritten(store, DBTools::saveNet(store.db(), netId, network, false, ShareOfSteps(progress, 0.5, 1)),
                    "network");
+    network.record.otherAttrsJson.insert(QStringLiteral("sumo"), keptOf(net, junctions));
+    requireWritten(store, StoredNet(store.db(), netId).saveChanges(network), "network's attributes");
     requireWritten(store, DBTools::updateIds(store.db(), false), "identifiers");
     transaction.commit();
     current.keep();

@@ -5,7 +5,12 @@
 #include "tools/sumo/reader/Programme.h"
 #include "tools/sumo/reader/XmlInput.h"
 
+#include <QFileInfo>
+#include <QJsonArray>
+#include <QSet>
+
 #include <algorithm>
+#include <initializer_list>
 
 namespace moratools {
 
@@ -14,6 +19,47 @@ namespace {
 // The lane width that SUMO assumes where the file gives none.
 constexpr double kDefaultLaneWidth = 3.2;
 constexpr int kElementsBetweenReports = 2000;
+
+/// The attributes of the current element but those named.
+QJsonObject keptOf(const XmlInput &input, std::initializer_list<const char *> but) {
+    QJsonObject kept;
+    const QXmlStreamAttributes attributes = input.attributes();
+    for (const QXmlStreamAttribute &attribute : attributes) {
+        const QStringRef name = attribute.qualifiedName();
+        if (std::none_of(but.begin(), but.end(),
+                         [&name](const char *other) { return name == QLatin1String(other); }))
+            kept.insert(name.toString(), attribute.value().trimmed().toString());
+    }
+    return kept;
+}
+
+/// Reads the current element, which is a child, to its end.
+void keepChild(XmlInput &input, QJsonObject &in) {
+    const auto append = [&in](const QString &list, const QString &key, const QJsonValue &value) {
+        if (key.isEmpty()) {
+            QJsonArray values = in.value(list).toArray();
+            values.append(value);
+            in.insert(list, values);
+        } else {
+            QJsonObject values = in.value(list).toObject();
+            values.insert(key, value);
+            in.insert(list, values);
+        }
+    };
+    const KeptElement child = input.keepElement();
+    const QString *key = child.attribute(QStringLiteral("key"));
+    const QString *value = child.attribute(QStringLiteral("value"));
+    if (child.name == QLatin1String("param") && child.attributes.size() == 2 && child.children.empty() &&
+        key && value && !key->isEmpty())
+        append(QStringLiteral("params"), *key, *value);
+    else
+        append(QStringLiteral("children"), QString(), child.toJson());
+}
+
+/// The junction of an internal edge, whose id is a colon, that of the junction, and a number after a "_".
+QString junctionOfInternal(const QString &edge) {
+    return edge.mid(1, edge.lastIndexOf(QLatin1Char('_')) - 1);
+}
 
 class NetReader {
 public:
@@ -25,14 +71,17 @@ public:
 
 private:
     void readElement();
-    void readLocation();
     void readEdge();
-    void readInternalEdge();
+    void readInternalEdge(const QString &id);
     SumoLane readLane();
     void addEdge(SumoEdge edge);
     void readJunction();
     void readConnection();
+    void addConnection(SumoConnection connection);
     void linkInternalLanes();
+    /// The insides read so far of the junction of that id.
+    JunctionInside &inside(const QString &junction);
+    void settleInsides();
 
     struct InternalStep {
         QString from; ///< internal lane
@@ -43,71 +92,64 @@ private:
     Progress mProgress;
     SumoNet mNet;
     std::vector<InternalStep> mSteps;
+    QHash<QString, JunctionInside> mInsides;
+    QHash<QString, QByteArray> mConnectionsFrom; ///< by edge, which may follow in the file
+    QSet<QString> mSeenConnections;
 };
 
 SumoNet NetReader::read() {
     mNet.path = mInput.path();
     mNet.leftHand = Attributes(mInput).flag("lefthand", false);
+    mNet.kept = keptOf(mInput, {});
     for (int count = 0; mInput.nextElement(); ++count) {
         if (count % kElementsBetweenReports == 0)
             reportShare(mProgress, mInput.progress());
         readElement();
     }
     linkInternalLanes();
+    settleInsides();
     reportShare(mProgress, 1.0);
     return std::move(mNet);
 }
 
 void NetReader::readElement() {
     const QStringRef name = mInput.name();
-    if (name == QLatin1String("edge"))
+    if (name == QLatin1String("edge")) {
         readEdge();
-    else if (name == QLatin1String("connection"))
+    } else if (name == QLatin1String("connection")) {
         readConnection();
-    else if (name == QLatin1String("junction"))
+    } else if (name == QLatin1String("junction")) {
         readJunction();
-    else if (name == QLatin1String("tlLogic"))
+    } else if (name == QLatin1String("tlLogic")) {
         mNet.programmes.push_back(readProgramme(mInput, SumoSource::kNetwork));
-    else if (name == QLatin1String("location"))
-        readLocation();
-    else
+    } else if (name == QLatin1String("location")) {
+        mNet.location = keptOf(mInput, {});
         mInput.skipElement();
-}
-
-void NetReader::readLocation() {
-    const Attributes attributes(mInput);
-    const GeometryLine netOffset = attributes.shape("netOffset");
-    if (!netOffset.empty())
-        mNet.location.netOffset = netOffset.front();
-    // Four numbers in a row, so it is no list of points.
-    const QStringList corners = attributes.text("convBoundary", QString()).split(QLatin1Char(','));
-    if (corners.size() == 4)
-        mNet.location.convBoundary = {{corners[0].toDouble(), corners[1].toDouble(), 0},
-                                      {corners[2].toDouble(), corners[3].toDouble(), 0}};
-    mNet.location.origBoundary = attributes.text("origBoundary", QString());
-    mNet.location.projParameter = attributes.text("projParameter", QString());
-    mInput.skipElement();
+    } else {
+        mNet.elements.push_back(mInput.keepElement());
+    }
 }
 
 void NetReader::readEdge() {
     const Attributes attributes(mInput);
     const QString function = attributes.text("function", QStringLiteral("normal"));
+    const QString id = attributes.text("id");
     if (function != QLatin1String("normal")) {
-        readInternalEdge();
+        readInternalEdge(id);
         return;
     }
     SumoEdge edge;
     edge.line = mInput.line();
-    edge.id = attributes.text("id");
+    edge.id = id;
     edge.from = attributes.text("from");
     edge.to = attributes.text("to");
     edge.type = attributes.text("type", QString());
-    edge.name = attributes.text("name", QString());
-    edge.shape = attributes.shape("shape");
+    edge.kept = keptOf(mInput, {"id", "from", "to"});
     while (mInput.nextElement()) {
         if (mInput.name() == QLatin1String("lane"))
             edge.lanes.push_back(readLane());
-        mInput.skipElement();
+        else
+            keepChild(mInput, edge.kept);
     }
     addEdge(std::move(edge));
 }
@@ -131,14 +173,18 @@ void NetReader::addEdge(SumoEdge edge) {
     mNet.edges.push_back(std::move(edge));
 }
 
-void NetReader::readInternalEdge() {
-    while (mInput.nextElement()) {
-        if (mInput.name() == QLatin1String("lane")) {
-            const Attributes attributes(mInput);
-            mNet.internalLanes.insert(attributes.text("id"), {attributes.shape("shape"), QString()});
-        }
-        mInput.skipElement();
-    }
+JunctionInside &NetReader::inside(const QString &junction) {
+    return mInsides[junction];
+}
+
+void NetReader::readInternalEdge(const QString &id) {
+    QByteArray &text = inside(junctionOfInternal(id)).edges;
+    mInput.keepText(text, [this] {
+        if (mInput.name() != QLatin1String("lane"))
+            return;
+        const Attributes lane(mInput);
+        mNet.internalLanes.insert(lane.text("id"), {lane.shape("shape"), QString()});
+    });
 }
 
 SumoLane NetReader::readLane() {
@@ -160,6 +206,11 @@ SumoLane NetReader::readLane() {
         attributes.failOn("width", QStringLiteral("which is not positive"));
     if (lane.shape.size() < 2)
         attributes.failOn("shape", QStringLiteral("which is fewer than two points"));
+    lane.kept = keptOf(mInput, {"id", "index", "speed", "length", "width", "shape"});
+    if (attributes.has("width") && lane.width == kDefaultLaneWidth)
+        lane.kept.insert(QStringLiteral("width"), attributes.text("width"));
+    while (mInput.nextElement())
+        keepChild(mInput, lane.kept);
     return lane;
 }
 
@@ -168,12 +219,16 @@ void NetReader::readJunction() {
     SumoJunction junction;
     junction.id = attributes.text("id");
     junction.type = attributes.text("type", QString());
-    if (junction.type != QLatin1String("internal")) {
-        junction.position = {attributes.number("x"), attributes.number("y"), attributes.number("z", 0)};
-        junction.shape = attributes.shape("shape");
-        mNet.junctions.push_back(std::move(junction));
+    if (junction.type == QLatin1String("internal")) {
+        // Its id is that of the internal lane that ends there: that of the edge, and a number after a "_".
+        const QString edge = junction.id.left(junction.id.lastIndexOf(QLatin1Char('_')));
+        mInput.keepText(inside(junctionOfInternal(edge)).junctions);
+        return;
     }
-    mInput.skipElement();
+    junction.kept = keptOf(mInput, {"id", "incLanes", "intLanes"});
+    mInput.keepText(inside(junction.id).rightOfWay, {},
+                    {QStringLiteral("incLanes"), QStringLiteral("intLanes")});
+    mNet.junctions.push_back(std::move(junction));
 }
 
 void NetReader::readConnection() {
@@ -191,14 +246,31 @@ void NetReader::readConnection() {
             mSteps.push_back(
                 {QStringLiteral("%1_%2").arg(connection.from, QString::number(connection.fromLane)),
                  connection.via});
-    } else if (!connection.to.startsWith(QLatin1Char(':'))) {
+        mInput.keepText(inside(junctionOfInternal(connection.from)).connections);
+    } else if (connection.to.startsWith(QLatin1Char(':'))) {
+        mInput.keepText(mConnectionsFrom[connection.from]);
+    } else {
         connection.tl = attributes.text("tl", QString());
         connection.linkIndex = attributes.integer("linkIndex", -1);
-        connection.dir = attributes.text("dir", QString());
-        connection.state = attributes.text("state", QString());
-        mNet.connections.push_back(std::move(connection));
+        connection.kept = keptOf(mInput, {"from", "to", "fromLane", "toLane", "via"});
+        addConnection(std::move(connection));
     }
-    mInput.skipElement();
+}
+
+void NetReader::addConnection(SumoConnection connection) {
+    const QString movement = QStringLiteral("%1_%2->%3_%4")
+                                 .arg(connection.from, QString::number(connection.fromLane), connection.to,
+                                      QString::number(connection.toLane));
+    if (mSeenConnections.contains(movement)) {
+        mNet.repeatedConnections.append(
+            QStringLiteral("\"%1\" (%2, line %3: it occurs a second time)")
+                .arg(movement, QFileInfo(mInput.path()).fileName(), QString::number(connection.line)));
+        mInput.skipElement();
+        return;
+    }
+    mSeenConnections.insert(movement);
+    mInput.keepText(mConnectionsFrom[connection.from]);
+    mNet.connections.push_back(std::move(connection));
 }
 
 void NetReader::linkInternalLanes() {
@@ -207,6 +279,20 @@ void NetReader::linkInternalLanes() {
         if (lane != mNet.internalLanes.end())
             lane->via = step.via;
     }
+}
+
+void NetReader::settleInsides() {
+    QHash<QString, QByteArray> connectionsAt;
+    for (const SumoEdge &edge : mNet.edges)
+        connectionsAt[edge.to] += mConnectionsFrom.take(edge.id);
+    for (auto at = connectionsAt.begin(); at != connectionsAt.end(); ++at)
+        inside(at.key()).connections.prepend(*at);
+    for (SumoJunction &junction : mNet.junctions)
+        junction.inside = mInsides.take(junction.id);
+    QStringList others = mInsides.keys();
+    std::sort(others.begin(), others.end());
+    for (const QString &id : qAsConst(others))
+        mNet.homeless.push_back(mInsides.take(id));
 }
 
 } // namespace

@@ -2,10 +2,14 @@
 
 #include "model/GeometryLine.h"
 #include "tools/MoraToolsExport.h"
+#include "tools/sumo/kept/JunctionInside.h"
+#include "tools/sumo/kept/KeptElement.h"
 #include "tools/sumo/reader/VehicleClasses.h"
 
 #include <QHash>
+#include <QJsonObject>
 #include <QString>
+#include <QStringList>
 
 #include <algorithm>
 #include <vector>
@@ -13,7 +17,7 @@
 namespace moratools {
 
 /// The contents of a SUMO network file as plain records, in the file's order. Lengths are metres, speeds
-/// metres per second, times seconds; coordinates are metres after `SumoLocation::netOffset`.
+/// metres per second, times seconds; coordinates are metres after the location's net offset.
 
 /// Where a record was read.
 struct SumoSource {
@@ -24,12 +28,8 @@ struct SumoSource {
     qint64 element = 0; ///< running number in the file (XmlInput::elementNumber())
 };
 
-struct SumoLocation {
-    GeometryPoint netOffset;
-    GeometryLine convBoundary; ///< lower left and upper right corner; empty where the file has no location
-    QString origBoundary;
-    QString projParameter;
-};
+/// What an element says beyond its record is kept in it as it stood: attributes by name, `param` children as
+/// one object "params", other children as a list "children" of KeptElement::toJson().
 
 struct MORATOOLS_EXPORT SumoLane {
     QString id;
@@ -39,6 +39,7 @@ struct MORATOOLS_EXPORT SumoLane {
     double length = 0; ///< authoritative; may differ from the drawn length
     double width = 0;
     GeometryLine shape; ///< centre line, two points at least
+    QJsonObject kept;   ///< permissions among it; a width only where it is given and is the usual one
 };
 
 /// A road section between two junctions: an edge of the normal function.
@@ -47,9 +48,8 @@ struct SumoEdge {
     QString from;
     QString to;
     QString type;
-    QString name;
-    GeometryLine shape;          ///< the drawn edge, where the file gives one
     std::vector<SumoLane> lanes; ///< by index, from 0 without a gap
+    QJsonObject kept;            ///< type and name among it
     qint64 line = 0;
 };
 
@@ -62,8 +62,8 @@ struct SumoInternalLane {
 struct SumoJunction {
     QString id;
     QString type;
-    GeometryPoint position;
-    GeometryLine shape;
+    QJsonObject kept; ///< all attributes but the id and the lists of lanes
+    JunctionInside inside;
 };
 
 /// A permitted movement from a lane of one edge to a lane of another.
@@ -75,8 +75,7 @@ struct SumoConnection {
     QString via; ///< first internal lane on the way, empty for a direct one
     QString tl;  ///< signal programme that controls the movement, empty where there is none
     int linkIndex = -1;
-    QString dir;
-    QString state;
+    QJsonObject kept; ///< all attributes but those of the ends and `via`
     qint64 line = 0;
 };
 
@@ -107,10 +106,14 @@ struct MORATOOLS_EXPORT SumoProgramme {
 struct MORATOOLS_EXPORT SumoNet {
     QString path;
     bool leftHand = false;
-    SumoLocation location;
+    QJsonObject kept; ///< attributes of the root
+    QJsonObject location;
     std::vector<SumoEdge> edges;
     std::vector<SumoJunction> junctions;     ///< without the internal ones
-    std::vector<SumoConnection> connections; ///< between normal edges only
+    std::vector<SumoConnection> connections; ///< between normal edges only, each once
+    QStringList repeatedConnections;         ///< those that are there a second time, named with their line
+    std::vector<KeptElement> elements;       ///< that have no record: types, roundabouts, prohibitions, ...
+    std::vector<JunctionInside> homeless;    ///< insides of junctions that the file does not have
     std::vector<SumoProgramme> programmes;
     QHash<QString, SumoInternalLane> internalLanes;
     QHash<QString, int> edgeIndex; ///< edge id to its place in `edges`

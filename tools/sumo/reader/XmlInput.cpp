@@ -40,6 +40,35 @@ bool parsePoint(const QStringRef &text, GeometryPoint &point) {
            (secondComma < 0 || parseNumber(text.mid(secondComma + 1), point.z));
 }
 
+/// The text as it stands in an attribute. Line ends and tabs are written out, since a parser takes those that
+/// stand there for blanks.
+void appendEscaped(QByteArray &to, const QStringRef &text) {
+    const QByteArray bytes = text.toUtf8();
+    for (const char byte : bytes) {
+        switch (byte) {
+        case '<':
+            to += "&lt;";
+            break;
+        case '>':
+            to += "&gt;";
+            break;
+        case '&':
+            to += "&amp;";
+            break;
+        case '"':
+            to += "&quot;";
+            break;
+        case '\n':
+        case '\r':
+        case '\t':
+            to += "&#" + QByteArray::number(int(byte)) + ';';
+            break;
+        default:
+            to += byte;
+        }
+    }
+}
+
 } // namespace
 
 /// Hands the file on to the parser, which keeps a text in memory until it has all of it. Reading ends where a
@@ -134,6 +163,47 @@ bool XmlInput::nextElement() {
 void XmlInput::skipElement() {
     for (const int outside = mDepth - 1; mDepth > outside;)
         next();
+}
+
+KeptElement XmlInput::keepElement() {
+    KeptElement element;
+    element.name = name().toString();
+    const QXmlStreamAttributes given = mXml.attributes();
+    element.attributes.reserve(std::size_t(given.size()));
+    for (const QXmlStreamAttribute &attribute : given)
+        element.attributes.emplace_back(attribute.qualifiedName().toString(),
+                                        attribute.value().trimmed().toString());
+    while (nextElement())
+        element.children.push_back(keepElement());
+    return element;
+}
+
+void XmlInput::keepText(QByteArray &text, const std::function<void()> &atChild, const QStringList &only) {
+    keepTag(text, atChild, only);
+    text += '\n';
+}
+
+void XmlInput::keepTag(QByteArray &text, const std::function<void()> &atChild, const QStringList &only) {
+    const QByteArray tag = name().toUtf8();
+    text += '<' + tag;
+    const QXmlStreamAttributes given = mXml.attributes();
+    for (const QXmlStreamAttribute &attribute : given) {
+        if (!only.isEmpty() && !only.contains(attribute.qualifiedName()))
+            continue;
+        text += ' ' + attribute.qualifiedName().toUtf8() + "=\"";
+        appendEscaped(text, attribute.value().trimmed());
+        text += '"';
+    }
+    bool hasChildren = false;
+    while (nextElement()) {
+        if (!hasChildren)
+            text += '>';
+        hasChildren = true;
+        if (atChild)
+            atChild();
+        keepTag(text, atChild, {});
+    }
+    text += hasChildren ? "</" + tag + '>' : QByteArrayLiteral("/>");
 }
 
 double XmlInput::progress() const {

@@ -1,11 +1,14 @@
 #pragma once
 
 #include "model/GeometryLine.h"
+#include "tools/sumo/kept/KeptElement.h"
 
 #include <QFile>
 #include <QString>
+#include <QStringList>
 #include <QXmlStreamReader>
 
+#include <functional>
 #include <memory>
 
 namespace moratools {
@@ -27,6 +30,12 @@ public:
     /// file has been read to its end, and holds nothing more.
     bool nextElement();
     void skipElement();
+    /// Reads the current element to its end and gives it as it stands, without blanks around values.
+    KeptElement keepElement();
+    /// Reads the current element to its end and appends it to `text` in one line, as keepElement() has it.
+    /// `atChild` is called at the start of every element within it and reads no further. Where `only` names
+    /// attributes, others of the element itself are passed over.
+    void keepText(QByteArray &text, const std::function<void()> &atChild = {}, const QStringList &only = {});
     QStringRef name() const { return mXml.name(); }
     QXmlStreamAttributes attributes() const { return mXml.attributes(); }
     qint64 line() const { return mXml.lineNumber(); }
@@ -42,6 +51,7 @@ public:
 
 private:
     class Source;
+    void keepTag(QByteArray &text, const std::function<void()> &atChild, const QStringList &only);
 
     QXmlStreamReader::TokenType next();
     void check() const;

@@ -1,0 +1,28 @@
+#include "tools/sumo/kept/JunctionInside.h"
+
+#include "tools/sumo/kept/Packed.h"
+
+namespace moratools {
+
+QString JunctionInside::toText() const {
+    return packed(edges + '\n' + rightOfWay + '\n' + junctions + '\n' + connections);
+}
+
+JunctionInside JunctionInside::fromText(const QString &text) {
+    JunctionInside inside;
+    const QByteArray all = unpacked(text);
+    int start = 0;
+    for (QByteArray *part : {&inside.edges, &inside.rightOfWay, &inside.junctions, &inside.connections}) {
+        // A part without an element is nothing but the empty line.
+        int end = start;
+        while (end < all.size() && all[end] != '\n') {
+            const int lineEnd = all.indexOf('\n', end);
+            end = lineEnd < 0 ? all.size() : lineEnd + 1;
+        }
+        *part = all.mid(start, end - start);
+        start = end + 1;
+    }
+    return inside;
+}
+
+} // namespace moratools

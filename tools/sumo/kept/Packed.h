@@ -1,0 +1,21 @@
+#pragma once
+
+#include "tools/MoraToolsExport.h"
+
+#include <QByteArray>
+#include <QString>
+
+namespace moratools {
+
+/// A text that is long and has many repetitions, as a value of a JSON object: base64 of what qCompress()
+/// gives, so that qUncompress(QByteArray::fromBase64(...)) gives it back. Equal for equal text.
+MORATOOLS_EXPORT QString packed(const QByteArray &text);
+
+/// What packed() was given. Null for what it did not make, for what is damaged, and for more than 1 GiB; what
+/// a few bytes claim to hold takes no memory.
+MORATOOLS_EXPORT QByteArray unpacked(const QString &packed);
+
+/// Tells whether something is as it was: the first 16 hexadecimal digits of the SHA-256 of `text`.
+MORATOOLS_EXPORT QString shortDigestOf(const QByteArray &text);
+
+} // namespace moratools
