@@ -3,8 +3,12 @@
 #include "host/commands/Commands.h"
 #include "host/commands/CompanionFiles.h"
 #include "host/commands/OpenedStore.h"
+#include "tools/reports/OutputFile.h"
+#include "tools/sumo/import/ImportReport.h"
 #include "tools/sumo/import/NetworkImport.h"
 #include "tools/sumo/reader/NetReader.h"
+
+#include <QJsonDocument>
 
 using namespace moratools;
 
@@ -16,10 +20,26 @@ struct Options {
     std::string store;
     std::string network;
     std::string name;
+    std::string report;
     CompanionFiles companions;
 };
 
+/// Writes what became of each element and attribute of the files.
+void writeReport(const QString &path, const SumoNet &net, const CompanionPlan &plan, const QString &done) {
+    try {
+        ProgressBar counting(QStringLiteral("counting"));
+        const QJsonObject report = importReport(net, *plan.companions, plan.leftOut, counting.hearer());
+        writeOutputFile(path, QJsonDocument(report).toJson());
+    } catch (const Failure &failure) {
+        throw OutputLost(
+            QStringLiteral("%1, but the report is not written: %2").arg(done, failure.message()));
+    }
+}
+
 void import(const Options &options) {
+    const QString report = QString::fromStdString(options.report);
+    if (!report.isEmpty())
+        requireOutputPath(report, QStringLiteral("report"));
     const QString path = QString::fromStdString(options.network);
     const QString name = options.name.empty() ? networkNameOf(path) : QString::fromStdString(options.name);
     // The store is asked first: it takes no time, and reading a large network may. It is opened last: what
@@ -50,6 +70,8 @@ void import(const Options &options) {
               .arg(title, QString::number(network.links.size()), QString::number(network.connectors.size()),
                    countsOf(network.traffic), vehicles.isEmpty() ? QString() : vehicles + QLatin1Char('\n')),
           title + QStringLiteral(" is in the store"));
+    if (!report.isEmpty())
+        writeReport(report, net, plan, title + QStringLiteral(" is in the store"));
     reportLeftOut(plan);
 }
 
@@ -65,6 +87,10 @@ void addImport(CLI::App &program, Run &run) {
     command->add_option("NETWORK", options->network, "SUMO network, .net.xml or .net.xml.gz")->required();
     command->add_option("--name", options->name, "Name of the new network; default: the file's name")
         ->type_name("N");
+    command
+        ->add_option("--report", options->report,
+                     "Write what became of each element and attribute of the files, as JSON, to this file")
+        ->type_name("FILE");
     options->companions.addTo(*command);
     command->callback([options, &run] { run.work = [options] { import(*options); }; });
 }

@@ -1,11 +1,10 @@
 #include "tools/drawing/NetworkDrawing.h"
 #include "tools/reports/Failure.h"
+#include "tools/reports/OutputFile.h"
 
 #include <QBuffer>
-#include <QFileInfo>
 #include <QImage>
 #include <QPainter>
-#include <QSaveFile>
 #include <QSvgGenerator>
 
 namespace moratools {
@@ -67,34 +66,6 @@ bool isSvg(const QString &path) {
     return path.endsWith(QLatin1String(".svg"), Qt::CaseInsensitive);
 }
 
-/// The file that `path` leads to by links, whether it exists or not.
-QFileInfo behindLinks(const QString &path) {
-    constexpr int mostLinks = 40;
-    QFileInfo info(path);
-    for (int i = 0; i < mostLinks && info.isSymLink(); ++i)
-        info.setFile(info.symLinkTarget());
-    if (info.isSymLink())
-        throw Failure(QStringLiteral("%1: a link that leads to itself; remove it").arg(path));
-    return info;
-}
-
-template <class File>
-void write(File &file, const QByteArray &bytes, const QString &path) {
-    const auto finish = [&file] {
-        if constexpr (std::is_same_v<File, QSaveFile>)
-            return file.commit();
-        else
-            return file.flush();
-    };
-    if (file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size() && finish())
-        return;
-    // A disk that takes only a part of the bytes reports no error of its own.
-    const bool isKnown =
-        file.error() != QFileDevice::NoError && file.error() != QFileDevice::UnspecifiedError;
-    throw Failure(QStringLiteral("%1: cannot be written (%2)")
-                      .arg(path, isKnown ? file.errorString() : QStringLiteral("no room left on the disk")));
-}
-
 } // namespace
 
 void requirePicturePath(const QString &path) {
@@ -103,12 +74,7 @@ void requirePicturePath(const QString &path) {
     if (!isSvg(path) && !path.endsWith(QLatin1String(".png"), Qt::CaseInsensitive))
         throw Failure(
             QStringLiteral("%1: a picture's name ends in .svg or .png; give one of these").arg(path));
-    const QFileInfo info = behindLinks(path);
-    if (info.isDir())
-        throw Failure(QStringLiteral("%1: this is a folder; give the path of a picture").arg(path));
-    QFile present(info.filePath());
-    if (info.isFile() && present.open(QIODevice::ReadOnly) && present.read(15) == "SQLite format 3")
-        throw Failure(QStringLiteral("%1: this is a store; give another path for the picture").arg(path));
+    requireOutputPath(path, QStringLiteral("picture"));
 }
 
 QStringList drawToFile(const NetworkObjects &network, const QString &path, double longSide) {
@@ -116,15 +82,7 @@ QStringList drawToFile(const NetworkObjects &network, const QString &path, doubl
     const NetworkDrawing drawing(network);
     const QSize size = drawing.sizeFor(longSide).toSize();
     const QByteArray bytes = isSvg(path) ? toSvg(drawing, size, network.record.name) : toPng(drawing, size);
-    const QFileInfo info = behindLinks(path);
-    if (info.exists() && !info.isFile()) {
-        // A device or a pipe takes the picture as it is: put in its place, a file would be in its way.
-        QFile device(info.filePath());
-        write(device, bytes, path);
-    } else {
-        QSaveFile file(info.filePath());
-        write(file, bytes, path);
-    }
+    writeOutputFile(path, bytes);
     return drawing.leftOut();
 }
 
