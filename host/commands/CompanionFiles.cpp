@@ -12,7 +12,30 @@ using namespace moratools;
 
 namespace commands {
 
+namespace {
+
+SumoCompanions readCompanions(const SumoScenario &scenario) {
+    SumoCompanions companions;
+    for (const QStringList &files : {scenario.additional, scenario.routes}) {
+        for (const QString &file : files) {
+            ProgressBar reading(QStringLiteral("reading"));
+            readSumoCompanion(file, companions, reading.hearer());
+        }
+    }
+    return companions;
+}
+
+} // namespace
+
 void CompanionFiles::addTo(CLI::App &command) {
+    CLI::Option_group *source = command.add_option_group("Source");
+    source->add_option("NETWORK", network, "SUMO network, .net.xml or .net.xml.gz");
+    source
+        ->add_option("--sumocfg", sumocfg,
+                     "SUMO configuration, .sumocfg: network, demand, additional objects, begin, end and step "
+                     "length as it says")
+        ->type_name("FILE");
+    source->require_option(1);
     command.add_option("--routes", routes, "SUMO demand file, .rou.xml or .rou.xml.gz; may be repeated")
         ->type_name("FILE")
         ->allow_extra_args(false);
@@ -24,15 +47,21 @@ void CompanionFiles::addTo(CLI::App &command) {
     command.add_flag("--strict", strict, "Fail, with nothing written, when anything has to be left out");
 }
 
-CompanionPlan CompanionFiles::plan(const SumoNet &net) const {
-    SumoCompanions companions;
-    for (const auto *files : {&additional, &routes}) {
-        for (const std::string &file : *files) {
-            ProgressBar reading(QStringLiteral("reading"));
-            readSumoCompanion(QString::fromStdString(file), companions, reading.hearer());
-        }
-    }
-    CompanionPlan plan = planCompanions(net, std::move(companions));
+SumoScenario CompanionFiles::scenario() const {
+    SumoScenario scenario;
+    if (sumocfg.empty())
+        scenario.network = QString::fromStdString(network);
+    else
+        scenario = readScenario(QString::fromStdString(sumocfg));
+    for (const std::string &file : additional)
+        scenario.additional.append(QString::fromStdString(file));
+    for (const std::string &file : routes)
+        scenario.routes.append(QString::fromStdString(file));
+    return scenario;
+}
+
+CompanionPlan CompanionFiles::plan(const SumoScenario &scenario, const SumoNet &net) const {
+    CompanionPlan plan = planCompanions(net, readCompanions(scenario), scenario);
     const QStringList lines = plan.leftOut.lines();
     for (const QString &line : lines)
         tell(line);

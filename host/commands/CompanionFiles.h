@@ -2,6 +2,7 @@
 
 #include "model/NetContents.h"
 #include "tools/sumo/import/CompanionPlan.h"
+#include "tools/sumo/reader/ScenarioReader.h"
 
 #include <CLI/CLI.hpp>
 
@@ -14,6 +15,8 @@ namespace commands {
 
 /// The options of a command that imports a network with files of demand and additional objects.
 struct CompanionFiles {
+    std::string network;
+    std::string sumocfg; ///< either of the two is given
     std::vector<std::string> routes;
     std::vector<std::string> additional;
     bool strict = false;
@@ -21,9 +24,12 @@ struct CompanionFiles {
     /// Adds the options to a command; this object must outlive it.
     void addTo(CLI::App &command);
 
-    /// Reads the files and plans their import into `net`, which must outlive the plan. Tells the user what
-    /// has to be left out; throws `Failure` when that is anything and `strict` is set.
-    moratools::CompanionPlan plan(const moratools::SumoNet &net) const;
+    /// The files that are meant: those of the configuration first.
+    moratools::SumoScenario scenario() const;
+    /// Reads the files of `scenario` and plans their import into `net`, which must outlive the plan. Tells the
+    /// user what has to be left out; throws `Failure` when that is anything and `strict` is set.
+    moratools::CompanionPlan plan(const moratools::SumoScenario &scenario,
+                                  const moratools::SumoNet &net) const;
 };
 
 /// Throws `Incomplete` when something was left out.

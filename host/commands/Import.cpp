@@ -18,7 +18,6 @@ namespace {
 
 struct Options {
     std::string store;
-    std::string network;
     std::string name;
     std::string report;
     CompanionFiles companions;
@@ -40,8 +39,9 @@ void import(const Options &options) {
     const QString report = QString::fromStdString(options.report);
     if (!report.isEmpty())
         requireOutputPath(report, QStringLiteral("report"));
-    const QString path = QString::fromStdString(options.network);
-    const QString name = options.name.empty() ? networkNameOf(path) : QString::fromStdString(options.name);
+    const SumoScenario scenario = options.companions.scenario();
+    const QString name =
+        options.name.empty() ? networkNameOf(scenario.network) : QString::fromStdString(options.name);
     // The store is asked first: it takes no time, and reading a large network may. It is opened last: what
     // brings an older store forward stays, whatever becomes of the import.
     const StoreAddress address(QString::fromStdString(options.store));
@@ -53,9 +53,9 @@ void import(const Options &options) {
     SumoNet net;
     {
         ProgressBar reading(QStringLiteral("reading"));
-        net = readSumoNet(path, reading.hearer());
+        net = readSumoNet(scenario.network, reading.hearer());
     }
-    const CompanionPlan plan = options.companions.plan(net);
+    const CompanionPlan plan = options.companions.plan(scenario, net);
     const OpenedStore store(address, Access::Write);
     NetworkObjects network;
     {
@@ -84,14 +84,13 @@ void addImport(CLI::App &program, Run &run) {
         "Read a SUMO network, with demand and additional objects, into a new network of a store: as a whole "
         "or, on a failure, not at all. References that lead nowhere are named and left out.");
     command->add_option("STORE", options->store, kStoreHelp)->required();
-    command->add_option("NETWORK", options->network, "SUMO network, .net.xml or .net.xml.gz")->required();
-    command->add_option("--name", options->name, "Name of the new network; default: the file's name")
-        ->type_name("N");
     command
         ->add_option("--report", options->report,
                      "Write what became of each element and attribute of the files, as JSON, to this file")
         ->type_name("FILE");
     options->companions.addTo(*command);
+    command->add_option("--name", options->name, "Name of the new network; default: the network file's name")
+        ->type_name("N");
     command->callback([options, &run] { run.work = [options] { import(*options); }; });
 }
 

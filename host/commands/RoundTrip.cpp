@@ -26,7 +26,6 @@ namespace {
 constexpr int kPictureSize = 2400;
 
 struct Options {
-    std::string network;
     std::string store;
     std::string svg;
     std::string png;
@@ -73,7 +72,7 @@ void roundTrip(const Options &options) {
         if (!picture.empty())
             requirePicturePath(QString::fromStdString(picture));
     }
-    const QString path = QString::fromStdString(options.network);
+    const SumoScenario scenario = options.companions.scenario();
     std::unique_ptr<TemporaryFolder> folder;
     if (options.store.empty())
         folder = std::make_unique<TemporaryFolder>();
@@ -83,12 +82,12 @@ void roundTrip(const Options &options) {
     SumoNet net;
     {
         ProgressBar progress(QStringLiteral("parsing"));
-        net = readSumoNet(path, progress.hearer());
+        net = readSumoNet(scenario.network, progress.hearer());
     }
-    const CompanionPlan plan = options.companions.plan(net);
+    const CompanionPlan plan = options.companions.plan(scenario, net);
     stopwatch.lap("parsing");
     makeStore(store, newestTemplate());
-    const NetworkObjects written = write(store, net, plan, networkNameOf(path));
+    const NetworkObjects written = write(store, net, plan, networkNameOf(scenario.network));
     stopwatch.lap("writing");
 
     // The store was closed, so nothing below comes from memory.
@@ -128,11 +127,10 @@ void addRoundTrip(CLI::App &program, Run &run) {
         "roundtrip",
         "Write a SUMO network, with demand and additional objects, into a new store, read it back through "
         "the library and compare both.");
-    command->add_option("NETWORK", options->network, "SUMO network, .net.xml or .net.xml.gz")->required();
+    options->companions.addTo(*command);
     command->add_option("--store", options->store, "Keep the store in this new file")->type_name("FILE");
     command->add_option("--svg", options->svg, "Draw what was read back")->type_name("FILE");
     command->add_option("--png", options->png, "Draw what was read back")->type_name("FILE");
-    options->companions.addTo(*command);
     command->callback([options, &run] {
         run.paints = !options->svg.empty() || !options->png.empty();
         run.work = [options] { roundTrip(*options); };

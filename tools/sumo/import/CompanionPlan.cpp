@@ -4,8 +4,11 @@
 
 namespace moratools {
 
-CompanionPlan planCompanions(const SumoNet &net, SumoCompanions companions) {
+CompanionPlan planCompanions(const SumoNet &net, SumoCompanions companions, const SumoScenario &scenario) {
     CompanionPlan plan;
+    plan.scenario = scenario;
+    for (const QString &file : scenario.furtherFiles)
+        plan.leftOut.add(QStringLiteral("files of the configuration"), file);
     const auto records = std::make_shared<SumoCompanions>(std::move(companions));
     plan.companions = records;
     for (const QString &connection : net.repeatedConnections)

@@ -10,11 +10,14 @@
 #include "tools/sumo/import/TransitBuilder.h"
 
 #include <algorithm>
+#include <cmath>
 #include <memory>
 
 namespace moratools {
 
 namespace {
+
+constexpr int kStandardRun = 3600; // seconds; what every network starts with
 
 template <class T>
 QList<long> ascending(const QHash<long, T> &byCode) {
@@ -55,12 +58,25 @@ void readCatalogue(const StoreSession &store, long netId, TrafficObjects &traffi
     }
 }
 
+/// How long a run lasts and the seed, where the configuration says so. Its other figures have no column.
+void buildSettings(const SumoScenario &scenario, NetSettings &settings) {
+    if (!scenario.end && !scenario.seed)
+        return;
+    SimulateConfiguration &simulation = settings.simulation.emplace();
+    simulation.simuTimeInterval = kStandardRun;
+    if (scenario.end)
+        simulation.simuTimeInterval =
+            int(std::lround(std::max(0.0, *scenario.end - scenario.begin.value_or(0))));
+    simulation.randSeed = scenario.seed.value_or(0);
+}
+
 } // namespace
 
 void buildTraffic(const StoreSession &store, const SumoNet &net, const CompanionPlan &plan, IdSource &ids,
                   NetworkObjects &network) {
     readCatalogue(store, network.record.netId, network.traffic);
     build(net, plan, ids, network);
+    buildSettings(plan.scenario, network.settings);
 }
 
 } // namespace moratools

@@ -10,8 +10,6 @@ namespace {
 
 // What SUMO assumes where a flow does not say how long it lasts: a day.
 constexpr double kFlowEnd = 86400;
-// A store keeps times and counts as 32-bit numbers.
-constexpr double kLargest = 2147480000;
 
 /// Seconds between two departures of a flow; 0 where the file gives no rate. A random rate counts with its
 /// mean.
@@ -47,7 +45,7 @@ bool departsOnEvent(const QString &depart) {
 }
 
 void checkTime(const Attributes &attributes, const char *name, double seconds) {
-    if (seconds < 0 || seconds > kLargest)
+    if (seconds < 0 || seconds > kLastSecond)
         attributes.failOn(name, QStringLiteral("which is no time that a store can hold"));
 }
 
@@ -71,7 +69,7 @@ void readFlowTimes(const Attributes &attributes, SumoVehicle &flow) {
         attributes.failOn("end", QStringLiteral("which is before the begin"));
     if (flow.number < 0 && flow.period <= 0)
         attributes.failOn("id", QStringLiteral("which says neither how many depart nor how often"));
-    if (flow.number < 0 && (flow.end - flow.begin) / flow.period > kLargest)
+    if (flow.number < 0 && (flow.end - flow.begin) / flow.period > kLastSecond)
         attributes.failOn("id", QStringLiteral("of which more depart than a store can count"));
 }
 

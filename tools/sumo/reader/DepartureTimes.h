@@ -5,6 +5,9 @@
 
 namespace moratools {
 
+/// A store keeps times and counts as 32-bit numbers.
+constexpr double kLastSecond = 2147480000;
+
 /// Whether a departure waits for something that happens (another vehicle, a passenger, the loading of the file)
 /// instead of a time.
 bool departsOnEvent(const QString &depart);

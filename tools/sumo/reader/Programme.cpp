@@ -1,5 +1,6 @@
 #include "tools/sumo/reader/Programme.h"
 
+#include "tools/sumo/reader/DepartureTimes.h"
 #include "tools/sumo/reader/XmlInput.h"
 
 #include <algorithm>
@@ -10,8 +11,6 @@ namespace moratools {
 
 namespace {
 
-// A store keeps seconds as 32-bit numbers.
-constexpr double kLargest = 2147480000;
 // Those that SUMO's programmes use; R is an older form of r.
 constexpr char kStates[] = "GgYyRrsuoO";
 
@@ -44,7 +43,7 @@ SumoPhase readPhase(const XmlInput &input, const SumoProgramme &programme) {
     SumoPhase phase;
     const QString duration = attributes.text("duration");
     phase.duration = attributes.seconds("duration", 0);
-    if (phase.duration < 0 || phase.duration > kLargest)
+    if (phase.duration < 0 || phase.duration > kLastSecond)
         failInPhase(input, programme, QStringLiteral("of %1 s, which no store can hold").arg(duration));
     phase.state = attributes.text("state");
     checkState(input, programme, phase.state);
@@ -63,7 +62,7 @@ SumoPhase readPhase(const XmlInput &input, const SumoProgramme &programme) {
 }
 
 void check(const XmlInput &input, const SumoProgramme &programme) {
-    if (std::abs(programme.offset) > kLargest)
+    if (std::abs(programme.offset) > kLastSecond)
         fail(input, programme, QStringLiteral("has an offset that no store can hold"));
     double cycle = 0;
     for (std::size_t i = 0; i < programme.phases.size(); ++i) {
@@ -75,7 +74,7 @@ void check(const XmlInput &input, const SumoProgramme &programme) {
                          .arg(QString::number(i), QString::number(next)));
         }
     }
-    if (cycle + std::abs(programme.offset) > kLargest)
+    if (cycle + std::abs(programme.offset) > kLastSecond)
         fail(input, programme, QStringLiteral("has a cycle that no store can hold"));
 }
 

@@ -137,8 +137,12 @@ QXmlStreamReader::TokenType XmlInput::next() {
     check();
     if (token == QXmlStreamReader::DTD || token == QXmlStreamReader::ProcessingInstruction || mXml.isCDATA())
         mSource->countComments();
-    if (token == QXmlStreamReader::StartElement)
+    if (token == QXmlStreamReader::Characters && !mXml.isWhitespace())
+        mText += mXml.text();
+    if (token == QXmlStreamReader::StartElement) {
         ++mElements;
+        mText.clear();
+    }
     if (token == QXmlStreamReader::StartElement && ++mDepth > kDeepestElement)
         fail(QStringLiteral("more than %1 elements are within each other; correct the file or write it again")
                  .arg(kDeepestElement));
@@ -302,20 +306,27 @@ bool Attributes::flag(const char *name, bool fallback) const {
     failOn(name, QStringLiteral("which is neither true nor false"));
 }
 
-double Attributes::seconds(const char *name, double fallback) const {
-    if (!has(name))
-        return fallback;
-    const QVector<QStringRef> fields = required(name).split(QLatin1Char(':'));
-    const bool negative = fields.first().startsWith(QLatin1Char('-'));
+std::optional<double> secondsOf(const QString &text) {
+    const QVector<QStringRef> fields = text.splitRef(QLatin1Char(':'));
+    const bool negative = text.startsWith(QLatin1Char('-'));
     double sum = 0;
     for (int i = 0; i < fields.size(); ++i) {
         double value = 0;
         if (fields.size() > 4 || fields.size() == 2 || !parseNumber(fields[i], value))
-            failOn(name, QStringLiteral("which is neither seconds nor h:m:s"));
+            return {};
         const bool hoursOfDays = fields.size() == 4 && i == 1;
         sum = sum * (i == 0 ? 0 : hoursOfDays ? 24 : 60) + std::abs(value);
     }
     return negative ? -sum : sum;
+}
+
+double Attributes::seconds(const char *name, double fallback) const {
+    if (!has(name))
+        return fallback;
+    const std::optional<double> seconds = secondsOf(text(name));
+    if (!seconds)
+        failOn(name, QStringLiteral("which is neither seconds nor h:m:s"));
+    return *seconds;
 }
 
 GeometryLine Attributes::shape(const char *name) const {

@@ -10,6 +10,7 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 
 namespace moratools {
 
@@ -39,6 +40,8 @@ public:
     QStringRef name() const { return mXml.name(); }
     QXmlStreamAttributes attributes() const { return mXml.attributes(); }
     qint64 line() const { return mXml.lineNumber(); }
+    /// What has been read of the text of the element that was begun last.
+    QString text() const { return mText.trimmed(); }
     /// The running number of the element that was begun last, from 0 for the root, whoever read those before.
     qint64 elementNumber() const { return mElements - 1; }
     QString path() const { return mFile.fileName(); }
@@ -64,9 +67,13 @@ private:
     QString mExpected;
     qint64 mSize = 0;
     int mDepth = 0; ///< of elements that are open
+    QString mText;
     qint64 mElements = 0;
     bool mHasRoot = false;
 };
+
+/// Seconds, given as a number or as h:m:s (with days before: d:h:m:s); none for another text.
+std::optional<double> secondsOf(const QString &text);
 
 /// The attributes of the current element of an `XmlInput`, read with their types. Blanks around a value are not
 /// part of it: files that were written by hand have them around ids.
@@ -83,7 +90,7 @@ public:
     int integer(const char *name) const;
     int integer(const char *name, int fallback) const;
     bool flag(const char *name, bool fallback) const;
-    /// Seconds, given as a number or as h:m:s (with days before: d:h:m:s).
+    /// Seconds, as secondsOf() reads them.
     double seconds(const char *name, double fallback) const;
     /// Points "x,y" or "x,y,z" separated by blanks; a missing attribute gives no points.
     GeometryLine shape(const char *name) const;
