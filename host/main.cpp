@@ -102,6 +102,7 @@ int main(int argc, char **argv) try {
     commands::Run run;
     commands::addNew(program, run);
     commands::addImport(program, run);
+    commands::addExport(program, run);
     commands::addInfo(program, run);
     commands::addShow(program, run);
     commands::addDraw(program, run);

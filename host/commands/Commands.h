@@ -44,6 +44,7 @@ constexpr const char *kNetHelp =
 
 void addNew(CLI::App &program, Run &run);
 void addImport(CLI::App &program, Run &run);
+void addExport(CLI::App &program, Run &run);
 void addInfo(CLI::App &program, Run &run);
 void addShow(CLI::App &program, Run &run);
 void addDraw(CLI::App &program, Run &run);

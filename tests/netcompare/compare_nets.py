@@ -72,7 +72,7 @@ def attributes(element, without=()):
 
 
 def parameters(element):
-    return [(param.get("key"), param.get("value")) for param in element.findall("param")]
+    return sorted((param.get("key"), param.get("value")) for param in element.findall("param"))
 
 
 def whole(element):

@@ -8,6 +8,7 @@
 #include "tools/session/StoreSession.h"
 #include "tools/sumo/import/Vocabulary.h"
 #include "tools/sumo/kept/Junctions.h"
+#include "tools/sumo/kept/LinkLine.h"
 
 #include <QHash>
 #include <QJsonArray>
@@ -144,10 +145,12 @@ std::unique_ptr<Link> NetworkBuilder::buildLink(const SumoEdge &edge) {
     link->nonLinearCoefficient = 1.0;
     link->limitSpeed = limitSpeedKmh(edge);
     link->desiredSpeed = link->limitSpeed;
-    link->otherAttrsJson = {{kSumo, keptOf(edge, mNet.leftHand)}};
+    addVertices(*link, edge);
+    QJsonObject kept = keptOf(edge, mNet.leftHand);
+    kept.insert(QLatin1String(linkline::kKey), linkline::digestOf(*link));
+    link->otherAttrsJson = {{kSumo, kept}};
     if (!vocabulary::isRoad(edge))
         markNoRoad(*link);
-    addVertices(*link, edge);
     addLanes(*link, edge);
     link->laneWidth = link->width() / link->laneNumber;
     link->rightBreakPointsJson = link->mlLane.first()->rightBreakPointsJson;

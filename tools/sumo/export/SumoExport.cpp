@@ -1,0 +1,130 @@
+#include "tools/sumo/export/SumoExport.h"
+
+#include "tools/kinds/NetworkObjects.h"
+#include "tools/reports/Failure.h"
+#include "tools/reports/OutputFile.h"
+#include "tools/session/StoreSession.h"
+#include "tools/sumo/export/BuiltNet.h"
+#include "tools/sumo/export/FolderInMaking.h"
+#include "tools/sumo/export/Netconvert.h"
+#include "tools/sumo/export/PlainNet.h"
+
+#include <QDir>
+#include <QFile>
+#include <QHash>
+#include <QJsonDocument>
+
+namespace moratools {
+
+namespace {
+
+/// The network's name as files may be called anywhere.
+QString fileNameOf(const QString &network) {
+    constexpr int longest = 80;
+    QString name = Names::usable(network).left(longest);
+    name.replace(QLatin1Char('/'), QLatin1Char('_')).replace(QLatin1Char(':'), QLatin1Char('_'));
+    while (name.startsWith(QLatin1Char('.')))
+        name.remove(0, 1);
+    return name.isEmpty() ? QStringLiteral("network") : name;
+}
+
+class Exporter {
+public:
+    Exporter(const NetworkObjects &network, const QString &folder, const ExportOptions &options)
+        : mFolder(folder),
+          mName(fileNameOf(network.record.name)),
+          mOptions(options),
+          mRoads(network, mNames, mLeftOut),
+          mSignals(mRoads, mNames, mLeftOut) {}
+
+    SumoExport run(const Progress &progress);
+
+private:
+    QString path(const QString &name) const { return mFolder + QLatin1Char('/') + name; }
+    QString plainPrefix() const { return path(QStringLiteral("plain/")) + mName; }
+    /// The network file by netconvert.
+    void buildNetwork(PlainNet &plain, const Progress &progress);
+
+    QString mFolder;
+    QString mName;
+    ExportOptions mOptions;
+    Names mNames;
+    LeftOut mLeftOut;
+    ExportedRoads mRoads;
+    ExportedSignals mSignals;
+    SumoExport mResult;
+};
+
+SumoExport Exporter::run(const Progress &progress) {
+    if (mRoads.links().empty())
+        throw Failure(QStringLiteral("network \"%1\" has no roads; there is nothing to export")
+                          .arg(mRoads.network().record.name));
+    mResult.network = mRoads.network().record.name;
+    QDir(mFolder).mkdir(QStringLiteral("plain"));
+    PlainNet plain = plainNet(mRoads, mSignals, mLeftOut);
+    writePlainNet(plain, plainPrefix());
+    reportShare(progress, 0.2);
+    if (!mOptions.plainOnly)
+        buildNetwork(plain, progress);
+    writeOutputFile(path(QStringLiteral("names.json")), QJsonDocument(mNames.toJson()).toJson());
+    mResult.leftOut = mLeftOut.lines();
+    mResult.leftOutCount = mLeftOut.isEmpty() ? QString() : mLeftOut.summary();
+    mResult.isWhole = mLeftOut.isEmpty() && (mOptions.plainOnly || !mResult.networkFile.isEmpty());
+    reportShare(progress, 1);
+    return mResult;
+}
+
+void Exporter::buildNetwork(PlainNet &plain, const Progress &progress) {
+    const QString program = netconvert::program();
+    if (program.isEmpty()) {
+        mResult.note =
+            QStringLiteral("there is no network file, since SUMO's program netconvert is not installed; with "
+                           "it, export again");
+        return;
+    }
+    const QString made = path(mName + QStringLiteral(".made.xml"));
+    const QStringList options = netconvert::optionsFor(mRoads.kept().value(QStringLiteral("net")).toObject());
+    QString problem = netconvert::build(program, plainPrefix(), made, options);
+    reportShare(progress, 0.5);
+    if (problem.isEmpty()) {
+        // Lanes are cut off at junctions, so only the network tells whose lengths are not those of the store.
+        const std::vector<const Link *> differing = builtnet::ofOtherLength(made, mRoads);
+        QHash<const Link *, std::size_t> place;
+        for (std::size_t i = 0; i < mRoads.links().size(); ++i)
+            place.insert(mRoads.links()[i], i);
+        for (const Link *link : differing)
+            setLength(plain.edges[place.value(link)], *link);
+        if (!differing.empty()) {
+            writePlainNet(plain, plainPrefix());
+            problem = netconvert::build(program, plainPrefix(), made, options);
+        }
+    }
+    if (!problem.isEmpty()) {
+        mResult.note =
+            QStringLiteral("there is no network file, since netconvert makes none of the files in the folder "
+                           "\"plain\" (%1); correct what it names and run it on them")
+                .arg(problem);
+        QFile::remove(made);
+        return;
+    }
+    const QString network = mName + QStringLiteral(".net.xml");
+    builtnet::putRight(made, path(network), mRoads, mSignals);
+    QFile::remove(made);
+    mResult.networkFile = network;
+}
+
+} // namespace
+
+SumoExport exportNetwork(const StoreSession &store, long netId, const QString &folder,
+                         const ExportOptions &options, const Progress &progress) {
+    FolderInMaking made(folder);
+    const NetworkObjects network =
+        readNetwork(store, netId, [&progress](double share) { reportShare(progress, share * 0.1); });
+    SumoExport result = Exporter(network, made.path(), options).run(progress);
+    made.publish();
+    if (!result.networkFile.isEmpty())
+        result.networkFile = QDir(folder).filePath(result.networkFile);
+    return result;
+}
+
+} // namespace moratools

@@ -1,0 +1,20 @@
+#include "tools/sumo/kept/LinkLine.h"
+
+#include "tools/sumo/kept/Packed.h"
+
+namespace moratools {
+
+namespace linkline {
+
+QString digestOf(const Link &link) {
+    QByteArray text;
+    for (const Vertex *vertex : link.mlVertex) {
+        for (const double number : {vertex->x, vertex->y, vertex->z})
+            text += QByteArray::number(number, 'g', 17) + ' ';
+    }
+    return shortDigestOf(text);
+}
+
+} // namespace linkline
+
+} // namespace moratools
