@@ -16,12 +16,14 @@ namespace {
 
 SumoCompanions readCompanions(const SumoScenario &scenario) {
     SumoCompanions companions;
-    for (const QStringList &files : {scenario.additional, scenario.routes}) {
+    const auto read = [&companions](const QStringList &files, CompanionRole role) {
         for (const QString &file : files) {
             ProgressBar reading(QStringLiteral("reading"));
-            readSumoCompanion(file, companions, reading.hearer());
+            readSumoCompanion(file, companions, reading.hearer(), role);
         }
-    }
+    };
+    read(scenario.additional, CompanionRole::Additional);
+    read(scenario.routes, CompanionRole::Routes);
     return companions;
 }
 
@@ -61,7 +63,9 @@ SumoScenario CompanionFiles::scenario() const {
 }
 
 CompanionPlan CompanionFiles::plan(const SumoScenario &scenario, const SumoNet &net) const {
-    CompanionPlan plan = planCompanions(net, readCompanions(scenario), scenario);
+    SumoCompanions companions = readCompanions(scenario);
+    // Here vehicles without a route would get one (SumoVehicle::route).
+    CompanionPlan plan = planCompanions(net, std::move(companions), scenario);
     const QStringList lines = plan.leftOut.lines();
     for (const QString &line : lines)
         tell(line);

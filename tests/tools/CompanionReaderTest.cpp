@@ -1,6 +1,9 @@
 #include "tests/tools/CompanionFile.h"
 #include "tools/reports/Failure.h"
 
+#include <QDir>
+#include <QJsonDocument>
+
 using namespace moratools;
 
 namespace {
@@ -58,7 +61,6 @@ TEST_F(CompanionReader, ReadsDemandInAllItsForms) {
     ASSERT_EQ(read.passengers.size(), 1u);
     EXPECT_EQ(read.passengers[0].count, 60);
     EXPECT_EQ(read.passengers[0].lines.size(), 2);
-    EXPECT_TRUE(read.unread.isEmpty());
 }
 
 TEST_F(CompanionReader, ReadsTurnRatiosOldAndNew) {
@@ -104,8 +106,48 @@ TEST_F(CompanionReader, ReadsDevicesUnderTheirOldAndNewNames) {
     EXPECT_EQ(read.closures[0].edge, QStringLiteral("a"));
     EXPECT_EQ(read.closures[1].lane, QStringLiteral("b_0"));
     EXPECT_EQ(read.programmes.at(0).programID, QStringLiteral("night"));
-    EXPECT_EQ(read.unread.keys(),
-              QStringList({QStringLiteral("parkingArea"), QStringLiteral("parkingAreaReroute")}));
+}
+
+TEST_F(CompanionReader, KeepsWhatItReadsAsItStands) {
+    const SumoCompanions read =
+        this->read("<vehicle id=\" v \" depart=\"0\" color=\"1,0,0\"><route edges=\"a b\"/>"
+                   "<param key=\"k\" value=\"\"/></vehicle>\n<!-- none -->"
+                   "<parkingArea id=\"p\"><space x=\"1\"/></parkingArea>");
+    ASSERT_EQ(read.kept.size(), 1u);
+    EXPECT_EQ(read.kept[0].name, QStringLiteral("some.xml"));
+    EXPECT_EQ(read.kept[0].numbers, std::vector<qint64>({1, 4}));
+    QByteArray text;
+    read.kept[0].elements.forEach([&text](const KeptEntry &entry) {
+        text += QJsonDocument(entry.element.toJson()).toJson(QJsonDocument::Compact) + '\n';
+    });
+    EXPECT_EQ(text,
+              QByteArray(R"(["vehicle",{"color":"1,0,0","depart":"0","id":"v"},[["route",{"edges":"a b"}],)"
+                         R"(["param",{"key":"k","value":""}]]])"
+                         "\n"
+                         R"(["parkingArea",{"id":"p"},[["space",{"x":"1"}]]])"
+                         "\n"));
+}
+
+TEST_F(CompanionReader, AFileThatIsIncludedFollows) {
+    const QString first = write("<vType id=\"a\"/><include href=\"sub/some.xml.gz\"/><vType id=\"c\"/>");
+    ASSERT_TRUE(QDir(mFolder.path()).mkdir(QStringLiteral("sub")));
+    QFile second(mFolder.filePath(QStringLiteral("sub/some.xml.gz")));
+    ASSERT_TRUE(second.open(QIODevice::WriteOnly));
+    second.write("<additional><vType id=\"b\"/></additional>");
+    second.close();
+    SumoCompanions companions;
+    readSumoCompanion(first, companions, {}, CompanionRole::Routes);
+    ASSERT_EQ(companions.vehicleTypes.size(), 3u);
+    EXPECT_EQ(companions.vehicleTypes[1].id, QStringLiteral("b"));
+    EXPECT_EQ(companions.vehicleTypes[1].source.file, 1);
+    EXPECT_EQ(companions.vehicleTypes[2].source.file, 0);
+    ASSERT_EQ(companions.kept.size(), 2u);
+    EXPECT_EQ(companions.kept[1].name, QStringLiteral("2_some.xml")) << "one folder has to hold both";
+    EXPECT_EQ(companions.kept[0].numbers, std::vector<qint64>({1, 3}));
+    ASSERT_TRUE(second.open(QIODevice::WriteOnly));
+    second.write("<additional><include href=\"../some.xml\"/></additional>");
+    second.close();
+    EXPECT_THROW(readSumoCompanion(first, companions), Failure);
 }
 
 TEST_F(CompanionReader, FaultsAreNamedWithFileLineAndCause) {

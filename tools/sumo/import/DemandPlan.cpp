@@ -173,8 +173,7 @@ void DemandPlanner::addTurns() {
             const QString fault = QStringLiteral("another interval has the same end");
             mLeftOut.add(
                 QStringLiteral("turn ratios"),
-                named(mCompanions, QStringLiteral("%1->%2").arg(turn.from, turn.to), turn.source, fault),
-                turn.source, fault);
+                named(mCompanions, QStringLiteral("%1->%2").arg(turn.from, turn.to), turn.source, fault));
             continue;
         }
         decisionAt(turn.from + QStringLiteral(" turns"), turn.from)

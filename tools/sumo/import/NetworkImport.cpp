@@ -7,6 +7,7 @@
 #include "tools/reports/ShareOfSteps.h"
 #include "tools/session/GuardedTransaction.h"
 #include "tools/session/StoreSession.h"
+#include "tools/sumo/import/KeptCompanions.h"
 #include "tools/sumo/import/NetworkBuilder.h"
 #include "tools/sumo/import/RefusedInsert.h"
 #include "tools/sumo/import/TrafficImport.h"
@@ -171,7 +172,11 @@ NetworkObjects importNetwork(const StoreSession &store, const SumoNet &net, cons
     buildTraffic(store, net, plan, ids, network);
     requireWritten(store, DBTools::saveNet(store.db(), netId, network, false, ShareOfSteps(progress, 0.5, 1)),
                    "network");
-    network.record.otherAttrsJson.insert(QStringLiteral("sumo"), keptOf(net, junctions));
+    QJsonObject kept = keptOf(net, junctions);
+    const QJsonObject ofCompanions = keepCompanions(plan, network, store.words());
+    for (auto part = ofCompanions.begin(); part != ofCompanions.end(); ++part)
+        kept.insert(part.key(), part.value());
+    network.record.otherAttrsJson.insert(QStringLiteral("sumo"), kept);
     requireWritten(store, StoredNet(store.db(), netId).saveChanges(network), "network's attributes");
     requireWritten(store, DBTools::updateIds(store.db(), false), "identifiers");
     transaction.commit();

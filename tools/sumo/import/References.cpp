@@ -46,7 +46,6 @@ public:
     void resolveVehicles();
     void resolveTurnRatios();
     void resolveDevices();
-    void countUnread();
 
 private:
     /// Removes the records for which `faultOf` gives a reason.
@@ -65,6 +64,8 @@ private:
     QString faultOfType(const QString &type);
     QString faultOfRoute(const SumoVehicle &vehicle) const;
     QString faultOf(const SumoVehicle &vehicle, VehicleIds &ids);
+    void tell(const SumoVehicle &vehicle, const QString &why, bool isKept);
+    void resolvePassengers();
     void removeUnknownStops(std::vector<SumoStop> &stops);
 
     SumoCompanions &mCompanions;
@@ -147,11 +148,22 @@ void Resolver::resolveBusStops() {
         const QString fault = faultOfLanes({stop.lane});
         return fault.isEmpty() ? faultOfId(stop, mBusStops) : fault;
     });
-    QSet<QString> persons;
-    filter("waiting passengers", mCompanions.passengers, [&](const SumoPassengers &passengers) {
+    resolvePassengers();
+}
+
+void Resolver::resolvePassengers() {
+    auto &all = mCompanions.passengers;
+    const auto setOutOnEvent = [this](const SumoPassengers &passengers) {
         if (passengers.onEvent)
-            return QStringLiteral("departs on an event, not at a time");
-        return mBusStops.contains(passengers.busStop) ? faultOfId(passengers, persons)
+            mLeftOut.add(QStringLiteral("waiting passengers"),
+                         named(mCompanions, passengers.id, passengers.source,
+                               QStringLiteral("they set out on an event, not at a time")));
+        return passengers.onEvent;
+    };
+    all.erase(std::remove_if(all.begin(), all.end(), setOutOnEvent), all.end());
+    QSet<QString> ids;
+    filter("waiting passengers", all, [&](const SumoPassengers &passengers) {
+        return mBusStops.contains(passengers.busStop) ? faultOfId(passengers, ids)
                                                       : unknown("bus stop", passengers.busStop);
     });
 }
@@ -264,35 +276,41 @@ QString Resolver::faultOf(const SumoVehicle &vehicle, VehicleIds &ids) {
     QString fault = faultOfRoute(vehicle);
     if (fault.isEmpty())
         fault = faultOfType(vehicle.type);
-    if (fault.isEmpty() && vehicle.onEvent)
-        fault = QStringLiteral("it departs on an event, not at a time");
-    if (fault.isEmpty())
-        fault = ids.faultOf(vehicle);
-    return fault;
+    return fault.isEmpty() ? ids.faultOf(vehicle) : fault;
+}
+
+/// Tells of a vehicle that does not depart. One that is `kept` leads nowhere astray: only the departures lack it.
+void Resolver::tell(const SumoVehicle &vehicle, const QString &why, bool isKept) {
+    const int count = departuresOf(vehicle);
+    mLeftOut.vehicles += count;
+    const QString kind = vehicle.isFlow ? QStringLiteral("flows") : QStringLiteral("vehicles");
+    QString reason = why;
+    if (vehicle.isFlow)
+        reason += QStringLiteral("; %1 vehicles").arg(count);
+    const QString what = named(mCompanions, vehicle.id, vehicle.source, reason);
+    if (isKept)
+        mLeftOut.add(kind, what);
+    else
+        mLeftOut.add(kind, what, vehicle.source, why);
 }
 
 void Resolver::resolveVehicles() {
     auto &vehicles = mCompanions.vehicles;
     VehicleIds ids(vehicles);
-    const auto isFaulty = [&](SumoVehicle &vehicle) {
-        const QString fault = faultOf(vehicle, ids);
-        if (fault.isEmpty()) {
-            removeUnknownStops(vehicle.stops);
-            return false;
-        }
-        mLeftOut.vehicles += departuresOf(vehicle);
-        if (vehicle.isFlow)
-            mLeftOut.add(
-                QStringLiteral("flows"),
-                named(mCompanions, vehicle.id, vehicle.source,
-                      QStringLiteral("%1; %2 vehicles").arg(fault, QString::number(departuresOf(vehicle)))),
-                vehicle.source, fault);
+    const auto doesNotDepart = [&](SumoVehicle &vehicle) {
+        const bool isAtArea = vehicle.isAtArea && !vehicle.hasRoute() && vehicle.from.isEmpty();
+        const QString fault = isAtArea ? QString() : faultOf(vehicle, ids);
+        if (!fault.isEmpty())
+            tell(vehicle, fault, false);
+        else if (vehicle.onEvent)
+            tell(vehicle, QStringLiteral("it departs on an event, not at a time"), true);
+        else if (isAtArea)
+            tell(vehicle, QStringLiteral("it starts at a junction or in a zone, not on an edge"), true);
         else
-            mLeftOut.add(QStringLiteral("vehicles"), named(mCompanions, vehicle.id, vehicle.source, fault),
-                         vehicle.source, fault);
-        return true;
+            removeUnknownStops(vehicle.stops);
+        return !fault.isEmpty() || vehicle.onEvent || isAtArea;
     };
-    vehicles.erase(std::remove_if(vehicles.begin(), vehicles.end(), isFaulty), vehicles.end());
+    vehicles.erase(std::remove_if(vehicles.begin(), vehicles.end(), doesNotDepart), vehicles.end());
 }
 
 void Resolver::resolveTurnRatios() {
@@ -348,12 +366,6 @@ void Resolver::resolveDevices() {
     });
 }
 
-void Resolver::countUnread() {
-    for (auto kind = mCompanions.unread.cbegin(); kind != mCompanions.unread.cend(); ++kind)
-        mLeftOut.add(QStringLiteral("elements of a kind that stores do not hold"), kind.value(),
-                     QStringLiteral("%1 <%2>").arg(QString::number(kind.value()), kind.key()));
-}
-
 } // namespace
 
 void removeUnresolved(SumoCompanions &companions, const SumoNet &net, LeftOut &leftOut) {
@@ -364,7 +376,6 @@ void removeUnresolved(SumoCompanions &companions, const SumoNet &net, LeftOut &l
     resolver.resolveVehicles();
     resolver.resolveTurnRatios();
     resolver.resolveDevices();
-    resolver.countUnread();
 }
 
 QString named(const SumoCompanions &companions, const QString &name, const SumoSource &source,

@@ -2,7 +2,11 @@
 
 #include "tools/sumo/reader/ElementReaders.h"
 
+#include <QDir>
+#include <QFileInfo>
 #include <QRegularExpression>
+
+#include <algorithm>
 
 namespace moratools {
 
@@ -19,6 +23,83 @@ void checkRoot(const XmlInput &input) {
                 .arg(root.toString()));
 }
 
+/// What the file is called where all are in one folder.
+QString nameApart(const QString &path, const std::vector<SumoFile> &others) {
+    QString name = QFileInfo(path).fileName();
+    if (name.endsWith(QLatin1String(".gz"), Qt::CaseInsensitive))
+        name.chop(3);
+    const auto isTaken = [&others](const QString &wanted) {
+        return std::any_of(others.begin(), others.end(), [&wanted](const SumoFile &other) {
+            return other.name.compare(wanted, Qt::CaseInsensitive) == 0;
+        });
+    };
+    QString apart = name;
+    for (int number = 2; isTaken(apart); ++number)
+        apart = QStringLiteral("%1_%2").arg(QString::number(number), name);
+    return apart;
+}
+
+class Reader {
+public:
+    Reader(SumoCompanions &into, const Progress &progress, CompanionRole role)
+        : mInto(into), mProgress(progress), mRole(role) {}
+
+    void read(const QString &path);
+
+private:
+    void readElement(CompanionReading &reading);
+    void include(CompanionReading &reading);
+
+    SumoCompanions &mInto;
+    const Progress &mProgress;
+    CompanionRole mRole;
+    QStringList mOpen; ///< files that include each other, from the outermost
+};
+
+void Reader::read(const QString &path) {
+    XmlInput input(path, QString(), QStringLiteral("a SUMO file of routes or additional objects"));
+    checkRoot(input);
+    mOpen.append(QFileInfo(path).canonicalFilePath());
+    CompanionReading reading{input, mInto, mInto.files.size(), {}};
+    mInto.files.append(path);
+    mInto.kept.push_back({nameApart(path, mInto.kept), mRole == CompanionRole::Routes, {}, {}, {}});
+    for (int count = 0; input.nextElement(); ++count) {
+        if (count % kElementsBetweenReports == 0)
+            reportShare(mProgress, input.progress());
+        if (input.name() == QLatin1String("include"))
+            include(reading);
+        else
+            readElement(reading);
+    }
+    mOpen.removeLast();
+}
+
+void Reader::readElement(CompanionReading &reading) {
+    ElementReader reader = demandReader(reading.input.name());
+    if (!reader)
+        reader = deviceReader(reading.input.name());
+    KeptEntry entry;
+    const qint64 number = reading.input.elementNumber();
+    reading.input.keepWhileRead(entry.element);
+    if (reader)
+        reader(reading);
+    else
+        reading.input.skipElement();
+    SumoFile &file = mInto.kept[std::size_t(reading.file)];
+    file.elements.add(entry);
+    file.numbers.push_back(number);
+    file.kinds.insert(entry.element.name);
+}
+
+void Reader::include(CompanionReading &reading) {
+    const Attributes attributes(reading.input);
+    const QString path = QFileInfo(reading.input.path()).dir().filePath(attributes.text("href"));
+    if (mOpen.contains(QFileInfo(path).canonicalFilePath()))
+        attributes.failOn("href", QStringLiteral("a file that includes this one"));
+    reading.input.skipElement();
+    read(path);
+}
+
 } // namespace
 
 std::optional<double> optionalNumber(const Attributes &attributes, const char *name) {
@@ -30,24 +111,10 @@ QStringList words(const Attributes &attributes, const char *name) {
     return attributes.text(name, QString()).split(separator, Qt::SkipEmptyParts);
 }
 
-void readSumoCompanion(const QString &path, SumoCompanions &into, const Progress &progress) {
-    XmlInput input(path, QString(), QStringLiteral("a SUMO file of routes or additional objects"));
-    checkRoot(input);
-    into.files.append(path);
-    CompanionReading reading{input, into, {}};
-    for (int count = 0; input.nextElement(); ++count) {
-        if (progress && count % kElementsBetweenReports == 0)
-            progress(input.progress());
-        ElementReader reader = demandReader(input.name());
-        if (!reader)
-            reader = deviceReader(input.name());
-        if (reader)
-            reader(reading);
-        else
-            reading.leaveUnread();
-    }
-    if (progress)
-        progress(1.0);
+void readSumoCompanion(const QString &path, SumoCompanions &into, const Progress &progress,
+                       CompanionRole role) {
+    Reader(into, progress, role).read(path);
+    reportShare(progress, 1.0);
 }
 
 } // namespace moratools

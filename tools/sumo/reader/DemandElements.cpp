@@ -72,7 +72,7 @@ void readTypeDistribution(CompanionReading &reading) {
     SumoDistribution distribution{attributes.text("id"), listedMembers(attributes, "vTypes"), reading.here()};
     while (reading.input.nextElement()) {
         if (reading.input.name() != QLatin1String("vType")) {
-            reading.leaveUnread();
+            reading.input.skipElement();
             continue;
         }
         const Attributes type(reading.input);
@@ -139,7 +139,7 @@ void addRouteDistribution(CompanionReading &reading, const Attributes &attribute
     SumoDistribution distribution{id, listedMembers(attributes, "routes"), reading.here()};
     while (reading.input.nextElement()) {
         if (reading.input.name() != QLatin1String("route")) {
-            reading.leaveUnread();
+            reading.input.skipElement();
             continue;
         }
         const Attributes route(reading.input);
@@ -246,7 +246,7 @@ void readInterval(CompanionReading &reading) {
                 reading.input.skipElement();
             }
         } else {
-            reading.leaveUnread();
+            reading.input.skipElement();
         }
     }
 }

@@ -87,7 +87,7 @@ void readRerouter(CompanionReading &reading) {
     const QString id = Attributes(reading.input).text("id");
     while (reading.input.nextElement()) {
         if (reading.input.name() != QLatin1String("interval")) {
-            reading.leaveUnread();
+            reading.input.skipElement();
             continue;
         }
         while (reading.input.nextElement()) {
@@ -98,7 +98,7 @@ void readRerouter(CompanionReading &reading) {
                     {id, edge ? closed : QString(), edge ? QString() : closed, reading.here()});
                 reading.input.skipElement();
             } else {
-                reading.leaveUnread();
+                reading.input.skipElement();
             }
         }
     }

@@ -9,14 +9,10 @@ namespace moratools {
 struct CompanionReading {
     XmlInput &input;
     SumoCompanions &into;
+    int file;                         ///< its place in `into`
     QHash<QString, int> inlineRoutes; ///< edges, as written, of routes without stops that belong to vehicles
 
-    SumoSource here() const { return {into.files.size() - 1, input.line(), input.elementNumber()}; }
-    /// Counts the current element as one that nothing reads, and leaves it.
-    void leaveUnread() {
-        ++into.unread[input.name().toString()];
-        input.skipElement();
-    }
+    SumoSource here() const { return {file, input.line(), input.elementNumber()}; }
 };
 
 /// Reads the current element to its end.

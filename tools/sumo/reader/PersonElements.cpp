@@ -87,8 +87,6 @@ void readPersons(CompanionReading &reading) {
     checkTime(attributes, isFlow ? "begin" : "depart", waiting.end);
     if (way.leadsToStop() || waiting.onEvent)
         reading.into.passengers.push_back(waiting);
-    else
-        ++reading.into.unread[isFlow ? QStringLiteral("personFlow") : QStringLiteral("person")];
 }
 
 } // namespace moratools

@@ -83,6 +83,7 @@ void check(const XmlInput &input, const SumoProgramme &programme) {
 SumoProgramme readProgramme(XmlInput &input, int file) {
     const Attributes attributes(input);
     SumoProgramme programme;
+    input.keepWhileRead(programme.kept);
     programme.source = {file, input.line(), input.elementNumber()};
     programme.id = attributes.text("id");
     programme.programID = attributes.text("programID", QStringLiteral("0"));

@@ -1,9 +1,10 @@
 #pragma once
 
 #include "tools/MoraToolsExport.h"
+#include "tools/sumo/kept/KeptList.h"
 #include "tools/sumo/reader/SumoNet.h"
 
-#include <QMap>
+#include <QSet>
 #include <QString>
 #include <QStringList>
 
@@ -177,8 +178,18 @@ struct SumoPassengers {
     SumoSource source;
 };
 
+/// A companion file as it stood.
+struct SumoFile {
+    QString name;                ///< without its folder and ".gz", and like that of no file before it
+    bool hasRoutes = false;      ///< it was given as a file of routes, not of additional objects
+    KeptList elements;           ///< those below the root
+    std::vector<qint64> numbers; ///< of each of them (XmlInput::elementNumber())
+    QSet<QString> kinds;         ///< their names
+};
+
 struct SumoCompanions {
     QStringList files;
+    std::vector<SumoFile> kept; ///< in the order of `files`
 
     std::vector<SumoVehicleType> vehicleTypes;
     std::vector<SumoDistribution> typeDistributions;
@@ -195,8 +206,6 @@ struct SumoCompanions {
     std::vector<SumoBusStop> busStops;
     std::vector<SumoSpeedSign> speedSigns;
     std::vector<SumoClosure> closures;
-
-    QMap<QString, qint64> unread; ///< elements that nothing reads, counted by name
 };
 
 } // namespace moratools

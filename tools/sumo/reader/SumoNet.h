@@ -92,6 +92,7 @@ struct MORATOOLS_EXPORT SumoProgramme {
     QString type;
     double offset = 0;
     std::vector<SumoPhase> phases; ///< the states of all are equally long
+    KeptElement kept;              ///< all of it
     SumoSource source;
 
     /// The number of signals that it controls.

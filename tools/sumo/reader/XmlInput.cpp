@@ -143,6 +143,8 @@ QXmlStreamReader::TokenType XmlInput::next() {
         ++mElements;
         mText.clear();
     }
+    if (!mKeeping.empty())
+        keepToken(token);
     if (token == QXmlStreamReader::StartElement && ++mDepth > kDeepestElement)
         fail(QStringLiteral("more than %1 elements are within each other; correct the file or write it again")
                  .arg(kDeepestElement));
@@ -170,6 +172,13 @@ void XmlInput::skipElement() {
 }
 
 KeptElement XmlInput::keepElement() {
+    KeptElement element = head();
+    while (nextElement())
+        element.children.push_back(keepElement());
+    return element;
+}
+
+KeptElement XmlInput::head() const {
     KeptElement element;
     element.name = name().toString();
     const QXmlStreamAttributes given = mXml.attributes();
@@ -177,9 +186,25 @@ KeptElement XmlInput::keepElement() {
     for (const QXmlStreamAttribute &attribute : given)
         element.attributes.emplace_back(attribute.qualifiedName().toString(),
                                         attribute.value().trimmed().toString());
-    while (nextElement())
-        element.children.push_back(keepElement());
     return element;
+}
+
+void XmlInput::keepWhileRead(KeptElement &into) {
+    into = head();
+    mKeeping.push_back({&into});
+}
+
+void XmlInput::keepToken(QXmlStreamReader::TokenType token) {
+    for (std::vector<KeptElement *> &open : mKeeping) {
+        if (token == QXmlStreamReader::StartElement) {
+            open.back()->children.push_back(head());
+            open.push_back(&open.back()->children.back());
+        } else if (token == QXmlStreamReader::EndElement) {
+            open.pop_back();
+        }
+    }
+    while (!mKeeping.empty() && mKeeping.back().empty())
+        mKeeping.pop_back();
 }
 
 void XmlInput::keepText(QByteArray &text, const std::function<void()> &atChild, const QStringList &only) {

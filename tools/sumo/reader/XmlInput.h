@@ -11,6 +11,7 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <vector>
 
 namespace moratools {
 
@@ -33,6 +34,9 @@ public:
     void skipElement();
     /// Reads the current element to its end and gives it as it stands, without blanks around values.
     KeptElement keepElement();
+    /// Lets the current element be kept while others read it: `into` has all of it as soon as its end has been
+    /// read, and must stay where it is until then.
+    void keepWhileRead(KeptElement &into);
     /// Reads the current element to its end and appends it to `text` in one line, as keepElement() has it.
     /// `atChild` is called at the start of every element within it and reads no further. Where `only` names
     /// attributes, others of the element itself are passed over.
@@ -57,6 +61,8 @@ private:
     void keepTag(QByteArray &text, const std::function<void()> &atChild, const QStringList &only);
 
     QXmlStreamReader::TokenType next();
+    KeptElement head() const;
+    void keepToken(QXmlStreamReader::TokenType token);
     void check() const;
     [[noreturn]] void refuse() const;
 
@@ -68,6 +74,8 @@ private:
     qint64 mSize = 0;
     int mDepth = 0; ///< of elements that are open
     QString mText;
+    /// For each element that is kept while it is read those that are open, from it inwards.
+    std::vector<std::vector<KeptElement *>> mKeeping;
     qint64 mElements = 0;
     bool mHasRoot = false;
 };
