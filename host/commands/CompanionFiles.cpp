@@ -46,6 +46,8 @@ void CompanionFiles::addTo(CLI::App &command) {
                     "SUMO file of additional objects, .add.xml or .add.xml.gz; may be repeated")
         ->type_name("FILE")
         ->allow_extra_args(false);
+    command.add_flag("--route", route,
+                     "Let trips and flows without a route drive the fastest way at free flow");
     command.add_flag("--strict", strict, "Fail, with nothing written, when anything has to be left out");
 }
 
@@ -64,8 +66,12 @@ SumoScenario CompanionFiles::scenario() const {
 
 CompanionPlan CompanionFiles::plan(const SumoScenario &scenario, const SumoNet &net) const {
     SumoCompanions companions = readCompanions(scenario);
-    // Here vehicles without a route would get one (SumoVehicle::route).
-    CompanionPlan plan = planCompanions(net, std::move(companions), scenario);
+    const auto planned = [&] {
+        ProgressBar routing(QStringLiteral("routing"));
+        return planCompanions(net, std::move(companions), scenario, route ? Trips::Routed : Trips::Depart,
+                              routing.hearer());
+    };
+    CompanionPlan plan = planned();
     const QStringList lines = plan.leftOut.lines();
     for (const QString &line : lines)
         tell(line);

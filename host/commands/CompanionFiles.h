@@ -20,6 +20,7 @@ struct CompanionFiles {
     std::vector<std::string> routes;
     std::vector<std::string> additional;
     bool strict = false;
+    bool route = false;
 
     /// Adds the options to a command; this object must outlive it.
     void addTo(CLI::App &command);

@@ -1,10 +1,12 @@
 #include "tools/sumo/import/CompanionPlan.h"
 
 #include "tools/sumo/import/References.h"
+#include "tools/sumo/routing/TripRouter.h"
 
 namespace moratools {
 
-CompanionPlan planCompanions(const SumoNet &net, SumoCompanions companions, const SumoScenario &scenario) {
+CompanionPlan planCompanions(const SumoNet &net, SumoCompanions companions, const SumoScenario &scenario,
+                             Trips trips, const Progress &routing) {
     CompanionPlan plan;
     plan.scenario = scenario;
     for (const QString &file : scenario.furtherFiles)
@@ -14,6 +16,8 @@ CompanionPlan planCompanions(const SumoNet &net, SumoCompanions companions, cons
     for (const QString &connection : net.repeatedConnections)
         plan.leftOut.add(QStringLiteral("connections"), connection);
     removeUnresolved(*records, net, plan.leftOut);
+    if (trips == Trips::Routed)
+        removeUnserved(*records, routeTrips(net, *records, routing), plan.leftOut);
     plan.obstacles = takeObstacles(*records, net);
     plan.lines = planLines(*records, plan.leftOut);
     plan.signalPlan = planSignals(net, *records, plan.leftOut);

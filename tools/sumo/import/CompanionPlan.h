@@ -1,6 +1,7 @@
 #pragma once
 
 #include "tools/MoraToolsExport.h"
+#include "tools/reports/Progress.h"
 #include "tools/sumo/import/DemandPlan.h"
 #include "tools/sumo/import/LeftOut.h"
 #include "tools/sumo/import/Obstacles.h"
@@ -24,9 +25,16 @@ struct CompanionPlan {
     LeftOut leftOut;
 };
 
+/// What becomes of trips and flows that know where they go and not how.
+enum class Trips {
+    Depart, ///< they depart, and whoever reads the store decides
+    Routed, ///< they drive the fastest way at free flow (routeTrips()); those that have none are left out
+};
+
 /// Plans the import of `companions`, which belong to `net`; the network must outlive the plan. `scenario` says how
-/// the simulation runs; its files have been read.
+/// the simulation runs; its files have been read. `routing` hears of the search for ways.
 MORATOOLS_EXPORT CompanionPlan planCompanions(const SumoNet &net, SumoCompanions companions,
-                                              const SumoScenario &scenario = {});
+                                              const SumoScenario &scenario = {}, Trips trips = Trips::Depart,
+                                              const Progress &routing = {});
 
 } // namespace moratools

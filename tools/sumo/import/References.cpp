@@ -28,6 +28,22 @@ QString unknown(const char *kind, const QString &id) {
     return QStringLiteral("no %1 \"%2\"").arg(QLatin1String(kind), id);
 }
 
+/// Tells of a vehicle that does not depart. One that is `kept` leads nowhere astray: only the departures lack it.
+void tell(const SumoVehicle &vehicle, const QString &why, bool isKept, const SumoCompanions &companions,
+          LeftOut &leftOut) {
+    const int count = departuresOf(vehicle);
+    leftOut.vehicles += count;
+    const QString kind = vehicle.isFlow ? QStringLiteral("flows") : QStringLiteral("vehicles");
+    QString reason = why;
+    if (vehicle.isFlow)
+        reason += QStringLiteral("; %1 vehicles").arg(count);
+    const QString what = named(companions, vehicle.id, vehicle.source, reason);
+    if (isKept)
+        leftOut.add(kind, what);
+    else
+        leftOut.add(kind, what, vehicle.source, why);
+}
+
 class Resolver {
 public:
     Resolver(SumoCompanions &companions, const SumoNet &net, LeftOut &leftOut)
@@ -64,7 +80,6 @@ private:
     QString faultOfType(const QString &type);
     QString faultOfRoute(const SumoVehicle &vehicle) const;
     QString faultOf(const SumoVehicle &vehicle, VehicleIds &ids);
-    void tell(const SumoVehicle &vehicle, const QString &why, bool isKept);
     void resolvePassengers();
     void removeUnknownStops(std::vector<SumoStop> &stops);
 
@@ -268,8 +283,10 @@ QString Resolver::faultOfRoute(const SumoVehicle &vehicle) const {
     }
     if (vehicle.from.isEmpty())
         return QStringLiteral("it has neither a route nor a first edge");
-    return faultOfEdges(vehicle.to.isEmpty() ? QStringList{vehicle.from}
-                                             : QStringList{vehicle.from, vehicle.to});
+    QStringList edges = QStringList{vehicle.from} + vehicle.via;
+    if (!vehicle.to.isEmpty())
+        edges.append(vehicle.to);
+    return faultOfEdges(edges);
 }
 
 QString Resolver::faultOf(const SumoVehicle &vehicle, VehicleIds &ids) {
@@ -279,21 +296,6 @@ QString Resolver::faultOf(const SumoVehicle &vehicle, VehicleIds &ids) {
     return fault.isEmpty() ? ids.faultOf(vehicle) : fault;
 }
 
-/// Tells of a vehicle that does not depart. One that is `kept` leads nowhere astray: only the departures lack it.
-void Resolver::tell(const SumoVehicle &vehicle, const QString &why, bool isKept) {
-    const int count = departuresOf(vehicle);
-    mLeftOut.vehicles += count;
-    const QString kind = vehicle.isFlow ? QStringLiteral("flows") : QStringLiteral("vehicles");
-    QString reason = why;
-    if (vehicle.isFlow)
-        reason += QStringLiteral("; %1 vehicles").arg(count);
-    const QString what = named(mCompanions, vehicle.id, vehicle.source, reason);
-    if (isKept)
-        mLeftOut.add(kind, what);
-    else
-        mLeftOut.add(kind, what, vehicle.source, why);
-}
-
 void Resolver::resolveVehicles() {
     auto &vehicles = mCompanions.vehicles;
     VehicleIds ids(vehicles);
@@ -301,11 +303,13 @@ void Resolver::resolveVehicles() {
         const bool isAtArea = vehicle.isAtArea && !vehicle.hasRoute() && vehicle.from.isEmpty();
         const QString fault = isAtArea ? QString() : faultOf(vehicle, ids);
         if (!fault.isEmpty())
-            tell(vehicle, fault, false);
+            tell(vehicle, fault, false, mCompanions, mLeftOut);
         else if (vehicle.onEvent)
-            tell(vehicle, QStringLiteral("it departs on an event, not at a time"), true);
+            tell(vehicle, QStringLiteral("it departs on an event, not at a time"), true, mCompanions,
+                 mLeftOut);
         else if (isAtArea)
-            tell(vehicle, QStringLiteral("it starts at a junction or in a zone, not on an edge"), true);
+            tell(vehicle, QStringLiteral("it starts at a junction or in a zone, not on an edge"), true,
+                 mCompanions, mLeftOut);
         else
             removeUnknownStops(vehicle.stops);
         return !fault.isEmpty() || vehicle.onEvent || isAtArea;
@@ -376,6 +380,19 @@ void removeUnresolved(SumoCompanions &companions, const SumoNet &net, LeftOut &l
     resolver.resolveVehicles();
     resolver.resolveTurnRatios();
     resolver.resolveDevices();
+}
+
+void removeUnserved(SumoCompanions &companions, const std::vector<UnservedTrip> &trips, LeftOut &leftOut) {
+    std::vector<SumoVehicle> served;
+    served.reserve(companions.vehicles.size());
+    auto next = trips.begin();
+    for (std::size_t i = 0; i < companions.vehicles.size(); ++i) {
+        if (next != trips.end() && next->vehicle == i)
+            tell(companions.vehicles[i], next++->reason, false, companions, leftOut);
+        else
+            served.push_back(std::move(companions.vehicles[i]));
+    }
+    companions.vehicles = std::move(served);
 }
 
 QString named(const SumoCompanions &companions, const QString &name, const SumoSource &source,

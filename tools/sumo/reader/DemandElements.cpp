@@ -26,6 +26,16 @@ double probabilityOf(const Attributes &attributes) {
     return probability;
 }
 
+/// "1.2", or a distribution whose first parameter is the mean: "norm(1.2,0.1)", "normc(1.2,0.1,0.2,2)". Nothing
+/// for another text.
+std::optional<double> speedFactorOf(const Attributes &attributes) {
+    const QString text = attributes.text("speedFactor", QString());
+    bool ok = false;
+    const QString mean = text.section(QLatin1Char('('), -1).section(QLatin1Char(','), 0, 0);
+    const double factor = mean.toDouble(&ok);
+    return ok && factor > 0 ? std::optional<double>(factor) : std::nullopt;
+}
+
 void addType(CompanionReading &reading, const Attributes &attributes, const QString &id) {
     SumoVehicleType type;
     type.source = reading.here();
@@ -34,6 +44,8 @@ void addType(CompanionReading &reading, const Attributes &attributes, const QStr
     type.length = optionalNumber(attributes, "length");
     type.width = optionalNumber(attributes, "width");
     type.maxSpeed = optionalNumber(attributes, "maxSpeed");
+    type.desiredMaxSpeed = optionalNumber(attributes, "desiredMaxSpeed");
+    type.speedFactor = speedFactorOf(attributes);
     type.speedDev = optionalNumber(attributes, "speedDev");
     type.accel = optionalNumber(attributes, "accel");
     type.decel = optionalNumber(attributes, "decel");

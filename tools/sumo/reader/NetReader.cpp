@@ -61,6 +61,13 @@ QString junctionOfInternal(const QString &edge) {
     return edge.mid(1, edge.lastIndexOf(QLatin1Char('_')) - 1);
 }
 
+/// Whether a connection of that state is one on which vehicles have to give way: a minor one, equal ones, and
+/// those before which all stop.
+bool givesWay(const QString &state) {
+    return state == QLatin1String("m") || state == QLatin1String("=") || state == QLatin1String("s") ||
+           state == QLatin1String("w");
+}
+
 class NetReader {
 public:
     NetReader(const QString &path, const Progress &progress)
@@ -92,6 +99,7 @@ private:
     Progress mProgress;
     SumoNet mNet;
     std::vector<InternalStep> mSteps;
+    QStringList mGivingWay; ///< internal lanes
     QHash<QString, JunctionInside> mInsides;
     QHash<QString, QByteArray> mConnectionsFrom; ///< by edge, which may follow in the file
     QSet<QString> mSeenConnections;
@@ -183,7 +191,12 @@ void NetReader::readInternalEdge(const QString &id) {
         if (mInput.name() != QLatin1String("lane"))
             return;
         const Attributes lane(mInput);
-        mNet.internalLanes.insert(lane.text("id"), {lane.shape("shape"), QString()});
+        SumoInternalLane &record = mNet.internalLanes[lane.text("id")];
+        record.shape = lane.shape("shape");
+        record.permissions =
+            VehicleClasses::of(lane.text("allow", QString()), lane.text("disallow", QString()));
+        record.speed = lane.number("speed", 0);
+        record.length = lane.number("length", 0);
     });
 }
 
@@ -240,6 +253,8 @@ void NetReader::readConnection() {
     connection.fromLane = attributes.integer("fromLane");
     connection.toLane = attributes.integer("toLane");
     connection.via = attributes.text("via", QString());
+    if (!connection.via.isEmpty() && givesWay(attributes.text("state", QString())))
+        mGivingWay.append(connection.via);
     // An id that begins with a colon belongs to the inside of a junction.
     if (connection.from.startsWith(QLatin1Char(':'))) {
         if (!connection.via.isEmpty())
@@ -278,6 +293,11 @@ void NetReader::linkInternalLanes() {
         const auto lane = mNet.internalLanes.find(step.from);
         if (lane != mNet.internalLanes.end())
             lane->via = step.via;
+    }
+    for (const QString &id : qAsConst(mGivingWay)) {
+        const auto lane = mNet.internalLanes.find(id);
+        if (lane != mNet.internalLanes.end())
+            lane->givesWay = true;
     }
 }
 

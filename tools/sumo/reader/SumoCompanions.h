@@ -24,7 +24,9 @@ struct SumoVehicleType {
     std::optional<double> length;
     std::optional<double> width;
     std::optional<double> maxSpeed;
-    std::optional<double> speedDev; ///< relative to the speed limit
+    std::optional<double> desiredMaxSpeed;
+    std::optional<double> speedFactor; ///< of the limit; of a random one its mean
+    std::optional<double> speedDev;    ///< relative to the speed limit
     std::optional<double> accel;
     std::optional<double> decel;
     std::optional<double> emergencyDecel;

@@ -57,6 +57,10 @@ struct SumoEdge {
 struct SumoInternalLane {
     GeometryLine shape;
     QString via; ///< the internal lane that goes on from here, empty at the junction's end
+    VehicleClasses permissions = VehicleClasses::all();
+    double speed = 0;
+    double length = 0;
+    bool givesWay = false; ///< who enters it has to
 };
 
 struct SumoJunction {

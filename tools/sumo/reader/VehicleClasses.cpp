@@ -51,6 +51,10 @@ VehicleClasses VehicleClasses::of(const QString &allow, const QString &disallow)
     return VehicleClasses(~bitsOf(disallow));
 }
 
+VehicleClasses VehicleClasses::ofOne(const QString &name) {
+    return name == QLatin1String("ignoring") ? all() : VehicleClasses(bitOf(QStringRef(&name)));
+}
+
 bool VehicleClasses::admits(const char *vehicleClass) const {
     return mBits & bitsOf({vehicleClass});
 }

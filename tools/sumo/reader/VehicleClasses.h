@@ -13,10 +13,14 @@ class MORATOOLS_EXPORT VehicleClasses {
 public:
     /// The set of a lane's exclusive attributes `allow` and `disallow`; without both every class may pass.
     static VehicleClasses of(const QString &allow, const QString &disallow);
+    /// One class alone, by its name. Vehicles of the class "ignoring" may go everywhere.
+    static VehicleClasses ofOne(const QString &name);
     static VehicleClasses all() { return VehicleClasses(~std::uint64_t(0)); }
 
     bool isAll() const { return *this == all(); }
     bool admits(const char *vehicleClass) const;
+    bool admitsAnyOf(VehicleClasses classes) const { return mBits & classes.mBits; }
+    VehicleClasses with(VehicleClasses others) const { return VehicleClasses(mBits | others.mBits); }
 
     /// Whether any vehicle of the road may pass, or a bicycle or a pedestrian: not so on rails, on water, in the
     /// air, and where nothing may pass at all.
