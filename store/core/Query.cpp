@@ -67,7 +67,8 @@ Query &Query::bindNet() {
 }
 
 Query &Query::bindValue(const char *name, const QVariant &value) {
-    return put(name, storablevalue::bound(value, mStore.isPostgreSql()), storablevalue::objection(value));
+    return put(name, storablevalue::bound(value, mStore.isPostgreSql()),
+               storablevalue::objection(value, storablevalue::mayBeLonger(QLatin1String(name))));
 }
 
 Query &Query::put(const char *name, const QVariant &value, const QString &objection) {

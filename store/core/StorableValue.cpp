@@ -46,8 +46,8 @@ bool isUtf8(const QByteArray &text) {
     return isAscii || QString::fromUtf8(text).toUtf8() == text;
 }
 
-QString objectionToText(const QString &text) {
-    if (text.size() > kLongestText)
+QString objectionToText(const QString &text, bool mayBeLong) {
+    if (text.size() > kLongestText && !mayBeLong)
         return QStringLiteral("is longer than %1 characters").arg(kLongestText);
     if (!text.isEmpty() && isMark(text.at(0)))
         return hasMark();
@@ -68,14 +68,14 @@ bool mayBeLonger(const QString &column) {
            column.compare(QLatin1String("backgroundMap"), Qt::CaseInsensitive) == 0;
 }
 
-QString objection(const QVariant &value) {
+QString objection(const QVariant &value, bool mayBeLong) {
     switch (value.userType()) {
     case QMetaType::Double:
         return qIsFinite(value.toDouble()) ? QString() : notFinite();
     case QMetaType::LongLong:
         return holdsId(value.toLongLong()) ? QString() : QStringLiteral("is beyond 32 bits");
     case QMetaType::QString:
-        return objectionToText(value.toString());
+        return objectionToText(value.toString(), mayBeLong);
     default:
         return {};
     }

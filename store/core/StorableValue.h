@@ -35,7 +35,8 @@ constexpr qint64 wholePart(double number) {
 }
 
 /// @{ Why a value cannot be stored, as the end of a sentence; empty when it can.
-QString objection(const QVariant &value);
+/// @param mayBeLong whether it goes into a column of which mayBeLonger() holds.
+QString objection(const QVariant &value, bool mayBeLong = false);
 
 /// @p text is the stored form of the JSON object @p value. JSON has no NaN and no infinities.
 /// @param asText whether the column takes text; one of bytes keeps also what is no valid text.

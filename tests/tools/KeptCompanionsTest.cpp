@@ -7,7 +7,7 @@
 #include "tools/sumo/reader/CompanionReader.h"
 #include "tools/sumo/reader/NetReader.h"
 
-#include <QDir>
+#include <QCryptographicHash>
 #include <QFile>
 #include <QJsonDocument>
 
@@ -40,10 +40,14 @@ constexpr const char *kFile = R"xml(<additional>
 
 class KeptCompanions : public StoreKindFixture {
 protected:
-    void prepare() override {
+    void prepare() override { import(kFile); }
+
+    void import(const QByteArray &content) {
+        if (isPostgres())
+            letReferencesDangle();
         execute(QStringLiteral("delete from Net"));
         QFile target(folder() + QStringLiteral("/all.add.xml"));
-        ASSERT_TRUE(target.open(QIODevice::WriteOnly) && target.write(kFile) > 0);
+        ASSERT_TRUE(target.open(QIODevice::WriteOnly) && target.write(content) > 0);
         target.close();
         const SumoNet net =
             readSumoNet(sourceFolder() + QStringLiteral("/examples/crossing/crossing.net.xml"));
@@ -51,8 +55,7 @@ protected:
         readSumoCompanion(target.fileName(), companions);
         SumoScenario scenario;
         scenario.options = {{QStringLiteral("end"), QStringLiteral("9")}};
-        const StoreSession store = StoreSession::ofProcess({});
-        importNetwork(store, net, planCompanions(net, std::move(companions), scenario),
+        importNetwork(StoreSession::ofProcess({}), net, planCompanions(net, std::move(companions), scenario),
                       QStringLiteral("all"));
         reopen();
         mNetwork = readNetwork(StoreSession::ofProcess({}), 0);
@@ -182,6 +185,20 @@ TEST_P(KeptCompanions, ADigestDoesNotKnowNumbers) {
     for (auto &collector : mNetwork.traffic.collectors)
         collector->collecterID += 1000;
     EXPECT_EQ(changed().join(QLatin1Char(' ')).toStdString(), "");
+}
+
+TEST_P(KeptCompanions, AFileMayBeLongerThanATextMayBe) {
+    QByteArray noise;
+    for (int i = 0; noise.size() < 2500000; ++i)
+        noise += QCryptographicHash::hash(QByteArray::number(i), QCryptographicHash::Sha256).toHex();
+    openNewStore();
+    import("<routes><vType id=\"long\"><param key=\"noise\" value=\"" + noise + "\"/></vType></routes>");
+    QByteArray kept;
+    elements().forEach([&kept](const KeptEntry &entry) {
+        kept += entry.element.children.at(0).attribute(QStringLiteral("value"))->toLatin1();
+    });
+    EXPECT_TRUE(kept == noise);
+    EXPECT_GT(QJsonDocument(mSumo).toJson().size(), 1048576) << "what a name may have";
 }
 
 INSTANTIATE_TEST_SUITE_P(Stores, KeptCompanions, testing::ValuesIn(kStoreKinds), storeKindName);
