@@ -140,6 +140,19 @@ TEST_F(Plan, ARouteIsDrivenFromConnectionToConnection) {
     EXPECT_EQ(plan.demand.vehicles, 2) << "blanks around an id are not part of it";
 }
 
+TEST_F(Plan, WhoDoesNotDepartFromAnEdgeAtATimeIsCountedAndKept) {
+    const CompanionPlan plan = this->plan(
+        "<route id=\"r\" edges=\"west_in\"/><vehicle id=\"v\" depart=\"triggered\" route=\"r\"/>"
+        "<flow id=\"f\" begin=\"triggered\" end=\"9\" number=\"7\" route=\"r\"/>"
+        "<trip id=\"t\" depart=\"0\" fromTaz=\"west\" toTaz=\"east\"/><trip id=\"u\" depart=\"0\"/>"
+        "<flow id=\"g\" end=\"900\" number=\"2000000000\" route=\"r\"/><flow id=\"h\" end=\"900\" number=\"2000000000\" route=\"r\"/>");
+    EXPECT_EQ(plan.leftOut.count(QStringLiteral("flows")), 1);
+    EXPECT_EQ(plan.demand.vehicles, 2147483647) << "what 32 bits hold";
+    EXPECT_EQ(plan.leftOut.vehicles, 1 + 7 + 1 + 1 + (4000000000 - 2147483647));
+    ASSERT_EQ(plan.leftOut.elements().size(), 1u) << "what leads nowhere is not kept";
+    EXPECT_EQ(plan.leftOut.elements().front().source.element, 5) << "it has neither a route nor a first edge";
+}
+
 TEST_F(Plan, TypesTakeTheirOwnSharesOfADistribution) {
     const CompanionPlan plan = this->plan(
         "<vTypeDistribution id=\"d\" vTypes=\"a b c\"/><vTypeDistribution id=\"e\" vTypes=\"a b\" probabilities=\"1 1\"/>"

@@ -45,7 +45,9 @@ protected:
     void import(const QByteArray &content) {
         if (isPostgres())
             letReferencesDangle();
-        execute(QStringLiteral("delete from Net"));
+        execute(QStringLiteral("update Net set otherAttrsJson = '{\"mine\": 1}'"));
+        if (hasSeveralNets())
+            execute(QStringLiteral("delete from Net"));
         QFile target(folder() + QStringLiteral("/all.add.xml"));
         ASSERT_TRUE(target.open(QIODevice::WriteOnly) && target.write(content) > 0);
         target.close();
@@ -112,6 +114,8 @@ TEST_P(KeptCompanions, AllIsThereButWhatWasLeftOut) {
         "\nvehicle later\nflow flow\nperson rider\nvehicle broken\ninterval -\n");
     EXPECT_EQ(made.join(QLatin1Char(' ')).toStdString(),
               "car van mix own loop area gate stop sign works market");
+    EXPECT_EQ(mNetwork.record.otherAttrsJson.contains(QStringLiteral("mine")), !hasSeveralNets())
+        << "the record of a store of one network stays";
     EXPECT_EQ(mSumo.value(QStringLiteral("config")).toObject(),
               QJsonObject({{QStringLiteral("end"), QStringLiteral("9")}}));
     const QJsonObject file = mSumo.value(QStringLiteral("files")).toArray().at(0).toObject();

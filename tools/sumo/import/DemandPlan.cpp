@@ -7,12 +7,14 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 
 namespace moratools {
 
 namespace {
 
 constexpr double kRounding = 1e-9;
+constexpr int kMostVehicles = std::numeric_limits<int>::max();
 
 /// A decision point while traffic is added to it.
 struct OpenDecision {
@@ -148,8 +150,16 @@ void DemandPlanner::addDepartures(const QString &edge, const QString &type,
             known = mDeparturesAt.insert(edge, int(mPlan.departures.size()));
             mPlan.departures.push_back({edge, {}});
         }
-        mPlan.departures[std::size_t(*known)].vehicles[slice.first][type] += slice.second;
-        mPlan.vehicles += slice.second;
+        int &sum = mPlan.departures[std::size_t(*known)].vehicles[slice.first][type];
+        const int fitting = std::min(slice.second, kMostVehicles - sum);
+        sum += fitting;
+        mPlan.vehicles += fitting;
+        if (const int rest = slice.second - fitting; rest > 0) {
+            mLeftOut.vehicles += rest;
+            mLeftOut.add(QStringLiteral("vehicles"), rest,
+                         QStringLiteral("%1 on edge \"%2\": an interval holds no more than %3")
+                             .arg(QString::number(rest), edge, QString::number(kMostVehicles)));
+        }
     }
 }
 

@@ -53,7 +53,7 @@ void setTimetable(BusLine &line, const PlannedLine &planned) {
     line.dischargeEndTime = int(std::lround(planned.lastDeparture));
     const int span = line.dischargeEndTime - line.dischargeStartTime;
     if (planned.runs > 1 && span >= planned.runs - 1)
-        line.dischargeFreq = span / (planned.runs - 1);
+        line.dischargeFreq = int(span / (planned.runs - 1));
 }
 
 void setRoute(BusLine &line, const QList<Link *> &links) {

@@ -16,7 +16,7 @@ struct PlannedLine {
     QString name;
     int route = 0;                  ///< place in `SumoCompanions::routes`
     std::vector<PlannedStop> stops; ///< in driving order
-    int runs = 0;
+    qint64 runs = 0;
     double firstDeparture = 0;
     double lastDeparture = 0;
 };

@@ -103,7 +103,7 @@ SumoStop readStop(CompanionReading &reading) {
     stop.lane = attributes.text("lane", QString());
     stop.endPos = attributes.number("endPos", -1);
     stop.startPos = attributes.number("startPos", stop.endPos);
-    stop.duration = attributes.seconds("duration", 0);
+    stop.duration = durationOf(attributes, "duration");
     reading.input.skipElement();
     return stop;
 }
@@ -227,8 +227,10 @@ void readFlow(CompanionReading &reading) {
 void readInterval(CompanionReading &reading) {
     const Attributes interval(reading.input);
     SumoTurnRatio ratio;
-    ratio.begin = interval.seconds("begin", 0);
-    ratio.end = interval.seconds("end", kIntervalEnd);
+    ratio.begin = timeOf(interval, "begin");
+    ratio.end = interval.has("end") ? timeOf(interval, "end") : std::max(ratio.begin, kIntervalEnd);
+    if (ratio.end < ratio.begin)
+        interval.failOn("end", QStringLiteral("which is before the begin"));
     const auto add = [&](const Attributes &attributes) {
         ratio.source = reading.here();
         for (const char *name : {"ratio", "probability", "count"}) {

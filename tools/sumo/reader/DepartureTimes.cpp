@@ -55,6 +55,12 @@ double timeOf(const Attributes &attributes, const char *name) {
     return seconds;
 }
 
+double durationOf(const Attributes &attributes, const char *name) {
+    const double seconds = std::max(0.0, attributes.seconds(name, 0));
+    checkTime(attributes, name, seconds);
+    return seconds;
+}
+
 void readFlowTimes(const Attributes &attributes, SumoVehicle &flow) {
     flow.isFlow = true;
     flow.onEvent = departsOnEvent(attributes.text("begin", QString()));

@@ -19,6 +19,10 @@ void checkTime(const Attributes &attributes, const char *name, double seconds);
 /// cannot hold.
 double timeOf(const Attributes &attributes, const char *name);
 
+/// How long something lasts, seconds; 0 where it is not given or negative, which stands for no time. Throws
+/// `Failure` for longer than a store can hold.
+double durationOf(const Attributes &attributes, const char *name);
+
 /// When the vehicles or persons of a flow depart, and how many.
 void readFlowTimes(const Attributes &attributes, SumoVehicle &flow);
 

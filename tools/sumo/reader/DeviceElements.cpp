@@ -1,3 +1,4 @@
+#include "tools/sumo/reader/DepartureTimes.h"
 #include "tools/sumo/reader/ElementReaders.h"
 #include "tools/sumo/reader/Programme.h"
 
@@ -75,7 +76,7 @@ void readSpeedSign(CompanionReading &reading) {
     while (reading.input.nextElement()) {
         if (reading.input.name() == QLatin1String("step")) {
             const Attributes step(reading.input);
-            sign.steps.push_back({step.seconds("time", 0), step.number("speed", -1)});
+            sign.steps.push_back({timeOf(step, "time"), step.number("speed", -1)});
         }
         reading.input.skipElement();
     }

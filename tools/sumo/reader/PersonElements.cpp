@@ -37,11 +37,11 @@ void WayToRide::follow(const QStringRef &stage, const Attributes &attributes) {
         // Who waits where the walk has led to is there already.
         if (mWaiting.busStop.isEmpty() || attributes.text("busStop", QString()) != mWaiting.busStop)
             reach(attributes);
-        mElapsed += timeOf(attributes, "duration");
+        mElapsed += durationOf(attributes, "duration");
         if (attributes.has("until"))
             mElapsed = std::max(mElapsed, timeOf(attributes, "until") - mWaiting.begin);
     } else if (stage == QLatin1String("walk") || stage == QLatin1String("personTrip")) {
-        mElapsed += timeOf(attributes, "duration");
+        mElapsed += durationOf(attributes, "duration");
         reach(attributes);
     } else if (stage == QLatin1String("ride")) {
         mRides = true;
