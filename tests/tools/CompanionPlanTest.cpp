@@ -74,7 +74,7 @@ TEST_F(Plan, WhatLeadsNowhereIsNamedByKindAndTheRestStays) {
         "<variableSpeedSign id=\"v\" lanes=\"west_in_0\"/>"
         "<rerouter id=\"r\" edges=\"\"><interval><closingReroute id=\"gone\"/></interval></rerouter>"
         "<interval><edgeRelation from=\"west_in\" to=\"north_out\" ratio=\"1\"/></interval>"
-        "<poi id=\"p\"/>");
+        "<include href=\"more.xml\"/><poi id=\"p\"/>");
     const char *kinds[] = {"vehicle types",
                            "members of distributions",
                            "vehicle type distributions",
@@ -84,7 +84,8 @@ TEST_F(Plan, WhatLeadsNowhereIsNamedByKindAndTheRestStays) {
                            "bus stops",
                            "speed signs",
                            "closures",
-                           "turn ratios"};
+                           "turn ratios",
+                           "included files"};
     for (const char *kind : kinds)
         EXPECT_GE(plan.leftOut.count(QLatin1String(kind)), 1) << kind << allLines(plan).toStdString();
     EXPECT_EQ(plan.leftOut.count(QStringLiteral("vehicles")), 4);
@@ -271,7 +272,8 @@ TEST_F(Plan, AVehicleThatStandsWhereItStartedIsAnObstacle) {
         "<vehicle id=\"stuck\" depart=\"0\"><route edges=\"west_in\"/><stop lane=\"west_in_1\" startPos=\"5\" "
         "endPos=\"9\"/></vehicle>"
         "<vehicle id=\"parked\" depart=\"0\"><route edges=\"west_in approach_market\"/>"
-        "<stop lane=\"west_in_1\" endPos=\"9\"/></vehicle>");
+        "<stop lane=\"west_in_1\" endPos=\"9\"/><stop lane=\"gone_0\"/></vehicle>");
+    EXPECT_EQ(plan.leftOut.count(QStringLiteral("stops")), 1);
     ASSERT_EQ(plan.obstacles.size(), 1u);
     EXPECT_EQ(plan.obstacles[0].name, QStringLiteral("stuck"));
     EXPECT_EQ(plan.demand.vehicles, 1);

@@ -1,7 +1,6 @@
 #include "tests/tools/CompanionFile.h"
 #include "tools/reports/Failure.h"
 
-#include <QDir>
 #include <QJsonDocument>
 
 using namespace moratools;
@@ -128,26 +127,18 @@ TEST_F(CompanionReader, KeepsWhatItReadsAsItStands) {
                          "\n"));
 }
 
-TEST_F(CompanionReader, AFileThatIsIncludedFollows) {
-    const QString first = write("<vType id=\"a\"/><include href=\"sub/some.xml.gz\"/><vType id=\"c\"/>");
-    ASSERT_TRUE(QDir(mFolder.path()).mkdir(QStringLiteral("sub")));
-    QFile second(mFolder.filePath(QStringLiteral("sub/some.xml.gz")));
+TEST_F(CompanionReader, FilesOfOneNameAreToldApart) {
+    SumoCompanions companions;
+    readSumoCompanion(write("<vType id=\"a\"/>"), companions, {}, CompanionRole::Routes);
+    QFile second(mFolder.filePath(QStringLiteral("SOME.xml.gz")));
     ASSERT_TRUE(second.open(QIODevice::WriteOnly));
     second.write("<additional><vType id=\"b\"/></additional>");
     second.close();
-    SumoCompanions companions;
-    readSumoCompanion(first, companions, {}, CompanionRole::Routes);
-    ASSERT_EQ(companions.vehicleTypes.size(), 3u);
-    EXPECT_EQ(companions.vehicleTypes[1].id, QStringLiteral("b"));
-    EXPECT_EQ(companions.vehicleTypes[1].source.file, 1);
-    EXPECT_EQ(companions.vehicleTypes[2].source.file, 0);
+    readSumoCompanion(second.fileName(), companions);
     ASSERT_EQ(companions.kept.size(), 2u);
-    EXPECT_EQ(companions.kept[1].name, QStringLiteral("2_some.xml")) << "one folder has to hold both";
-    EXPECT_EQ(companions.kept[0].numbers, std::vector<qint64>({1, 3}));
-    ASSERT_TRUE(second.open(QIODevice::WriteOnly));
-    second.write("<additional><include href=\"../some.xml\"/></additional>");
-    second.close();
-    EXPECT_THROW(readSumoCompanion(first, companions), Failure);
+    EXPECT_TRUE(companions.kept[0].hasRoutes);
+    EXPECT_EQ(companions.kept[1].name, QStringLiteral("2_SOME.xml")) << "one folder has to hold both";
+    EXPECT_EQ(companions.vehicleTypes.at(1).source.file, 1);
 }
 
 TEST_F(CompanionReader, FaultsAreNamedWithFileLineAndCause) {

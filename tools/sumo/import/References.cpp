@@ -1,6 +1,7 @@
 #include "tools/sumo/import/References.h"
 
 #include "tools/sumo/import/Departures.h"
+#include "tools/sumo/import/RoadReferences.h"
 #include "tools/sumo/import/VehicleIds.h"
 
 #include <QFileInfo>
@@ -24,10 +25,6 @@ const QHash<QString, QString> &ownTypes() {
     return types;
 }
 
-QString unknown(const char *kind, const QString &id) {
-    return QStringLiteral("no %1 \"%2\"").arg(QLatin1String(kind), id);
-}
-
 /// Tells of a vehicle that does not depart. One that is `kept` leads nowhere astray: only the departures lack it.
 void tell(const SumoVehicle &vehicle, const QString &why, bool isKept, const SumoCompanions &companions,
           LeftOut &leftOut) {
@@ -47,15 +44,9 @@ void tell(const SumoVehicle &vehicle, const QString &why, bool isKept, const Sum
 class Resolver {
 public:
     Resolver(SumoCompanions &companions, const SumoNet &net, LeftOut &leftOut)
-        : mCompanions(companions), mNet(net), mLeftOut(leftOut) {
-        for (const SumoEdge &edge : net.edges) {
-            for (const SumoLane &lane : edge.lanes)
-                mLanes.insert(lane.id);
-        }
-        for (const SumoConnection &connection : net.connections)
-            mTurns.insert(turn(net.edgeIndex.value(connection.from), net.edgeIndex.value(connection.to)));
-    }
+        : mCompanions(companions), mRoads(net), mLeftOut(leftOut) {}
 
+    void tellIncludes();
     void resolveTypes();
     void resolveBusStops();
     void resolveRoutes();
@@ -71,12 +62,6 @@ private:
     QString faultOfId(const Record &record, QSet<QString> &seen);
     template <class Known>
     QString faultOfMembers(SumoDistribution &distribution, const char *kind, const Known &known);
-    /// From one edge to another, by their places.
-    static quint64 turn(int from, int to) { return quint64(from) << 32 | quint64(to); }
-    QString faultOfEdges(const QStringList &edges) const;
-    /// The same for edges that are driven one after the other.
-    QString faultOfPath(const QStringList &edges) const;
-    QString faultOfLanes(const QStringList &lanes) const;
     QString faultOfType(const QString &type);
     QString faultOfRoute(const SumoVehicle &vehicle) const;
     QString faultOf(const SumoVehicle &vehicle, VehicleIds &ids);
@@ -84,10 +69,8 @@ private:
     void removeUnknownStops(std::vector<SumoStop> &stops);
 
     SumoCompanions &mCompanions;
-    const SumoNet &mNet;
+    const RoadReferences mRoads;
     LeftOut &mLeftOut;
-    QSet<QString> mLanes;
-    QSet<quint64> mTurns;
     QSet<QString> mTypes; ///< with the distributions
     QSet<QString> mBusStops;
     QHash<QString, QString> mRouteFaults; ///< by id, distributions included; empty for a good one
@@ -135,6 +118,13 @@ QString Resolver::faultOfMembers(SumoDistribution &distribution, const char *kin
     return members.empty() ? fault : QStringLiteral("all its probabilities are zero");
 }
 
+/// No file has others read: who gives files to an import says which.
+void Resolver::tellIncludes() {
+    filter("included files", mCompanions.includes, [](const SumoInclude &) {
+        return QStringLiteral("give it by itself, as --routes or --additional");
+    });
+}
+
 void Resolver::resolveTypes() {
     filter("vehicle types", mCompanions.vehicleTypes,
            [this](const SumoVehicleType &type) { return faultOfId(type, mTypes); });
@@ -160,7 +150,7 @@ void Resolver::resolveTypes() {
 
 void Resolver::resolveBusStops() {
     filter("bus stops", mCompanions.busStops, [this](const SumoBusStop &stop) {
-        const QString fault = faultOfLanes({stop.lane});
+        const QString fault = mRoads.faultOfLanes({stop.lane});
         return fault.isEmpty() ? faultOfId(stop, mBusStops) : fault;
     });
     resolvePassengers();
@@ -185,50 +175,22 @@ void Resolver::resolvePassengers() {
 
 void Resolver::removeUnknownStops(std::vector<SumoStop> &stops) {
     const auto isUnknown = [this](const SumoStop &stop) {
-        if (stop.busStop.isEmpty() || mBusStops.contains(stop.busStop))
+        const bool isOnLane = stop.busStop.isEmpty();
+        const QString place = isOnLane ? stop.lane : stop.busStop;
+        if (place.isEmpty() || (isOnLane ? mRoads.hasLane(place) : mBusStops.contains(place)))
             return false;
-        mLeftOut.add(QStringLiteral("stops"),
-                     named(mCompanions, stop.busStop, stop.source, unknown("bus stop", stop.busStop)),
-                     stop.source, unknown("bus stop", stop.busStop));
+        const QString fault = unknown(isOnLane ? "lane" : "bus stop", place);
+        mLeftOut.add(QStringLiteral("stops"), named(mCompanions, place, stop.source, fault), stop.source,
+                     fault);
         return true;
     };
     stops.erase(std::remove_if(stops.begin(), stops.end(), isUnknown), stops.end());
 }
 
-QString Resolver::faultOfEdges(const QStringList &edges) const {
-    for (const QString &edge : edges) {
-        if (!mNet.edge(edge))
-            return unknown("edge", edge);
-    }
-    return edges.isEmpty() ? QStringLiteral("it has no edge") : QString();
-}
-
-QString Resolver::faultOfPath(const QStringList &edges) const {
-    int before = -1;
-    for (const QString &edge : edges) {
-        const int place = mNet.edgeIndex.value(edge, -1);
-        if (place < 0)
-            return unknown("edge", edge);
-        if (before >= 0 && !mTurns.contains(turn(before, place)))
-            return QStringLiteral("no connection from edge \"%1\" to edge \"%2\"")
-                .arg(mNet.edges[std::size_t(before)].id, edge);
-        before = place;
-    }
-    return edges.isEmpty() ? QStringLiteral("it has no edge") : QString();
-}
-
-QString Resolver::faultOfLanes(const QStringList &lanes) const {
-    for (const QString &lane : lanes) {
-        if (!mLanes.contains(lane))
-            return unknown("lane", lane);
-    }
-    return lanes.isEmpty() ? QStringLiteral("it names no lane") : QString();
-}
-
 void Resolver::resolveRoutes() {
     QSet<QString> seen;
     for (SumoRoute &route : mCompanions.routes) {
-        QString fault = faultOfPath(route.edges);
+        QString fault = mRoads.faultOfPath(route.edges);
         if (!route.id.isEmpty()) {
             if (seen.contains(route.id))
                 fault = QStringLiteral("it occurs a second time");
@@ -286,7 +248,7 @@ QString Resolver::faultOfRoute(const SumoVehicle &vehicle) const {
     QStringList edges = QStringList{vehicle.from} + vehicle.via;
     if (!vehicle.to.isEmpty())
         edges.append(vehicle.to);
-    return faultOfEdges(edges);
+    return mRoads.faultOfEdges(edges);
 }
 
 QString Resolver::faultOf(const SumoVehicle &vehicle, VehicleIds &ids) {
@@ -320,7 +282,7 @@ void Resolver::resolveVehicles() {
 void Resolver::resolveTurnRatios() {
     auto &ratios = mCompanions.turnRatios;
     const auto isFaulty = [&](const SumoTurnRatio &ratio) {
-        const QString fault = faultOfPath({ratio.from, ratio.to});
+        const QString fault = mRoads.faultOfPath({ratio.from, ratio.to});
         if (!fault.isEmpty())
             mLeftOut.add(
                 QStringLiteral("turn ratios"),
@@ -336,12 +298,12 @@ void Resolver::resolveDevices() {
     QSet<QString> loops;
     QSet<QString> instantLoops;
     filter("loops", mCompanions.loops, [&](const SumoLoop &loop) {
-        const QString fault = faultOfLanes({loop.lane});
+        const QString fault = mRoads.faultOfLanes({loop.lane});
         return fault.isEmpty() ? faultOfId(loop, loop.isInstant ? instantLoops : loops) : fault;
     });
     QSet<QString> areaDetectors;
     filter("area detectors", mCompanions.areaDetectors, [&](const SumoAreaDetector &detector) {
-        const QString fault = faultOfLanes(detector.lanes);
+        const QString fault = mRoads.faultOfLanes(detector.lanes);
         return fault.isEmpty() ? faultOfId(detector, areaDetectors) : fault;
     });
     QSet<QString> passageDetectors;
@@ -353,7 +315,7 @@ void Resolver::resolveDevices() {
             for (const SumoCrossSection &section : *sections)
                 lanes.append(section.lane);
         }
-        const QString fault = faultOfLanes(lanes);
+        const QString fault = mRoads.faultOfLanes(lanes);
         return fault.isEmpty() ? faultOfId(detector, passageDetectors) : fault;
     });
     filter("speed signs", mCompanions.speedSigns, [this](const SumoSpeedSign &sign) {
@@ -363,10 +325,11 @@ void Resolver::resolveDevices() {
             if (!mTypes.contains(type))
                 return unknown("vehicle type", type);
         }
-        return faultOfLanes(sign.lanes);
+        return mRoads.faultOfLanes(sign.lanes);
     });
     filter("closures", mCompanions.closures, [this](const SumoClosure &closure) {
-        return closure.lane.isEmpty() ? faultOfEdges({closure.edge}) : faultOfLanes({closure.lane});
+        return closure.lane.isEmpty() ? mRoads.faultOfEdges({closure.edge})
+                                      : mRoads.faultOfLanes({closure.lane});
     });
 }
 
@@ -374,6 +337,7 @@ void Resolver::resolveDevices() {
 
 void removeUnresolved(SumoCompanions &companions, const SumoNet &net, LeftOut &leftOut) {
     Resolver resolver(companions, net, leftOut);
+    resolver.tellIncludes();
     resolver.resolveTypes();
     resolver.resolveBusStops();
     resolver.resolveRoutes();

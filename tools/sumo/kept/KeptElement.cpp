@@ -10,7 +10,7 @@ namespace moratools {
 namespace {
 
 // No file that is read has elements within each other that deep.
-constexpr int kDeepest = 1000;
+constexpr int kDeepest = 400;
 
 KeptElement elementOf(const QJsonArray &json, int depth) {
     KeptElement element;

@@ -2,7 +2,6 @@
 
 #include "tools/sumo/reader/ElementReaders.h"
 
-#include <QDir>
 #include <QFileInfo>
 #include <QRegularExpression>
 
@@ -39,42 +38,8 @@ QString nameApart(const QString &path, const std::vector<SumoFile> &others) {
     return apart;
 }
 
-class Reader {
-public:
-    Reader(SumoCompanions &into, const Progress &progress, CompanionRole role)
-        : mInto(into), mProgress(progress), mRole(role) {}
-
-    void read(const QString &path);
-
-private:
-    void readElement(CompanionReading &reading);
-    void include(CompanionReading &reading);
-
-    SumoCompanions &mInto;
-    const Progress &mProgress;
-    CompanionRole mRole;
-    QStringList mOpen; ///< files that include each other, from the outermost
-};
-
-void Reader::read(const QString &path) {
-    XmlInput input(path, QString(), QStringLiteral("a SUMO file of routes or additional objects"));
-    checkRoot(input);
-    mOpen.append(QFileInfo(path).canonicalFilePath());
-    CompanionReading reading{input, mInto, mInto.files.size(), {}};
-    mInto.files.append(path);
-    mInto.kept.push_back({nameApart(path, mInto.kept), mRole == CompanionRole::Routes, {}, {}, {}});
-    for (int count = 0; input.nextElement(); ++count) {
-        if (count % kElementsBetweenReports == 0)
-            reportShare(mProgress, input.progress());
-        if (input.name() == QLatin1String("include"))
-            include(reading);
-        else
-            readElement(reading);
-    }
-    mOpen.removeLast();
-}
-
-void Reader::readElement(CompanionReading &reading) {
+/// Reads an element below the root.
+void readElement(CompanionReading &reading) {
     ElementReader reader = demandReader(reading.input.name());
     if (!reader)
         reader = deviceReader(reading.input.name());
@@ -85,19 +50,10 @@ void Reader::readElement(CompanionReading &reading) {
         reader(reading);
     else
         reading.input.skipElement();
-    SumoFile &file = mInto.kept[std::size_t(reading.file)];
+    SumoFile &file = reading.into.kept[std::size_t(reading.file)];
     file.elements.add(entry);
     file.numbers.push_back(number);
     file.kinds.insert(entry.element.name);
-}
-
-void Reader::include(CompanionReading &reading) {
-    const Attributes attributes(reading.input);
-    const QString path = QFileInfo(reading.input.path()).dir().filePath(attributes.text("href"));
-    if (mOpen.contains(QFileInfo(path).canonicalFilePath()))
-        attributes.failOn("href", QStringLiteral("a file that includes this one"));
-    reading.input.skipElement();
-    read(path);
 }
 
 } // namespace
@@ -113,7 +69,21 @@ QStringList words(const Attributes &attributes, const char *name) {
 
 void readSumoCompanion(const QString &path, SumoCompanions &into, const Progress &progress,
                        CompanionRole role) {
-    Reader(into, progress, role).read(path);
+    XmlInput input(path, QString(), QStringLiteral("a SUMO file of routes or additional objects"));
+    checkRoot(input);
+    CompanionReading reading{input, into, into.files.size(), {}};
+    into.files.append(path);
+    into.kept.push_back({nameApart(path, into.kept), role == CompanionRole::Routes, {}, {}, {}});
+    for (int count = 0; input.nextElement(); ++count) {
+        if (count % kElementsBetweenReports == 0)
+            reportShare(progress, input.progress());
+        if (input.name() == QLatin1String("include")) {
+            into.includes.push_back({Attributes(input).text("href"), reading.here()});
+            input.skipElement();
+        } else {
+            readElement(reading);
+        }
+    }
     reportShare(progress, 1.0);
 }
 

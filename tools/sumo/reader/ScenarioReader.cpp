@@ -115,7 +115,7 @@ QStringList ScenarioReader::files(const QString &value) const {
     const QStringList names = value.split(QLatin1Char(','), Qt::SkipEmptyParts);
     for (const QString &name : names) {
         if (!name.trimmed().isEmpty())
-            paths.append(mFolder.filePath(name.trimmed()));
+            paths.append(QDir::cleanPath(mFolder.filePath(name.trimmed())));
     }
     return paths;
 }

@@ -189,8 +189,15 @@ struct SumoFile {
     QSet<QString> kinds;         ///< their names
 };
 
+/// A further file that one names as a part of it.
+struct SumoInclude {
+    QString id; ///< its path, as written
+    SumoSource source;
+};
+
 struct SumoCompanions {
     QStringList files;
+    std::vector<SumoInclude> includes;
     std::vector<SumoFile> kept; ///< in the order of `files`
 
     std::vector<SumoVehicleType> vehicleTypes;

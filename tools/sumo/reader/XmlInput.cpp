@@ -17,7 +17,8 @@ namespace {
 
 constexpr char kGzipMagic[] = "\x1f\x8b";
 constexpr qint64 kLongestToken = 16LL * 1024 * 1024; // bytes
-constexpr int kDeepestElement = 1000;
+// Kept elements become JSON, of which Qt reads 1024 levels: two for each element, and a few around them.
+constexpr int kDeepestElement = 400;
 constexpr int kMostAttributes = 1000; // SUMO's elements have some twenty
 // QXmlStreamReader has a text for this error and no code.
 constexpr char kMisencoded[] = "Encountered incorrectly encoded content.";

@@ -19,7 +19,7 @@ class GzipDevice;
 
 /// An XML file read as a stream, plain or compressed with gzip (told by its first bytes, not by its name).
 /// Every fault throws a `Failure` that names the file, the line and what to do. What a few bytes can stand
-/// for has limits: 16 MiB for a text, a tag or a comment, and 1000 elements within each other.
+/// for has limits: 16 MiB for a text, a tag or a comment, and 400 elements within each other.
 class XmlInput {
 public:
     /// Opens `path` and moves to the root element, which must be called `root` (empty: any name will do);
