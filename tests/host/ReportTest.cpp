@@ -124,7 +124,11 @@ TEST_F(Report, KeptAndLeftOutAreWhatThePlainCountGives) {
 }
 
 TEST_F(Report, WhatIsLeftOutGoesWithAllThatIsInIt) {
-    const QString net = sourceFolder() + QStringLiteral("/examples/crossing/crossing.net.xml");
+    QByteArray twice = read(sourceFolder() + QStringLiteral("/examples/crossing/crossing.net.xml"));
+    twice.replace("</net>",
+                  "<connection from=\"west_in\" to=\"approach_market\" fromLane=\"0\" toLane=\"0\" dir=\"s\" "
+                  "paint=\"red\"><param key=\"k\" value=\"v\"/></connection></net>");
+    const QString net = write(QStringLiteral("twice.net.xml"), twice);
     const QString companions = write(
         QStringLiteral("more.xml"),
         "<additional><vType id=\"t\" tau=\"1\"/>"
@@ -134,6 +138,8 @@ TEST_F(Report, WhatIsLeftOutGoesWithAllThatIsInIt) {
         "<inductionLoop id=\"l\" lane=\"gone_0\" paint=\"red\"/>"
         "<inductionLoop id=\"k\" lane=\"west_in_0\" paint=\"red\"/></additional>");
     const QJsonObject report = reportOf({net, companions}, 3);
+    EXPECT_EQ(countOf(report, "connection", "paint", "leftOut", "it occurs a second time"), 1);
+    EXPECT_EQ(countOf(report, "param", "key", "leftOut", "it occurs a second time"), 1);
     EXPECT_EQ(countOf(report, "vehicle", "", "leftOut", "no edge"), 2) << "one reason, whatever the name";
     EXPECT_EQ(countOf(report, "vehicle", "depart", "column", "DepartureInterval.interval"), 1);
     EXPECT_EQ(countOf(report, "stop", "duration", "leftOut", "no edge"), 1);

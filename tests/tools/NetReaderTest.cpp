@@ -162,8 +162,9 @@ TEST_F(NetReader, KeepsWhatHasNoRecord) {
 <connection from=":m_0" to="b_7" fromLane="0" toLane="0" via=":m_1_0" dir="s" state="M"/>
 <connection from=":m_1" to="b_7" fromLane="0" toLane="0" dir="s" state="M"/>
 )");
-    EXPECT_EQ(net.repeatedConnections,
-              QStringList(QStringLiteral("\"-a#2_1->b_7_0\" (a.net.xml, line 33: it occurs a second time)")));
+    ASSERT_EQ(net.repeatedConnections.size(), 1u);
+    EXPECT_EQ(net.repeatedConnections[0].what,
+              QStringLiteral("\"-a#2_1->b_7_0\" (a.net.xml, line 33: it occurs a second time)"));
 }
 
 TEST_F(NetReader, PathsFollowTheChainOfInternalLanes) {

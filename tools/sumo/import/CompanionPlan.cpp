@@ -13,8 +13,9 @@ CompanionPlan planCompanions(const SumoNet &net, SumoCompanions companions, cons
         plan.leftOut.add(QStringLiteral("files of the configuration"), file);
     const auto records = std::make_shared<SumoCompanions>(std::move(companions));
     plan.companions = records;
-    for (const QString &connection : net.repeatedConnections)
-        plan.leftOut.add(QStringLiteral("connections"), connection);
+    for (const SumoRepeated &connection : net.repeatedConnections)
+        plan.leftOut.add(QStringLiteral("connections"), connection.what, connection.source,
+                         QStringLiteral("it occurs a second time"));
     removeUnresolved(*records, net, plan.leftOut);
     if (trips == Trips::Routed)
         removeUnserved(*records, routeTrips(net, *records, routing), plan.leftOut);

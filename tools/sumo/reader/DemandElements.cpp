@@ -254,9 +254,11 @@ void readInterval(CompanionReading &reading) {
         } else if (reading.input.name() == QLatin1String("fromEdge")) {
             ratio.from = outer.text("id");
             while (reading.input.nextElement()) {
-                const Attributes inner(reading.input);
-                ratio.to = inner.text("id");
-                add(inner);
+                if (reading.input.name() == QLatin1String("toEdge")) {
+                    const Attributes inner(reading.input);
+                    ratio.to = inner.text("id");
+                    add(inner);
+                }
                 reading.input.skipElement();
             }
         } else {

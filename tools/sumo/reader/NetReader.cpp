@@ -132,7 +132,8 @@ void NetReader::readElement() {
         mNet.programmes.push_back(readProgramme(mInput, SumoSource::kNetwork));
     } else if (name == QLatin1String("location")) {
         mNet.location = keptOf(mInput, {});
-        mInput.skipElement();
+        while (mInput.nextElement())
+            keepChild(mInput, mNet.location);
     } else {
         mNet.elements.push_back(mInput.keepElement());
     }
@@ -277,9 +278,10 @@ void NetReader::addConnection(SumoConnection connection) {
                                  .arg(connection.from, QString::number(connection.fromLane), connection.to,
                                       QString::number(connection.toLane));
     if (mSeenConnections.contains(movement)) {
-        mNet.repeatedConnections.append(
-            QStringLiteral("\"%1\" (%2, line %3: it occurs a second time)")
-                .arg(movement, QFileInfo(mInput.path()).fileName(), QString::number(connection.line)));
+        mNet.repeatedConnections.push_back(
+            {QStringLiteral("\"%1\" (%2, line %3: it occurs a second time)")
+                 .arg(movement, QFileInfo(mInput.path()).fileName(), QString::number(connection.line)),
+             {SumoSource::kNetwork, connection.line, mInput.elementNumber()}});
         mInput.skipElement();
         return;
     }

@@ -83,6 +83,12 @@ struct SumoConnection {
     qint64 line = 0;
 };
 
+/// An element that is there a second time.
+struct SumoRepeated {
+    QString what; ///< its name, file and line
+    SumoSource source;
+};
+
 struct SumoPhase {
     double duration = 0;
     QString state; ///< one letter for each link index; may be longer than the controlled links
@@ -114,11 +120,11 @@ struct MORATOOLS_EXPORT SumoNet {
     QJsonObject kept; ///< attributes of the root
     QJsonObject location;
     std::vector<SumoEdge> edges;
-    std::vector<SumoJunction> junctions;     ///< without the internal ones
-    std::vector<SumoConnection> connections; ///< between normal edges only, each once
-    QStringList repeatedConnections;         ///< those that are there a second time, named with their line
-    std::vector<KeptElement> elements;       ///< that have no record: types, roundabouts, prohibitions, ...
-    std::vector<JunctionInside> homeless;    ///< insides of junctions that the file does not have
+    std::vector<SumoJunction> junctions;           ///< without the internal ones
+    std::vector<SumoConnection> connections;       ///< between normal edges only, each once
+    std::vector<SumoRepeated> repeatedConnections; ///< those that are there a second time
+    std::vector<KeptElement> elements;    ///< that have no record: types, roundabouts, prohibitions, ...
+    std::vector<JunctionInside> homeless; ///< insides of junctions that the file does not have
     std::vector<SumoProgramme> programmes;
     QHash<QString, SumoInternalLane> internalLanes;
     QHash<QString, int> edgeIndex; ///< edge id to its place in `edges`

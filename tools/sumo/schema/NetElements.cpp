@@ -9,7 +9,6 @@ constexpr const char *kLocation = "Net.otherAttrsJson sumo.location";
 constexpr const char *kElements = "Net.otherAttrsJson sumo.elements";
 constexpr const char *kProgrammes = "Net.otherAttrsJson sumo.programmes";
 constexpr const char *kLink = "Link.otherAttrsJson sumo";
-constexpr const char *kLane = "Lane.otherAttrsJson sumo";
 constexpr const char *kJunction = "Link.otherAttrsJson sumo.junction";
 constexpr const char *kConnector = "Connector.otherAttrsJson sumo.connections";
 
@@ -18,7 +17,7 @@ constexpr const char *kConnector = "Connector.otherAttrsJson sumo.connections";
 const std::vector<Element> &netElements() {
     static const std::vector<Element> elements{
         {".", "", "",
-         "avoidOverlap checkLaneFoesAll checkLaneFoesRoundabout internalJunctionsVehicleWidth "
+         "avoidOverlap checkLinkFoesAll checkLinkFoesRoundabout internalJunctionsVehicleWidth "
          "junctionCornerDetail junctionHigherSpeed junctionLinkDetail lefthand limitTurnSpeed "
          "rectangularLaneCut spreadType tlsIgnoreInternalJunctionJam version walkingareas",
          kNetAttributes},
@@ -29,6 +28,7 @@ const std::vector<Element> &netElements() {
          "allow changeLeft changeRight contPos dir disallow friction indirect keepClear length "
          "linkIndex2 pass shape speed state type uncontrolled via visibility",
          kConnector},
+        {"connection/param", "", "", "key value", kJunction},
         {"connection:inside", "", "",
          "allow changeLeft changeRight contPos dir disallow friction from fromLane indirect keepClear "
          "length linkIndex linkIndex2 pass shape speed state tl to toLane type uncontrolled via "
@@ -39,10 +39,10 @@ const std::vector<Element> &netElements() {
         {"edge/lane", "Lane",
          "id=Lane.serialNumber index=Lane.serialNumber length=Link.length "
          "shape=Lane.centerLinePointsJson speed=Link.limitSpeed width=Lane.width",
-         "acceleration allow changeLeft changeRight customShape disallow endOffset friction type", kLane},
-        {"edge/lane/neigh", "", "", "lane", kLane},
-        {"edge/lane/param", "", "", "key value", kLane},
-        {"edge/lane/stopOffset", "", "", "exceptions value vClasses", kLane},
+         "acceleration allow changeLeft changeRight customShape disallow endOffset friction type", kLink},
+        {"edge/lane/neigh", "", "", "lane", kLink},
+        {"edge/lane/param", "", "", "key value", kLink},
+        {"edge/lane/stopOffset", "", "", "exceptions value vClasses", kLink},
         {"edge/param", "", "", "key value", kLink},
         {"edge/stopOffset", "", "", "exceptions value vClasses", kLink},
         {"edge:inside", "", "",

@@ -71,28 +71,32 @@ const Entries &entriesOf(FileKind kind) {
     return kind == FileKind::Network ? network : companion;
 }
 
-/// Where what stands at `path` is kept: with the nearest element that the list has.
+/// Where what stands at `path` is kept: with the nearest element that the list has, in it like its parameters.
 QString placeAt(FileKind kind, const QString &path) {
     const Entries &entries = entriesOf(kind);
     for (QString at = path; !at.isEmpty(); at = parentOf(at)) {
-        const auto known = entries.constFind(at);
-        if (known != entries.constEnd() && !known->place.isEmpty())
-            return known->place;
+        for (const QString &near : {at, parentOf(at) + QLatin1Char('/') + kParameter}) {
+            const auto known = entries.constFind(near);
+            if (known != entries.constEnd())
+                return known->place;
+        }
     }
     return kind == FileKind::Network ? kNetPlace : kCompanionPlace;
 }
 
 Fate fateOfRoot(FileKind kind, const QString &attribute) {
-    if (attribute.startsWith(kSchemaPrefix))
-        return {
-            Target::LeftOut, {}, QStringLiteral("a file that is written names the schema of its own"), true};
-    if (kind == FileKind::Network)
+    const bool isSchema = attribute.startsWith(kSchemaPrefix);
+    const auto root = entriesOf(kind).constFind(QStringLiteral("."));
+    if (root != entriesOf(kind).constEnd())
         return {Target::Attributes,
-                placeAt(kind, QStringLiteral(".")),
+                root->place,
                 {},
-                entriesOf(kind)[QStringLiteral(".")].places.contains(attribute) || attribute.isEmpty()};
+                attribute.isEmpty() || isSchema || root->places.contains(attribute)};
     if (attribute.isEmpty())
         return {Target::Attributes, kCompanionPlace, {}, true};
+    if (isSchema)
+        return {
+            Target::LeftOut, {}, QStringLiteral("a file that is written names the schema of its own"), true};
     return {Target::LeftOut, {}, QStringLiteral("the root of such a file says nothing"), false};
 }
 
@@ -133,9 +137,7 @@ QString rowOf(const Element &element) {
                        column.section(QLatin1Char('='), 1));
     const QString kept = wordsOf(element.attributes).join(QLatin1Char(' '));
     const QString place = QLatin1String(element.place);
-    QString keptCell = kept.isEmpty() ? QString() : code(kept);
-    if (!*element.tables || !kept.isEmpty())
-        keptCell += (keptCell.isEmpty() ? QString() : QStringLiteral(": ")) + place;
+    const QString keptCell = (kept.isEmpty() ? QString() : code(kept) + QStringLiteral(": ")) + place;
     return QStringLiteral("| %1 | %2 | %3 | %4 |\n")
         .arg(code(QLatin1String(element.path)), QLatin1String(element.tables),
              columns.join(QStringLiteral(", ")), keptCell);
