@@ -1,4 +1,5 @@
 #include "tests/support/Places.h"
+#include "tests/support/RealData.h"
 #include "tests/support/StoreFixture.h"
 #include "tools/kinds/NetworkObjects.h"
 #include "tools/session/StoreSession.h"
@@ -43,42 +44,59 @@ protected:
     void prepare() override { import(kFile); }
 
     void import(const QByteArray &content) {
+        QFile target(folder() + QStringLiteral("/all.add.xml"));
+        ASSERT_TRUE(target.open(QIODevice::WriteOnly) && target.write(content) > 0);
+        target.close();
+        SumoScenario scenario;
+        scenario.network = sourceFolder() + QStringLiteral("/examples/crossing/crossing.net.xml");
+        scenario.additional = QStringList{target.fileName()};
+        scenario.options = {{QStringLiteral("end"), QStringLiteral("9")}};
+        import(scenario);
+    }
+
+    void import(const SumoScenario &scenario) {
         if (isPostgres())
             letReferencesDangle();
         execute(QStringLiteral("update Net set otherAttrsJson = '{\"mine\": 1}'"));
         if (hasSeveralNets())
             execute(QStringLiteral("delete from Net"));
-        QFile target(folder() + QStringLiteral("/all.add.xml"));
-        ASSERT_TRUE(target.open(QIODevice::WriteOnly) && target.write(content) > 0);
-        target.close();
-        const SumoNet net =
-            readSumoNet(sourceFolder() + QStringLiteral("/examples/crossing/crossing.net.xml"));
+        const SumoNet net = readSumoNet(scenario.network);
         SumoCompanions companions;
-        readSumoCompanion(target.fileName(), companions);
-        SumoScenario scenario;
-        scenario.options = {{QStringLiteral("end"), QStringLiteral("9")}};
+        for (const QString &file : scenario.additional)
+            readSumoCompanion(file, companions);
+        for (const QString &file : scenario.routes)
+            readSumoCompanion(file, companions, {}, CompanionRole::Routes);
         importNetwork(StoreSession::ofProcess({}), net, planCompanions(net, std::move(companions), scenario),
                       QStringLiteral("all"));
+        load();
+    }
+
+    void load() {
         reopen();
         mNetwork = readNetwork(StoreSession::ofProcess({}), 0);
         mSumo = mNetwork.record.otherAttrsJson.value(QStringLiteral("sumo")).toObject();
     }
 
-    KeptList elements() const {
+    KeptList elements(int file = 0) const {
         return KeptList::fromJson(
-            mSumo.value(QStringLiteral("files")).toArray().at(0)[QLatin1String("elements")]);
+            mSumo.value(QStringLiteral("files")).toArray().at(file)[QLatin1String("elements")]);
     }
     /// Names of the kept elements whose objects are not as the import made them.
     QStringList changed() const {
         const Digests digests(mNetwork, StoreSession::ofProcess({}).words());
         QStringList names;
-        elements().forEach([&](const KeptEntry &entry) {
-            if (digests.of(entry.element) != entry.of)
-                names.append(*entry.element.attribute(QStringLiteral("id")));
-        });
+        for (int file = 0; file < mSumo.value(QStringLiteral("files")).toArray().size(); ++file) {
+            elements(file).forEach([&](const KeptEntry &entry) {
+                if (digests.of(entry.element) != entry.of)
+                    names.append(*entry.element.attribute(QStringLiteral("id")));
+            });
+        }
         KeptList::fromJson(mSumo.value(QStringLiteral("programmes"))).forEach([&](const KeptEntry &entry) {
+            const QString id = *entry.element.attribute(QStringLiteral("id"));
             const QString name = *entry.element.attribute(QStringLiteral("programID"));
-            const SignalGroup *group = mNetwork.findByName<SignalGroup>(QStringLiteral("market/") + name);
+            const SignalGroup *group = mNetwork.findByName<SignalGroup>(id + QLatin1Char('/') + name);
+            if (!group)
+                group = mNetwork.findByName<SignalGroup>(id);
             if (!group || digests.of(*group) != entry.of)
                 names.append(QStringLiteral("programme ") + name);
         });
@@ -203,6 +221,28 @@ TEST_P(KeptCompanions, AFileMayBeLongerThanATextMayBe) {
     });
     EXPECT_TRUE(kept == noise);
     EXPECT_GT(QJsonDocument(mSumo).toJson().size(), 1048576) << "what a name may have";
+}
+
+TEST_P(KeptCompanions, OfRealNetworksIsAsItWasAfterALoad) {
+    const struct {
+        const char *configuration;
+        std::vector<int> elements; ///< below the roots of the files, additional ones first
+    } table[] = {{"bologna/bologna.sumocfg", {3, 56, 106, 13, 11000, 176}},
+                 {"rilsa/rilsa.sumocfg", {2, 1, 16, 2170}}};
+    for (const auto &entry : table) {
+        const QString path = realDataFile(QLatin1String(entry.configuration));
+        if (path.isEmpty())
+            GTEST_SKIP() << "no real data";
+        openNewStore();
+        import(readScenario(path));
+        std::vector<int> kept;
+        for (std::size_t file = 0; file < entry.elements.size(); ++file) {
+            kept.push_back(0);
+            elements(int(file)).forEach([&kept](const KeptEntry &) { ++kept.back(); });
+        }
+        EXPECT_EQ(kept, entry.elements);
+        EXPECT_EQ(changed().join(QLatin1Char(' ')).toStdString(), "") << entry.configuration;
+    }
 }
 
 INSTANTIATE_TEST_SUITE_P(Stores, KeptCompanions, testing::ValuesIn(kStoreKinds), storeKindName);
