@@ -13,7 +13,6 @@
 #include <QHash>
 #include <QJsonArray>
 #include <QPair>
-#include <QSet>
 
 #include <algorithm>
 #include <cmath>
@@ -247,12 +246,11 @@ NetworkBuilder::buildConnector(const std::vector<const SumoConnection *> &connec
 
 QJsonArray NetworkBuilder::keepJunctions(const NetLists &network) const {
     const Junctions junctions(network);
-    const QSet<QString> meeting(junctions.names().cbegin(), junctions.names().cend());
     QJsonArray others;
     for (std::size_t i = 0; i < mNet.junctions.size(); ++i) {
         const SumoJunction &junction = mNet.junctions[i];
         QJsonObject kept = keptOf(junction, i);
-        if (meeting.contains(junction.id)) {
+        if (junctions.has(junction.id)) {
             kept.insert(QStringLiteral("of"), junctions.digest(junction.id));
             Junctions::keep(junctions.keeper(junction.id), junction.id, kept);
         } else {

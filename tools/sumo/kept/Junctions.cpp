@@ -42,12 +42,7 @@ void appendEnd(QByteArray &text, const GeometryLine &line, bool end) {
 } // namespace
 
 Junctions::Junctions(const NetLists &network) {
-    const auto at = [this](const Node *node) -> Ends & {
-        const QString name = node ? node->nodeName : QString();
-        if (!mEnds.contains(name))
-            mNames.append(name);
-        return mEnds[name];
-    };
+    const auto at = [this](const Node *node) -> Ends & { return mEnds[node ? node->nodeName : QString()]; };
     for (const auto &link : network.links)
         at(link->mpEndNode).in.push_back(link.get());
     for (const auto &link : network.links)

@@ -6,7 +6,6 @@
 #include <QHash>
 #include <QJsonObject>
 #include <QString>
-#include <QStringList>
 
 #include <vector>
 
@@ -22,8 +21,8 @@ public:
     /// `network` must outlive this object.
     explicit Junctions(const NetLists &network);
 
-    /// Names of junctions, in the order in which the links lead to them and then from them.
-    const QStringList &names() const { return mNames; }
+    /// Whether a link begins or ends there; the following take no other name.
+    bool has(const QString &name) const { return mEnds.contains(name); }
 
     /// The link whose attributes keep the inside: the first that leads there, or else from there.
     Link &keeper(const QString &name) const;
@@ -47,7 +46,6 @@ private:
     QByteArray describe(const Link &link, bool end) const;
     QByteArray describe(const Connector &connector) const;
 
-    QStringList mNames;
     QHash<QString, Ends> mEnds;
     QHash<const Link *, std::vector<const Connector *>> mConnectorsFrom;
 };
