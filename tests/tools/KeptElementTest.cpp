@@ -51,12 +51,13 @@ TEST(Packed, DamagedOrHostileGivesNothing) {
 }
 
 TEST(JunctionInside, PartsMayBeEmpty) {
+    Packer packer;
     for (int empty = 0; empty < 16; ++empty) {
         const auto part = [&](int i) {
             return (empty >> i) & 1 ? QByteArray() : "x" + QByteArray::number(i) + "\ny\n";
         };
         const JunctionInside inside{part(0), part(1), part(2), part(3)};
-        const JunctionInside again = JunctionInside::fromText(inside.toText());
+        const JunctionInside again = JunctionInside::fromText(inside.toText(packer));
         EXPECT_EQ(again.edges, part(0));
         EXPECT_EQ(again.rightOfWay, part(1));
         EXPECT_EQ(again.junctions, part(2));

@@ -96,10 +96,10 @@ QJsonObject keptOf(const SumoConnection &connection) {
     return kept;
 }
 
-QJsonObject keptOf(const SumoJunction &junction, std::size_t place) {
+QJsonObject keptOf(const SumoJunction &junction, std::size_t place, Packer &packer) {
     QJsonObject kept = junction.kept;
     kept.insert(QStringLiteral("at"), int(place));
-    kept.insert(QStringLiteral("inside"), junction.inside.toText());
+    kept.insert(QStringLiteral("inside"), junction.inside.toText(packer));
     return kept;
 }
 
@@ -246,10 +246,11 @@ NetworkBuilder::buildConnector(const std::vector<const SumoConnection *> &connec
 
 QJsonArray NetworkBuilder::keepJunctions(const NetLists &network) const {
     const Junctions junctions(network);
+    Packer packer;
     QJsonArray others;
     for (std::size_t i = 0; i < mNet.junctions.size(); ++i) {
         const SumoJunction &junction = mNet.junctions[i];
-        QJsonObject kept = keptOf(junction, i);
+        QJsonObject kept = keptOf(junction, i, packer);
         if (junctions.has(junction.id)) {
             kept.insert(QStringLiteral("of"), junctions.digest(junction.id));
             Junctions::keep(junctions.keeper(junction.id), junction.id, kept);

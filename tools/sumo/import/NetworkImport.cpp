@@ -52,8 +52,9 @@ QJsonObject keptOf(const SumoNet &net, const QJsonArray &junctions) {
     for (const KeptElement &element : net.elements)
         elements.append(element.toJson());
     QJsonArray homeless;
+    Packer packer;
     for (const JunctionInside &inside : net.homeless)
-        homeless.append(inside.toText());
+        homeless.append(inside.toText(packer));
     QJsonObject kept{{QStringLiteral("net"), net.kept},
                      {QStringLiteral("location"), net.location},
                      {QStringLiteral("elements"), elements},

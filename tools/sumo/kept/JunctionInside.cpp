@@ -1,11 +1,9 @@
 #include "tools/sumo/kept/JunctionInside.h"
 
-#include "tools/sumo/kept/Packed.h"
-
 namespace moratools {
 
-QString JunctionInside::toText() const {
-    return packed(edges + '\n' + rightOfWay + '\n' + junctions + '\n' + connections);
+QString JunctionInside::toText(Packer &packer) const {
+    return packer(edges + '\n' + rightOfWay + '\n' + junctions + '\n' + connections);
 }
 
 JunctionInside JunctionInside::fromText(const QString &text) {

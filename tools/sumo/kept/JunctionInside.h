@@ -1,6 +1,7 @@
 #pragma once
 
 #include "tools/MoraToolsExport.h"
+#include "tools/sumo/kept/Packed.h"
 
 #include <QByteArray>
 #include <QString>
@@ -15,7 +16,7 @@ struct MORATOOLS_EXPORT JunctionInside {
     QByteArray connections; ///< from the edges that lead here and from the internal ones
 
     /// All of it as one value of a JSON object, see packed(): the four parts with an empty line between each.
-    QString toText() const;
+    QString toText(Packer &packer) const;
     /// What toText() gave; a text that it did not make gives parts that are empty.
     static JunctionInside fromText(const QString &text);
 };

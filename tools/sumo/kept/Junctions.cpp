@@ -4,8 +4,10 @@
 #include "tools/sumo/kept/Packed.h"
 
 #include <QJsonDocument>
+#include <QtEndian>
 
 #include <algorithm>
+#include <cstring>
 
 namespace moratools {
 
@@ -21,8 +23,13 @@ QString keyOf(const Link &keeper, const QString &name) {
     return keeper.mpEndNode && keeper.mpEndNode->nodeName == name ? kAtEnd : kAtStart;
 }
 
+/// The number bit for bit, in an order of bytes that is the same everywhere.
 void append(QByteArray &text, double value) {
-    text += QByteArray::number(value, 'g', 17) + ' ';
+    quint64 bits = 0;
+    static_assert(sizeof bits == sizeof value);
+    std::memcpy(&bits, &value, sizeof bits);
+    bits = qToLittleEndian(bits);
+    text.append(reinterpret_cast<const char *>(&bits), int(sizeof bits));
 }
 
 void append(QByteArray &text, const QJsonObject &object) {
@@ -43,6 +50,15 @@ void appendEnd(QByteArray &text, const GeometryLine &line, bool end) {
 
 Junctions::Junctions(const NetLists &network) {
     const auto at = [this](const Node *node) -> Ends & { return mEnds[node ? node->nodeName : QString()]; };
+    for (const auto &link : network.links) {
+        QByteArray text = link->linkName.toUtf8() + ' ';
+        append(text, link->limitSpeed);
+        QJsonObject sumo = link->otherAttrsJson.value(kSumo).toObject();
+        sumo.remove(kAtEnd);
+        sumo.remove(kAtStart);
+        append(text, sumo);
+        mKeptOf.insert(link.get(), text);
+    }
     for (const auto &link : network.links)
         at(link->mpEndNode).in.push_back(link.get());
     for (const auto &link : network.links)
@@ -70,12 +86,8 @@ QString Junctions::digest(const QString &name) const {
 }
 
 QByteArray Junctions::describe(const Link &link, bool end) const {
-    QByteArray text = (end ? "in " : "out ") + link.linkName.toUtf8() + ' ';
-    append(text, link.limitSpeed);
-    QJsonObject sumo = link.otherAttrsJson.value(kSumo).toObject();
-    sumo.remove(kAtEnd);
-    sumo.remove(kAtStart);
-    append(text, sumo);
+    QByteArray text = end ? "in " : "out ";
+    text += mKeptOf.value(&link);
     for (const Lane *lane : link.mlLane) {
         append(text, lane->width);
         appendEnd(text, geometryjson::points(lane->centerLinePointsJson), end);

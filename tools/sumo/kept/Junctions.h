@@ -48,6 +48,7 @@ private:
 
     QHash<QString, Ends> mEnds;
     QHash<const Link *, std::vector<const Connector *>> mConnectorsFrom;
+    QHash<const Link *, QByteArray> mKeptOf; ///< name, speed and what is kept of a link but the insides
 };
 
 } // namespace moratools

@@ -5,11 +5,26 @@
 #include <QByteArray>
 #include <QString>
 
+#include <memory>
+
 namespace moratools {
 
-/// A text that is long and has many repetitions, as a value of a JSON object: base64 of what qCompress()
-/// gives, so that qUncompress(QByteArray::fromBase64(...)) gives it back. Equal for equal text.
+/// A text that is long and has many repetitions, as a value of a JSON object: base64 of a stream
+/// as qCompress() makes it, so that qUncompress(QByteArray::fromBase64(...)) gives it back. Equal for equal text.
 MORATOOLS_EXPORT QString packed(const QByteArray &text);
+
+/// Packs many texts, as packed() does one, with the same tables.
+class MORATOOLS_EXPORT Packer {
+public:
+    Packer();
+    ~Packer();
+    QString operator()(const QByteArray &text);
+
+private:
+    Q_DISABLE_COPY(Packer)
+    struct Stream;
+    std::unique_ptr<Stream> mStream;
+};
 
 /// What packed() was given. Null for what it did not make, for what is damaged, and for more than 1 GiB; what
 /// a few bytes claim to hold takes no memory.

@@ -102,7 +102,7 @@ private:
     QStringList mGivingWay; ///< internal lanes
     QHash<QString, JunctionInside> mInsides;
     QHash<QString, QByteArray> mConnectionsFrom; ///< by edge, which may follow in the file
-    QSet<QString> mSeenConnections;
+    QSet<QPair<QPair<QString, QString>, QPair<int, int>>> mSeenConnections;
 };
 
 SumoNet NetReader::read() {
@@ -274,13 +274,14 @@ void NetReader::readConnection() {
 }
 
 void NetReader::addConnection(SumoConnection connection) {
-    const QString movement = QStringLiteral("%1_%2->%3_%4")
-                                 .arg(connection.from, QString::number(connection.fromLane), connection.to,
-                                      QString::number(connection.toLane));
+    const auto movement = qMakePair(qMakePair(connection.from, connection.to),
+                                    qMakePair(connection.fromLane, connection.toLane));
     if (mSeenConnections.contains(movement)) {
         mNet.repeatedConnections.push_back(
-            {QStringLiteral("\"%1\" (%2, line %3: it occurs a second time)")
-                 .arg(movement, QFileInfo(mInput.path()).fileName(), QString::number(connection.line)),
+            {QStringLiteral("\"%1_%2->%3_%4\" (%5, line %6: it occurs a second time)")
+                 .arg(connection.from, QString::number(connection.fromLane), connection.to,
+                      QString::number(connection.toLane), QFileInfo(mInput.path()).fileName(),
+                      QString::number(connection.line)),
              {SumoSource::kNetwork, connection.line, mInput.elementNumber()}});
         mInput.skipElement();
         return;

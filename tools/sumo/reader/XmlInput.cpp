@@ -44,7 +44,16 @@ bool parsePoint(const QStringRef &text, GeometryPoint &point) {
 /// The text as it stands in an attribute. Line ends and tabs are written out, since a parser takes those that
 /// stand there for blanks.
 void appendEscaped(QByteArray &to, const QStringRef &text) {
-    const QByteArray bytes = text.toUtf8();
+    int plain = 0;
+    const auto isPlain = [](QChar c) {
+        return c.unicode() >= ' ' && c.unicode() < 0x7f && c != QLatin1Char('<') && c != QLatin1Char('>') &&
+               c != QLatin1Char('&') && c != QLatin1Char('"');
+    };
+    for (; plain < text.size() && isPlain(text[plain]); ++plain)
+        to += text[plain].toLatin1();
+    if (plain == text.size())
+        return;
+    const QByteArray bytes = text.mid(plain).toUtf8();
     for (const char byte : bytes) {
         switch (byte) {
         case '<':
@@ -215,12 +224,15 @@ void XmlInput::keepText(QByteArray &text, const std::function<void()> &atChild, 
 
 void XmlInput::keepTag(QByteArray &text, const std::function<void()> &atChild, const QStringList &only) {
     const QByteArray tag = name().toUtf8();
-    text += '<' + tag;
+    text += '<';
+    text += tag;
     const QXmlStreamAttributes given = mXml.attributes();
     for (const QXmlStreamAttribute &attribute : given) {
         if (!only.isEmpty() && !only.contains(attribute.qualifiedName()))
             continue;
-        text += ' ' + attribute.qualifiedName().toUtf8() + "=\"";
+        text += ' ';
+        appendEscaped(text, attribute.qualifiedName());
+        text += "=\"";
         appendEscaped(text, attribute.value().trimmed());
         text += '"';
     }
@@ -233,7 +245,13 @@ void XmlInput::keepTag(QByteArray &text, const std::function<void()> &atChild, c
             atChild();
         keepTag(text, atChild, {});
     }
-    text += hasChildren ? "</" + tag + '>' : QByteArrayLiteral("/>");
+    if (hasChildren) {
+        text += "</";
+        text += tag;
+        text += '>';
+    } else {
+        text += "/>";
+    }
 }
 
 double XmlInput::progress() const {
