@@ -36,7 +36,8 @@ void set(KeptElement &element, const char *name, const QString &value) {
     element.setAttribute(QLatin1String(name), value);
 }
 
-/// Speeds of the lanes in m/s: as they were kept while the link's limit is still the highest of them.
+/// Speeds of the lanes in m/s: as they were kept while the link's limit is still the highest of them. With another
+/// limit the fastest lanes have that, and none goes beyond it.
 std::vector<double> speedsOf(const ExportedRoads &roads, const Link &link, const QJsonObject &kept) {
     std::vector<double> speeds;
     double highest = 0;
@@ -45,8 +46,13 @@ std::vector<double> speedsOf(const ExportedRoads &roads, const Link &link, const
         speeds.push_back(own.toDouble(kept.value(kSpeed).toDouble()));
         highest = std::max(highest, speeds.back());
     }
-    if (speeds.empty() || std::abs(highest * kKmhPerMs - link.limitSpeed) > kSameSpeed)
-        speeds.assign(std::size_t(roads.laneCount(link)), link.limitSpeed / kKmhPerMs);
+    const double limit = link.limitSpeed / kKmhPerMs;
+    if (speeds.empty())
+        speeds.assign(std::size_t(roads.laneCount(link)), limit);
+    if (std::abs(highest * kKmhPerMs - link.limitSpeed) > kSameSpeed) {
+        for (double &speed : speeds)
+            speed = speed == highest ? limit : std::min(speed, limit);
+    }
     return speeds;
 }
 
@@ -71,17 +77,21 @@ roadkinds::Permissions permissionsOf(const Lane &lane, const QJsonObject &kept, 
     return roadkinds::permissionsOf(lane.actionType);
 }
 
+void setPermissions(KeptElement &element, const roadkinds::Permissions &permissions) {
+    if (!permissions.allow.isEmpty())
+        set(element, "allow", permissions.allow);
+    else if (!permissions.disallow.isEmpty())
+        set(element, "disallow", permissions.disallow);
+}
+
 /// `isTyped`: what the lane does not say would be taken from the type.
 KeptElement laneElement(const Lane &lane, int index, const QJsonObject &kept, const QJsonObject &own,
                         bool isTyped) {
     KeptElement element{QStringLiteral("lane"), {}, {}};
     set(element, "index", QString::number(index));
     const roadkinds::Permissions permissions = permissionsOf(lane, kept, own);
-    if (!permissions.allow.isEmpty())
-        set(element, "allow", permissions.allow);
-    else if (!permissions.disallow.isEmpty())
-        set(element, "disallow", permissions.disallow);
-    else if (isTyped)
+    setPermissions(element, permissions);
+    if (isTyped && permissions.isForAll())
         set(element, "allow", QStringLiteral("all"));
     if (lane.width != kUsualWidth || own.contains(kWidth))
         set(element, "width", numberText(lane.width));
@@ -95,8 +105,12 @@ KeptElement laneElement(const Lane &lane, int index, const QJsonObject &kept, co
     return element;
 }
 
+bool hasKeptLine(const Link &link, const QJsonObject &kept) {
+    return kept.value(QLatin1String(linkline::kKey)).toString() == linkline::digestOf(link);
+}
+
 void setLine(KeptElement &element, const Link &link, const QJsonObject &kept) {
-    if (kept.value(QLatin1String(linkline::kKey)).toString() == linkline::digestOf(link)) {
+    if (hasKeptLine(link, kept)) {
         if (kept.contains(kShape))
             set(element, "shape", kept.value(kShape).toString());
         set(element, "spreadType", kept.value(kSpreadType).toString(QStringLiteral("right")));
@@ -104,6 +118,22 @@ void setLine(KeptElement &element, const Link &link, const QJsonObject &kept) {
     }
     set(element, "shape", shapeText(lineOf(link)));
     set(element, "spreadType", QStringLiteral("center"));
+}
+
+KeptElement netLaneElement(const ExportedRoads &roads, const Link &link, const Lane &lane, int index,
+                           double speed) {
+    const QJsonObject own = keptOfLane(link, lane);
+    KeptElement element{QStringLiteral("lane"), {}, {}};
+    set(element, "id", own.value(QStringLiteral("id")).toString(roads.laneId(link, index)));
+    set(element, "index", QString::number(index));
+    setPermissions(element, permissionsOf(lane, keptOf(link.otherAttrsJson), own));
+    set(element, "speed", numberText(speed));
+    set(element, "length", numberText(own.value(kLength).toDouble(link.length)));
+    if (lane.width != kUsualWidth || own.contains(kWidth))
+        set(element, "width", numberText(lane.width));
+    set(element, "shape", shapeText(geometryjson::points(lane.centerLinePointsJson)));
+    addKept(element, own, {QStringLiteral("id"), kSpeed, kLength, kWidth, kAllow, kDisallow});
+    return element;
 }
 
 } // namespace
@@ -196,6 +226,27 @@ KeptElement edgeElement(const ExportedRoads &roads, const Link &link) {
         ++index;
     }
     element.children.insert(element.children.begin(), lanes.begin(), lanes.end());
+    return element;
+}
+
+KeptElement netEdgeElement(const ExportedRoads &roads, const Link &link) {
+    const QJsonObject kept = keptOf(link.otherAttrsJson);
+    KeptElement element{QStringLiteral("edge"), {}, {}};
+    set(element, "id", roads.names().of(&link));
+    set(element, "from", roads.from(link).id);
+    set(element, "to", roads.to(link).id);
+    QSet<QString> but{
+        QStringLiteral("id"),         QStringLiteral("from"), QStringLiteral("to"), kSpeed, kAllow, kDisallow,
+        QLatin1String(linkline::kKey)};
+    if (!hasKeptLine(link, kept))
+        but.insert(kShape);
+    addKept(element, kept, but);
+    const std::vector<double> speeds = speedsOf(roads, link, kept);
+    const std::vector<const Lane *> lanes = roads.lanes(link);
+    std::vector<KeptElement> laneElements;
+    for (std::size_t i = 0; i < lanes.size(); ++i)
+        laneElements.push_back(netLaneElement(roads, link, *lanes[i], int(i), speeds[i]));
+    element.children.insert(element.children.begin(), laneElements.begin(), laneElements.end());
     return element;
 }
 

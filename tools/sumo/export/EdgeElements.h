@@ -17,6 +17,9 @@ KeptElement nodeElement(const ExportedJunction &junction);
 ///
 KeptElement edgeElement(const ExportedRoads &roads, const Link &link);
 
+/// A link as `<edge>` of a network file: its lanes have lines of their own, from junction to junction.
+KeptElement netEdgeElement(const ExportedRoads &roads, const Link &link);
+
 /// The `<type>`s of the edges that edgeElement() gives a type of its own.
 std::vector<KeptElement> typeElements(const ExportedRoads &roads);
 

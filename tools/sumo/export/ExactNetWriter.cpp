@@ -1,9 +1,7 @@
 #include "tools/sumo/export/ExactNetWriter.h"
 
-#include "model/GeometryJson.h"
 #include "tools/sumo/export/EdgeElements.h"
 #include "tools/sumo/kept/Junctions.h"
-#include "tools/sumo/kept/LinkLine.h"
 
 #include <QJsonArray>
 #include <QXmlStreamWriter>
@@ -13,9 +11,6 @@
 namespace moratools {
 
 namespace {
-
-// The width that SUMO gives a lane which says none.
-constexpr double kUsualWidth = 3.2;
 
 const QString kPlace = QStringLiteral("at");
 const QString kInside = QStringLiteral("inside");
@@ -27,63 +22,10 @@ void writeText(QXmlStreamWriter &writer, const QByteArray &text) {
     writer.device()->write(text);
 }
 
-/// The attributes of an object of kept ones, but those named, and then its parameters and children.
-void writeKept(QXmlStreamWriter &writer, const QJsonObject &kept, const QSet<QString> &but) {
-    KeptElement element;
-    addKept(element, kept, but);
-    for (const auto &attribute : element.attributes)
-        writer.writeAttribute(attribute.first, attribute.second);
-    for (const KeptElement &child : element.children)
-        writeElement(writer, child);
-}
-
-void writeLane(QXmlStreamWriter &writer, const ExportedRoads &roads, const Link &link, const Lane &lane,
-               int index, double speed) {
-    const QJsonObject own = keptOfLane(link, lane);
-    writer.writeStartElement(QStringLiteral("lane"));
-    writer.writeAttribute(QStringLiteral("id"),
-                          own.value(QStringLiteral("id")).toString(roads.laneId(link, index)));
-    writer.writeAttribute(QStringLiteral("index"), QString::number(index));
-    const roadkinds::Permissions permissions = permissionsOf(link, lane);
-    if (!permissions.allow.isEmpty())
-        writer.writeAttribute(QStringLiteral("allow"), permissions.allow);
-    else if (!permissions.disallow.isEmpty())
-        writer.writeAttribute(QStringLiteral("disallow"), permissions.disallow);
-    writer.writeAttribute(QStringLiteral("speed"), numberText(speed));
-    writer.writeAttribute(QStringLiteral("length"),
-                          numberText(own.value(QStringLiteral("length")).toDouble(link.length)));
-    if (lane.width != kUsualWidth || own.contains(QStringLiteral("width")))
-        writer.writeAttribute(QStringLiteral("width"), numberText(lane.width));
-    writer.writeAttribute(QStringLiteral("shape"),
-                          shapeText(geometryjson::points(lane.centerLinePointsJson)));
-    writeKept(writer, own,
-              {QStringLiteral("id"), QStringLiteral("speed"), QStringLiteral("length"),
-               QStringLiteral("width"), QStringLiteral("allow"), QStringLiteral("disallow")});
-    writer.writeEndElement();
-}
-
-void writeEdge(QXmlStreamWriter &writer, const ExportedRoads &roads, const Link &link) {
-    const QJsonObject kept = keptOf(link.otherAttrsJson);
-    writer.writeStartElement(QStringLiteral("edge"));
-    writer.writeAttribute(QStringLiteral("id"), roads.names().of(&link));
-    writer.writeAttribute(QStringLiteral("from"), roads.from(link).id);
-    writer.writeAttribute(QStringLiteral("to"), roads.to(link).id);
-    QSet<QString> but{QStringLiteral("id"),    QStringLiteral("from"),  QStringLiteral("to"),
-                      QStringLiteral("speed"), QStringLiteral("allow"), QStringLiteral("disallow"),
-                      linkline::kKey};
-    if (kept.value(linkline::kKey).toString() != linkline::digestOf(link))
-        but.insert(QStringLiteral("shape"));
-    KeptElement element;
-    addKept(element, kept, but);
-    for (const auto &attribute : element.attributes)
-        writer.writeAttribute(attribute.first, attribute.second);
-    const std::vector<double> speeds = speedsOf(roads, link);
-    const std::vector<const Lane *> lanes = roads.lanes(link);
-    for (std::size_t i = 0; i < lanes.size(); ++i)
-        writeLane(writer, roads, link, *lanes[i], int(i), speeds[i]);
-    for (const KeptElement &child : element.children)
-        writeElement(writer, child);
-    writer.writeEndElement();
+/// The edge that a connection begins at, escaped as it stands in its text.
+QByteArray fromOf(const QByteArray &connection) {
+    const int start = connection.indexOf(" from=\"") + int(qstrlen(" from=\""));
+    return connection.mid(start, connection.indexOf('"', start) - start);
 }
 
 /// Whether the edges have the names of their links for ids. The inside names them.
@@ -160,6 +102,26 @@ void ExactNetWriter::writeElements(QXmlStreamWriter &writer, bool types) const {
     }
 }
 
+/// First those from edges, in their order, as networks have them.
+void ExactNetWriter::writeConnections(QXmlStreamWriter &writer,
+                                      const std::vector<Junction> &junctions) const {
+    QHash<QByteArray, QByteArray> byEdge;
+    QByteArray internal;
+    for (const Junction &junction : junctions) {
+        const QByteArray &text = junction.inside.connections;
+        for (int start = 0; start < text.size();) {
+            const int end = text.indexOf('\n', start) + 1;
+            const QByteArray line = text.mid(start, end - start);
+            const QByteArray from = fromOf(line);
+            (from.startsWith(':') ? internal : byEdge[from]) += line;
+            start = end;
+        }
+    }
+    for (const Link *link : mRoads.links())
+        writeText(writer, byEdge.value(mRoads.names().of(link).toHtmlEscaped().toUtf8()));
+    writeText(writer, internal);
+}
+
 void ExactNetWriter::write(QIODevice &to, const std::vector<KeptElement> &programmes,
                            const SumoNet *made) const {
     QXmlStreamWriter writer(&to);
@@ -172,23 +134,23 @@ void ExactNetWriter::write(QIODevice &to, const std::vector<KeptElement> &progra
         writer.writeAttribute(it.key(), it.value().toString());
     const QJsonObject location = mRoads.kept().value(QStringLiteral("location")).toObject();
     if (!location.isEmpty()) {
-        writer.writeEmptyElement(QStringLiteral("location"));
-        writeKept(writer, location, {});
+        KeptElement element{QStringLiteral("location"), {}, {}};
+        addKept(element, location, {});
+        writeElement(writer, element);
     }
     writeElements(writer, true);
     const std::vector<Junction> junctions = junctionsWith(made);
     for (const Junction &junction : junctions)
         writeText(writer, junction.inside.edges);
     for (const Link *link : mRoads.links())
-        writeEdge(writer, mRoads, *link);
+        writeElement(writer, netEdgeElement(mRoads, *link));
     for (const KeptElement &programme : programmes)
         writeElement(writer, programme);
     for (const Junction &junction : junctions)
         writeText(writer, rightOfWayOf(junction.id, junction.kept, junction.inside.rightOfWay));
     for (const Junction &junction : junctions)
         writeText(writer, junction.inside.junctions);
-    for (const Junction &junction : junctions)
-        writeText(writer, junction.inside.connections);
+    writeConnections(writer, junctions);
     writeElements(writer, false);
     writer.writeEndDocument();
 }

@@ -1,6 +1,5 @@
 #pragma once
 
-#include "tools/MoraToolsExport.h"
 #include "tools/sumo/export/ExportedRoads.h"
 #include "tools/sumo/kept/JunctionInside.h"
 #include "tools/sumo/kept/KeptElement.h"
@@ -9,6 +8,7 @@
 #include <QStringList>
 
 class QIODevice;
+class QXmlStreamWriter;
 
 namespace moratools {
 
@@ -16,7 +16,7 @@ namespace moratools {
 ///
 /// What depends on nothing but its own object (edges, lanes) is written from the objects. The inside of a junction
 /// depends on all that meets there, so it is written only where that is as it was when the inside was kept.
-class MORATOOLS_EXPORT ExactNetWriter {
+class ExactNetWriter {
 public:
     /// `roads` must outlive this object.
     explicit ExactNetWriter(const ExportedRoads &roads);
@@ -41,8 +41,8 @@ private:
 
     void takeJunctions();
     std::vector<Junction> junctionsWith(const SumoNet *made) const;
-    void writeElements(class QXmlStreamWriter &writer, bool types) const;
-    void writeEdges(class QXmlStreamWriter &writer) const;
+    void writeConnections(QXmlStreamWriter &writer, const std::vector<Junction> &junctions) const;
+    void writeElements(QXmlStreamWriter &writer, bool types) const;
 
     const ExportedRoads &mRoads;
     std::vector<Junction> mJunctions; ///< that hold, in the order of the file

@@ -101,16 +101,15 @@ QString numberText(double number) {
 }
 
 QString shapeText(const GeometryLine &line) {
-    const bool hasHeights =
-        std::any_of(line.begin(), line.end(), [](const GeometryPoint &point) { return point.z != 0; });
-    QStringList points;
+    QString text;
     for (const GeometryPoint &point : line) {
-        QString text = numberText(point.x) + QLatin1Char(',') + numberText(point.y);
-        if (hasHeights)
+        if (!text.isEmpty())
+            text += QLatin1Char(' ');
+        text += numberText(point.x) + QLatin1Char(',') + numberText(point.y);
+        if (point.z != 0)
             text += QLatin1Char(',') + numberText(point.z);
-        points.append(text);
     }
-    return points.join(QLatin1Char(' '));
+    return text;
 }
 
 ExportedRoads::ExportedRoads(const NetLists &network, Names &names, LeftOut &leftOut)

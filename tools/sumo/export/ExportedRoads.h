@@ -84,7 +84,7 @@ GeometryLine lineOf(const Link &link);
 
 /// A number as SUMO's files have it, so that it reads back equal.
 QString numberText(double number);
-/// Points with blanks between, their heights where any is not 0.
+/// Points with blanks between, each with its height where that is not 0, as SUMO writes them.
 QString shapeText(const GeometryLine &line);
 
 } // namespace moratools

@@ -5,9 +5,11 @@
 #include "tools/reports/OutputFile.h"
 #include "tools/session/StoreSession.h"
 #include "tools/sumo/export/BuiltNet.h"
+#include "tools/sumo/export/ExactNetWriter.h"
 #include "tools/sumo/export/FolderInMaking.h"
 #include "tools/sumo/export/Netconvert.h"
 #include "tools/sumo/export/PlainNet.h"
+#include "tools/sumo/reader/NetReader.h"
 
 #include <QDir>
 #include <QFile>
@@ -28,6 +30,15 @@ QString fileNameOf(const QString &network) {
     return name.isEmpty() ? QStringLiteral("network") : name;
 }
 
+/// The first of the names.
+QString listOf(const QStringList &names) {
+    constexpr int most = 10;
+    QString list = names.mid(0, most).join(QStringLiteral(", "));
+    if (names.size() > most)
+        list += QStringLiteral(" and %1 more").arg(names.size() - most);
+    return list;
+}
+
 class Exporter {
 public:
     Exporter(const NetworkObjects &network, const QString &folder, const ExportOptions &options)
@@ -42,6 +53,9 @@ public:
 private:
     QString path(const QString &name) const { return mFolder + QLatin1Char('/') + name; }
     QString plainPrefix() const { return path(QStringLiteral("plain/")) + mName; }
+    void makeNetwork(PlainNet &plain, const Progress &progress);
+    /// Writes the network file with the insides of junctions as they were kept, and those of `made` for others.
+    void writeKeptNetwork(const ExactNetWriter &writer, const SumoNet *made);
     /// The network file by netconvert.
     void buildNetwork(PlainNet &plain, const Progress &progress);
 
@@ -65,13 +79,43 @@ SumoExport Exporter::run(const Progress &progress) {
     writePlainNet(plain, plainPrefix());
     reportShare(progress, 0.2);
     if (!mOptions.plainOnly)
-        buildNetwork(plain, progress);
+        makeNetwork(plain, progress);
     writeOutputFile(path(QStringLiteral("names.json")), QJsonDocument(mNames.toJson()).toJson());
     mResult.leftOut = mLeftOut.lines();
     mResult.leftOutCount = mLeftOut.isEmpty() ? QString() : mLeftOut.summary();
     mResult.isWhole = mLeftOut.isEmpty() && (mOptions.plainOnly || !mResult.networkFile.isEmpty());
     reportShare(progress, 1);
     return mResult;
+}
+
+void Exporter::makeNetwork(PlainNet &plain, const Progress &progress) {
+    const ExactNetWriter writer(mRoads);
+    if (mOptions.rebuild || !writer.isPossible()) {
+        buildNetwork(plain, progress);
+    } else if (writer.edited().isEmpty()) {
+        writeKeptNetwork(writer, nullptr);
+    } else {
+        buildNetwork(plain, progress);
+        if (mResult.networkFile.isEmpty())
+            return;
+        const SumoNet made = readSumoNet(path(mResult.networkFile));
+        writeKeptNetwork(writer, &made);
+        mResult.note = QStringLiteral("netconvert made the insides of junctions whose links were edited: %1")
+                           .arg(listOf(writer.edited()));
+    }
+}
+
+void Exporter::writeKeptNetwork(const ExactNetWriter &writer, const SumoNet *made) {
+    const QString network = mName + QStringLiteral(".net.xml");
+    QFile file(path(network));
+    if (!file.open(QIODevice::WriteOnly))
+        throw Failure(QStringLiteral("%1 cannot be written (%2); choose another folder")
+                          .arg(file.fileName(), file.errorString()));
+    writer.write(file, mSignals.programmes(), made);
+    if (!file.flush())
+        throw Failure(QStringLiteral("%1 cannot be written (%2); make room there")
+                          .arg(file.fileName(), file.errorString()));
+    mResult.networkFile = network;
 }
 
 void Exporter::buildNetwork(PlainNet &plain, const Progress &progress) {
