@@ -135,6 +135,8 @@ TEST_F(Report, WhatIsLeftOutGoesWithAllThatIsInIt) {
         "<vehicle id=\"a\" depart=\"0\"><route edges=\"gone\"/><stop lane=\"gone_0\" duration=\"5\"/></vehicle>"
         "<vehicle id=\"b\" depart=\"0\"><route edges=\"west_in approach_market\"/></vehicle>"
         "<vehicle id=\"c\" depart=\"0\"><route edges=\"missing\"/></vehicle>"
+        "<vehicle id=\"d\" depart=\"triggered\"><route edges=\"west_in approach_market\"/></vehicle>"
+        "<person id=\"p\" depart=\"5\"><walk edges=\"west_in\"/></person>"
         "<inductionLoop id=\"l\" lane=\"gone_0\" paint=\"red\"/>"
         "<inductionLoop id=\"k\" lane=\"west_in_0\" paint=\"red\"/></additional>");
     const QJsonObject report = reportOf({net, companions}, 3);
@@ -142,6 +144,10 @@ TEST_F(Report, WhatIsLeftOutGoesWithAllThatIsInIt) {
     EXPECT_EQ(countOf(report, "param", "key", "leftOut", "it occurs a second time"), 1);
     EXPECT_EQ(countOf(report, "vehicle", "", "leftOut", "no edge"), 2) << "one reason, whatever the name";
     EXPECT_EQ(countOf(report, "vehicle", "depart", "column", "DepartureInterval.interval"), 1);
+    // A vehicle without a time and a person who does not ride are kept, and nothing is made of them.
+    EXPECT_EQ(countOf(report, "vehicle", "depart", "attributes", "Net.otherAttrsJson sumo.files"), 1);
+    EXPECT_EQ(countOf(report, "person", "", "attributes", "Net.otherAttrsJson sumo.files"), 1);
+    EXPECT_EQ(countOf(report, "route", "edges", "attributes", "Net.otherAttrsJson sumo.files"), 1);
     EXPECT_EQ(countOf(report, "stop", "duration", "leftOut", "no edge"), 1);
     EXPECT_EQ(countOf(report, "route", "edges", "column", "RoutingLink.linkID"), 1);
     EXPECT_EQ(countOf(report, "inductionLoop", "paint", "leftOut", "no lane"), 1);

@@ -181,9 +181,10 @@ void DemandPlanner::addTurns() {
         const auto known = beginOf.emplace(std::make_pair(turn.from, turn.end), turn.begin);
         if (known.first->second != turn.begin) {
             const QString fault = QStringLiteral("another interval has the same end");
-            mLeftOut.add(
+            mLeftOut.addKept(
                 QStringLiteral("turn ratios"),
-                named(mCompanions, QStringLiteral("%1->%2").arg(turn.from, turn.to), turn.source, fault));
+                named(mCompanions, QStringLiteral("%1->%2").arg(turn.from, turn.to), turn.source, fault),
+                turn.source);
             continue;
         }
         decisionAt(turn.from + QStringLiteral(" turns"), turn.from)

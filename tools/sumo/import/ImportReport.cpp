@@ -17,16 +17,28 @@ namespace {
 
 constexpr int kElementsBetweenReports = 2000;
 
+/// What became of an element otherwise than the list says of its kind.
+struct Exception {
+    bool isKept = false; ///< and nothing else
+    QString reason;      ///< why it is left out
+
+    bool isNone() const { return !isKept && reason.isEmpty(); }
+    friend bool operator<(const Exception &a, const Exception &b) {
+        return std::tie(a.isKept, a.reason) < std::tie(b.isKept, b.reason);
+    }
+};
+using Exceptions = QHash<qint64, Exception>; ///< by the element's number in a file
+
 /// The elements at one place of the files, and their attributes.
 struct Place {
     QString path;
-    QString reason; ///< why they are left out; empty for those that are not
+    Exception exception;
     qint64 count = 0;
     std::vector<std::pair<QString, qint64>> attributes;
-    std::map<std::pair<QString, QString>, Place> inside; ///< by step of the path and reason
+    std::map<std::pair<QString, Exception>, Place> inside; ///< by step of the path
 
     void add(const QXmlStreamAttributes &given);
-    Place &at(const QString &step, const QString &why);
+    Place &at(const QString &step, const Exception &except);
 };
 
 void Place::add(const QXmlStreamAttributes &given) {
@@ -42,12 +54,12 @@ void Place::add(const QXmlStreamAttributes &given) {
     }
 }
 
-Place &Place::at(const QString &step, const QString &why) {
-    const auto known = inside.try_emplace({step, why});
+Place &Place::at(const QString &step, const Exception &except) {
+    const auto known = inside.try_emplace({step, except});
     Place &place = known.first->second;
     if (known.second) {
         place.path = path == QLatin1String(".") ? step : path + QLatin1Char('/') + step;
-        place.reason = why;
+        place.exception = except;
     }
     return place;
 }
@@ -67,9 +79,8 @@ bool isInside(const QStringRef &name, const QXmlStreamAttributes &given) {
 /// Counts what one file has.
 class Counting {
 public:
-    Counting(XmlInput &input, schema::FileKind kind, const QHash<qint64, QString> &leftOut,
-             const Progress &progress)
-        : mInput(input), mKind(kind), mLeftOut(leftOut), mProgress(progress) {}
+    Counting(XmlInput &input, schema::FileKind kind, const Exceptions &exceptions, const Progress &progress)
+        : mInput(input), mKind(kind), mExceptions(exceptions), mProgress(progress) {}
 
     void count(Place &root) {
         root.add(mInput.attributes());
@@ -77,6 +88,8 @@ public:
     }
 
 private:
+    static bool isFinal(const Exception &exception) { return !exception.reason.isEmpty(); }
+
     void countInside(Place &outer) {
         while (mInput.nextElement()) {
             if (mInput.elementNumber() % kElementsBetweenReports == 0)
@@ -86,9 +99,9 @@ private:
             if (mKind == schema::FileKind::Network && outer.path == QLatin1String(".") &&
                 isInside(mInput.name(), given))
                 step += QStringLiteral(":inside");
-            // What is in an element that is left out goes with it.
-            Place &place = outer.at(step, outer.reason.isEmpty() ? mLeftOut.value(mInput.elementNumber())
-                                                                 : outer.reason);
+            // What is in such an element goes with it, but for what is left out of one that is kept.
+            const Exception own = mExceptions.value(mInput.elementNumber());
+            Place &place = outer.at(step, isFinal(outer.exception) || own.isNone() ? outer.exception : own);
             place.add(given);
             countInside(place);
         }
@@ -96,7 +109,7 @@ private:
 
     XmlInput &mInput;
     schema::FileKind mKind;
-    const QHash<qint64, QString> &mLeftOut;
+    const Exceptions &mExceptions;
     const Progress &mProgress;
 };
 
@@ -112,8 +125,10 @@ using Rows = std::map<Row, qint64>;
 void addRows(Rows &rows, schema::FileKind kind, const Place &place, const QString &element) {
     const auto add = [&](const QString &attribute, qint64 count) {
         schema::Fate fate = schema::fateOf(kind, place.path, attribute);
-        if (!place.reason.isEmpty())
-            fate = {schema::Target::LeftOut, {}, place.reason, true};
+        if (!place.exception.reason.isEmpty())
+            fate = {schema::Target::LeftOut, {}, place.exception.reason, true};
+        else if (place.exception.isKept)
+            fate = schema::fateOfKept(kind, place.path);
         rows[{element, attribute, fate.target, fate.where, fate.reason}] += count;
     };
     add({}, place.count);
@@ -145,9 +160,13 @@ QJsonArray toJson(const Rows &rows) {
 
 QJsonObject importReport(const SumoNet &net, const SumoCompanions &companions, const LeftOut &leftOut,
                          const Progress &progress) {
-    QHash<int, QHash<qint64, QString>> reasons;
+    QHash<int, Exceptions> exceptions; // by file
+    for (const auto *list : {&companions.withoutRecord, &leftOut.keptElements()}) {
+        for (const SumoSource &source : *list)
+            exceptions[source.file].insert(source.element, {true, {}});
+    }
     for (const LeftOut::Element &element : leftOut.elements())
-        reasons[element.source.file].insert(element.source.element, withoutNames(element.reason));
+        exceptions[element.source.file].insert(element.source.element, {false, withoutNames(element.reason)});
     const QStringList paths = QStringList(net.path) + companions.files;
     Rows rows;
     QJsonArray files;
@@ -158,7 +177,7 @@ QJsonObject importReport(const SumoNet &net, const SumoCompanions &companions, c
         Place place;
         place.path = QStringLiteral(".");
         const int file = i == 0 ? SumoSource::kNetwork : i - 1;
-        Counting(input, kind, reasons[file], progress).count(place);
+        Counting(input, kind, exceptions[file], progress).count(place);
         addRows(rows, kind, place, root);
         const QFileInfo info(paths[i]);
         files.append(

@@ -25,6 +25,11 @@ void LeftOut::add(const QString &kind, const QString &what, const SumoSource &so
     mElements.push_back({source, reason});
 }
 
+void LeftOut::addKept(const QString &kind, const QString &what, const SumoSource &source) {
+    add(kind, 1, what);
+    mKeptElements.push_back(source);
+}
+
 qint64 LeftOut::count() const {
     qint64 all = 0;
     for (const Kind &kind : mKinds)

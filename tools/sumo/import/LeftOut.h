@@ -20,6 +20,8 @@ public:
     void add(const QString &kind, qint64 count, const QString &what);
     /// The same for an element of a file, which is left out as it stands there, with all that is in it.
     void add(const QString &kind, const QString &what, const SumoSource &source, const QString &reason);
+    /// The same for an element that is kept as it stands all the same; only what it would have become is missing.
+    void addKept(const QString &kind, const QString &what, const SumoSource &source);
 
     /// An element that was left out.
     struct Element {
@@ -27,6 +29,7 @@ public:
         QString reason;
     };
     const std::vector<Element> &elements() const { return mElements; }
+    const std::vector<SumoSource> &keptElements() const { return mKeptElements; }
 
     qint64 vehicles = 0; ///< that would have departed
 
@@ -48,6 +51,7 @@ private:
 
     QVector<Kind> mKinds;
     std::vector<Element> mElements;
+    std::vector<SumoSource> mKeptElements;
 };
 
 } // namespace moratools

@@ -36,7 +36,7 @@ void tell(const SumoVehicle &vehicle, const QString &why, bool isKept, const Sum
         reason += QStringLiteral("; %1 vehicles").arg(count);
     const QString what = named(companions, vehicle.id, vehicle.source, reason);
     if (isKept)
-        leftOut.add(kind, what);
+        leftOut.addKept(kind, what, vehicle.source);
     else
         leftOut.add(kind, what, vehicle.source, why);
 }
@@ -160,9 +160,10 @@ void Resolver::resolvePassengers() {
     auto &all = mCompanions.passengers;
     const auto setOutOnEvent = [this](const SumoPassengers &passengers) {
         if (passengers.onEvent)
-            mLeftOut.add(QStringLiteral("waiting passengers"),
-                         named(mCompanions, passengers.id, passengers.source,
-                               QStringLiteral("they set out on an event, not at a time")));
+            mLeftOut.addKept(QStringLiteral("waiting passengers"),
+                             named(mCompanions, passengers.id, passengers.source,
+                                   QStringLiteral("they set out on an event, not at a time")),
+                             passengers.source);
         return passengers.onEvent;
     };
     all.erase(std::remove_if(all.begin(), all.end(), setOutOnEvent), all.end());

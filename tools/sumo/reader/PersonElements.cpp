@@ -87,6 +87,8 @@ void readPersons(CompanionReading &reading) {
     checkTime(attributes, isFlow ? "begin" : "depart", waiting.end);
     if (way.leadsToStop() || waiting.onEvent)
         reading.into.passengers.push_back(waiting);
+    else
+        reading.into.withoutRecord.push_back(waiting.source);
 }
 
 } // namespace moratools

@@ -199,6 +199,8 @@ struct SumoCompanions {
     QStringList files;
     std::vector<SumoInclude> includes;
     std::vector<SumoFile> kept; ///< in the order of `files`
+    std::vector<SumoSource>
+        withoutRecord; ///< elements of kinds that have one, of which nothing but the text is kept
 
     std::vector<SumoVehicleType> vehicleTypes;
     std::vector<SumoDistribution> typeDistributions;

@@ -88,8 +88,7 @@ const std::vector<Element> &additionalElements() {
         {""
          "railSignalConstraints/(predecessor|insertionPredecessor|foeInsertion|insertionOrder|bidiPredecessor)",
          "", "", "active foes limit tl tripId", kFiles},
-        {"rerouter", "RoadWorkZone", "id=RoadWorkZone.name",
-         "edges file name off pos probability timeThreshold vTypes", kFiles},
+        {"rerouter", "", "", "edges file id name off pos probability timeThreshold vTypes", kFiles},
         {"rerouter/interval", "", "", "begin end", kFiles},
         {"rerouter/interval/closingLaneReroute", "RoadWorkZone", "id=RoadWorkZoneWithLane.laneNumber",
          "allow disallow", kFiles},

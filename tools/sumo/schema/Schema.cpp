@@ -122,6 +122,10 @@ Fate fateOf(FileKind kind, const QString &path, const QString &attribute) {
     return fate;
 }
 
+Fate fateOfKept(FileKind kind, const QString &path) {
+    return {Target::Attributes, placeAt(kind, path), {}, true};
+}
+
 namespace {
 
 QString code(const QString &text) {

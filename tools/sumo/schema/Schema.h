@@ -26,6 +26,9 @@ struct Fate {
 /// where `attribute` is empty. What the list does not have is kept where its surroundings are.
 MORATOOLS_EXPORT Fate fateOf(FileKind kind, const QString &path, const QString &attribute = {});
 
+/// The fate of what stands at `path` where nothing is made of it, but it is kept.
+MORATOOLS_EXPORT Fate fateOfKept(FileKind kind, const QString &path);
+
 /// The whole list as tables in Markdown.
 MORATOOLS_EXPORT QString asMarkdown();
 
