@@ -58,6 +58,8 @@ void addExport(CLI::App &program, Run &run) {
                       "Only the plain form, of which netconvert makes a network");
     command->add_flag("--rebuild", options->how.rebuild,
                       "Have netconvert make the network anew, also where it is as an import found it");
+    command->add_flag("--flows", options->how.flows,
+                      "Demand as flows and routes, also where vehicles are as an import found them");
     command->callback([options, &run] { run.work = [options] { exportNet(*options); }; });
 }
 

@@ -3,6 +3,7 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QStandardPaths>
+#include <QXmlStreamReader>
 
 // Networks go out of a store for SUMO. What comes out is looked at with the comparison of the tests and with SUMO itself.
 
@@ -30,6 +31,25 @@ protected:
                    options);
     }
 
+    /// The elements of a file, their attributes in alphabetical order.
+    static QStringList elementsIn(const QString &path) {
+        QFile source(path);
+        EXPECT_TRUE(source.open(QIODevice::ReadOnly)) << path.toStdString();
+        QXmlStreamReader xml(&source);
+        QStringList elements;
+        while (!xml.atEnd()) {
+            if (xml.readNext() != QXmlStreamReader::StartElement)
+                continue;
+            QStringList attributes;
+            for (const QXmlStreamAttribute &each : xml.attributes())
+                attributes.append(QStringLiteral("%1=%2").arg(each.name(), each.value()));
+            attributes.sort();
+            elements.append(xml.name() + QLatin1Char(' ') + attributes.join(QLatin1Char(' ')));
+        }
+        EXPECT_FALSE(xml.hasError()) << path.toStdString() << xml.errorString().toStdString();
+        return elements;
+    }
+
     /// By kind how many differ between two networks, as tests/netcompare sees it.
     static QMap<QString, int> differences(const QString &a, const QString &b) {
         const Outcome outcome = start(QStandardPaths::findExecutable(QStringLiteral("python3")),
@@ -50,25 +70,103 @@ protected:
 TEST_F(Export, WhatNetconvertMakesOfItIsTheNetworkThatWentIn) {
     if (!isInstalled("netconvert") || !isInstalled("python3"))
         GTEST_SKIP() << "no SUMO, or no Python";
-    ASSERT_EQ(run({QStringLiteral("import"), newStore(), kExample}).exitCode, 0);
-    const Outcome outcome =
-        exported(file(QStringLiteral("store.mora")), QStringLiteral("out"), {QStringLiteral("--rebuild")});
+    const Outcome outcome = exported(exampleStore(), QStringLiteral("out"), {QStringLiteral("--rebuild")});
     EXPECT_EQ(outcome.exitCode, 0) << outcome.err.toStdString();
+    // netconvert has made the example, so it makes the same again of the same.
     const QMap<QString, int> found = differences(kExample, file(QStringLiteral("out/crossing.net.xml")));
-    for (const QString &kind : found.keys()) {
-        static const QStringList outside{QStringLiteral("edge"),
-                                         QStringLiteral("lane"),
-                                         QStringLiteral("type"),
-                                         QStringLiteral("location"),
-                                         QStringLiteral("net"),
-                                         QStringLiteral("connections"),
-                                         QStringLiteral("connection signals"),
-                                         QStringLiteral("junction shapes"),
-                                         QStringLiteral("junctions"),
-                                         QStringLiteral("programmes")};
-        for (const QString &each : outside)
-            EXPECT_FALSE(kind.startsWith(each)) << kind.toStdString();
+    EXPECT_TRUE(found.isEmpty()) << QStringList(found.keys()).join(QStringLiteral(", ")).toStdString();
+}
+
+TEST_F(Export, VehiclesAndWhatStandsOnTheRoadsAreAsTheyStood) {
+    const QString store = exampleStore();
+    ASSERT_EQ(exported(store, QStringLiteral("out")).exitCode, isInstalled("netconvert") ? 0 : 3);
+    const QString folder = sourceFolder() + QStringLiteral("/examples/crossing/");
+    for (const char *name : {"crossing.add.xml", "crossing.rou.xml"}) {
+        const QStringList elements = elementsIn(file(QStringLiteral("out/") + QLatin1String(name)));
+        EXPECT_GT(elements.size(), 20) << name;
+        EXPECT_EQ(elements, elementsIn(folder + QLatin1String(name))) << name;
     }
+
+    // What is changed in the store is changed in its file, and nothing else.
+    alter(store,
+          {QStringLiteral("update VehicleType set length = 5.25 where vehicleTypeName = 'saloon'"),
+           QStringLiteral("update VehicleDrivInfoCollecter set dataInterval = 90 where name = 'west_loop_2'"),
+           QStringLiteral("delete from VehicleQueueCounter")});
+    ASSERT_EQ(exported(store, QStringLiteral("changed")).exitCode, isInstalled("netconvert") ? 0 : 3);
+    const QStringList before = elementsIn(file(QStringLiteral("out/crossing.add.xml")));
+    const QStringList after = elementsIn(file(QStringLiteral("changed/crossing.add.xml")));
+    EXPECT_EQ(after.size(), before.size() - 1);
+    QStringList changed;
+    for (const QString &element : after) {
+        if (!before.contains(element))
+            changed.append(element);
+    }
+    ASSERT_EQ(changed.size(), 2) << changed.join(QLatin1Char('\n')).toStdString();
+    EXPECT_TRUE(changed[0].startsWith(QLatin1String("vType accel=2.8 decel=4.5 ")))
+        << changed[0].toStdString();
+    EXPECT_TRUE(changed[0].contains(QLatin1String("id=saloon length=5.25 maxSpeed=45 ")))
+        << changed[0].toStdString();
+    EXPECT_EQ(changed[1], QStringLiteral("inductionLoop file=NUL friendlyPos=true id=west_loop_2 "
+                                         "lane=approach_market_2 period=90 pos=64.11"));
+    EXPECT_EQ(elementsIn(file(QStringLiteral("changed/crossing.rou.xml"))),
+              elementsIn(file(QStringLiteral("out/crossing.rou.xml"))));
+}
+
+TEST_F(Export, DemandIsMadeOfDeparturesAndShares) {
+    ASSERT_EQ(exported(exampleStore(), QStringLiteral("out"), {QStringLiteral("--flows")}).exitCode,
+              isInstalled("netconvert") ? 0 : 3);
+    // Beside the file that came in, which has types and routes still.
+    const QStringList made = elementsIn(file(QStringLiteral("out/crossing-2.rou.xml")));
+    EXPECT_TRUE(
+        made.contains(QStringLiteral("route edges=south_in market_quay quay_east id=south_in_to_quay_east")));
+    EXPECT_TRUE(made.contains(QStringLiteral(
+        "routeDistribution id=south_in_ways probabilities=0.5 0.3 0.2 routes=south_in_to_quay_east "
+        "south_in_to_north_out south_in_to_market_west")));
+    EXPECT_TRUE(made.contains(QStringLiteral(
+        "flow begin=900 end=1800 id=south_in_900 number=75 route=south_in_ways type=town_mix")));
+    EXPECT_TRUE(
+        made.contains(QStringLiteral("flow begin=0 end=3001 id=7 line=7 period=600 route=7 type=citybus")));
+    EXPECT_TRUE(made.contains(QStringLiteral("personFlow begin=0 end=3600 id=7_market_stop number=60")));
+    // Bicycles may not turn right at the market, so only what they may drive is for them.
+    for (const QString &element : made)
+        EXPECT_FALSE(element.contains(QLatin1String("north_in market_west"))) << element.toStdString();
+    for (const QString &element : elementsIn(file(QStringLiteral("out/crossing.rou.xml"))))
+        EXPECT_FALSE(element.startsWith(QLatin1String("flow")) ||
+                     element.startsWith(QLatin1String("vehicle ")));
+}
+
+TEST_F(Export, SumoRunsItWithoutAWarning) {
+    if (!isInstalled("sumo") || !isInstalled("netconvert"))
+        GTEST_SKIP() << "no SUMO";
+    const QString store = exampleStore();
+    for (const QStringList &options :
+         {QStringList(), QStringList{QStringLiteral("--rebuild"), QStringLiteral("--flows")}}) {
+        const QString folder = options.isEmpty() ? QStringLiteral("kept") : QStringLiteral("flows");
+        ASSERT_EQ(exported(store, folder, options).exitCode, 0);
+        const Outcome run = start(QStringLiteral("sumo"),
+                                  {QStringLiteral("-c"), file(folder + QStringLiteral("/crossing.sumocfg")),
+                                   QStringLiteral("--end"), QStringLiteral("3600"),
+                                   QStringLiteral("--no-step-log"), QStringLiteral("-X"),
+                                   QStringLiteral("never"), QStringLiteral("--duration-log.statistics")});
+        EXPECT_EQ(run.exitCode, 0);
+        EXPECT_EQ(run.err, QString());
+        // As many as are in the files, the lorry that has broken down among them.
+        EXPECT_TRUE(run.out.contains(QLatin1String("Inserted: 359"))) << run.out.toStdString();
+    }
+}
+
+TEST_F(Export, WithoutNetconvertThePlainFormComesOut) {
+    const QString store = exampleStore();
+    const Outcome outcome = runInShell({QStringLiteral("export"), store, file(QStringLiteral("out")),
+                                        QStringLiteral("--sumo"), QStringLiteral("--rebuild")},
+                                       "", "PATH=/nowhere");
+    EXPECT_EQ(outcome.exitCode, 3);
+    EXPECT_TRUE(outcome.err.contains(QLatin1String("netconvert is not installed")))
+        << outcome.err.toStdString();
+    EXPECT_FALSE(QFile::exists(file(QStringLiteral("out/crossing.net.xml"))));
+    EXPECT_EQ(
+        elementsIn(file(QStringLiteral("out/plain/crossing.edg.xml"))).filter(QLatin1String("edge ")).size(),
+        13);
 }
 
 TEST_F(Export, AFolderThatIsNotEmptyStaysAsItIs) {

@@ -138,6 +138,12 @@ KeptElement netLaneElement(const ExportedRoads &roads, const Link &link, const L
 
 } // namespace
 
+VehicleClasses permittedOn(const Link &link, const Lane &lane) {
+    const roadkinds::Permissions permissions =
+        permissionsOf(lane, keptOf(link.otherAttrsJson), keptOfLane(link, lane));
+    return VehicleClasses::of(permissions.allow, permissions.disallow);
+}
+
 QJsonObject keptOfLane(const Link &link, const Lane &lane) {
     // By serial number; of a link whose lanes were counted anew nobody knows which is which.
     const QJsonArray lanes = keptOf(link.otherAttrsJson).value(QStringLiteral("lanes")).toArray();

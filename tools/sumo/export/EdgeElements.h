@@ -3,6 +3,8 @@
 #include "tools/sumo/export/ExportedRoads.h"
 #include "tools/sumo/kept/KeptElement.h"
 
+#include "tools/sumo/reader/VehicleClasses.h"
+
 #include <QSet>
 
 namespace moratools {
@@ -22,6 +24,9 @@ KeptElement netEdgeElement(const ExportedRoads &roads, const Link &link);
 
 /// The `<type>`s of the edges that edgeElement() gives a type of its own.
 std::vector<KeptElement> typeElements(const ExportedRoads &roads);
+
+/// Which vehicle classes may use a lane.
+VehicleClasses permittedOn(const Link &link, const Lane &lane);
 
 /// What is kept of a lane of a link beside what all lanes of the link have: an object of attributes.
 QJsonObject keptOfLane(const Link &link, const Lane &lane);

@@ -2,6 +2,7 @@
 
 #include "model/GeometryJson.h"
 #include "model/Words.h"
+#include "tools/sumo/kept/KeptList.h"
 
 #include <algorithm>
 #include <cmath>
@@ -13,6 +14,9 @@ namespace moratools {
 namespace {
 
 constexpr int kEndOfDay = 86400;
+
+const QString kId = QStringLiteral("id");
+const QString kProgramID = QStringLiteral("programID");
 
 /// The letter of a colour, in either language; a signal that shows none of them is off.
 QChar letterOf(const QString &colour) {
@@ -98,16 +102,33 @@ std::optional<Ids> idsOf(const SignalGroup &group, const Objects<SignalGroup> &a
 
 } // namespace
 
-ExportedSignals::ExportedSignals(const ExportedRoads &roads, Names &names, LeftOut &leftOut) : mRoads(roads) {
+QString programmeKey(const KeptElement &programme) {
+    const QString *id = programme.attribute(kId);
+    const QString *programID = programme.attribute(kProgramID);
+    return (id ? *id : QString()) + QLatin1Char('/') + (programID ? *programID : QStringLiteral("0"));
+}
+
+ExportedSignals::ExportedSignals(const ExportedRoads &roads, const Digests &digests,
+                                 const QSet<QString> &elsewhere, Names &names, LeftOut &leftOut)
+    : mRoads(roads) {
+    QHash<QString, KeptElement> kept; // by digest
+    KeptList::fromJson(roads.kept().value(QStringLiteral("programmes")))
+        .forEach([&kept](const KeptEntry &entry) { kept.insert(entry.of, entry.element); });
     const auto &groups = roads.network().traffic.signalGroups;
     std::vector<Names::Named> named;
     for (const auto &group : groups)
         named.push_back({group.get(), group->name, group->signalGroupID});
     names.give(QStringLiteral("tlLogics"), QStringLiteral("signal"), named);
     std::map<const SignalGroup *, Ids> ids;
+    std::map<const SignalGroup *, KeptElement> asKept;
     for (const auto &group : groups) {
-        const Ids &own = ids[group.get()] =
-            idsOf(*group, groups).value_or(Ids{names.of(group.get()), QStringLiteral("0")});
+        const auto found = kept.constFind(digests.of(*group));
+        Ids &own = ids[group.get()];
+        own = idsOf(*group, groups).value_or(Ids{names.of(group.get()), QStringLiteral("0")});
+        if (found != kept.constEnd() && found->attribute(kId)) {
+            asKept.emplace(group.get(), *found);
+            own.tl = *found->attribute(kId);
+        }
         for (int i = 0; i < group->mlPhase.size(); ++i)
             mControlOfPhase.insert(group->mlPhase[i], {own.tl, i});
     }
@@ -117,12 +138,18 @@ ExportedSignals::ExportedSignals(const ExportedRoads &roads, Names &names, LeftO
         shown.insert(control->tl);
     for (const auto &group : groups) {
         const Ids &own = ids.at(group.get());
-        if (shown.count(own.tl))
-            addProgramme(*group, own.tl, own.programID, leftOut);
-        else
+        const auto found = asKept.find(group.get());
+        if (!shown.count(own.tl) && found == asKept.end()) {
             leftOut.add(QStringLiteral("signal groups"),
                         QStringLiteral("signal group %1 (%2: no lamp between two lanes shows it)")
                             .arg(QString::number(group->signalGroupID), group->name));
+            continue;
+        }
+        mTls.insert(own.tl);
+        KeptElement programme =
+            found != asKept.end() ? found->second : programmeOf(*group, own.tl, own.programID, leftOut);
+        auto &file = elsewhere.contains(programmeKey(programme)) ? mElsewhere : mProgrammes;
+        file.push_back(std::move(programme));
     }
 }
 
@@ -158,21 +185,20 @@ void ExportedSignals::findControls(LeftOut &leftOut) {
     }
 }
 
-void ExportedSignals::addProgramme(const SignalGroup &group, const QString &tl, const QString &programID,
-                                   LeftOut &leftOut) {
-    mTls.insert(tl);
+KeptElement ExportedSignals::programmeOf(const SignalGroup &group, const QString &tl,
+                                         const QString &programID, LeftOut &leftOut) const {
     KeptElement programme{QStringLiteral("tlLogic"),
-                          {{QStringLiteral("id"), tl},
+                          {{kId, tl},
                            {QStringLiteral("type"), QStringLiteral("static")},
-                           {QStringLiteral("programID"), programID},
+                           {kProgramID, programID},
                            {QStringLiteral("offset"), QString::number(group.startTime)}},
                           {}};
     addPhases(programme, group);
-    mProgrammes.push_back(std::move(programme));
     if (group.endTime > 0 && group.endTime < kEndOfDay)
         leftOut.add(QStringLiteral("ends of signal plans"),
                     QStringLiteral("signal group %1 (%2: a programme of SUMO goes on)")
                         .arg(QString::number(group.signalGroupID), group.name));
+    return programme;
 }
 
 void ExportedSignals::addPhases(KeptElement &programme, const SignalGroup &group) const {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "tools/sumo/export/ExportedRoads.h"
+#include "tools/sumo/kept/Digests.h"
 #include "tools/sumo/kept/KeptElement.h"
 
 #include <QHash>
@@ -22,7 +23,9 @@ public:
     };
 
     /// Groups without a lamp, and lamps between lanes that nothing connects, are left out. `roads` must outlive this object.
-    ExportedSignals(const ExportedRoads &roads, Names &names, LeftOut &leftOut);
+    /// `elsewhere` are the programmes, as programmeKey() has them, that stand in other files than the network's.
+    ExportedSignals(const ExportedRoads &roads, const Digests &digests, const QSet<QString> &elsewhere,
+                    Names &names, LeftOut &leftOut);
 
     /// What controls those who go from one lane to the other; nothing where no lamp does.
     std::optional<Control> control(const Lane &from, const Lane &to) const;
@@ -33,11 +36,12 @@ public:
     /// in the others each change of any colour begins a phase, and those who cross the path of others that have green at the
     /// same time and go before them get the letter g.
     const std::vector<KeptElement> &programmes() const { return mProgrammes; }
+    const std::vector<KeptElement> &programmesElsewhere() const { return mElsewhere; }
 
 private:
     void findControls(LeftOut &leftOut);
-    void addProgramme(const SignalGroup &group, const QString &tl, const QString &programID,
-                      LeftOut &leftOut);
+    KeptElement programmeOf(const SignalGroup &group, const QString &tl, const QString &programID,
+                            LeftOut &leftOut) const;
     void addPhases(KeptElement &programme, const SignalGroup &group) const;
     QString stateAt(const SignalGroup &group, int second) const;
     bool mustYield(const SignalGroup &group, int index, int second) const;
@@ -48,6 +52,10 @@ private:
     QHash<const SignalPhase *, std::vector<const LaneConnector *>> mShown;
     QSet<QString> mTls;
     std::vector<KeptElement> mProgrammes;
+    std::vector<KeptElement> mElsewhere;
 };
+
+/// The ids of a `<tlLogic>`, "SIGNAL/PROGRAMME".
+QString programmeKey(const KeptElement &programme);
 
 } // namespace moratools

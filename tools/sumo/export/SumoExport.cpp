@@ -7,14 +7,18 @@
 #include "tools/sumo/export/BuiltNet.h"
 #include "tools/sumo/export/ExactNetWriter.h"
 #include "tools/sumo/export/FolderInMaking.h"
+#include "tools/sumo/export/KeptFiles.h"
 #include "tools/sumo/export/Netconvert.h"
 #include "tools/sumo/export/PlainNet.h"
+#include "tools/sumo/export/XmlFile.h"
 #include "tools/sumo/reader/NetReader.h"
 
 #include <QDir>
 #include <QFile>
 #include <QHash>
 #include <QJsonDocument>
+
+#include <iterator>
 
 namespace moratools {
 
@@ -41,23 +45,34 @@ QString listOf(const QStringList &names) {
 
 class Exporter {
 public:
-    Exporter(const NetworkObjects &network, const QString &folder, const ExportOptions &options)
+    Exporter(const NetworkObjects &network, const SpecialWords &words, const QString &folder,
+             const ExportOptions &options)
         : mFolder(folder),
           mName(fileNameOf(network.record.name)),
           mOptions(options),
           mRoads(network, mNames, mLeftOut),
-          mSignals(mRoads, mNames, mLeftOut) {}
+          mDigests(network, words),
+          mFiles(options.plainOnly ? QJsonObject() : mRoads.kept(), ownFiles()),
+          mSignals(mRoads, mDigests, mFiles.programmes(), mNames, mLeftOut) {}
 
     SumoExport run(const Progress &progress);
 
 private:
     QString path(const QString &name) const { return mFolder + QLatin1Char('/') + name; }
+    QString own(const char *ending) const { return mName + QLatin1String(ending); }
     QString plainPrefix() const { return path(QStringLiteral("plain/")) + mName; }
     void makeNetwork(PlainNet &plain, const Progress &progress);
     /// Writes the network file with the insides of junctions as they were kept, and those of `made` for others.
     void writeKeptNetwork(const ExactNetWriter &writer, const SumoNet *made);
+    QSet<QString> ownFiles() const;
     /// The network file by netconvert.
     void buildNetwork(PlainNet &plain, const Progress &progress);
+    /// Demand, additional objects and the configuration that names them.
+    void writeScenario();
+    /// Writes what is not empty into a file that no kept one has the name of, and enters it into the list.
+    void writeOwn(const char *ending, const char *root, const std::vector<KeptElement> &elements,
+                  QStringList &files);
+    void writeConfiguration(const QStringList &additional, const QStringList &routes, bool madeAnew);
 
     QString mFolder;
     QString mName;
@@ -65,9 +80,18 @@ private:
     Names mNames;
     LeftOut mLeftOut;
     ExportedRoads mRoads;
+    Digests mDigests;
+    KeptFiles mFiles;
     ExportedSignals mSignals;
     SumoExport mResult;
 };
+
+QSet<QString> Exporter::ownFiles() const {
+    QSet<QString> names{QStringLiteral("plain"), QStringLiteral("names.json")};
+    for (const char *ending : {".net.xml", ".made.xml", ".sumocfg"})
+        names.insert(own(ending).toLower());
+    return names;
+}
 
 SumoExport Exporter::run(const Progress &progress) {
     if (mRoads.links().empty())
@@ -78,8 +102,10 @@ SumoExport Exporter::run(const Progress &progress) {
     PlainNet plain = plainNet(mRoads, mSignals, mLeftOut);
     writePlainNet(plain, plainPrefix());
     reportShare(progress, 0.2);
-    if (!mOptions.plainOnly)
+    if (!mOptions.plainOnly) {
         makeNetwork(plain, progress);
+        writeScenario();
+    }
     writeOutputFile(path(QStringLiteral("names.json")), QJsonDocument(mNames.toJson()).toJson());
     mResult.leftOut = mLeftOut.lines();
     mResult.leftOutCount = mLeftOut.isEmpty() ? QString() : mLeftOut.summary();
@@ -116,6 +142,83 @@ void Exporter::writeKeptNetwork(const ExactNetWriter &writer, const SumoNet *mad
         throw Failure(QStringLiteral("%1 cannot be written (%2); make room there")
                           .arg(file.fileName(), file.errorString()));
     mResult.networkFile = network;
+}
+
+void Exporter::writeScenario() {
+    const QString keptDemand = mRoads.kept().value(QStringLiteral("demand")).toString();
+    const bool asKept = !mOptions.flows && !keptDemand.isEmpty() && keptDemand == mDigests.demand();
+    for (const QString &id : mFiles.routeIds())
+        mNames.unused(QStringLiteral("routes"), id);
+    ExportedVehicles vehicles(mRoads.network(), mFiles.vehicleClasses(), mNames);
+    const ExportedDevices devices(mRoads, vehicles, mNames, mLeftOut, mName + QLatin1Char('.'));
+    std::vector<KeptElement> demand;
+    if (!asKept) {
+        const ExportedDemand::Manner usual{{QStringLiteral("departLane"), QStringLiteral("best")},
+                                           {QStringLiteral("departSpeed"), QStringLiteral("max")}};
+        demand = ExportedDemand(mRoads, vehicles, mNames, mLeftOut,
+                                mFiles.hasVehicles() ? mFiles.manner() : usual, mFiles.busType())
+                     .elements();
+    }
+    std::vector<MadeElement> made = vehicles.elements();
+    made.insert(made.end(), devices.elements().begin(), devices.elements().end());
+    mFiles.write(mFolder, {mRoads, mSignals, mDigests, asKept}, made, mLeftOut);
+
+    std::vector<KeptElement> types;
+    std::vector<KeptElement> others;
+    for (const MadeElement &each : made) {
+        // Types that SUMO has of itself.
+        if (each.object.startsWith(QLatin1String("DEFAULT_")))
+            continue;
+        const bool isType = each.element.name.startsWith(QLatin1String("vType"));
+        (isType ? types : others).push_back(each.element);
+        if (!each.lost.isEmpty())
+            mLeftOut.add(QStringLiteral("figures of vehicle types"), each.lost);
+    }
+    QStringList additional = mFiles.additional();
+    QStringList routes = mFiles.routes();
+    writeOwn(".add.xml", "additional", others, additional);
+    types.insert(types.end(), std::make_move_iterator(demand.begin()), std::make_move_iterator(demand.end()));
+    writeOwn(".rou.xml", "routes", types, routes);
+    writeConfiguration(additional, routes, !asKept);
+}
+
+void Exporter::writeOwn(const char *ending, const char *root, const std::vector<KeptElement> &elements,
+                        QStringList &files) {
+    if (elements.empty())
+        return;
+    QString name = own(ending);
+    for (int number = 2; QFile::exists(path(name)); ++number)
+        name = QStringLiteral("%1-%2%3").arg(mName, QString::number(number), QLatin1String(ending));
+    XmlFile file(path(name), QLatin1String(root));
+    file.write(elements);
+    file.finish();
+    files.append(name);
+}
+
+void Exporter::writeConfiguration(const QStringList &additional, const QStringList &routes, bool madeAnew) {
+    const auto option = [](const QString &name, const QString &value) {
+        return KeptElement{name, {{QStringLiteral("value"), value}}, {}};
+    };
+    KeptElement input{QStringLiteral("input"), {}, {}};
+    input.children.push_back(option(QStringLiteral("net-file"), own(".net.xml")));
+    if (!routes.isEmpty())
+        input.children.push_back(option(QStringLiteral("route-files"), routes.join(QLatin1Char(','))));
+    if (!additional.isEmpty())
+        input.children.push_back(
+            option(QStringLiteral("additional-files"), additional.join(QLatin1Char(','))));
+    XmlFile file(path(own(".sumocfg")), QStringLiteral("configuration"));
+    file.write(input);
+    const QJsonObject kept = mRoads.kept().value(QStringLiteral("config")).toObject();
+    for (auto each = kept.begin(); each != kept.end(); ++each)
+        file.write(option(each.key(), each.value().toString()));
+    const auto &simulation = mRoads.network().settings.simulation;
+    if (!kept.contains(QStringLiteral("end")) && kept.isEmpty() && simulation &&
+        simulation->simuTimeInterval > 0)
+        file.write(option(QStringLiteral("end"), QString::number(simulation->simuTimeInterval)));
+    // Who has no way, since a mix of vehicles goes where not all of them may, does not end the run.
+    if (madeAnew && !kept.contains(QStringLiteral("ignore-route-errors")))
+        file.write(option(QStringLiteral("ignore-route-errors"), QStringLiteral("true")));
+    file.finish();
 }
 
 void Exporter::buildNetwork(PlainNet &plain, const Progress &progress) {
@@ -164,7 +267,7 @@ SumoExport exportNetwork(const StoreSession &store, long netId, const QString &f
     FolderInMaking made(folder);
     const NetworkObjects network =
         readNetwork(store, netId, [&progress](double share) { reportShare(progress, share * 0.1); });
-    SumoExport result = Exporter(network, made.path(), options).run(progress);
+    SumoExport result = Exporter(network, store.words(), made.path(), options).run(progress);
     made.publish();
     if (!result.networkFile.isEmpty())
         result.networkFile = QDir(folder).filePath(result.networkFile);

@@ -11,8 +11,9 @@ namespace moratools {
 class StoreSession;
 
 struct ExportOptions {
-    bool plainOnly = false; ///< no network file, and nothing that needs one
+    bool plainOnly = false; ///< the plain form of the network alone
     bool rebuild = false;   ///< the network file is made by netconvert, whatever was kept of an imported one
+    bool flows = false;     ///< demand as flows and routes, whatever vehicles were kept of an imported one
 };
 
 /// What an export has to say.

@@ -16,6 +16,7 @@ public:
     /// One class alone, by its name. Vehicles of the class "ignoring" may go everywhere.
     static VehicleClasses ofOne(const QString &name);
     static VehicleClasses all() { return VehicleClasses(~std::uint64_t(0)); }
+    static VehicleClasses none() { return VehicleClasses(0); }
 
     bool isAll() const { return *this == all(); }
     bool admits(const char *vehicleClass) const;
