@@ -45,13 +45,12 @@ QString listOf(const QStringList &names) {
 
 class Exporter {
 public:
-    Exporter(const NetworkObjects &network, const SpecialWords &words, const QString &folder,
-             const ExportOptions &options)
+    Exporter(const NetworkObjects &network, const QString &folder, const ExportOptions &options)
         : mFolder(folder),
           mName(fileNameOf(network.record.name)),
           mOptions(options),
           mRoads(network, mNames, mLeftOut),
-          mDigests(network, words),
+          mDigests(network),
           mFiles(options.plainOnly ? QJsonObject() : mRoads.kept(), ownFiles()),
           mSignals(mRoads, mDigests, mFiles.programmes(), mNames, mLeftOut) {}
 
@@ -267,7 +266,7 @@ SumoExport exportNetwork(const StoreSession &store, long netId, const QString &f
     FolderInMaking made(folder);
     const NetworkObjects network =
         readNetwork(store, netId, [&progress](double share) { reportShare(progress, share * 0.1); });
-    SumoExport result = Exporter(network, store.words(), made.path(), options).run(progress);
+    SumoExport result = Exporter(network, made.path(), options).run(progress);
     made.publish();
     if (!result.networkFile.isEmpty())
         result.networkFile = QDir(folder).filePath(result.networkFile);

@@ -66,8 +66,8 @@ QJsonArray programmesOf(const SignalPlan &plan, const NetLists &network, const D
 
 } // namespace
 
-QJsonObject keepCompanions(const CompanionPlan &plan, const NetLists &network, const SpecialWords &words) {
-    const Digests digests(network, words);
+QJsonObject keepCompanions(const CompanionPlan &plan, const NetLists &network) {
+    const Digests digests(network);
     QJsonObject kept;
     if (!plan.companions->kept.empty()) {
         kept.insert(QStringLiteral("files"), filesOf(plan, digests));

@@ -4,7 +4,6 @@
 
 #include <QJsonObject>
 
-class SpecialWords;
 struct NetLists;
 
 namespace moratools {
@@ -12,7 +11,7 @@ namespace moratools {
 /// What the record of a network keeps, under "sumo", of the files that came with it: "files" as they stood without
 /// what was left out, "programmes" of them and of the network's own file, "config" with the options of the
 /// simulation, and "demand", the digest of what the traffic of the files became. `network` is what was made of the
-/// plan; `words` are those of its store.
-QJsonObject keepCompanions(const CompanionPlan &plan, const NetLists &network, const SpecialWords &words);
+/// plan.
+QJsonObject keepCompanions(const CompanionPlan &plan, const NetLists &network);
 
 } // namespace moratools

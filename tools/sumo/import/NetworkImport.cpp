@@ -174,7 +174,7 @@ NetworkObjects importNetwork(const StoreSession &store, const SumoNet &net, cons
     requireWritten(store, DBTools::saveNet(store.db(), netId, network, false, ShareOfSteps(progress, 0.5, 1)),
                    "network");
     QJsonObject kept = keptOf(net, junctions);
-    const QJsonObject ofCompanions = keepCompanions(plan, network, store.words());
+    const QJsonObject ofCompanions = keepCompanions(plan, network);
     for (auto part = ofCompanions.begin(); part != ofCompanions.end(); ++part)
         kept.insert(part.key(), part.value());
     network.record.otherAttrsJson.insert(QStringLiteral("sumo"), kept);

@@ -14,6 +14,16 @@ namespace moratools {
 
 namespace {
 
+/// A word of the fixed vocabulary in English, whatever the language of store and host; another text as it is.
+QString english(const QString &word) {
+    static const SpecialWords words = [] {
+        SpecialWords ofAnEnglishStore;
+        ofAnEnglishStore.setDbIsEnglish(true);
+        return ofAnEnglishStore;
+    }();
+    return words.storedWord(word);
+}
+
 /// Numbers that mean nothing but the object itself.
 bool isOwnNumber(const QString &field) {
     static const QSet<QString> fields{
@@ -77,7 +87,7 @@ const char *tableOf(const QString &element) {
 
 } // namespace
 
-Digests::Digests(const NetLists &network, const SpecialWords &words) : mNetwork(network), mWords(words) {
+Digests::Digests(const NetLists &network) : mNetwork(network) {
     QHash<long, QString> roads;
     for (const auto &connector : network.connectors)
         roads.insert(connector->connID, connector->connName);
@@ -115,7 +125,7 @@ template <class T>
 void Digests::enterNames(const char *field, const Objects<T> &objects) {
     QHash<long, QString> &names = mNameOf[QLatin1String(field)];
     for (const auto &object : objects)
-        names.insert(NetKind<T>::idOf(*object), mWords.trZhToEn(NetKind<T>::nameOf(*object)));
+        names.insert(NetKind<T>::idOf(*object), english(NetKind<T>::nameOf(*object)));
 }
 
 /// An import calls what it makes of an element by the id, and by the id and what follows a blank where it makes
@@ -123,7 +133,7 @@ void Digests::enterNames(const char *field, const Objects<T> &objects) {
 template <class T>
 void Digests::enterTexts(const Objects<T> &objects) {
     for (const auto &object : objects) {
-        const QString name = mWords.trZhToEn(NetKind<T>::nameOf(*object));
+        const QString name = english(NetKind<T>::nameOf(*object));
         const QByteArray text = textOf(describe(*object).fields);
         mTexts[keyOf(NetKind<T>::table, name)].push_back(text);
         if (const int blank = name.indexOf(QLatin1Char(' ')); blank > 0)
@@ -154,7 +164,7 @@ QByteArray Digests::textOf(const QString &field, const QVariant &value) const {
         return joined(std::move(texts), isSequence(field, list));
     }
     case QMetaType::QString:
-        return quoted(mWords.trZhToEn(value.toString()));
+        return quoted(english(value.toString()));
     case QMetaType::Double:
     case QMetaType::Float:
         return QByteArray::number(value.toDouble() + 0.0, 'g', 17);
@@ -175,7 +185,7 @@ QByteArray Digests::textOf(const Objects<T> &objects) const {
 
 /// Of the objects that were made of the element with that id; empty where there are none.
 QByteArray Digests::textOf(const char *table, const QString &id) const {
-    const auto known = mTexts.constFind(keyOf(table, mWords.trZhToEn(id)));
+    const auto known = mTexts.constFind(keyOf(table, english(id)));
     return known == mTexts.constEnd() ? QByteArray() : joined(*known, false);
 }
 

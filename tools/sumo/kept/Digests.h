@@ -9,8 +9,6 @@
 
 #include <vector>
 
-class SpecialWords;
-
 namespace moratools {
 
 struct KeptElement;
@@ -20,8 +18,8 @@ struct KeptElement;
 /// kind of store and in every language, whatever numbers the objects have.
 class MORATOOLS_EXPORT Digests {
 public:
-    /// `network` must outlive this object; `words` are those of its store.
-    Digests(const NetLists &network, const SpecialWords &words);
+    /// `network` must outlive this object.
+    explicit Digests(const NetLists &network);
 
     /// Of the objects that were made of this element alone (a vehicle type, a distribution, a detector, a stop, a
     /// sign, closures, a signal programme); empty where there are none. They are found by the id.
@@ -45,7 +43,6 @@ private:
     QByteArray textOf(const char *table, const QString &id) const;
 
     const NetLists &mNetwork;
-    const SpecialWords &mWords;
     QHash<QString, QHash<long, QString>> mNameOf;   ///< by the field that refers, and by number
     QHash<QString, std::vector<QByteArray>> mTexts; ///< of objects by their table and id
 };
