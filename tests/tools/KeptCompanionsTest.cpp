@@ -36,6 +36,7 @@ constexpr const char *kFile = R"xml(<additional>
 <vehicle id="astray" depart="0" route="bad"/><vehicle id="later" depart="triggered" route="r"/>
 <flow id="flow" type="car" begin="0" end="900" number="5" route="r"/>
 <person id="rider" depart="3"><stop busStop="stop"/><ride lines="first"/></person>
+<person id="hails" depart="3"><stop busStop="stop"/><ride lines="taxi"/></person>
 <vehicle id="broken" depart="0"><route edges="west_in"/><stop lane="west_in_0" endPos="9"/></vehicle>
 <interval begin="0" end="9"><edgeRelation from="approach_market" to="market_quay" count="1"/></interval>
 </additional>)xml";
@@ -130,7 +131,7 @@ TEST_P(KeptCompanions, AllIsThereButWhatWasLeftOut) {
         R"(["rerouter",{"edges":"west_in","id":"works"},[["interval",{},[["closingReroute",{"id":"quay_east"}]]]]])"
         "\nparkingArea kept\ntlLogic market\nroute r\nvehicle first\n"
         R"(["vehicle",{"depart":"0","id":"first","route":"r","type":"mix"},[["stop",{"busStop":"stop"}]]])"
-        "\nvehicle later\nflow flow\nperson rider\nvehicle broken\ninterval -\n");
+        "\nvehicle later\nflow flow\nperson rider\nperson hails\nvehicle broken\ninterval -\n");
     EXPECT_EQ(made.join(QLatin1Char(' ')).toStdString(),
               "car van mix own loop area gate stop sign works market");
     EXPECT_EQ(mNetwork.record.otherAttrsJson.contains(QStringLiteral("mine")), !hasSeveralNets())

@@ -133,9 +133,10 @@ void LinePlanner::addPassengers() {
             mLines[std::size_t(boarding->first)].stops[boarding->second].arrivals.push_back(&waiting);
             continue;
         }
-        const QString fault = QStringLiteral("none of their lines stops at \"%1\"").arg(waiting.busStop);
+        // They may wait for a taxi, or for a vehicle that departs on an event: what they wait for need not be gone.
         mLeftOut.add(QStringLiteral("waiting passengers"),
-                     named(mCompanions, waiting.id, waiting.source, fault), waiting.source, fault);
+                     named(mCompanions, waiting.id, waiting.source,
+                           QStringLiteral("none of their lines stops at \"%1\"").arg(waiting.busStop)));
     }
 }
 
