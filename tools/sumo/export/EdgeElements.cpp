@@ -201,7 +201,7 @@ KeptElement edgeElement(const ExportedRoads &roads, const Link &link) {
     const std::vector<double> speeds = speedsOf(roads, link, kept);
     set(element, "speed", numberText(speeds.front()));
     if (kept.isEmpty()) {
-        if (link.linkName != roads.names().of(&link))
+        if (!link.linkName.isEmpty() && link.linkName != roads.names().of(&link))
             set(element, "name", link.linkName);
         if (const roadkinds::Type *type = roadkinds::typeOf(link.linkType)) {
             set(element, "type", QLatin1String(type->id));

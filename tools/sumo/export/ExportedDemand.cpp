@@ -67,11 +67,11 @@ std::vector<KeptElement> ExportedDemand::elements() {
     const TrafficObjects &traffic = mRoads.network().traffic;
     std::vector<Names::Named> named;
     for (const auto &point : traffic.departurePoints)
-        named.push_back({point.get(), point->name, point->departurePointID});
+        named.push_back({point.get(), point->name, point->departurePointID, true});
     for (const auto &line : traffic.busLines)
-        named.push_back({line.get(), line->name, line->busLineID});
+        named.push_back({line.get(), line->name, line->busLineID, true});
     for (const auto &zone : traffic.accidentZones)
-        named.push_back({zone.get(), zone->name, zone->accidentZoneId});
+        named.push_back({zone.get(), zone->name, zone->accidentZoneId, true});
     mNames.give(QStringLiteral("vehicles"), QStringLiteral("flow"), named);
     for (const auto &point : traffic.departurePoints)
         addDepartures(*point);

@@ -65,7 +65,7 @@ template <class T, class Number>
 std::vector<Names::Named> namedObjects(const Objects<T> &objects, Number T::*number) {
     std::vector<Names::Named> named;
     for (const auto &object : objects)
-        named.push_back({object.get(), object->name, long((*object).*number)});
+        named.push_back({object.get(), object->name, long((*object).*number), true});
     return named;
 }
 

@@ -136,7 +136,9 @@ void ExportedRoads::takeLinks(LeftOut &leftOut) {
         }
         mLinks.push_back(link.get());
         mLinkById.insert(link->linkID, link.get());
-        named.push_back({link.get(), link->linkName, link->linkID});
+        // Only a network that came from SUMO has ids that must stay.
+        const bool mayBeId = !keptOf(link->otherAttrsJson).isEmpty() || Names::isLegible(link->linkName);
+        named.push_back({link.get(), link->linkName, link->linkID, mayBeId});
     }
     mNames.give(QStringLiteral("edges"), QStringLiteral("link"), named);
 }
@@ -209,7 +211,8 @@ void ExportedRoads::placeJunctions() {
         if (junction.kept.contains(QStringLiteral("x")) && isThere(junction.kept, junction.at))
             junction.at = {number(junction.kept, "x"), number(junction.kept, "y"),
                            number(junction.kept, "z")};
-        named.push_back({&junction, nodes.size() == 1 ? nodes.first() : QString(), 0});
+        const QString name = nodes.size() == 1 ? nodes.first() : QString();
+        named.push_back({&junction, name, 0, !junction.kept.isEmpty() || Names::isLegible(name)});
     }
     mNames.give(QStringLiteral("junctions"), QStringLiteral("J"), named);
     for (ExportedJunction &junction : mJunctions)

@@ -117,7 +117,7 @@ ExportedSignals::ExportedSignals(const ExportedRoads &roads, const Digests &dige
     const auto &groups = roads.network().traffic.signalGroups;
     std::vector<Names::Named> named;
     for (const auto &group : groups)
-        named.push_back({group.get(), group->name, group->signalGroupID});
+        named.push_back({group.get(), group->name, group->signalGroupID, true});
     names.give(QStringLiteral("tlLogics"), QStringLiteral("signal"), named);
     std::map<const SignalGroup *, Ids> ids;
     std::map<const SignalGroup *, KeptElement> asKept;

@@ -48,7 +48,7 @@ ExportedVehicles::ExportedVehicles(const NetLists &network, QHash<QString, QStri
     std::vector<Names::Named> named;
     for (const auto &type : network.traffic.vehicleTypes) {
         mTypes.insert(type->vehicleTypeCode, type.get());
-        named.push_back({type.get(), englishName(type->vehicleTypeName), type->vehicleTypeCode});
+        named.push_back({type.get(), englishName(type->vehicleTypeName), type->vehicleTypeCode, true});
     }
     for (const auto &composition : network.traffic.compositions) {
         mCompositions.insert(composition->vehicleConsCode, composition.get());

@@ -1,5 +1,7 @@
 #include "tools/sumo/export/Names.h"
 
+#include <algorithm>
+
 namespace moratools {
 
 QString Names::usable(const QString &name) {
@@ -15,6 +17,12 @@ QString Names::usable(const QString &name) {
     return id;
 }
 
+bool Names::isLegible(const QString &id) {
+    static const QByteArray converted("\xE4\xF6\xFC\xDF\xC9\xE9\xE8");
+    const QByteArray bytes = id.toUtf8();
+    return std::none_of(bytes.begin(), bytes.end(), [](char byte) { return converted.contains(byte); });
+}
+
 QString Names::unused(const QString &kind, const QString &wanted) {
     QSet<QString> &taken = mTaken[kind];
     QString id = wanted;
@@ -25,21 +33,25 @@ QString Names::unused(const QString &kind, const QString &wanted) {
 }
 
 void Names::give(const QString &kind, const QString &fallback, const std::vector<Named> &objects) {
+    const auto wantedId = [](const Named &object) {
+        return object.mayBeId ? usable(object.name) : QString();
+    };
     QHash<QString, int> count;
     for (const Named &object : objects)
-        ++count[usable(object.name)];
+        ++count[wantedId(object)];
     QSet<QString> &taken = mTaken[kind];
+    const QSet<QString> before = taken;
     // Those that keep their name come first, so that none that is made takes it.
-    for (const Named &object : objects) {
-        if (!object.name.isEmpty() && count.value(usable(object.name)) == 1)
-            taken.insert(usable(object.name));
+    for (auto wanted = count.cbegin(); wanted != count.cend(); ++wanted) {
+        if (!wanted.key().isEmpty() && *wanted == 1)
+            taken.insert(wanted.key());
     }
     QJsonObject mapping = mKinds.value(kind).toObject();
     long place = 0;
     for (const Named &object : objects) {
         ++place;
-        QString id = usable(object.name);
-        if (id.isEmpty() || count.value(id) > 1) {
+        QString id = wantedId(object);
+        if (id.isEmpty() || count.value(id) > 1 || before.contains(id)) {
             const QString number = QString::number(object.number != 0 ? object.number : place);
             id = unused(kind, id.isEmpty() ? fallback + number : QStringLiteral("%1_%2").arg(id, number));
         }

@@ -18,6 +18,7 @@ public:
         const void *object;
         QString name;
         long number;
+        bool mayBeId = true; ///< false: whatever the name is, it cannot be the id
     };
 
     /// Gives ids to all objects of a kind ("edges"); `fallback` is what the id of one without a name begins with. Ids are
@@ -31,6 +32,10 @@ public:
 
     /// By kind and id the object's number in the store, if it has one, and, where it differs from the id, its name.
     const QJsonObject &toJson() const { return mKinds; }
+
+    /// Whether netconvert reads such an id of an edge, or of a junction where an edge names it: in these it takes bytes that
+    /// are umlauts and accents in Latin-1 for such, also where they are part of another character.
+    static bool isLegible(const QString &id);
 
     /// The text with "_" for what SUMO does not take in an id: blanks and |\'";,<>&*? anywhere, a colon at the start.
     static QString usable(const QString &name);
