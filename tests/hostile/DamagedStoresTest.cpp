@@ -77,6 +77,7 @@ protected:
             {QStringLiteral("info"), mStore},
             {QStringLiteral("draw"), mStore, file(QStringLiteral("picture.svg"))},
             {QStringLiteral("digest"), mStore},
+            {QStringLiteral("export"), mStore, file(QStringLiteral("out")), QStringLiteral("--sumo")},
             {QStringLiteral("copy"), mStore, mTarget, QStringLiteral("--name"), QStringLiteral("copied")},
             {QStringLiteral("copy"), mSound, mStore, QStringLiteral("--name"), QStringLiteral("copied")},
             {QStringLiteral("import"), mStore, kExample, QStringLiteral("--name"), QStringLiteral("more")},
@@ -128,6 +129,7 @@ protected:
         for (const QStringList &command : commands()) {
             copyTo(damaged, mStore);
             expectOrderlyEnd(command);
+            QDir(file(QStringLiteral("out"))).removeRecursively();
             const QByteArray picture = read(file(QStringLiteral("picture.svg")));
             EXPECT_FALSE(picture.contains("nan") || picture.contains("inf,")) << "numbers of a picture";
             if (read(mTarget) != target)

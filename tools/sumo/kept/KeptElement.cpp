@@ -24,6 +24,14 @@ KeptElement elementOf(const QJsonArray &json, int depth) {
     return element;
 }
 
+/// A store may come from anywhere, and the writer takes any text for a name.
+bool isName(const QString &text) {
+    return !text.isEmpty() && !text[0].isDigit() && std::all_of(text.begin(), text.end(), [](QChar c) {
+        return c.isLetterOrNumber() || c == QLatin1Char('_') || c == QLatin1Char('-') ||
+               c == QLatin1Char('.') || c == QLatin1Char(':');
+    });
+}
+
 } // namespace
 
 const QString *KeptElement::attribute(const QString &wanted) const {
@@ -63,12 +71,16 @@ KeptElement KeptElement::fromJson(const QJsonArray &json) {
 }
 
 void writeElement(QXmlStreamWriter &writer, const KeptElement &element) {
+    if (!isName(element.name))
+        return;
     if (element.children.empty())
         writer.writeEmptyElement(element.name);
     else
         writer.writeStartElement(element.name);
-    for (const auto &attribute : element.attributes)
-        writer.writeAttribute(attribute.first, attribute.second);
+    for (const auto &attribute : element.attributes) {
+        if (isName(attribute.first))
+            writer.writeAttribute(attribute.first, attribute.second);
+    }
     for (const KeptElement &child : element.children)
         writeElement(writer, child);
     if (!element.children.empty())

@@ -33,6 +33,7 @@ struct MORATOOLS_EXPORT KeptElement {
     static KeptElement fromJson(const QJsonArray &json);
 };
 
+/// Elements and attributes whose names no XML file can have are left out.
 MORATOOLS_EXPORT void writeElement(QXmlStreamWriter &writer, const KeptElement &element);
 
 } // namespace moratools
