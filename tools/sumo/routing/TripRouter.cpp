@@ -53,7 +53,8 @@ TripRouter::TripRouter(const SumoNet &net, SumoCompanions &companions) : mNet(ne
         const auto most = std::max_element(
             distribution.members.begin(), distribution.members.end(),
             [](const SumoChoice &a, const SumoChoice &b) { return a.probability < b.probability; });
-        mMostFrequent.insert(distribution.id, most->id);
+        if (most != distribution.members.end())
+            mMostFrequent.insert(distribution.id, most->id);
     }
     for (const SumoBusStop &stop : companions.busStops)
         mLaneOfStop.insert(stop.id, stop.lane);
