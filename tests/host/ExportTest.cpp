@@ -2,6 +2,7 @@
 
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QRegularExpression>
 #include <QStandardPaths>
 #include <QXmlStreamReader>
 
@@ -133,6 +134,44 @@ TEST_F(Export, DemandIsMadeOfDeparturesAndShares) {
     for (const QString &element : elementsIn(file(QStringLiteral("out/crossing.rou.xml"))))
         EXPECT_FALSE(element.startsWith(QLatin1String("flow")) ||
                      element.startsWith(QLatin1String("vehicle ")));
+}
+
+TEST_F(Export, WhatStandsOnTheRoadsIsMadeWhereNothingIsKept) {
+    const QString store = exampleStore();
+    alter(store,
+          {QStringLiteral(
+              "update Net set otherAttrsJson = json_remove(cast(otherAttrsJson as text), '$.sumo.files')")});
+    ASSERT_EQ(exported(store, QStringLiteral("out")).exitCode, 3);
+    QStringList made = elementsIn(file(QStringLiteral("out/crossing.add.xml")));
+    made.removeFirst(); // the root
+    // The places of examples/crossing/crossing.add.xml; those before the end of lanes of 245.57, 79.11 and 243.15 m.
+    EXPECT_EQ(
+        made,
+        QStringList(
+            {"busStop endPos=175.00 friendlyPos=true id=market_stop lane=west_in_0 startPos=150.00",
+             "busStop endPos=210.57 friendlyPos=true id=quay_stop lane=market_quay_0 startPos=185.57",
+             "inductionLoop file=crossing.loops.xml friendlyPos=true id=west_loop_1 lane=approach_market_1 period=60 pos=64.11",
+             "inductionLoop file=crossing.loops.xml friendlyPos=true id=west_loop_2 lane=approach_market_2 period=60 pos=64.11",
+             "laneAreaDetector endPos=238.15 file=crossing.queues.xml friendlyPos=true id=quay_queue jamThreshold=20 "
+             "lane=quay_market_1 length=85.00 period=300 speedThreshold=1.3888888888888888",
+             "entryExitDetector file=crossing.travels.xml id=market_to_quay period=300",
+             "detEntry friendlyPos=true lane=market_quay_0 pos=10.00",
+             "detEntry friendlyPos=true lane=market_quay_1 pos=10.00",
+             "detExit friendlyPos=true lane=quay_east_0 pos=60.00",
+             "detExit friendlyPos=true lane=quay_east_1 pos=60.00",
+             "variableSpeedSign id=quay_road_30_east_quay_0_29.988_km/h lanes=east_quay_0",
+             "step speed=8.33 time=600", "step speed=-1 time=1800",
+             "variableSpeedSign id=quay_road_30_east_quay_1_29.988_km/h lanes=east_quay_1",
+             "step speed=8.33 time=600", "step speed=-1 time=1800",
+             "rerouter edges=east_quay harbour_in market_quay id=harbour_works", "interval begin=0 end=86400",
+             "closingReroute id=harbour_out"}));
+    const QStringList vehicles = elementsIn(file(QStringLiteral("out/crossing.rou.xml")));
+    EXPECT_EQ(vehicles
+                  .filter(QLatin1String(
+                      "stop duration=86400 endPos=80.00 friendlyPos=true lane=market_west_0 startPos=70.00"))
+                  .size(),
+              1);
+    EXPECT_EQ(vehicles.filter(QRegularExpression(QStringLiteral("^flow .* type=town_mix$"))).size(), 2);
 }
 
 TEST_F(Export, SumoRunsItWithoutAWarning) {

@@ -36,7 +36,9 @@ def root_of(path):
 
 
 def points(shape):
-    return tuple(tuple(float(c) for c in point.split(",")) for point in shape.split())
+    # A point that says no height lies at 0.
+    coordinates = (tuple(float(c) for c in point.split(",")) for point in shape.split())
+    return tuple(point if len(point) > 2 else point + (0.0,) for point in coordinates)
 
 
 def value_of(name, text):

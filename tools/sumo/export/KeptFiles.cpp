@@ -221,6 +221,7 @@ void KeptFiles::look(const KeptElement &element) {
     static const QStringList manners{QStringLiteral("departLane"),  QStringLiteral("departPos"),
                                      QStringLiteral("departSpeed"), QStringLiteral("arrivalLane"),
                                      QStringLiteral("arrivalPos"),  QStringLiteral("arrivalSpeed")};
+    mHasDemand = mHasDemand || isDemand(element.name);
     if (element.name == QLatin1String("tlLogic")) {
         mProgrammes.insert(programmeKey(element));
     } else if (element.name == QLatin1String("vType")) {

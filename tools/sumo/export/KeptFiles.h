@@ -26,6 +26,8 @@ public:
     const QHash<QString, QString> &vehicleClasses() const { return mVehicleClasses; }
     /// How most of their vehicles depart and arrive; what they say nothing of is not in it. Empty without vehicles.
     const ExportedDemand::Manner &manner() const { return mManner; }
+    /// Whether there is anything of the demand in them.
+    bool hasDemand() const { return mHasDemand; }
     /// Whether there are any vehicles.
     bool hasVehicles() const { return mVehicles > 0; }
     /// The type of most vehicles that stop at bus stops; empty without any.
@@ -59,6 +61,7 @@ private:
     QSet<QString> mRouteIds;
     QHash<QString, QString> mVehicleClasses;
     QHash<QString, QHash<QString, int>> mManners; ///< by attribute and value, how often
+    bool mHasDemand = false;
     int mVehicles = 0;
     ExportedDemand::Manner mManner;
     QHash<QString, int> mBusTypes;

@@ -145,7 +145,7 @@ void Exporter::writeKeptNetwork(const ExactNetWriter &writer, const SumoNet *mad
 
 void Exporter::writeScenario() {
     const QString keptDemand = mRoads.kept().value(QStringLiteral("demand")).toString();
-    const bool asKept = !mOptions.flows && !keptDemand.isEmpty() && keptDemand == mDigests.demand();
+    const bool asKept = !mOptions.flows && mFiles.hasDemand() && keptDemand == mDigests.demand();
     for (const QString &id : mFiles.routeIds())
         mNames.unused(QStringLiteral("routes"), id);
     ExportedVehicles vehicles(mRoads.network(), mFiles.vehicleClasses(), mNames);
