@@ -7,11 +7,13 @@
 #include <QXmlStreamWriter>
 
 #include <algorithm>
+#include <limits>
 
 namespace moratools {
 
 namespace {
 
+constexpr int kLast = std::numeric_limits<int>::max();
 const QString kPlace = QStringLiteral("at");
 const QString kInside = QStringLiteral("inside");
 const QString kDigest = QStringLiteral("of");
@@ -70,15 +72,19 @@ void ExactNetWriter::takeJunctions() {
             junctions.digest(junction.id) == kept.value(kDigest).toString())
             take(junction.id, kept);
         else
-            mEdited.append(junction.id);
+            mEdited.insert(junction.id, kept.value(kPlace).toInt(kLast));
     }
     const QJsonArray others = mRoads.kept().value(QStringLiteral("junctions")).toArray();
     for (const QJsonValue &other : others)
         take(other.toObject().value(QStringLiteral("id")).toString(), other.toObject());
     const QJsonArray homeless = mRoads.kept().value(QStringLiteral("homeless")).toArray();
     for (const QJsonValue &inside : homeless)
-        mJunctions.push_back({QString(), {}, JunctionInside::fromText(inside.toString()), 0});
-    std::stable_sort(mJunctions.begin(), mJunctions.end(),
+        mJunctions.push_back({QString(), {}, JunctionInside::fromText(inside.toString()), kLast});
+    sort(mJunctions);
+}
+
+void ExactNetWriter::sort(std::vector<Junction> &junctions) {
+    std::stable_sort(junctions.begin(), junctions.end(),
                      [](const Junction &a, const Junction &b) { return a.place < b.place; });
 }
 
@@ -87,9 +93,11 @@ std::vector<ExactNetWriter::Junction> ExactNetWriter::junctionsWith(const SumoNe
     if (!made)
         return all;
     for (const SumoJunction &junction : made->junctions) {
-        if (mEdited.contains(junction.id))
-            all.push_back({junction.id, junction.kept, junction.inside, 0});
+        const auto edited = mEdited.constFind(junction.id);
+        if (edited != mEdited.constEnd())
+            all.push_back({junction.id, junction.kept, junction.inside, *edited});
     }
+    sort(all);
     return all;
 }
 

@@ -5,6 +5,7 @@
 #include "tools/sumo/kept/KeptElement.h"
 #include "tools/sumo/reader/SumoNet.h"
 
+#include <QMap>
 #include <QStringList>
 
 class QIODevice;
@@ -24,7 +25,7 @@ public:
     /// Whether the network keeps insides of junctions.
     bool isPossible() const { return !mJunctions.empty(); }
     /// Junctions whose inside is not kept or holds no more.
-    const QStringList &edited() const { return mEdited; }
+    QStringList edited() const { return mEdited.keys(); }
 
     /// Writes the network with those programmes. The insides of edited junctions are those of `made`, a network
     /// that was made anew of the same objects; without it there must be none.
@@ -40,13 +41,14 @@ private:
     };
 
     void takeJunctions();
+    static void sort(std::vector<Junction> &junctions);
     std::vector<Junction> junctionsWith(const SumoNet *made) const;
     void writeConnections(QXmlStreamWriter &writer, const std::vector<Junction> &junctions) const;
     void writeElements(QXmlStreamWriter &writer, bool types) const;
 
     const ExportedRoads &mRoads;
     std::vector<Junction> mJunctions; ///< that hold, in the order of the file
-    QStringList mEdited;
+    QMap<QString, int> mEdited;       ///< and where in the file they were
 };
 
 } // namespace moratools
