@@ -32,6 +32,22 @@ double limitSpeedKmh(const SumoEdge &edge) {
     return fastest * kKmhPerMs;
 }
 
+/// Lines that are derived are kept to a tenth of a millimetre: SUMO gives its own to a centimetre, and further
+/// digits would be a third of the store.
+GeometryLine rounded(GeometryLine line) {
+    constexpr double perMetre = 1e4;
+    for (GeometryPoint &point : line) {
+        for (double *coordinate : {&point.x, &point.y, &point.z})
+            *coordinate = std::round(*coordinate * perMetre) / perMetre;
+    }
+    return line;
+}
+
+/// The line that much to the left.
+StoredJson beside(const GeometryLine &line, double offset) {
+    return geometryjson::fromPoints(rounded(geometry::offset(line, offset)));
+}
+
 /// The offset to the left that leads from the centre line of lane `index` to that of the carriageway.
 double offsetToCentre(const SumoEdge &edge, std::size_t index, bool leftHand) {
     double before = 0;
@@ -158,7 +174,7 @@ std::unique_ptr<Link> NetworkBuilder::buildLink(const SumoEdge &edge) {
 }
 
 void NetworkBuilder::addVertices(Link &link, const SumoEdge &edge) {
-    const GeometryLine centre = carriagewayCentre(edge, mNet.leftHand);
+    const GeometryLine centre = rounded(carriagewayCentre(edge, mNet.leftHand));
     link.centerLinePointsJson = geometryjson::fromPoints(centre);
     for (const GeometryPoint &point : centre)
         link.mlVertex.append(new Vertex{mIds.next("Vertex"), point.x, point.y, point.z});
@@ -178,10 +194,8 @@ void NetworkBuilder::addLanes(Link &link, const SumoEdge &edge) {
         lane->expectTravelDirection = mIds.store().words().getWord(Words::FreeRunning);
         lane->actionType = mIds.store().words().getWord(vocabulary::laneKind(source.permissions));
         lane->centerLinePointsJson = geometryjson::fromPoints(source.shape);
-        lane->leftBreakPointsJson =
-            geometryjson::fromPoints(geometry::offset(source.shape, source.width / 2));
-        lane->rightBreakPointsJson =
-            geometryjson::fromPoints(geometry::offset(source.shape, -source.width / 2));
+        lane->leftBreakPointsJson = beside(source.shape, source.width / 2);
+        lane->rightBreakPointsJson = beside(source.shape, -source.width / 2);
         link.mlLane.append(lane.release());
     }
 }
@@ -225,11 +239,10 @@ NetworkBuilder::buildConnector(const std::vector<const SumoConnection *> &connec
             std::make_unique<LaneConnector>(connector.get(), start, laneOf(*to, connection->toLane));
         laneConnector->laneConnId = mIds.next("LaneConnector");
         const GeometryLine path = connectionPath(mNet, *connection);
-        laneConnector->centerLinePointsJson = geometryjson::fromPoints(path);
-        laneConnector->leftBreakPointsJson =
-            geometryjson::fromPoints(geometry::offset(path, start->width / 2));
-        laneConnector->rightBreakPointsJson =
-            geometryjson::fromPoints(geometry::offset(path, -start->width / 2));
+        if (mWithLaneConnectorGeometry)
+            laneConnector->centerLinePointsJson = geometryjson::fromPoints(path);
+        laneConnector->leftBreakPointsJson = beside(path, start->width / 2);
+        laneConnector->rightBreakPointsJson = beside(path, -start->width / 2);
         connector->length += geometry::length(path) / double(connections.size());
         kept.append(keptOf(*connection));
         connector->mlLaneConnector.append(laneConnector.release());
@@ -237,8 +250,7 @@ NetworkBuilder::buildConnector(const std::vector<const SumoConnection *> &connec
     updateEdges(*connector);
     if (!mWithLaneConnectorGeometry) {
         for (LaneConnector *path : qAsConst(connector->mlLaneConnector))
-            path->centerLinePointsJson = path->leftBreakPointsJson = path->rightBreakPointsJson =
-                StoredJson();
+            path->leftBreakPointsJson = path->rightBreakPointsJson = StoredJson();
     }
     connector->otherAttrsJson = {{kSumo, QJsonObject{{QStringLiteral("connections"), kept}}}};
     return connector;

@@ -6,13 +6,22 @@ QString unknown(const char *kind, const QString &id) {
     return QStringLiteral("no %1 \"%2\"").arg(QLatin1String(kind), id);
 }
 
-RoadReferences::RoadReferences(const SumoNet &net) : mNet(net) {
-    for (const SumoEdge &edge : net.edges) {
-        for (const SumoLane &lane : edge.lanes)
-            mLanes.insert(lane.id);
+const QSet<QString> &RoadReferences::lanes() const {
+    if (mLanes.isEmpty()) {
+        for (const SumoEdge &edge : mNet.edges) {
+            for (const SumoLane &lane : edge.lanes)
+                mLanes.insert(lane.id);
+        }
     }
-    for (const SumoConnection &connection : net.connections)
-        mTurns.insert(turn(net.edgeIndex.value(connection.from), net.edgeIndex.value(connection.to)));
+    return mLanes;
+}
+
+const QSet<quint64> &RoadReferences::turns() const {
+    if (mTurns.isEmpty()) {
+        for (const SumoConnection &connection : mNet.connections)
+            mTurns.insert(turn(mNet.edgeIndex.value(connection.from), mNet.edgeIndex.value(connection.to)));
+    }
+    return mTurns;
 }
 
 QString RoadReferences::faultOfEdges(const QStringList &edges) const {
@@ -29,7 +38,7 @@ QString RoadReferences::faultOfPath(const QStringList &edges) const {
         const int place = mNet.edgeIndex.value(edge, -1);
         if (place < 0)
             return unknown("edge", edge);
-        if (before >= 0 && !mTurns.contains(turn(before, place)))
+        if (before >= 0 && !turns().contains(turn(before, place)))
             return QStringLiteral("no connection from edge \"%1\" to edge \"%2\"")
                 .arg(mNet.edges[std::size_t(before)].id, edge);
         before = place;
@@ -39,7 +48,7 @@ QString RoadReferences::faultOfPath(const QStringList &edges) const {
 
 QString RoadReferences::faultOfLanes(const QStringList &lanes) const {
     for (const QString &lane : lanes) {
-        if (!mLanes.contains(lane))
+        if (!hasLane(lane))
             return unknown("lane", lane);
     }
     return lanes.isEmpty() ? QStringLiteral("it names no lane") : QString();

@@ -11,21 +11,26 @@ namespace moratools {
 class RoadReferences {
 public:
     /// `net` must outlive this object.
-    explicit RoadReferences(const SumoNet &net);
+    explicit RoadReferences(const SumoNet &net) : mNet(net) {}
 
     QString faultOfEdges(const QStringList &edges) const;
     /// The same for edges that are driven one after the other.
     QString faultOfPath(const QStringList &edges) const;
     QString faultOfLanes(const QStringList &lanes) const;
-    bool hasLane(const QString &lane) const { return mLanes.contains(lane); }
+    bool hasLane(const QString &lane) const { return lanes().contains(lane); }
 
 private:
     /// From one edge to another, by their places.
     static quint64 turn(int from, int to) { return quint64(from) << 32 | quint64(to); }
 
+    /// @{ Gathered when first asked for: most imports of a large network bring nothing that refers into it.
+    const QSet<QString> &lanes() const;
+    const QSet<quint64> &turns() const;
+    /// @}
+
     const SumoNet &mNet;
-    QSet<QString> mLanes;
-    QSet<quint64> mTurns;
+    mutable QSet<QString> mLanes;
+    mutable QSet<quint64> mTurns;
 };
 
 /// "no edge "a""

@@ -4,10 +4,8 @@
 #include "tools/sumo/kept/Packed.h"
 
 #include <QJsonDocument>
-#include <QtEndian>
 
 #include <algorithm>
-#include <cstring>
 
 namespace moratools {
 
@@ -23,15 +21,6 @@ QString keyOf(const Link &keeper, const QString &name) {
     return keeper.mpEndNode && keeper.mpEndNode->nodeName == name ? kAtEnd : kAtStart;
 }
 
-/// The number bit for bit, in an order of bytes that is the same everywhere.
-void append(QByteArray &text, double value) {
-    quint64 bits = 0;
-    static_assert(sizeof bits == sizeof value);
-    std::memcpy(&bits, &value, sizeof bits);
-    bits = qToLittleEndian(bits);
-    text.append(reinterpret_cast<const char *>(&bits), int(sizeof bits));
-}
-
 void append(QByteArray &text, const QJsonObject &object) {
     text += QJsonDocument(object).toJson(QJsonDocument::Compact);
 }
@@ -40,9 +29,9 @@ void appendEnd(QByteArray &text, const GeometryLine &line, bool end) {
     const int count = std::min(kPointsThatMatter, line.size());
     for (int i = 0; i < count; ++i) {
         const GeometryPoint &point = end ? line[line.size() - 1 - i] : line[i];
-        append(text, point.x);
-        append(text, point.y);
-        append(text, point.z);
+        appendBits(text, point.x);
+        appendBits(text, point.y);
+        appendBits(text, point.z);
     }
 }
 
@@ -52,7 +41,7 @@ Junctions::Junctions(const NetLists &network) {
     const auto at = [this](const Node *node) -> Ends & { return mEnds[node ? node->nodeName : QString()]; };
     for (const auto &link : network.links) {
         QByteArray text = link->linkName.toUtf8() + ' ';
-        append(text, link->limitSpeed);
+        appendBits(text, link->limitSpeed);
         QJsonObject sumo = link->otherAttrsJson.value(kSumo).toObject();
         sumo.remove(kAtEnd);
         sumo.remove(kAtStart);
@@ -89,7 +78,7 @@ QByteArray Junctions::describe(const Link &link, bool end) const {
     QByteArray text = end ? "in " : "out ";
     text += mKeptOf.value(&link);
     for (const Lane *lane : link.mlLane) {
-        append(text, lane->width);
+        appendBits(text, lane->width);
         appendEnd(text, geometryjson::points(lane->centerLinePointsJson), end);
     }
     return text + '\n';
@@ -99,8 +88,8 @@ QByteArray Junctions::describe(const Connector &connector) const {
     QByteArray text =
         "to " + (connector.mpEndLink ? connector.mpEndLink->linkName.toUtf8() : QByteArray()) + ' ';
     for (const LaneConnector *path : connector.mlLaneConnector) {
-        append(text, path->mpStartLane ? path->mpStartLane->serialNumber : 0);
-        append(text, path->mpEndLane ? path->mpEndLane->serialNumber : 0);
+        appendBits(text, path->mpStartLane ? path->mpStartLane->serialNumber : 0);
+        appendBits(text, path->mpEndLane ? path->mpEndLane->serialNumber : 0);
     }
     append(text, connector.otherAttrsJson.value(kSumo).toObject());
     return text + '\n';

@@ -10,7 +10,7 @@ QString digestOf(const Link &link) {
     QByteArray text;
     for (const Vertex *vertex : link.mlVertex) {
         for (const double number : {vertex->x, vertex->y, vertex->z})
-            text += QByteArray::number(number, 'g', 17) + ' ';
+            appendBits(text, number);
     }
     return shortDigestOf(text);
 }

@@ -30,7 +30,12 @@ private:
 /// a few bytes claim to hold takes no memory.
 MORATOOLS_EXPORT QByteArray unpacked(const QString &packed);
 
-/// Tells whether something is as it was: the first 16 hexadecimal digits of the SHA-256 of `text`.
+/// Adds a number bit for bit, in an order of bytes that is the same everywhere: for a digest, without the cost of
+/// its digits.
+MORATOOLS_EXPORT void appendBits(QByteArray &text, double number);
+
+/// Tells whether something is as it was: the first 16 hexadecimal digits of the SHA-1 of `text`.
+/// It is no protection: who means harm can make another text of the same digest.
 MORATOOLS_EXPORT QString shortDigestOf(const QByteArray &text);
 
 } // namespace moratools
