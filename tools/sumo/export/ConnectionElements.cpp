@@ -150,7 +150,7 @@ QJsonObject Builder::keptOfPath(const Connector &connector, int fromLane, int to
 
 std::optional<ExportedSignals::Control> Builder::controlOf(const LaneConnector &path,
                                                            const QJsonObject &kept) const {
-    if (const auto shown = mSignals.control(*path.mpStartLane, *path.mpEndLane))
+    if (auto shown = mSignals.control(*path.mpStartLane, *path.mpEndLane))
         return shown;
     // Signals of railways have no programme, so a store has none of their lamps.
     const QString tl = kept.value(kTl).toString();

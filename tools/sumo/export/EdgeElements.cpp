@@ -68,7 +68,7 @@ roadkinds::Permissions keptPermissions(const QJsonObject &kept, const QJsonObjec
 
 roadkinds::Permissions permissionsOf(const Lane &lane, const QJsonObject &kept, const QJsonObject &own) {
     if (!kept.isEmpty()) {
-        const roadkinds::Permissions permissions = keptPermissions(kept, own);
+        roadkinds::Permissions permissions = keptPermissions(kept, own);
         const QString kind =
             vocabulary::laneKind(VehicleClasses::of(permissions.allow, permissions.disallow));
         if (roadkinds::isSameWord(kind, lane.actionType))

@@ -143,6 +143,7 @@ std::vector<ExportedDemand::Slice> ExportedDemand::slicesOf(const DeparturePoint
         }
     }
     std::vector<Slice> list;
+    list.reserve(slices.size());
     for (auto &slice : slices)
         list.push_back(std::move(slice.second));
     return list;
@@ -193,11 +194,11 @@ std::vector<std::vector<ExportedDemand::Way>> ExportedDemand::waysFrom(const Lin
         all += departing.vehicles;
     }
     std::vector<double> wanted;
-    for (const Way &way : ways)
-        wanted.push_back(way.share * all);
+    std::transform(ways.begin(), ways.end(), std::back_inserter(wanted),
+                   [all](const Way &way) { return way.share * all; });
     std::vector<double> given;
-    for (const Departing &departing : slice.departing)
-        given.push_back(departing.vehicles);
+    std::transform(slice.departing.begin(), slice.departing.end(), std::back_inserter(given),
+                   [](const Departing &departing) { return double(departing.vehicles); });
     fitProportions(vehicles, given, wanted);
     for (const std::vector<double> &row : vehicles) {
         result.emplace_back();

@@ -33,13 +33,13 @@ private:
     };
     /// Vehicles of one composition in a slice of time.
     struct Departing {
-        long composition;
-        int vehicles;
+        long composition = 0;
+        int vehicles = 0;
         Passages::Classes classes;
     };
     struct Slice {
-        long begin;
-        long end;
+        long begin = 0;
+        long end = 0;
         std::vector<Departing> departing;
     };
 

@@ -134,8 +134,8 @@ ExportedSignals::ExportedSignals(const ExportedRoads &roads, const Digests &dige
     }
     findControls(leftOut);
     std::set<QString> shown;
-    for (auto control = mControls.cbegin(); control != mControls.cend(); ++control)
-        shown.insert(control->tl);
+    for (const Control &each : qAsConst(mControls))
+        shown.insert(each.tl);
     for (const auto &group : groups) {
         const Ids &own = ids.at(group.get());
         const auto found = asKept.find(group.get());

@@ -18,7 +18,7 @@ constexpr double kKmhPerMs = 3.6;
 QString standardClassOf(const QString &typeName) {
     static const struct {
         Words::Word word;
-        const char *vClass;
+        const char *vClass = nullptr;
     } classes[] = {{Words::Coach, "coach"},
                    {Words::Bus, "bus"},
                    {Words::Truck, "truck"},

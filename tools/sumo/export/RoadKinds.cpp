@@ -13,8 +13,8 @@ const Type *typeOf(const QString &linkType) {
     // Classes of OpenStreetMap (wiki page "Key:highway"), so that an import finds the word again. The priorities keep
     // the order in which these roads have the right of way.
     static const struct {
-        Words::Word word;
-        Type type;
+        Words::Word word{};
+        Type type{};
     } types[] = {
         {Words::Freeway, {"highway.motorway", 14}},
         {Words::Expressway, {"highway.trunk", 12}},
