@@ -94,6 +94,7 @@ TEST_P(Circle, AnEditedLinkDiffersAndTheJunctionsItTouchesAndNothingElse) {
     EXPECT_EQ(kinds.value(QStringLiteral("lane widths")).toObject().value(QStringLiteral("first")).toArray(),
               (QJsonArray{edge + QStringLiteral("_0"), edge + QStringLiteral("_1")}))
         << text(kinds).toStdString();
+    EXPECT_TRUE(kinds.contains(QStringLiteral("junction shapes")));
     static const QStringList ofJunctions{
         QStringLiteral("connection paths"), QStringLiteral("connection states"),
         QStringLiteral("inner lanes"),      QStringLiteral("junction shapes"),

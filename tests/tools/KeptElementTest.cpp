@@ -46,6 +46,7 @@ TEST(Packed, DamagedOrHostileGivesNothing) {
     EXPECT_TRUE(unpackedBytes(QByteArray("\x7f\xff\xff\xff", 4) + bytes.mid(4)).isNull());
     EXPECT_TRUE(
         unpackedBytes(QByteArray("\0\0\0\x0a", 4) + bytes.mid(4)).isNull()); // holds more than it says
+    EXPECT_TRUE(unpackedBytes(QByteArray("\0\0\x03\xe9", 4) + bytes.mid(4)).isNull()); // holds less
     EXPECT_TRUE(unpacked(QStringLiteral("no base64")).isNull());
     EXPECT_TRUE(unpacked(QString()).isNull());
 }
