@@ -123,7 +123,7 @@ private:
         mXml.writeAttribute(name, marker(path, name));
     }
     QString marker(const QString &path, const QString &name) {
-        const QString value = QStringLiteral("q%1q").arg(markers.size());
+        QString value = QStringLiteral("q%1q").arg(markers.size());
         const auto listed = mList.find(path);
         markers[value] = {path, name, listed == mList.end() ? QString() : listed->second.place};
         return value;
@@ -138,7 +138,7 @@ private:
 /// All texts in a value, those that are packed as what they stand for.
 void collect(const QJsonValue &value, QString &into) {
     if (value.isArray()) {
-        for (const QJsonValue &one : value.toArray())
+        for (const QJsonValue one : value.toArray())
             collect(one, into);
     } else if (value.isObject()) {
         const QJsonObject object = value.toObject();

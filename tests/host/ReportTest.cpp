@@ -2,6 +2,7 @@
 #include "tests/support/RealData.h"
 
 #include <QJsonArray>
+#include <QJsonDocument>
 #include <QJsonObject>
 #include <QXmlStreamReader>
 
@@ -50,7 +51,7 @@ protected:
             arguments << QStringLiteral("--additional") << name;
         const Outcome outcome = run(arguments);
         EXPECT_EQ(outcome.exitCode, exitCode) << outcome.err.toStdString();
-        const QJsonObject report = QJsonDocument::fromJson(read(path)).object();
+        QJsonObject report = QJsonDocument::fromJson(read(path)).object();
         EXPECT_EQ(report.value(QStringLiteral("files")).toArray().size(), files.size());
         return report;
     }

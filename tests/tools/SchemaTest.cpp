@@ -15,43 +15,43 @@ constexpr auto kCompanion = FileKind::Companion;
 
 TEST(Schema, SaysWhereEverythingGoes) {
     const struct {
-        FileKind kind;
         const char *path;
         const char *attribute;
-        Target target;
         const char *where;
+        FileKind kind;
+        Target target;
         bool isListed;
     } table[] = {
-        {kNetwork, "edge", "", Target::Column, "Link", true},
-        {kNetwork, "edge", "id", Target::Column, "Link.linkName", true},
-        {kNetwork, "edge", "spreadType", Target::Attributes, "Link.otherAttrsJson sumo", true},
-        {kNetwork, "edge:inside", "id", Target::Attributes, "Link.otherAttrsJson sumo.junction", true},
-        {kNetwork, "edge/lane", "width", Target::Column, "Lane.width", true},
-        {kNetwork, "edge/lane/param", "key", Target::Attributes, "Link.otherAttrsJson sumo", true},
-        {kNetwork, "tlLogic/param", "value", Target::Attributes, "Net.otherAttrsJson sumo.programmes", true},
-        {kNetwork, ".", "xsi:noNamespaceSchemaLocation", Target::Attributes, "Net.otherAttrsJson sumo.net",
+        {"edge", "", "Link", kNetwork, Target::Column, true},
+        {"edge", "id", "Link.linkName", kNetwork, Target::Column, true},
+        {"edge", "spreadType", "Link.otherAttrsJson sumo", kNetwork, Target::Attributes, true},
+        {"edge:inside", "id", "Link.otherAttrsJson sumo.junction", kNetwork, Target::Attributes, true},
+        {"edge/lane", "width", "Lane.width", kNetwork, Target::Column, true},
+        {"edge/lane/param", "key", "Link.otherAttrsJson sumo", kNetwork, Target::Attributes, true},
+        {"tlLogic/param", "value", "Net.otherAttrsJson sumo.programmes", kNetwork, Target::Attributes, true},
+        {".", "xsi:noNamespaceSchemaLocation", "Net.otherAttrsJson sumo.net", kNetwork, Target::Attributes,
          true},
-        {kNetwork, "connection", "state", Target::Attributes, "Connector.otherAttrsJson sumo.connections",
+        {"connection", "state", "Connector.otherAttrsJson sumo.connections", kNetwork, Target::Attributes,
          true},
-        {kNetwork, "connection/paint", "", Target::Attributes, "Link.otherAttrsJson sumo.junction", false},
-        {kNetwork, ".", "version", Target::Attributes, "Net.otherAttrsJson sumo.net", true},
+        {"connection/paint", "", "Link.otherAttrsJson sumo.junction", kNetwork, Target::Attributes, false},
+        {".", "version", "Net.otherAttrsJson sumo.net", kNetwork, Target::Attributes, true},
         // What SUMO does not know is kept where its surroundings are.
-        {kNetwork, "edge/lane", "paint", Target::Attributes, "Link.otherAttrsJson sumo", false},
-        {kNetwork, "edge/paint", "colour", Target::Attributes, "Link.otherAttrsJson sumo", false},
-        {kNetwork, "paint", "", Target::Attributes, "Net.otherAttrsJson sumo.elements", false},
-        {kCompanion, "paint", "", Target::Attributes, "Net.otherAttrsJson sumo.files", false},
-        {kCompanion, ".", "paint", Target::LeftOut, "", false},
-        {kCompanion, ".", "xsi:noNamespaceSchemaLocation", Target::LeftOut, "", true},
+        {"edge/lane", "paint", "Link.otherAttrsJson sumo", kNetwork, Target::Attributes, false},
+        {"edge/paint", "colour", "Link.otherAttrsJson sumo", kNetwork, Target::Attributes, false},
+        {"paint", "", "Net.otherAttrsJson sumo.elements", kNetwork, Target::Attributes, false},
+        {"paint", "", "Net.otherAttrsJson sumo.files", kCompanion, Target::Attributes, false},
+        {".", "paint", "", kCompanion, Target::LeftOut, false},
+        {".", "xsi:noNamespaceSchemaLocation", "", kCompanion, Target::LeftOut, true},
         // The same name in other places.
-        {kCompanion, "route", "id", Target::Column, "Routing.routingName", true},
-        {kCompanion, "vehicle/route", "id", Target::Attributes, "Net.otherAttrsJson sumo.files", true},
-        {kCompanion, "flow/routeDistribution/route/stop", "busStop", Target::Column,
-         "BusStationLine.busStationID", true},
-        {kCompanion, "person/stop", "lane", Target::Attributes, "Net.otherAttrsJson sumo.files", true},
-        {kCompanion, "vTypeDistribution/vType", "decel", Target::Column, "VehicleType.avgDece", true},
-        {kCompanion, "vType/carFollowing-IDM", "tau", Target::Attributes, "Net.otherAttrsJson sumo.files",
+        {"route", "id", "Routing.routingName", kCompanion, Target::Column, true},
+        {"vehicle/route", "id", "Net.otherAttrsJson sumo.files", kCompanion, Target::Attributes, true},
+        {"flow/routeDistribution/route/stop", "busStop", "BusStationLine.busStationID", kCompanion,
+         Target::Column, true},
+        {"person/stop", "lane", "Net.otherAttrsJson sumo.files", kCompanion, Target::Attributes, true},
+        {"vTypeDistribution/vType", "decel", "VehicleType.avgDece", kCompanion, Target::Column, true},
+        {"vType/carFollowing-IDM", "tau", "Net.otherAttrsJson sumo.files", kCompanion, Target::Attributes,
          true},
-        {kCompanion, "rerouter/interval/closingReroute", "id", Target::Column, "RoadWorkZone.roadID", true},
+        {"rerouter/interval/closingReroute", "id", "RoadWorkZone.roadID", kCompanion, Target::Column, true},
     };
     for (const auto &row : table) {
         const Fate fate = fateOf(row.kind, QLatin1String(row.path), QLatin1String(row.attribute));

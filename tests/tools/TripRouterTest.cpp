@@ -10,7 +10,8 @@ namespace {
 /// From a to d lead two ways: over b 300 m at 30 m/s, and 4 s on the junction before it; over c 150 m at 10 m/s.
 /// From e nothing leads on.
 constexpr const char *kNet = R"(<net>
-<edge id=":j_0" function="internal"><lane id=":j_0_0" index="0" speed="10" length="20" shape="0,0 1,0"/></edge>
+<edge id=":j_0" function="internal"><lane id=":j_0_0" index="0" speed="10" length="20" shape="0,0 1,0"/>
+ <lane id=":j_0_1" index="1" speed="10" length="40" shape="0,0 1,0"/></edge>
 <edge id=":j_1" function="internal"><lane id=":j_1_0" index="0" INSIDE speed="10" length="20" shape="0,0 1,0"/></edge>
 <edge id="a" from="i" to="j"><lane id="a_0" index="0" speed="10" length="10" shape="0,0 1,0"/></edge>
 <edge id="b" from="j" to="k">

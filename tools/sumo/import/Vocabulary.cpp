@@ -111,7 +111,7 @@ QString linkKind(const SumoEdge &edge) {
         return kBusLane;
     if (!admitsMotorVehicles)
         return kinds.count(kNonMotorLane) ? kNonMotorLane : kSidewalk;
-    const QString byType = highwayKind(edge.type);
+    QString byType = highwayKind(edge.type);
     if (!byType.isEmpty())
         return byType;
     if (!isForAll)

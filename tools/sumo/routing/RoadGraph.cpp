@@ -6,6 +6,9 @@
 #include <boost/graph/dijkstra_shortest_paths.hpp>
 
 #include <algorithm>
+#include <functional>
+#include <limits>
+#include <numeric>
 
 namespace moratools {
 
@@ -27,27 +30,34 @@ QString edgeOf(const QString &lane) {
     return lane.left(lane.lastIndexOf(QLatin1Char('_')));
 }
 
-/// An edge inside a junction: a vehicle takes the fastest of its lanes for the edge.
-struct InternalEdge {
+int indexOf(const QString &lane) {
+    return lane.mid(lane.lastIndexOf(QLatin1Char('_')) + 1).toInt();
+}
+
+/// How fast an edge can be driven: as its fastest lane, of several the one with the lowest index.
+struct Pace {
     double speed = -1;
     double length = 0;
+    int index = 0; ///< of the lane
+
+    void take(double laneSpeed, double laneLength, int laneIndex) {
+        if (laneSpeed > speed || (laneSpeed == speed && laneIndex < index))
+            *this = {laneSpeed, laneLength, laneIndex};
+    }
+};
+
+/// An edge inside a junction.
+struct InternalEdge {
+    Pace pace;
     bool givesWay = false;
     VehicleClasses permissions = VehicleClasses::of(QString(), QStringLiteral("all"));
 };
-
-template <class EdgeRecord, class LaneRecord>
-void takeFastest(EdgeRecord &edge, const LaneRecord &lane) {
-    if (lane.speed > edge.speed) {
-        edge.speed = lane.speed;
-        edge.length = lane.length;
-    }
-}
 
 QHash<QString, InternalEdge> internalEdgesOf(const SumoNet &net) {
     QHash<QString, InternalEdge> edges;
     for (auto lane = net.internalLanes.cbegin(); lane != net.internalLanes.cend(); ++lane) {
         InternalEdge &edge = edges[edgeOf(lane.key())];
-        takeFastest(edge, *lane);
+        edge.pace.take(lane->speed, lane->length, indexOf(lane.key()));
         edge.givesWay = edge.givesWay || lane->givesWay;
         edge.permissions = edge.permissions.with(lane->permissions);
     }
@@ -59,10 +69,9 @@ class Clock {
 public:
     explicit Clock(const TravelProfile &profile) : mProfile(profile) {}
 
-    template <class EdgeRecord>
-    double secondsOn(const EdgeRecord &edge) const {
-        const double speed = std::min(mProfile.maxSpeed, mProfile.speedFactor * edge.speed);
-        return speed > 0 ? edge.length / speed : 0;
+    double secondsOn(const Pace &pace) const {
+        const double speed = std::min(mProfile.maxSpeed, mProfile.speedFactor * pace.speed);
+        return speed > 0 ? pace.length / speed : 0;
     }
 
     /// Along the chain of internal lanes that begins with `via`.
@@ -70,7 +79,7 @@ public:
         double seconds = 0;
         for (int piece = 0; !via.isEmpty() && piece < kLongestChain; ++piece) {
             const InternalEdge edge = edges.value(edgeOf(via));
-            seconds += secondsOn(edge) + (edge.givesWay ? kSecondsToGiveWay : 0);
+            seconds += secondsOn(edge.pace) + (edge.givesWay ? kSecondsToGiveWay : 0);
             via = net.internalLanes.value(via).via;
         }
         return seconds;
@@ -108,10 +117,10 @@ RoadGraph::RoadGraph(const SumoNet &net, const TravelProfile &profile) {
     const Clock clock(profile);
     std::vector<double> secondsOn;
     for (const SumoEdge &edge : net.edges) {
-        InternalEdge fastest;
+        Pace fastest;
         bool admits = false;
         for (const SumoLane &lane : edge.lanes) {
-            takeFastest(fastest, lane);
+            fastest.take(lane.speed, lane.length, lane.index);
             admits = admits || lane.permissions.admitsAnyOf(self);
         }
         mAdmits.push_back(admits);
@@ -133,8 +142,9 @@ RoadGraph::RoadGraph(const SumoNet &net, const TravelProfile &profile) {
         ends.emplace_back(from, to);
         arcs.push_back({secondsOn[std::size_t(from)] + clock.secondsOver(net, inside, connection.via)});
     }
-    mGraph.reset(new Graph{{boost::edges_are_unsorted_multi_pass, ends.begin(), ends.end(), arcs.begin(),
-                            int(net.edges.size())}});
+    mGraph = std::make_unique<Graph>();
+    mGraph->graph = moratools::Graph(boost::edges_are_unsorted_multi_pass, ends.begin(), ends.end(),
+                                     arcs.begin(), int(net.edges.size()));
 }
 
 RoadGraph::~RoadGraph() = default;
@@ -150,21 +160,24 @@ std::vector<RoadGraph::Way> RoadGraph::ways(int from, const std::vector<int> &to
         wanted += isWanted[std::size_t(edge)] ? 0 : 1;
         isWanted[std::size_t(edge)] = 1;
     }
+    // What is not reached is its own predecessor.
     std::vector<int> before(count);
-    std::vector<double> seconds(count);
+    std::iota(before.begin(), before.end(), 0);
+    std::vector<double> seconds(count, std::numeric_limits<double>::infinity());
+    seconds[std::size_t(from)] = 0;
+    std::vector<boost::default_color_type> colours(count, boost::white_color);
     const auto &graph = mGraph->graph;
     const auto index = get(boost::vertex_index, graph);
+    const auto mapOf = [&index](auto &values) {
+        return boost::make_iterator_property_map(values.begin(), index);
+    };
     try {
-        boost::dijkstra_shortest_paths(
-            graph, from,
-            boost::weight_map(get(&Arc::seconds, graph))
-                .predecessor_map(boost::make_iterator_property_map(before.begin(), index))
-                .distance_map(boost::make_iterator_property_map(seconds.begin(), index))
-                .visitor(Finder(isWanted, wanted)));
+        boost::dijkstra_shortest_paths_no_init(graph, &from, &from + 1, mapOf(before), mapOf(seconds),
+                                               get(&Arc::seconds, graph), index, std::less<>(), std::plus<>(),
+                                               0.0, Finder(isWanted, wanted), mapOf(colours));
     } catch (const AllFound &) {
     }
     for (std::size_t i = 0; i < to.size(); ++i) {
-        // What was not reached is its own predecessor.
         if (to[i] != from && before[std::size_t(to[i])] == to[i])
             continue;
         for (int edge = to[i]; edge != from; edge = before[std::size_t(edge)])
