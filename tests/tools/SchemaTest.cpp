@@ -39,6 +39,7 @@ TEST(Schema, SaysWhereEverythingGoes) {
         {"edge/lane", "paint", "Link.otherAttrsJson sumo", kNetwork, Target::Attributes, false},
         {"edge/paint", "colour", "Link.otherAttrsJson sumo", kNetwork, Target::Attributes, false},
         {"paint", "", "Net.otherAttrsJson sumo.elements", kNetwork, Target::Attributes, false},
+        {"include", "href", "", kCompanion, Target::LeftOut, true},
         {"paint", "", "Net.otherAttrsJson sumo.files", kCompanion, Target::Attributes, false},
         {".", "paint", "", kCompanion, Target::LeftOut, false},
         {".", "xsi:noNamespaceSchemaLocation", "", kCompanion, Target::LeftOut, true},

@@ -31,7 +31,7 @@ const std::vector<Element> &demandElements() {
          "fromTaz id insertionChecks personCapacity personNumber reroute speedFactor to toJunction "
          "toTaz via",
          kFiles},
-        {"include", "", "", "href", kFiles},
+        {"include", "", "", "href", ""},
         {"interval", "RoutingFLowRatio",
          "begin=RoutingFLowRatio.startDateTime end=RoutingFLowRatio.endDateTime", "id", kFiles},
         {"interval/edgeRelation", "Routing",

@@ -117,6 +117,8 @@ Fate fateOf(FileKind kind, const QString &path, const QString &attribute) {
     }
     const QString column = attribute.isEmpty() ? known->tables : known->places.value(attribute);
     fate.isListed = attribute.isEmpty() || known->places.contains(attribute);
+    if (known->place.isEmpty())
+        return {Target::LeftOut, {}, QStringLiteral("a file of its own; give it by itself"), fate.isListed};
     if (!column.isEmpty())
         fate = {Target::Column, column, {}, true};
     return fate;
@@ -140,7 +142,7 @@ QString rowOf(const Element &element) {
         columns.append(code(column.section(QLatin1Char('='), 0, 0)) + QLatin1Char(' ') +
                        column.section(QLatin1Char('='), 1));
     const QString kept = wordsOf(element.attributes).join(QLatin1Char(' '));
-    const QString place = QLatin1String(element.place);
+    const QString place = *element.place ? QLatin1String(element.place) : QStringLiteral("left out");
     const QString keptCell = (kept.isEmpty() ? QString() : code(kept) + QStringLiteral(": ")) + place;
     return QStringLiteral("| %1 | %2 | %3 | %4 |\n")
         .arg(code(QLatin1String(element.path)), QLatin1String(element.tables),

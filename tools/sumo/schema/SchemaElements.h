@@ -12,7 +12,7 @@ struct Element {
     const char *tables;     ///< what it becomes; empty where all of it is kept
     const char *columns;    ///< attributes that have a column: "width=Lane.width ..."
     const char *attributes; ///< the other attributes
-    const char *place;      ///< where these are kept, and the element when it becomes nothing
+    const char *place; ///< where these are kept, and the element when it becomes nothing; empty: left out
 };
 
 /// @{ By path. The names are those that SUMO 1.15 reads.
