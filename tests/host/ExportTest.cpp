@@ -120,11 +120,17 @@ TEST_F(Export, DemandIsMadeOfDeparturesAndShares) {
     const QStringList made = elementsIn(file(QStringLiteral("out/crossing-2.rou.xml")));
     EXPECT_TRUE(
         made.contains(QStringLiteral("route edges=south_in market_quay quay_east id=south_in_to_quay_east")));
-    EXPECT_TRUE(made.contains(QStringLiteral(
-        "routeDistribution id=south_in_ways probabilities=0.5 0.3 0.2 routes=south_in_to_quay_east "
-        "south_in_to_north_out south_in_to_market_west")));
-    EXPECT_TRUE(made.contains(QStringLiteral(
-        "flow begin=900 end=1800 id=south_in_900 number=75 route=south_in_ways type=town_mix")));
+    // Half of 150, in two slices: what is rounded up in one is taken back in the other.
+    const QStringList toTheQuay = made.filter(
+        QRegularExpression(QStringLiteral("^flow .* route=south_in_to_quay_east type=town_mix$")));
+    ASSERT_EQ(toTheQuay.size(), 2);
+    EXPECT_TRUE(toTheQuay[0].contains(QLatin1String(" number=38 "))) << toTheQuay[0].toStdString();
+    EXPECT_TRUE(toTheQuay[1].contains(QLatin1String(" number=37 "))) << toTheQuay[1].toStdString();
+    const QRegularExpressionMatch times =
+        QRegularExpression(QStringLiteral("^flow begin=([0-9.]+) end=([0-9.]+) ")).match(toTheQuay[1]);
+    EXPECT_GE(times.captured(1).toDouble(), 900);
+    EXPECT_LT(times.captured(1).toDouble(), 900 + 900.0 / 37); // so that the last one departs before 1800
+    EXPECT_NEAR(times.captured(2).toDouble() - times.captured(1).toDouble(), 900, 0.011);
     EXPECT_TRUE(
         made.contains(QStringLiteral("flow begin=0 end=3001 id=7 line=7 period=600 route=7 type=citybus")));
     EXPECT_TRUE(made.contains(QStringLiteral("personFlow begin=0 end=3600 id=7_market_stop number=60")));
@@ -171,7 +177,7 @@ TEST_F(Export, WhatStandsOnTheRoadsIsMadeWhereNothingIsKept) {
                       "stop duration=86400 endPos=80.00 friendlyPos=true lane=market_west_0 startPos=70.00"))
                   .size(),
               1);
-    EXPECT_EQ(vehicles.filter(QRegularExpression(QStringLiteral("^flow .* type=town_mix$"))).size(), 2);
+    EXPECT_EQ(vehicles.filter(QRegularExpression(QStringLiteral("^flow .* type=town_mix$"))).size(), 6);
 }
 
 TEST_F(Export, SumoRunsItWithoutAWarning) {
@@ -188,7 +194,11 @@ TEST_F(Export, SumoRunsItWithoutAWarning) {
                                    QStringLiteral("--no-step-log"), QStringLiteral("-X"),
                                    QStringLiteral("never"), QStringLiteral("--duration-log.statistics")});
         EXPECT_EQ(run.exitCode, 0);
-        EXPECT_EQ(run.err, QString());
+        QStringList warnings = run.err.split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+        // A trip without a route goes any way, and may come to a detector's end by another than its start.
+        if (options.contains(QLatin1String("--flows")))
+            warnings = warnings.filter(QRegularExpression(QStringLiteral("^(?!.* left e3Detector )")));
+        EXPECT_EQ(warnings.join(QLatin1Char('\n')).toStdString(), "");
         // As many as are in the files, the lorry that has broken down among them.
         EXPECT_TRUE(run.out.contains(QLatin1String("Inserted: 359"))) << run.out.toStdString();
     }

@@ -66,8 +66,6 @@ ExportedDemand::ExportedDemand(const ExportedRoads &roads, ExportedVehicles &veh
 std::vector<KeptElement> ExportedDemand::elements() {
     const TrafficObjects &traffic = mRoads.network().traffic;
     std::vector<Names::Named> named;
-    for (const auto &point : traffic.departurePoints)
-        named.push_back({point.get(), point->name, point->departurePointID, true});
     for (const auto &line : traffic.busLines)
         named.push_back({line.get(), line->name, line->busLineID, true});
     for (const auto &zone : traffic.accidentZones)
@@ -99,8 +97,12 @@ void ExportedDemand::addDepartures(const DeparturePoint &point) {
                          .arg(QString::number(point.departurePointID), point.name));
         return;
     }
-    for (const Slice &slice : slicesOf(point, *link))
-        addFlows(point, *link, slice);
+    mOwed.clear();
+    for (const Slice &slice : slicesOf(point, *link)) {
+        const std::vector<std::vector<Way>> ways = waysFrom(*link, slice);
+        for (std::size_t i = 0; i < slice.departing.size(); ++i)
+            addFlows(slice, slice.departing[i], ways[i]);
+    }
 }
 
 std::vector<ExportedDemand::Slice> ExportedDemand::slicesOf(const DeparturePoint &point, const Link &link) {
@@ -149,24 +151,52 @@ std::vector<ExportedDemand::Slice> ExportedDemand::slicesOf(const DeparturePoint
     return list;
 }
 
-void ExportedDemand::addFlows(const DeparturePoint &point, const Link &link, const Slice &slice) {
-    const std::vector<std::vector<Way>> ways = waysFrom(link, slice);
-    for (std::size_t i = 0; i < slice.departing.size(); ++i)
-        addFlow(point, slice, slice.departing[i], ways[i]);
+void ExportedDemand::addFlows(const Slice &slice, const Departing &departing, const std::vector<Way> &ways) {
+    const std::vector<int> counts = countsOf(departing, ways);
+    for (std::size_t i = 0; i < ways.size(); ++i) {
+        if (counts[i] == 0)
+            continue;
+        const QString route = routeId(ways[i].links);
+        const QString wanted = QStringLiteral("%1_%2").arg(route, QString::number(slice.begin));
+        // All flows of a slice would depart together at its begin; multiples of the golden ratio lie evenly.
+        constexpr double goldenRatio = 0.6180339887498949;
+        const double step = double(slice.end - slice.begin) / counts[i];
+        const double late = step * std::fmod(goldenRatio * double(++mFlowCount), 1.0);
+        KeptElement flow =
+            makeElement("flow", {{"id", mNames.unused(QStringLiteral("vehicles"), wanted)},
+                                 {"type", mVehicles.compositionId(departing.composition)},
+                                 {"route", route},
+                                 {"begin", QString::number(double(slice.begin) + late, 'f', 2)},
+                                 {"end", QString::number(double(slice.end) + late, 'f', 2)},
+                                 {"number", QString::number(counts[i])}});
+        for (const auto &attribute : mManner)
+            flow.setAttribute(attribute.first, attribute.second);
+        add(std::move(flow), double(slice.begin) + late);
+    }
 }
 
-void ExportedDemand::addFlow(const DeparturePoint &point, const Slice &slice, const Departing &departing,
-                             const std::vector<Way> &ways) {
-    const QString wanted = mNames.of(&point) + QLatin1Char('_') + QString::number(slice.begin);
-    KeptElement flow = makeElement("flow", {{"id", mNames.unused(QStringLiteral("vehicles"), wanted)},
-                                            {"type", mVehicles.compositionId(departing.composition)},
-                                            {"route", distributionId(ways)},
-                                            {"begin", QString::number(slice.begin)},
-                                            {"end", QString::number(slice.end)},
-                                            {"number", QString::number(departing.vehicles)}});
-    for (const auto &attribute : mManner)
-        flow.setAttribute(attribute.first, attribute.second);
-    add(std::move(flow), double(slice.begin));
+std::vector<int> ExportedDemand::countsOf(const Departing &departing, const std::vector<Way> &ways) {
+    // What is rounded off is owed to the route in the next slice.
+    std::vector<double> due;
+    std::vector<int> counts;
+    int left = departing.vehicles;
+    for (const Way &way : ways) {
+        due.push_back(way.share * departing.vehicles +
+                      mOwed.value({departing.composition, join(mNames, way.links)}));
+        counts.push_back(std::clamp(int(std::floor(due.back())), 0, left));
+        left -= counts.back();
+    }
+    for (; left > 0; --left) {
+        std::size_t most = 0;
+        for (std::size_t i = 1; i < due.size(); ++i) {
+            if (due[i] - counts[i] > due[most] - counts[most])
+                most = i;
+        }
+        ++counts[most];
+    }
+    for (std::size_t i = 0; i < ways.size(); ++i)
+        mOwed[{departing.composition, join(mNames, ways[i].links)}] = due[i] - counts[i];
+    return counts;
 }
 
 std::vector<std::vector<ExportedDemand::Way>> ExportedDemand::waysFrom(const Link &link, const Slice &slice) {
@@ -269,28 +299,6 @@ std::vector<ExportedDemand::Way> ExportedDemand::waysOf(const DecisionPoint &poi
     for (Way &way : ways)
         way.share /= sum;
     return ways;
-}
-
-QString ExportedDemand::distributionId(const std::vector<Way> &ways) {
-    QString key;
-    QStringList routes;
-    QStringList shares;
-    for (const Way &way : ways) {
-        routes.append(routeId(way.links));
-        shares.append(QString::number(way.share, 'g', 6));
-    }
-    if (routes.size() == 1)
-        return routes.first();
-    QString &id =
-        mDistributionIds[routes.join(QLatin1Char(' ')) + QLatin1Char('|') + shares.join(QLatin1Char(' '))];
-    if (!id.isEmpty())
-        return id;
-    id = mNames.unused(QStringLiteral("routes"),
-                       mNames.of(ways.front().links.first()) + QStringLiteral("_ways"));
-    mRoutes.push_back(makeElement("routeDistribution", {{"id", id},
-                                                        {"routes", routes.join(QLatin1Char(' '))},
-                                                        {"probabilities", shares.join(QLatin1Char(' '))}}));
-    return id;
 }
 
 QString ExportedDemand::routeId(const QList<const Link *> &links) {

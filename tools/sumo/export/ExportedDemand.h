@@ -3,6 +3,9 @@
 #include "tools/sumo/export/ExportedDevices.h"
 #include "tools/sumo/export/Passages.h"
 
+#include <QHash>
+#include <QPair>
+
 #include <map>
 
 namespace moratools {
@@ -45,15 +48,13 @@ private:
 
     void addDepartures(const DeparturePoint &point);
     std::vector<Slice> slicesOf(const DeparturePoint &point, const Link &link);
-    void addFlows(const DeparturePoint &point, const Link &link, const Slice &slice);
-    void addFlow(const DeparturePoint &point, const Slice &slice, const Departing &departing,
-                 const std::vector<Way> &ways);
+    void addFlows(const Slice &slice, const Departing &departing, const std::vector<Way> &ways);
+    /// How many take each way: as many in all as depart.
+    std::vector<int> countsOf(const Departing &departing, const std::vector<Way> &ways);
     /// The ways of each of those who depart, such as they may drive.
     std::vector<std::vector<Way>> waysFrom(const Link &link, const Slice &slice);
     std::vector<Way> walkFrom(const Link &link, long second, const Passages::Classes &classes);
     std::vector<Way> waysOf(const DecisionPoint &point, long second) const;
-    /// The id under which flows are given the ways with their shares.
-    QString distributionId(const std::vector<Way> &ways);
     QString routeId(const QList<const Link *> &links);
     void addBusLine(const BusLine &line);
     /// `stops` are the ids of the line's stops.
@@ -70,8 +71,9 @@ private:
     QString mBusType;
     QHash<const Link *, const DecisionPoint *> mDecisionAt;
     QSet<const DecisionPoint *> mReached;
-    QHash<QString, QString> mRouteIds;        ///< by the edges
-    QHash<QString, QString> mDistributionIds; ///< by routes and shares
+    QHash<QString, QString> mRouteIds;         ///< by the edges
+    QHash<QPair<long, QString>, double> mOwed; ///< vehicles, by composition and edges
+    int mFlowCount = 0;
     std::vector<KeptElement> mRoutes;
     std::multimap<double, KeptElement> mFlows;
 };
