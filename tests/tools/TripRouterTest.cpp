@@ -80,6 +80,15 @@ TEST_F(Trip, DrivesTheFastestWayThatItsClassMay) {
     }
 }
 
+TEST_F(Trip, FindsItsWayWhereAJunctionHasLengthsThatCannotBe) {
+    SumoNet roads = net();
+    for (SumoInternalLane &lane : roads.internalLanes)
+        lane.length = -1000;
+    SumoCompanions companions = read("<trip id=\"x\" depart=\"0\" from=\"a\" to=\"d\"/>");
+    EXPECT_TRUE(routeTrips(roads, companions).empty());
+    EXPECT_EQ(wayOf(companions, 0), QStringLiteral("a b d"));
+}
+
 TEST_F(Trip, PassesWhatItWantsToAndSharesItsRoute) {
     SumoCompanions companions = read(
         "<busStop id=\"s\" lane=\"c_0\"/><vTypeDistribution id=\"mixed\"><vType id=\"fast\" probability=\"0.4\"/>"

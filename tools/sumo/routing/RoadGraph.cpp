@@ -71,7 +71,8 @@ public:
 
     double secondsOn(const Pace &pace) const {
         const double speed = std::min(mProfile.maxSpeed, mProfile.speedFactor * pace.speed);
-        return speed > 0 ? pace.length / speed : 0;
+        // A search goes nowhere by going back in time, whatever a file says of the inside of a junction.
+        return speed > 0 ? std::max(0.0, pace.length) / speed : 0;
     }
 
     /// Along the chain of internal lanes that begins with `via`.
