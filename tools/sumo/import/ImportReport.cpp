@@ -4,10 +4,10 @@
 #include "tools/sumo/schema/Schema.h"
 
 #include <QFileInfo>
+#include <QHash>
 #include <QJsonArray>
 #include <QRegularExpression>
 
-#include <algorithm>
 #include <map>
 #include <tuple>
 
@@ -34,7 +34,7 @@ struct Place {
     QString path;
     Exception exception;
     qint64 count = 0;
-    std::vector<std::pair<QString, qint64>> attributes;
+    QHash<QString, qint64> attributes;                     ///< a file may make up as many as it likes
     std::map<std::pair<QString, Exception>, Place> inside; ///< by step of the path
 
     void add(const QXmlStreamAttributes &given);
@@ -45,12 +45,11 @@ void Place::add(const QXmlStreamAttributes &given) {
     ++count;
     for (const QXmlStreamAttribute &attribute : given) {
         const QStringRef name = attribute.qualifiedName();
-        const auto known = std::find_if(attributes.begin(), attributes.end(),
-                                        [&name](const auto &entry) { return name == entry.first; });
+        const auto known = attributes.find(QString::fromRawData(name.data(), name.size()));
         if (known != attributes.end())
-            ++known->second;
+            ++*known;
         else
-            attributes.emplace_back(name.toString(), 1);
+            attributes.insert(name.toString(), 1);
     }
 }
 
@@ -132,8 +131,8 @@ void addRows(Rows &rows, schema::FileKind kind, const Place &place, const QStrin
         rows[{element, attribute, fate.target, fate.where, fate.reason}] += count;
     };
     add({}, place.count);
-    for (const auto &[name, count] : place.attributes)
-        add(name, count);
+    for (auto attribute = place.attributes.cbegin(); attribute != place.attributes.cend(); ++attribute)
+        add(attribute.key(), *attribute);
     for (const auto &inner : place.inside)
         addRows(rows, kind, inner.second, inner.first.first.section(QLatin1Char(':'), 0, 0));
 }
