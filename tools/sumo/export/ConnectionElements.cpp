@@ -2,7 +2,6 @@
 
 #include "tools/sumo/export/EdgeElements.h"
 #include "tools/sumo/export/KeptText.h"
-#include "tools/sumo/kept/JunctionInside.h"
 
 #include <QJsonArray>
 #include <QSet>
@@ -50,7 +49,7 @@ private:
     const ExportedSignals &mSignals;
     LeftOut &mLeftOut;
     ConnectionElements mResult;
-    QSet<QString> mKnown;
+    QSet<QPair<const Lane *, const Lane *>> mKnown;
     QSet<const Link *> mLeadsOn;
     QHash<QString, int> mLastIndex;
     QSet<QString> mWithCrossings;
@@ -101,9 +100,10 @@ void Builder::addPath(const Connector &connector, const LaneConnector &path) {
                             {kFromLane, QString::number(fromLane)},
                             {kToLane, QString::number(toLane)}},
                            {}};
-    const QString name =
-        QStringLiteral("\"%1->%2\"").arg(mRoads.laneId(from, fromLane), mRoads.laneId(to, toLane));
-    if (fromLane < 0 || toLane < 0 || mKnown.contains(name)) {
+    const QPair<const Lane *, const Lane *> lanes(path.mpStartLane, path.mpEndLane);
+    if (fromLane < 0 || toLane < 0 || mKnown.contains(lanes)) {
+        const QString name =
+            QStringLiteral("\"%1->%2\"").arg(mRoads.laneId(from, fromLane), mRoads.laneId(to, toLane));
         mLeftOut.add(QStringLiteral("lane connectors"),
                      QStringLiteral("%1 (connector %2: %3)")
                          .arg(name, QString::number(connector.connID),
@@ -112,11 +112,12 @@ void Builder::addPath(const Connector &connector, const LaneConnector &path) {
                                   : QStringLiteral("another one joins the same lanes")));
         return;
     }
-    mKnown.insert(name);
+    mKnown.insert(lanes);
     mLeadsOn.insert(&from);
     const QJsonObject kept = keptOfPath(connector, fromLane, toLane);
     KeptElement element = ends;
-    addKept(element, kept, {QStringLiteral("dir"), kState, kTl, kLinkIndex, kLinkIndex2});
+    static const QSet<QString> made{QStringLiteral("dir"), kState, kTl, kLinkIndex, kLinkIndex2};
+    addKept(element, kept, made);
     // netconvert takes what is not said for its own default, which depends on the junction.
     if (!kept.contains(kKeepClear))
         element.setAttribute(kKeepClear, QStringLiteral("true"));
@@ -161,8 +162,7 @@ std::optional<ExportedSignals::Control> Builder::controlOf(const LaneConnector &
 }
 
 void Builder::addCrossings(const ExportedJunction &junction) {
-    const JunctionInside inside =
-        JunctionInside::fromText(junction.kept.value(QStringLiteral("inside")).toString());
+    const JunctionInside &inside = junction.inside;
     if (!inside.edges.contains("\"crossing\""))
         return;
     const std::vector<KeptElement> connections = elementsOf(inside.connections);

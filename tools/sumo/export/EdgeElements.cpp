@@ -4,7 +4,6 @@
 #include "tools/sumo/export/KeptText.h"
 #include "tools/sumo/export/RoadKinds.h"
 #include "tools/sumo/import/Vocabulary.h"
-#include "tools/sumo/kept/JunctionInside.h"
 #include "tools/sumo/kept/LinkLine.h"
 
 #include <QJsonArray>
@@ -99,9 +98,15 @@ KeptElement laneElement(const Lane &lane, int index, const QJsonObject &kept, co
         set(element, "width", QStringLiteral("-1"));
     if (own.contains(QStringLiteral("customShape")))
         set(element, "shape", shapeText(geometryjson::points(lane.centerLinePointsJson)));
-    addKept(element, own,
-            {QStringLiteral("id"), kSpeed, kLength, kWidth, kAllow, kDisallow, QStringLiteral("permissions"),
-             QStringLiteral("customShape")});
+    static const QSet<QString> made{QStringLiteral("id"),
+                                    kSpeed,
+                                    kLength,
+                                    kWidth,
+                                    kAllow,
+                                    kDisallow,
+                                    QStringLiteral("permissions"),
+                                    QStringLiteral("customShape")};
+    addKept(element, own, made);
     return element;
 }
 
@@ -132,7 +137,8 @@ KeptElement netLaneElement(const ExportedRoads &roads, const Link &link, const L
     if (lane.width != kUsualWidth || own.contains(kWidth))
         set(element, "width", numberText(lane.width));
     set(element, "shape", shapeText(geometryjson::points(lane.centerLinePointsJson)));
-    addKept(element, own, {QStringLiteral("id"), kSpeed, kLength, kWidth, kAllow, kDisallow});
+    static const QSet<QString> made{QStringLiteral("id"), kSpeed, kLength, kWidth, kAllow, kDisallow};
+    addKept(element, own, made);
     return element;
 }
 
@@ -173,18 +179,18 @@ KeptElement nodeElement(const ExportedJunction &junction) {
     set(element, "y", numberText(junction.at.y));
     if (junction.at.z != 0)
         set(element, "z", numberText(junction.at.z));
-    QSet<QString> but{QStringLiteral("id"),     QStringLiteral("x"),        QStringLiteral("y"),
-                      QStringLiteral("z"),      QStringLiteral("incLanes"), QStringLiteral("intLanes"),
-                      QStringLiteral("inside"), QStringLiteral("of"),       QStringLiteral("customShape")};
-    // A shape that is not the user's own is netconvert's to make.
-    if (!junction.kept.contains(QStringLiteral("customShape")))
-        but.insert(kShape);
+    static const QSet<QString> but{QStringLiteral("id"),          QStringLiteral("x"),
+                                   QStringLiteral("y"),           QStringLiteral("z"),
+                                   QStringLiteral("incLanes"),    QStringLiteral("intLanes"),
+                                   QStringLiteral("inside"),      QStringLiteral("of"),
+                                   QStringLiteral("customShape"), kShape};
     addKept(element, junction.kept, but);
-    const JunctionInside inside =
-        JunctionInside::fromText(junction.kept.value(QStringLiteral("inside")).toString());
-    if (!inside.rightOfWay.contains("<param"))
+    // A shape that is not the user's own is netconvert's to make.
+    if (junction.kept.contains(QStringLiteral("customShape")) && junction.kept.contains(kShape))
+        set(element, "shape", junction.kept.value(kShape).toString());
+    if (!junction.inside.rightOfWay.contains("<param"))
         return element;
-    for (const KeptElement &own : elementsOf(inside.rightOfWay)) {
+    for (const KeptElement &own : elementsOf(junction.inside.rightOfWay)) {
         std::copy_if(own.children.begin(), own.children.end(), std::back_inserter(element.children),
                      [](const KeptElement &child) { return child.name == QLatin1String("param"); });
     }
@@ -208,10 +214,19 @@ KeptElement edgeElement(const ExportedRoads &roads, const Link &link) {
             set(element, "priority", QString::number(type->priority));
         }
     }
-    addKept(element, kept,
-            {QStringLiteral("id"), QStringLiteral("from"), QStringLiteral("to"), QStringLiteral("function"),
-             kSpeed, kLength, kShape, kSpreadType, kAllow, kDisallow, QStringLiteral("bidi"),
-             QLatin1String(linkline::kKey)});
+    static const QSet<QString> made{QStringLiteral("id"),
+                                    QStringLiteral("from"),
+                                    QStringLiteral("to"),
+                                    QStringLiteral("function"),
+                                    kSpeed,
+                                    kLength,
+                                    kShape,
+                                    kSpreadType,
+                                    kAllow,
+                                    kDisallow,
+                                    QStringLiteral("bidi"),
+                                    QLatin1String(linkline::kKey)};
+    addKept(element, kept, made);
     setLine(element, link, kept);
     if (kept.contains(kLength))
         set(element, "length", numberText(link.length));
@@ -241,14 +256,19 @@ KeptElement netEdgeElement(const ExportedRoads &roads, const Link &link) {
     set(element, "id", roads.names().of(&link));
     set(element, "from", roads.from(link).id);
     set(element, "to", roads.to(link).id);
-    QSet<QString> but{
-        QStringLiteral("id"),         QStringLiteral("from"), QStringLiteral("to"), kSpeed, kAllow, kDisallow,
-        QLatin1String(linkline::kKey)};
-    if (!hasKeptLine(link, kept))
-        but.insert(kShape);
-    addKept(element, kept, but);
+    static const QSet<QString> made{QStringLiteral("id"),
+                                    QStringLiteral("from"),
+                                    QStringLiteral("to"),
+                                    kSpeed,
+                                    kAllow,
+                                    kDisallow,
+                                    kShape,
+                                    QLatin1String(linkline::kKey)};
+    addKept(element, kept, made);
+    if (kept.contains(kShape) && hasKeptLine(link, kept))
+        set(element, "shape", kept.value(kShape).toString());
     const std::vector<double> speeds = speedsOf(roads, link, kept);
-    const std::vector<const Lane *> lanes = roads.lanes(link);
+    const std::vector<const Lane *> &lanes = roads.lanes(link);
     std::vector<KeptElement> laneElements;
     for (std::size_t i = 0; i < lanes.size(); ++i)
         laneElements.push_back(netLaneElement(roads, link, *lanes[i], int(i), speeds[i]));

@@ -46,7 +46,8 @@ QByteArray rightOfWayOf(const QString &id, const QJsonObject &kept, const QByteA
     writer.writeStartElement(QStringLiteral("junction"));
     writer.writeAttribute(QStringLiteral("id"), id);
     KeptElement element;
-    addKept(element, kept, {kPlace, kInside, kDigest, QStringLiteral("id")});
+    static const QSet<QString> made{kPlace, kInside, kDigest, QStringLiteral("id")};
+    addKept(element, kept, made);
     for (const auto &attribute : element.attributes)
         writer.writeAttribute(attribute.first, attribute.second);
     return start + text.mid(int(qstrlen("<junction")));
@@ -60,23 +61,21 @@ ExactNetWriter::ExactNetWriter(const ExportedRoads &roads) : mRoads(roads) {
 
 void ExactNetWriter::takeJunctions() {
     const Junctions junctions(mRoads.network());
-    const auto take = [this](const QString &id, const QJsonObject &kept) {
-        mJunctions.push_back(
-            {id, kept, JunctionInside::fromText(kept.value(kInside).toString()), kept.value(kPlace).toInt()});
-    };
     for (const ExportedJunction &junction : mRoads.junctions()) {
-        const QJsonObject kept = junctions.has(junction.id)
-                                     ? Junctions::kept(junctions.keeper(junction.id), junction.id)
-                                     : QJsonObject();
-        if (!kept.isEmpty() && hasOwnNames(mRoads, junction) &&
-            junctions.digest(junction.id) == kept.value(kDigest).toString())
-            take(junction.id, kept);
+        const int place = junction.kept.value(kPlace).toInt(kLast);
+        if (!junction.kept.isEmpty() && junctions.has(junction.id) && hasOwnNames(mRoads, junction) &&
+            junctions.digest(junction.id) == junction.kept.value(kDigest).toString())
+            mJunctions.push_back({junction.id, junction.kept, junction.inside, place});
         else
-            mEdited.insert(junction.id, kept.value(kPlace).toInt(kLast));
+            mEdited.insert(junction.id, place);
     }
     const QJsonArray others = mRoads.kept().value(QStringLiteral("junctions")).toArray();
-    for (const QJsonValue &other : others)
-        take(other.toObject().value(QStringLiteral("id")).toString(), other.toObject());
+    for (const QJsonValue &other : others) {
+        const QJsonObject kept = other.toObject();
+        mJunctions.push_back({kept.value(QStringLiteral("id")).toString(), kept,
+                              JunctionInside::fromText(kept.value(kInside).toString()),
+                              kept.value(kPlace).toInt()});
+    }
     const QJsonArray homeless = mRoads.kept().value(QStringLiteral("homeless")).toArray();
     for (const QJsonValue &inside : homeless)
         mJunctions.push_back({QString(), {}, JunctionInside::fromText(inside.toString()), kLast});

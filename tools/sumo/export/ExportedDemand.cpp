@@ -48,10 +48,15 @@ QString join(const Names &names, const QList<const Link *> &links) {
 
 } // namespace
 
+const Passages &ExportedDemand::passages() {
+    if (!mPassages)
+        mPassages.emplace(mRoads);
+    return *mPassages;
+}
+
 ExportedDemand::ExportedDemand(const ExportedRoads &roads, ExportedVehicles &vehicles, Names &names,
                                LeftOut &leftOut, Manner manner, QString busType)
     : mRoads(roads),
-      mPassages(roads),
       mVehicles(vehicles),
       mNames(names),
       mLeftOut(leftOut),
@@ -214,7 +219,7 @@ std::vector<std::vector<ExportedDemand::Way>> ExportedDemand::waysFrom(const Lin
     for (const Departing &departing : slice.departing) {
         vehicles.emplace_back();
         for (const Way &way : ways)
-            vehicles.back().push_back(mPassages.canDrive(way.links, departing.classes) ? way.share : 0);
+            vehicles.back().push_back(passages().canDrive(way.links, departing.classes) ? way.share : 0);
         // Who may drive none of the routes is given them all the same.
         if (std::all_of(vehicles.back().begin(), vehicles.back().end(),
                         [](double share) { return share == 0; })) {
@@ -255,7 +260,7 @@ std::vector<ExportedDemand::Way> ExportedDemand::walkFrom(const Link &link, long
             continue;
         }
         QList<const Link *> next;
-        for (const Link *candidate : mPassages.next(*way.links.last(), classes)) {
+        for (const Link *candidate : passages().next(*way.links.last(), classes)) {
             if (!way.links.contains(candidate))
                 next.append(candidate);
         }

@@ -63,7 +63,10 @@ private:
     void add(KeptElement vehicles, double begin);
 
     const ExportedRoads &mRoads;
-    Passages mPassages;
+    /// Made when first asked for: without demand nobody drives.
+    const Passages &passages();
+
+    std::optional<Passages> mPassages;
     ExportedVehicles &mVehicles;
     Names &mNames;
     LeftOut &mLeftOut;

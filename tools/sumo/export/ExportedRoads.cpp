@@ -134,6 +134,7 @@ void ExportedRoads::takeLinks(LeftOut &leftOut) {
                             .arg(QString::number(link->linkID), link->linkName));
             continue;
         }
+        takeLanes(*link);
         mLinks.push_back(link.get());
         mLinkById.insert(link->linkID, link.get());
         // Only a network that came from SUMO has ids that must stay.
@@ -211,6 +212,7 @@ void ExportedRoads::placeJunctions() {
         if (junction.kept.contains(QStringLiteral("x")) && isThere(junction.kept, junction.at))
             junction.at = {number(junction.kept, "x"), number(junction.kept, "y"),
                            number(junction.kept, "z")};
+        junction.inside = JunctionInside::fromText(junction.kept.value(QStringLiteral("inside")).toString());
         const QString name = nodes.size() == 1 ? nodes.first() : QString();
         named.push_back({&junction, name, 0, !junction.kept.isEmpty() || Names::isLegible(name)});
     }
@@ -219,12 +221,18 @@ void ExportedRoads::placeJunctions() {
         junction.id = mNames.of(&junction);
 }
 
-std::vector<const Lane *> ExportedRoads::lanes(const Link &link) const {
+void ExportedRoads::takeLanes(const Link &link) {
     std::vector<const Lane *> lanes(link.mlLane.begin(), link.mlLane.end());
     std::stable_sort(lanes.begin(), lanes.end(), [this](const Lane *a, const Lane *b) {
         return mLeftHand ? a->serialNumber > b->serialNumber : a->serialNumber < b->serialNumber;
     });
-    return lanes;
+    mLanes.insert(&link, lanes);
+}
+
+const std::vector<const Lane *> &ExportedRoads::lanes(const Link &link) const {
+    static const std::vector<const Lane *> none;
+    const auto found = mLanes.constFind(&link);
+    return found == mLanes.constEnd() ? none : *found;
 }
 
 int ExportedRoads::laneCount(const Link &link) const {
@@ -232,7 +240,7 @@ int ExportedRoads::laneCount(const Link &link) const {
 }
 
 int ExportedRoads::laneIndex(const Link &link, int serialNumber) const {
-    const std::vector<const Lane *> all = lanes(link);
+    const std::vector<const Lane *> &all = lanes(link);
     const auto found = std::find_if(all.begin(), all.end(), [serialNumber](const Lane *lane) {
         return lane->serialNumber == serialNumber;
     });
@@ -240,7 +248,7 @@ int ExportedRoads::laneIndex(const Link &link, int serialNumber) const {
 }
 
 int ExportedRoads::laneIndex(const Link &link, const Lane &lane) const {
-    const std::vector<const Lane *> all = lanes(link);
+    const std::vector<const Lane *> &all = lanes(link);
     const auto found = std::find(all.begin(), all.end(), &lane);
     return found == all.end() ? -1 : int(found - all.begin());
 }

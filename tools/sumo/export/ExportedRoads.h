@@ -3,6 +3,7 @@
 #include "model/NetLists.h"
 #include "tools/sumo/export/Names.h"
 #include "tools/sumo/import/LeftOut.h"
+#include "tools/sumo/kept/JunctionInside.h"
 
 #include <QHash>
 #include <QJsonObject>
@@ -16,6 +17,7 @@ struct ExportedJunction {
     QString id;
     GeometryPoint at;
     QJsonObject kept; ///< attributes of the junction as an import found them; empty for one that is made anew
+    JunctionInside inside; ///< as it was kept beside them
     std::vector<const Link *> in;
     std::vector<const Link *> out;
 };
@@ -48,7 +50,7 @@ public:
     const ExportedJunction &to(const Link &link) const { return mJunctions[mEnds.value(&link).second]; }
 
     /// The lanes as SUMO numbers them; empty for a link that has only a number of lanes.
-    std::vector<const Lane *> lanes(const Link &link) const;
+    const std::vector<const Lane *> &lanes(const Link &link) const;
     /// Lanes of a link, one at least.
     int laneCount(const Link &link) const;
     /// The index of the lane of that serial number; -1 when there is none.
@@ -59,6 +61,7 @@ public:
 
 private:
     void takeLinks(LeftOut &leftOut);
+    void takeLanes(const Link &link);
     void takeConnectors(LeftOut &leftOut);
     void findJunctions();
     void placeJunctions();
@@ -70,6 +73,7 @@ private:
     std::vector<const Link *> mLinks;
     std::vector<const Connector *> mConnectors;
     QHash<long, const Link *> mLinkById;
+    QHash<const Link *, std::vector<const Lane *>> mLanes;
     std::vector<ExportedJunction> mJunctions;
     QHash<const Link *, std::pair<std::size_t, std::size_t>> mEnds;
 };

@@ -52,7 +52,7 @@ QString packed(const QByteArray &text) {
 }
 
 QByteArray unpacked(const QString &packed) {
-    const QByteArray bytes = QByteArray::fromBase64(packed.toLatin1());
+    const QByteArray bytes = QByteArray::fromBase64Encoding(packed.toLatin1()).decoded;
     if (bytes.size() <= kLengthBytes)
         return {};
     const auto length = qFromBigEndian<quint32>(bytes.constData());
