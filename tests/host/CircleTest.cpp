@@ -113,6 +113,37 @@ TEST_P(Circle, AnEditedLinkDiffersAndTheJunctionsItTouchesAndNothingElse) {
         EXPECT_TRUE(junction == link[2].toString() || junction == link[3].toString());
 }
 
+class Damaged : public Circle {};
+
+TEST_P(Damaged, InsidesAreMadeAnew) {
+    if (QStandardPaths::findExecutable(QStringLiteral("netconvert")).isEmpty())
+        GTEST_SKIP() << "no SUMO";
+    const QString store = imported(QStringLiteral("a.mora"), pathOf(GetParam()));
+    const QString whole = QString::fromUtf8(read(exported(store, QStringLiteral("whole"))));
+    const QList<QByteArray> texts{"x",
+                                  "",
+                                  "<edge id=\"a\n\n\n\n",
+                                  "<edge/>\n\n<junction/>\n\n\n<connection",
+                                  "<edge/>\n\n<junction/>\n\n\n<net/>\n",
+                                  "<edge/>\n\n\n\n<connection/>\n"};
+    for (const QByteArray &text : texts) {
+        allRows(store,
+                QStringLiteral("update Link set otherAttrsJson = cast(json_set(cast(otherAttrsJson as text), "
+                               "'$.sumo.junction.inside', '%1') as blob) where linkName = 'east_quay'")
+                    .arg(QString::fromLatin1(qCompress(text).toBase64())));
+        const Outcome outcome = run({QStringLiteral("export"), store,
+                                     file(QString::number(texts.indexOf(text))), QStringLiteral("--sumo")});
+        EXPECT_EQ(outcome.exitCode, 0) << text.toStdString();
+        EXPECT_TRUE(outcome.err.contains(QStringLiteral("junctions whose links were edited: quay")))
+            << text.toStdString();
+        const QString network = QString::fromUtf8(
+            read(file(QString::number(texts.indexOf(text)) + QStringLiteral("/n.net.xml"))));
+        EXPECT_EQ(network.count(QStringLiteral("<connection ")), whole.count(QStringLiteral("<connection ")));
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Networks, Damaged, testing::Values("crossing"));
+
 INSTANTIATE_TEST_SUITE_P(
     Networks, Circle,
     testing::Values("crossing", "rilsa/net.net.xml", "bologna/joined_buslanes.net.xml.gz",

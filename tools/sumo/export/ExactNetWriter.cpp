@@ -30,6 +30,25 @@ QByteArray fromOf(const QByteArray &connection) {
     return connection.mid(start, connection.indexOf('"', start) - start);
 }
 
+/// Whether a text is what an import keeps: nothing but elements of that name, one a line.
+bool consistsOf(const char *element, const QByteArray &text) {
+    const QByteArray begin = QByteArrayLiteral("<") + element;
+    for (int start = 0; start < text.size();) {
+        const int end = text.indexOf(">\n", start);
+        if (end < 0 || qstrncmp(text.constData() + start, begin.constData(), uint(begin.size())) != 0 ||
+            text.lastIndexOf('\n', end) >= start)
+            return false;
+        start = end + 2;
+    }
+    return true;
+}
+
+/// A store that was damaged may hold anything in its place.
+bool isSound(const JunctionInside &inside) {
+    return consistsOf("edge", inside.edges) && consistsOf("junction", inside.rightOfWay) &&
+           consistsOf("junction", inside.junctions) && consistsOf("connection", inside.connections);
+}
+
 /// Whether the edges have the names of their links for ids. The inside names them.
 bool hasOwnNames(const ExportedRoads &roads, const ExportedJunction &junction) {
     const auto isOwn = [&roads](const Link *link) { return roads.names().of(link) == link->linkName; };
@@ -63,7 +82,8 @@ void ExactNetWriter::takeJunctions() {
     const Junctions junctions(mRoads.network());
     for (const ExportedJunction &junction : mRoads.junctions()) {
         const int place = junction.kept.value(kPlace).toInt(kLast);
-        if (!junction.kept.isEmpty() && junctions.has(junction.id) && hasOwnNames(mRoads, junction) &&
+        if (isSound(junction.inside) && !junction.inside.rightOfWay.isEmpty() && junctions.has(junction.id) &&
+            hasOwnNames(mRoads, junction) &&
             junctions.digest(junction.id) == junction.kept.value(kDigest).toString())
             mJunctions.push_back({junction.id, junction.kept, junction.inside, place});
         else
@@ -72,13 +92,17 @@ void ExactNetWriter::takeJunctions() {
     const QJsonArray others = mRoads.kept().value(QStringLiteral("junctions")).toArray();
     for (const QJsonValue &other : others) {
         const QJsonObject kept = other.toObject();
-        mJunctions.push_back({kept.value(QStringLiteral("id")).toString(), kept,
-                              JunctionInside::fromText(kept.value(kInside).toString()),
-                              kept.value(kPlace).toInt()});
+        const auto inside = JunctionInside::fromText(kept.value(kInside).toString());
+        if (isSound(inside))
+            mJunctions.push_back(
+                {kept.value(QStringLiteral("id")).toString(), kept, inside, kept.value(kPlace).toInt()});
     }
     const QJsonArray homeless = mRoads.kept().value(QStringLiteral("homeless")).toArray();
-    for (const QJsonValue &inside : homeless)
-        mJunctions.push_back({QString(), {}, JunctionInside::fromText(inside.toString()), kLast});
+    for (const QJsonValue &text : homeless) {
+        const auto inside = JunctionInside::fromText(text.toString());
+        if (isSound(inside))
+            mJunctions.push_back({QString(), {}, inside, kLast});
+    }
     sort(mJunctions);
 }
 
