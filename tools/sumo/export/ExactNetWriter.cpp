@@ -141,7 +141,8 @@ void ExactNetWriter::writeConnections(QXmlStreamWriter &writer,
     for (const Junction &junction : junctions) {
         const QByteArray &text = junction.inside.connections;
         for (int start = 0; start < text.size();) {
-            const int end = text.indexOf('\n', start) + 1;
+            const int newline = text.indexOf('\n', start);
+            const int end = newline < 0 ? text.size() : newline + 1;
             const QByteArray line = text.mid(start, end - start);
             const QByteArray from = fromOf(line);
             (from.startsWith(':') ? internal : byEdge[from]) += line;
