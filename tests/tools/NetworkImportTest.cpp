@@ -45,7 +45,7 @@ SumoNet twoEdges(bool leftHand) {
     b.lanes = {lane(0, 2, {{20, 0, 2}, {30, 0, 2}})};
     net.edges = {a, b};
     net.edgeIndex = {{a.id, 0}, {b.id, 1}};
-    for (int from : {1, 0, 1}) { // the last one repeats the first
+    for (int from : {1, 0}) {
         SumoConnection connection;
         connection.from = a.id;
         connection.to = b.id;
