@@ -92,7 +92,7 @@ public:
         constexpr double tolerance = 0.02; // metres
         constexpr double most = 64;
         double bend = 0;
-        for (int i = 0; i < 2; ++i)
+        for (std::size_t i = 0; i < 2; ++i)
             bend = std::max(bend, std::hypot(mControl[i + 2].x - 2 * mControl[i + 1].x + mControl[i].x,
                                              mControl[i + 2].y - 2 * mControl[i + 1].y + mControl[i].y));
         // In this order what is no number gives 1.
