@@ -22,9 +22,9 @@ struct MORATOOLS_EXPORT KeptElement {
     std::vector<KeptElement> children;
 
     /// The attribute, or null where it is not given.
-    const QString *attribute(const QString &name) const;
+    const QString *attribute(const QString &wanted) const;
     /// Gives the attribute a value; a new one is the last.
-    void setAttribute(const QString &name, const QString &value);
+    void setAttribute(const QString &wanted, const QString &value);
 
     /// `["vType", {"id": "car"}, [children...]]`; empty parts at the end are left out.
     QJsonArray toJson() const;
