@@ -2,6 +2,7 @@
 
 #include "tools/sumo/export/EdgeElements.h"
 #include "tools/sumo/export/KeptText.h"
+#include "tools/sumo/kept/SumoUnits.h"
 
 #include <QJsonArray>
 #include <QSet>
@@ -11,8 +12,6 @@
 namespace moratools {
 
 namespace {
-
-constexpr double kKmhPerMs = 3.6;
 
 const QString kConnection = QStringLiteral("connection");
 const QString kEdges = QStringLiteral("edges");

@@ -5,6 +5,7 @@
 #include "tools/sumo/export/RoadKinds.h"
 #include "tools/sumo/import/Vocabulary.h"
 #include "tools/sumo/kept/LinkLine.h"
+#include "tools/sumo/kept/SumoUnits.h"
 
 #include <QJsonArray>
 
@@ -16,9 +17,6 @@ namespace moratools {
 
 namespace {
 
-constexpr double kKmhPerMs = 3.6;
-// The width that SUMO gives a lane which says none.
-constexpr double kUsualWidth = 3.2;
 // Limits are kept in km/h, so one that was read in m/s comes back with the last digits changed.
 constexpr double kSameSpeed = 1e-6;
 
@@ -92,7 +90,7 @@ KeptElement laneElement(const Lane &lane, int index, const QJsonObject &kept, co
     setPermissions(element, permissions);
     if (isTyped && permissions.isForAll())
         set(element, "allow", QStringLiteral("all"));
-    if (lane.width != kUsualWidth || own.contains(kWidth))
+    if (lane.width != kUsualLaneWidth || own.contains(kWidth))
         set(element, "width", numberText(lane.width));
     else if (isTyped)
         set(element, "width", QStringLiteral("-1"));
@@ -134,7 +132,7 @@ KeptElement netLaneElement(const ExportedRoads &roads, const Link &link, const L
     setPermissions(element, permissionsOf(lane, keptOf(link.otherAttrsJson), own));
     set(element, "speed", numberText(speed));
     set(element, "length", numberText(own.value(kLength).toDouble(link.length)));
-    if (lane.width != kUsualWidth || own.contains(kWidth))
+    if (lane.width != kUsualLaneWidth || own.contains(kWidth))
         set(element, "width", numberText(lane.width));
     set(element, "shape", shapeText(geometryjson::points(lane.centerLinePointsJson)));
     static const QSet<QString> made{QStringLiteral("id"), kSpeed, kLength, kWidth, kAllow, kDisallow};

@@ -1,4 +1,5 @@
 #include "tools/sumo/export/ExportedDevices.h"
+#include "tools/sumo/kept/SumoUnits.h"
 
 #include "model/GeometryJson.h"
 #include "model/Words.h"
@@ -15,7 +16,6 @@ namespace moratools {
 
 namespace {
 
-constexpr double kKmhPerMs = 3.6;
 constexpr int kEndOfDay = 86400;
 constexpr double kShortestStop = 0.1; // metres; SUMO takes none that is shorter
 

@@ -2,6 +2,7 @@
 
 #include "model/Words.h"
 #include "tools/sumo/export/ExportedRoads.h"
+#include "tools/sumo/kept/SumoUnits.h"
 
 #include <algorithm>
 #include <cmath>
@@ -11,8 +12,6 @@
 namespace moratools {
 
 namespace {
-
-constexpr double kKmhPerMs = 3.6;
 
 /// The class of what the catalogue calls so, in either language; cars for what it does not know.
 QString standardClassOf(const QString &typeName) {

@@ -1,6 +1,7 @@
 #include "tools/sumo/import/IncidentBuilder.h"
 
 #include "tools/session/StoreSession.h"
+#include "tools/sumo/kept/SumoUnits.h"
 #include <QSet>
 
 #include <algorithm>
@@ -11,7 +12,6 @@ namespace moratools {
 
 namespace {
 
-constexpr double kKmhPerMs = 3.6;
 constexpr long kEndOfDay = 86400;
 constexpr int kOnLink = -1; // toLaneNumber of a lane that is not on a connector
 

@@ -9,6 +9,7 @@
 #include "tools/sumo/import/Vocabulary.h"
 #include "tools/sumo/kept/Junctions.h"
 #include "tools/sumo/kept/LinkLine.h"
+#include "tools/sumo/kept/SumoUnits.h"
 
 #include <QHash>
 #include <QJsonArray>
@@ -21,7 +22,6 @@ namespace moratools {
 
 namespace {
 
-constexpr double kKmhPerMs = 3.6;
 // The colour that new connectors have; networks in SUMO's format carry none.
 const QString kRoadColour = QStringLiteral("CCCCCC");
 

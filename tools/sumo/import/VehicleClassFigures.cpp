@@ -1,4 +1,5 @@
 #include "tools/sumo/import/VehicleClassFigures.h"
+#include "tools/sumo/kept/SumoUnits.h"
 
 #include <algorithm>
 
@@ -6,7 +7,6 @@ namespace moratools {
 
 namespace {
 
-constexpr double kKmhPerMs = 3.6;
 constexpr long kCar = 1;
 
 // Codes of the standard catalogue, which every network starts with.

@@ -95,10 +95,6 @@ QByteArray Junctions::describe(const Connector &connector) const {
     return text + '\n';
 }
 
-QJsonObject Junctions::kept(const Link &keeper, const QString &name) {
-    return keeper.otherAttrsJson.value(kSumo).toObject().value(keyOf(keeper, name)).toObject();
-}
-
 void Junctions::keep(Link &keeper, const QString &name, const QJsonObject &inside) {
     QJsonObject sumo = keeper.otherAttrsJson.value(kSumo).toObject();
     sumo.insert(keyOf(keeper, name), inside);

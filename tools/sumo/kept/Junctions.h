@@ -32,10 +32,9 @@ public:
     /// after a load, and under whatever identifiers.
     QString digest(const QString &name) const;
 
-    /// @{ What is kept of the inside, as a member of "sumo" in the keeper's attributes; empty where nothing is.
-    static QJsonObject kept(const Link &keeper, const QString &name);
+    /// Keeps an inside as a member of "sumo" in the keeper's attributes: "junction", or "startJunction" where no
+    /// link leads there.
     static void keep(Link &keeper, const QString &name, const QJsonObject &inside);
-    /// @}
 
 private:
     struct Ends {

@@ -1,6 +1,7 @@
 #include "tools/sumo/reader/NetReader.h"
 
 #include "tools/reports/Failure.h"
+#include "tools/sumo/kept/SumoUnits.h"
 #include "tools/sumo/reader/NetCheck.h"
 #include "tools/sumo/reader/Programme.h"
 #include "tools/sumo/reader/XmlInput.h"
@@ -16,8 +17,6 @@ namespace moratools {
 
 namespace {
 
-// The lane width that SUMO assumes where the file gives none.
-constexpr double kDefaultLaneWidth = 3.2;
 constexpr int kElementsBetweenReports = 2000;
 
 /// The attributes of the current element but those named.
@@ -210,7 +209,7 @@ SumoLane NetReader::readLane() {
         VehicleClasses::of(attributes.text("allow", QString()), attributes.text("disallow", QString()));
     lane.speed = attributes.number("speed");
     lane.length = attributes.number("length");
-    lane.width = attributes.number("width", kDefaultLaneWidth);
+    lane.width = attributes.number("width", kUsualLaneWidth);
     lane.shape = attributes.shape("shape");
     if (lane.speed < 0)
         attributes.failOn("speed", QStringLiteral("which is negative"));
@@ -221,7 +220,7 @@ SumoLane NetReader::readLane() {
     if (lane.shape.size() < 2)
         attributes.failOn("shape", QStringLiteral("which is fewer than two points"));
     lane.kept = keptOf(mInput, {"id", "index", "speed", "length", "width", "shape"});
-    if (attributes.has("width") && lane.width == kDefaultLaneWidth)
+    if (attributes.has("width") && lane.width == kUsualLaneWidth)
         lane.kept.insert(QStringLiteral("width"), attributes.text("width"));
     while (mInput.nextElement())
         keepChild(mInput, lane.kept);

@@ -1,4 +1,5 @@
 #include "tools/sumo/routing/TravelProfile.h"
+#include "tools/sumo/kept/SumoUnits.h"
 
 #include <algorithm>
 #include <limits>
@@ -7,7 +8,6 @@ namespace moratools {
 
 namespace {
 
-constexpr double kKmhPerMs = 3.6;
 constexpr double kUsualSpeed = 200; // km/h, as the rest
 
 struct ClassSpeeds {
