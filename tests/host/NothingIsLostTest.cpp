@@ -222,7 +222,7 @@ const std::map<QString, QString> kNetValues{
 };
 
 TEST_F(NothingIsLost, OfANetwork) {
-    const List list = listOf({QStringLiteral("Networks")});
+    const List list = listOf({QStringLiteral("Networks"), QStringLiteral("Signal programmes")});
     ASSERT_GT(list.size(), 30u);
     Writer writer(list, kNetValues);
     writer.begin(QStringLiteral("net"), list.at(QStringLiteral(".")).kept);
@@ -302,7 +302,8 @@ const std::map<QString, QString> kCompanionValues{
 };
 
 TEST_F(NothingIsLost, OfDemandAndAdditionalObjects) {
-    const List list = listOf({QStringLiteral("Demand"), QStringLiteral("Additional objects")});
+    const List list = listOf({QStringLiteral("Demand"), QStringLiteral("Additional objects"),
+                              QStringLiteral("Signal programmes")});
     ASSERT_GT(list.size(), 100u);
     Writer writer(list, kCompanionValues);
     writer.begin(QStringLiteral("additional"));

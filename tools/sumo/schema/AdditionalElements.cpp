@@ -5,7 +5,6 @@ namespace moratools::schema {
 namespace {
 
 constexpr const char *kFiles = "Net.otherAttrsJson sumo.files";
-constexpr const char *kProgrammes = "Net.otherAttrsJson sumo.programmes";
 
 } // namespace
 
@@ -100,16 +99,6 @@ const std::vector<Element> &additionalElements() {
         {"taz", "", "", "center color edges fill id name shape", kFiles},
         {"(taz/tazSource|taz/tazSink)", "", "", "id weight", kFiles},
         {"timedEvent", "", "", "begin dest end source type", kFiles},
-        {"tlLogic", "SignalGroup",
-         "id=SignalGroup.name offset=SignalGroup.startTime programID=SignalGroup.name", "type", kProgrammes},
-        {"tlLogic/assignment", "", "", "check id value", kProgrammes},
-        {"tlLogic/condition", "", "", "id value", kProgrammes},
-        {"tlLogic/function", "", "", "id nArgs", kProgrammes},
-        {"tlLogic/function/assignment", "", "", "check id value", kProgrammes},
-        {"tlLogic/phase", "SignalColor", "duration=SignalColor.timeLength state=SignalColor.color",
-         "earliestEnd earlyTarget finalTarget latestEnd maxDur minDur name next red targetLanes type "
-         "vehext yellow",
-         kProgrammes},
         {"tractionSubstation", "", "", "currentLimit id pos voltage", kFiles},
         {"type", "", "", "id", kFiles},
         {"type/meso", "", "",

@@ -7,7 +7,6 @@ namespace {
 constexpr const char *kNetAttributes = "Net.otherAttrsJson sumo.net";
 constexpr const char *kLocation = "Net.otherAttrsJson sumo.location";
 constexpr const char *kElements = "Net.otherAttrsJson sumo.elements";
-constexpr const char *kProgrammes = "Net.otherAttrsJson sumo.programmes";
 constexpr const char *kLink = "Link.otherAttrsJson sumo";
 constexpr const char *kJunction = "Link.otherAttrsJson sumo.junction";
 constexpr const char *kConnector = "Connector.otherAttrsJson sumo.connections";
@@ -64,16 +63,6 @@ const std::vector<Element> &netElements() {
         {"location", "", "", "convBoundary netOffset origBoundary projParameter", kLocation},
         {"prohibition", "", "", "prohibited prohibitor", kElements},
         {"roundabout", "", "", "edges nodes", kElements},
-        {"tlLogic", "SignalGroup",
-         "id=SignalGroup.name offset=SignalGroup.startTime programID=SignalGroup.name", "type", kProgrammes},
-        {"tlLogic/assignment", "", "", "check id value", kProgrammes},
-        {"tlLogic/condition", "", "", "id value", kProgrammes},
-        {"tlLogic/function", "", "", "id nArgs", kProgrammes},
-        {"tlLogic/function/assignment", "", "", "check id value", kProgrammes},
-        {"tlLogic/phase", "SignalColor", "duration=SignalColor.timeLength state=SignalColor.color",
-         "earliestEnd earlyTarget finalTarget latestEnd maxDur minDur name next red targetLanes type "
-         "vehext yellow",
-         kProgrammes},
         {"type", "", "",
          "allow bikeLaneWidth disallow discard id maxWidth minWidth numLanes oneway priority shape "
          "sidewalkWidth speed spreadType width widthResolution",

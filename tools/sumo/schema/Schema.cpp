@@ -60,12 +60,14 @@ const Entries &entriesOf(FileKind kind) {
     static const Entries network = [] {
         Entries entries;
         add(entries, netElements());
+        add(entries, programmeElements());
         return entries;
     }();
     static const Entries companion = [] {
         Entries entries;
         add(entries, demandElements());
         add(entries, additionalElements());
+        add(entries, programmeElements());
         return entries;
     }();
     return kind == FileKind::Network ? network : companion;
@@ -164,7 +166,8 @@ QString tableOf(const QString &title, const std::vector<Element> &elements) {
 QString asMarkdown() {
     return tableOf(QStringLiteral("Networks"), netElements()) + QLatin1Char('\n') +
            tableOf(QStringLiteral("Demand"), demandElements()) + QLatin1Char('\n') +
-           tableOf(QStringLiteral("Additional objects"), additionalElements());
+           tableOf(QStringLiteral("Additional objects"), additionalElements()) + QLatin1Char('\n') +
+           tableOf(QStringLiteral("Signal programmes"), programmeElements());
 }
 
 } // namespace moratools::schema

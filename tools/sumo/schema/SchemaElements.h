@@ -19,6 +19,8 @@ struct Element {
 const std::vector<Element> &netElements();
 const std::vector<Element> &demandElements();
 const std::vector<Element> &additionalElements();
+/// Of networks and of additional files.
+const std::vector<Element> &programmeElements();
 /// @}
 
 } // namespace moratools::schema
