@@ -23,7 +23,7 @@ constexpr const char *kFooter =
     "  1  the operation failed; the reason is on stderr, and the store is as it was\n"
     "  2  the command line is wrong\n"
     "  3  done, but something was left out (see stderr), or the store refused some statements\n"
-    "     (--verbose shows them)\n"
+    "     (--verbose shows them), or a check found something\n"
     "  4  done, but the output cannot be written; stderr says what happened to the store\n"
     "\n"
     "Data go to stdout, messages and progress to stderr. Control characters in names are written out\n"
@@ -115,6 +115,7 @@ int main(int argc, char **argv) try {
     commands::addProtect(program, run);
     commands::addUnprotect(program, run);
     commands::addChanges(program, run);
+    commands::addCheck(program, run);
 
     bool isChosen = false;
     try {

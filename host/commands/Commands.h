@@ -57,6 +57,7 @@ void addRemove(CLI::App &program, Run &run);
 void addProtect(CLI::App &program, Run &run);
 void addUnprotect(CLI::App &program, Run &run);
 void addChanges(CLI::App &program, Run &run);
+void addCheck(CLI::App &program, Run &run);
 
 /// What --version says: program, version, date of the version.
 std::string versionText();

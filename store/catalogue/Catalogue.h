@@ -94,10 +94,10 @@ struct Kind {
 MORASTORE_EXPORT const std::vector<Kind> &kinds();
 
 /// Whether rows of the table are there for those that carry them, and may be shared.
-bool isCarried(const Table &table);
+MORASTORE_EXPORT bool isCarried(const Table &table);
 
 /// What a row of a table is called in a sentence: "link", "lane", "signal lamp".
-QString wordFor(const QString &table);
+MORASTORE_EXPORT QString wordFor(const QString &table);
 
 /// The kind whose objects stand in a table; null without one.
 MORASTORE_EXPORT const Kind *kindIn(const QString &table);

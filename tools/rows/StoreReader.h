@@ -66,6 +66,13 @@ public:
     /// what older releases had), as far as there are any. In a store of one network the whole store is asked.
     QList<QPair<QString, qint64>> tablesBesides(const QList<Network> &networks) const;
 
+    /// The rows that a statement gives, which may only ask. Throws `Failure` with the engine's words.
+    QSqlQuery run(const QString &sql) const;
+    /// Throws `Failure` where a statement ended early.
+    void check(const QSqlQuery &query) const;
+    /// " where ...", which takes the rows of a network from a table; empty where every row is the network's.
+    QString condition(const StoreTable &table, const Network &network) const;
+
     /// Lets go of the moment, so that what was read may be changed.
     void finish();
 
@@ -77,9 +84,6 @@ private:
     int readGeneration() const;
     void readNetworks(const StoreAddress &address);
     void takeOlderArrivals();
-    QString condition(const StoreTable &table, const Network &network) const;
-    QSqlQuery run(const QString &sql) const;
-    void check(const QSqlQuery &query) const;
     void requireText(const QVariant &value, const QString &sql, qint64 row, const StoreTable &table,
                      const StoreColumn &column) const;
 
