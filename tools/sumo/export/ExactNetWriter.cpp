@@ -1,10 +1,10 @@
 #include "tools/sumo/export/ExactNetWriter.h"
 
 #include "tools/sumo/export/EdgeElements.h"
+#include "tools/sumo/export/XmlFile.h"
 #include "tools/sumo/kept/Junctions.h"
 
 #include <QJsonArray>
-#include <QXmlStreamWriter>
 
 #include <algorithm>
 #include <limits>
@@ -17,12 +17,6 @@ constexpr int kLast = std::numeric_limits<int>::max();
 const QString kPlace = QStringLiteral("at");
 const QString kInside = QStringLiteral("inside");
 const QString kDigest = QStringLiteral("of");
-
-/// Text of elements as it was kept: the writer's own state is after a complete element.
-void writeText(QXmlStreamWriter &writer, const QByteArray &text) {
-    writer.writeCharacters(QString());
-    writer.device()->write(text);
-}
 
 /// The edge that a connection begins at, escaped as it stands in its text.
 QByteArray fromOf(const QByteArray &connection) {
@@ -60,7 +54,7 @@ bool hasOwnNames(const ExportedRoads &roads, const ExportedJunction &junction) {
 QByteArray rightOfWayOf(const QString &id, const QJsonObject &kept, const QByteArray &text) {
     if (text.isEmpty())
         return {};
-    QByteArray start;
+    QString start;
     QXmlStreamWriter writer(&start);
     writer.writeStartElement(QStringLiteral("junction"));
     writer.writeAttribute(QStringLiteral("id"), id);
@@ -69,7 +63,7 @@ QByteArray rightOfWayOf(const QString &id, const QJsonObject &kept, const QByteA
     addKept(element, kept, made);
     for (const auto &attribute : element.attributes)
         writer.writeAttribute(attribute.first, attribute.second);
-    return start + text.mid(int(qstrlen("<junction")));
+    return start.toUtf8() + text.mid(int(qstrlen("<junction")));
 }
 
 } // namespace
@@ -124,18 +118,17 @@ std::vector<ExactNetWriter::Junction> ExactNetWriter::junctionsWith(const SumoNe
     return all;
 }
 
-void ExactNetWriter::writeElements(QXmlStreamWriter &writer, bool types) const {
+void ExactNetWriter::writeElements(XmlFile &to, bool types) const {
     const QJsonArray elements = mRoads.kept().value(QStringLiteral("elements")).toArray();
     for (const QJsonValue &json : elements) {
         const KeptElement element = KeptElement::fromJson(json.toArray());
         if ((element.name == QLatin1String("type")) == types)
-            writeElement(writer, element);
+            to.write(element);
     }
 }
 
 /// First those from edges, in their order, as networks have them.
-void ExactNetWriter::writeConnections(QXmlStreamWriter &writer,
-                                      const std::vector<Junction> &junctions) const {
+void ExactNetWriter::writeConnections(XmlFile &to, const std::vector<Junction> &junctions) const {
     QHash<QByteArray, QByteArray> byEdge;
     QByteArray internal;
     for (const Junction &junction : junctions) {
@@ -150,16 +143,13 @@ void ExactNetWriter::writeConnections(QXmlStreamWriter &writer,
         }
     }
     for (const Link *link : mRoads.links())
-        writeText(writer, byEdge.value(mRoads.names().of(link).toHtmlEscaped().toUtf8()));
-    writeText(writer, internal);
+        to.writeText(byEdge.value(mRoads.names().of(link).toHtmlEscaped().toUtf8()));
+    to.writeText(internal);
 }
 
-void ExactNetWriter::write(QIODevice &to, const std::vector<KeptElement> &programmes,
+void ExactNetWriter::write(XmlFile &to, const std::vector<KeptElement> &programmes,
                            const SumoNet *made) const {
-    QXmlStreamWriter writer(&to);
-    writer.setAutoFormatting(true);
-    writer.writeStartDocument();
-    writer.writeStartElement(QStringLiteral("net"));
+    QXmlStreamWriter &writer = to.root();
     const QJsonObject root = mRoads.kept().value(QStringLiteral("net")).toObject();
     writer.writeNamespace(QStringLiteral("http://www.w3.org/2001/XMLSchema-instance"), QStringLiteral("xsi"));
     for (auto it = root.begin(); it != root.end(); ++it)
@@ -168,23 +158,21 @@ void ExactNetWriter::write(QIODevice &to, const std::vector<KeptElement> &progra
     if (!location.isEmpty()) {
         KeptElement element{QStringLiteral("location"), {}, {}};
         addKept(element, location, {});
-        writeElement(writer, element);
+        to.write(element);
     }
-    writeElements(writer, true);
+    writeElements(to, true);
     const std::vector<Junction> junctions = junctionsWith(made);
     for (const Junction &junction : junctions)
-        writeText(writer, junction.inside.edges);
+        to.writeText(junction.inside.edges);
     for (const Link *link : mRoads.links())
-        writeElement(writer, netEdgeElement(mRoads, *link));
-    for (const KeptElement &programme : programmes)
-        writeElement(writer, programme);
+        to.write(netEdgeElement(mRoads, *link));
+    to.write(programmes);
     for (const Junction &junction : junctions)
-        writeText(writer, rightOfWayOf(junction.id, junction.kept, junction.inside.rightOfWay));
+        to.writeText(rightOfWayOf(junction.id, junction.kept, junction.inside.rightOfWay));
     for (const Junction &junction : junctions)
-        writeText(writer, junction.inside.junctions);
-    writeConnections(writer, junctions);
-    writeElements(writer, false);
-    writer.writeEndDocument();
+        to.writeText(junction.inside.junctions);
+    writeConnections(to, junctions);
+    writeElements(to, false);
 }
 
 } // namespace moratools

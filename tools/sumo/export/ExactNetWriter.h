@@ -8,10 +8,9 @@
 #include <QMap>
 #include <QStringList>
 
-class QIODevice;
-class QXmlStreamWriter;
-
 namespace moratools {
+
+class XmlFile;
 
 /// Writes a network that came from SUMO as a network file (.net.xml), the insides of its junctions as they were.
 ///
@@ -27,10 +26,9 @@ public:
     /// Junctions whose inside is not kept or holds no more.
     QStringList edited() const { return mEdited.keys(); }
 
-    /// Writes the network with those programmes. The insides of edited junctions are those of `made`, a network
+    /// Writes the network, the root `net` of which is `to`, with those programmes. The insides of edited junctions are those of `made`, a network
     /// that was made anew of the same objects; without it there must be none.
-    void write(QIODevice &to, const std::vector<KeptElement> &programmes,
-               const SumoNet *made = nullptr) const;
+    void write(XmlFile &to, const std::vector<KeptElement> &programmes, const SumoNet *made = nullptr) const;
 
 private:
     struct Junction {
@@ -43,8 +41,8 @@ private:
     void takeJunctions();
     static void sort(std::vector<Junction> &junctions);
     std::vector<Junction> junctionsWith(const SumoNet *made) const;
-    void writeConnections(QXmlStreamWriter &writer, const std::vector<Junction> &junctions) const;
-    void writeElements(QXmlStreamWriter &writer, bool types) const;
+    void writeConnections(XmlFile &to, const std::vector<Junction> &junctions) const;
+    void writeElements(XmlFile &to, bool types) const;
 
     const ExportedRoads &mRoads;
     std::vector<Junction> mJunctions; ///< that hold, in the order of the file

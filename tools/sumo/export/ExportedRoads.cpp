@@ -200,9 +200,8 @@ void ExportedRoads::placeJunctions() {
             ends.append(end);
             if (node && !node->nodeName.isEmpty() && !nodes.contains(node->nodeName))
                 nodes.append(node->nodeName);
-            const QJsonObject kept = keptOf(link.otherAttrsJson).value(QLatin1String(key)).toObject();
             if (junction.kept.isEmpty())
-                junction.kept = kept;
+                junction.kept = keptOf(link.otherAttrsJson).value(QLatin1String(key)).toObject();
         };
         for (const Link *link : junction.in)
             take(*link, link->mpEndNode, lineOf(*link).last(), "junction");

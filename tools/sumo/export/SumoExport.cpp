@@ -132,14 +132,9 @@ void Exporter::makeNetwork(PlainNet &plain, const Progress &progress) {
 
 void Exporter::writeKeptNetwork(const ExactNetWriter &writer, const SumoNet *made) {
     const QString network = mName + QStringLiteral(".net.xml");
-    QFile file(path(network));
-    if (!file.open(QIODevice::WriteOnly))
-        throw Failure(QStringLiteral("%1 cannot be written (%2); choose another folder")
-                          .arg(file.fileName(), file.errorString()));
+    XmlFile file(path(network), QStringLiteral("net"));
     writer.write(file, mSignals.programmes(), made);
-    if (!file.flush())
-        throw Failure(QStringLiteral("%1 cannot be written (%2); make room there")
-                          .arg(file.fileName(), file.errorString()));
+    file.finish();
     mResult.networkFile = network;
 }
 

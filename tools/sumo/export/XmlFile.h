@@ -13,14 +13,23 @@ public:
     /// Throws `Failure` when the file cannot be made.
     XmlFile(const QString &path, const QString &root);
 
-    void write(const KeptElement &element) { writeElement(mXml, element); }
+    /// Attributes of the root, before anything is written into it.
+    QXmlStreamWriter &root() { return mXml; }
+    void write(const KeptElement &element);
     void write(const std::vector<KeptElement> &elements);
+    /// Text of elements as it was kept, UTF-8.
+    void writeText(const QByteArray &text);
     /// Ends the root. Throws `Failure` when not all could be written.
     void finish();
 
 private:
+    Q_DISABLE_COPY(XmlFile)
+
+    void flush();
+
     QFile mFile;
-    QXmlStreamWriter mXml;
+    QString mText; ///< what is not in the file yet: the writer would encode each name and value by itself
+    QXmlStreamWriter mXml{&mText};
 };
 
 } // namespace moratools
