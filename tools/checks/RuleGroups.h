@@ -7,6 +7,13 @@ namespace moratools {
 /// @{ The rules of each group, in the order in which findings are reported.
 std::vector<Rule> storeRules();
 std::vector<Rule> referenceRules();
+std::vector<Rule> geometryRules();
+std::vector<Rule> connectorShapeRules(); ///< geometry, too
+std::vector<Rule> topologyRules();
+std::vector<Rule> vehicleRules(); ///< demand
+std::vector<Rule> demandRules();
+std::vector<Rule> transitRules();
+std::vector<Rule> deviceRules();
 /// @}
 
 } // namespace moratools
