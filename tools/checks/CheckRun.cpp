@@ -24,7 +24,7 @@ Loaded load(const StoreAddress &address, const StoreReader &rows, const StoreRea
     try {
         const StoreSession store(address, Access::Read);
         // A store of one network need not have a record of it.
-        loaded.objects = readNetwork(store, rows.hasSeveralNetworks() ? net.id : 0, progress);
+        loaded.objects = readWhatIsSound(store, rows.hasSeveralNetworks() ? net.id : 0, progress);
     } catch (const Failure &failure) {
         loaded.refusal = failure.message();
     }
@@ -67,11 +67,12 @@ void checkNetwork(Run &run, const StoreAddress &address, const StoreReader &rows
                   const StoreReader::Network &net, const Progress &progress, double from, double to) {
     const double loadedAt = from + 0.5 * (to - from);
     Loaded loaded;
-    if (run.needs(Scope::Objects))
+    if (run.needs(Scope::Load) || run.needs(Scope::Objects))
         loaded = load(address, rows, net,
                       [&](double share) { reportShare(progress, from + share * (loadedAt - from)); });
     const Checked checked(rows, net, loaded.objects ? &*loaded.objects : nullptr, loaded.refusal);
     run.check(Scope::Rows, checked, loadedAt, 0.5 * (loadedAt + to));
+    run.check(Scope::Load, checked, 0.5 * (loadedAt + to), 0.5 * (loadedAt + to));
     if (loaded.objects)
         run.check(Scope::Objects, checked, 0.5 * (loadedAt + to), to);
 }
@@ -115,7 +116,7 @@ CheckReport checkStore(const StoreAddress &address, const CheckOptions &options,
         report.rules.push_back({rule, 0, {}});
     const StoreReader rows(address);
     // A store without networks can be sound.
-    if (!options.networks.empty() || !rows.networks().isEmpty())
+    if (!options.networks.empty() || !isEmpty(rows))
         report.networks = rows.networksOf(options.networks);
     Run run(report, progress);
     constexpr double storeIsChecked = 0.1;

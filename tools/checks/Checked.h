@@ -51,4 +51,7 @@ private:
     mutable std::unordered_map<std::type_index, std::shared_ptr<const void>> mMade;
 };
 
+/// Whether a store has no network: a new one of a single network has not even a record.
+bool isEmpty(const StoreReader &rows);
+
 } // namespace moratools

@@ -9,6 +9,8 @@
 #include <QStringList>
 #include <QVariant>
 
+#include <algorithm>
+
 namespace moratools {
 
 namespace {
@@ -20,7 +22,7 @@ using catalogue::Table;
 /// "StartNodeID" as a part of a rule's id: "start-node".
 QString dashed(QString name) {
     static const QRegularExpression identifier(QStringLiteral("(ID|Id|id|D|Code)(\\d*)$"));
-    static const QRegularExpression capital(QStringLiteral("(?<=[a-z0-9])([A-Z])"));
+    static const QRegularExpression capital(QStringLiteral("(?<=[a-z])([A-Z0-9])"));
     name.replace(identifier, QStringLiteral("\\2"));
     name.replace(capital, QStringLiteral("-\\1")).replace(QLatin1Char('_'), QLatin1Char('-'));
     return name.toLower();
@@ -72,7 +74,7 @@ private:
         const QString value = column(mReference.column);
         QStringList conditions{value + QStringLiteral(" is not null")};
         if (mRows.hasSeveralNetworks())
-            conditions.append(QStringLiteral("c.%1 = %2").arg(quotedName(QStringLiteral("NetId")), net()));
+            conditions.append(QStringLiteral("c.NetId = ") + net());
         if (mReference.bond == Bond::Named || mReference.mayBeNone)
             conditions.append(value + QStringLiteral(" <> 0"));
         conditions.append(mReference.table ? names(mReference.table) : namesRoad());
@@ -128,12 +130,26 @@ private:
     const StoreTable *mFrom;
 };
 
+/// What the reference is called in the rule's id: as what it names, or as the column where the table names two
+/// of these.
+QString nameOf(const Table &table, const Reference &reference) {
+    const auto alike =
+        std::count_if(table.references.begin(), table.references.end(), [&](const Reference &other) {
+            return QLatin1String(other.table) == QLatin1String(reference.table) &&
+                   other.bond != Bond::HostNumber;
+        });
+    if (alike > 1)
+        return dashed(QLatin1String(reference.column));
+    return reference.table ? wordOf(*catalogue::find(QLatin1String(reference.table)))
+                                 .replace(QLatin1Char(' '), QLatin1Char('-'))
+                           : QStringLiteral("road");
+}
+
 Rule ruleFor(const Table &table, const Reference &reference) {
     const QString word = wordOf(table);
     Rule rule;
     rule.id = QStringLiteral("%1.%2-missing")
-                  .arg(QString(word).replace(QLatin1Char(' '), QLatin1Char('-')),
-                       dashed(QLatin1String(reference.column)));
+                  .arg(QString(word).replace(QLatin1Char(' '), QLatin1Char('-')), nameOf(table, reference));
     rule.group = "references";
     // No object holds the rows of these tables.
     rule.severity = table.isAside ? Severity::Warning : Severity::Error;

@@ -26,6 +26,7 @@ MORATOOLS_EXPORT QString wordFor(Severity severity);
 enum class Scope {
     Store,  ///< the store as a whole, once
     Rows,   ///< the rows of a network
+    Load,   ///< whether a network can be loaded
     Objects ///< the objects of a network that was loaded as a whole
 };
 

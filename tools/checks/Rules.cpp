@@ -8,9 +8,7 @@ namespace moratools {
 const std::vector<Rule> &rules() {
     static const std::vector<Rule> all = [] {
         std::vector<Rule> joined;
-        for (std::vector<Rule> group :
-             {storeRules(), referenceRules(), geometryRules(), connectorShapeRules(), topologyRules(),
-              vehicleRules(), demandRules(), transitRules(), deviceRules()})
+        for (std::vector<Rule> group : {storeRules(), referenceRules(), jsonRules(), signalRules()})
             std::move(group.begin(), group.end(), std::back_inserter(joined));
         return joined;
     }();

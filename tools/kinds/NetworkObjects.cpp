@@ -65,7 +65,7 @@ NetworkObjects openNetwork(const StoreSession &store, long netId) {
     return network;
 }
 
-NetworkObjects readNetwork(const StoreSession &store, long netId, const Progress &progress) {
+NetworkObjects readWhatIsSound(const StoreSession &store, long netId, const Progress &progress) {
     NetworkObjects network = openNetwork(store, netId);
     // A load that fails leaves nothing, not even the record.
     const QString name = network.record.name;
@@ -73,6 +73,11 @@ NetworkObjects readNetwork(const StoreSession &store, long netId, const Progress
     const Snapshot snapshot(store.db());
     if (!DBTools::loadNet(store.db(), store.net().id(), network, share))
         store.refuseReading(QStringLiteral("network \"%1\"").arg(name));
+    return network;
+}
+
+NetworkObjects readNetwork(const StoreSession &store, long netId, const Progress &progress) {
+    NetworkObjects network = readWhatIsSound(store, netId, progress);
     requireComplete(network);
     return network;
 }

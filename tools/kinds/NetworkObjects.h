@@ -23,6 +23,11 @@ MORATOOLS_EXPORT NetworkObjects openNetwork(const StoreSession &store, long netI
 MORATOOLS_EXPORT NetworkObjects readNetwork(const StoreSession &store, long netId,
                                             const Progress &progress = {});
 
+/// The same of a store that may be damaged: what cannot be read is left out, and damageOf() tells. Throws
+/// `Failure` when there is no such network or a table cannot be read.
+MORATOOLS_EXPORT NetworkObjects readWhatIsSound(const StoreSession &store, long netId,
+                                                const Progress &progress = {});
+
 /// What the reading of a damaged store left out or took only in part, a line for each reason; empty for a
 /// sound one.
 MORATOOLS_EXPORT QStringList damageOf(const NetworkObjects &network);
