@@ -10,7 +10,14 @@ std::vector<Rule> storeRules();
 std::vector<Rule> numberRules();
 std::vector<Rule> referenceRules();
 std::vector<Rule> jsonRules();
+std::vector<Rule> geometryRules();
+std::vector<Rule> connectorShapeRules(); ///< geometry, too
+std::vector<Rule> topologyRules();
 std::vector<Rule> signalRules();
+std::vector<Rule> vehicleRules(); ///< demand
+std::vector<Rule> demandRules();
+std::vector<Rule> transitRules();
+std::vector<Rule> deviceRules();
 /// @}
 
 } // namespace moratools

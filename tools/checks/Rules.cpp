@@ -8,7 +8,9 @@ namespace moratools {
 const std::vector<Rule> &rules() {
     static const std::vector<Rule> all = [] {
         std::vector<Rule> joined;
-        for (std::vector<Rule> group : {storeRules(), referenceRules(), jsonRules(), signalRules()})
+        for (std::vector<Rule> group :
+             {storeRules(), referenceRules(), jsonRules(), geometryRules(), connectorShapeRules(),
+              topologyRules(), signalRules(), vehicleRules(), demandRules(), transitRules(), deviceRules()})
             std::move(group.begin(), group.end(), std::back_inserter(joined));
         return joined;
     }();
