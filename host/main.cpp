@@ -108,6 +108,7 @@ int main(int argc, char **argv) try {
     commands::addDraw(program, run);
     commands::addCopy(program, run);
     commands::addDigest(program, run);
+    commands::addDiff(program, run);
     commands::addRoundTrip(program, run);
     commands::addUpgrade(program, run);
     commands::addCompact(program, run);

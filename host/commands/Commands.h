@@ -50,6 +50,7 @@ void addShow(CLI::App &program, Run &run);
 void addDraw(CLI::App &program, Run &run);
 void addCopy(CLI::App &program, Run &run);
 void addDigest(CLI::App &program, Run &run);
+void addDiff(CLI::App &program, Run &run);
 void addRoundTrip(CLI::App &program, Run &run);
 void addUpgrade(CLI::App &program, Run &run);
 void addCompact(CLI::App &program, Run &run);

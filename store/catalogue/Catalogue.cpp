@@ -37,6 +37,10 @@ public:
         mTable.key = std::move(columns);
         return *this;
     }
+    Entry &identity(std::vector<const char *> columns) {
+        mTable.identity = std::move(columns);
+        return *this;
+    }
     Entry &to(const char *table, const char *column, Bond bond = Bond::Object) {
         return refer({column, table, nullptr, {}, 0, bond, bond == Bond::Named});
     }
@@ -114,6 +118,7 @@ std::vector<Table> roads() {
             .words({"linkType"}),
         Entry("LinkVertex")
             .key({"linkID", "num", "vertexID"})
+            .identity({"linkID", "num"})
             .partOf("Link", "linkID")
             .to("Vertex", "vertexID", Bond::Carried),
         Entry("Lane").id("laneID").partOf("Link", "linkID").words({"actionType", "expectTravelDirection"}),
@@ -174,6 +179,7 @@ std::vector<Table> signalsAndDemand() {
         Entry("Routing").id("routingID").partOf("DecisionPoint", "deciPointID"),
         Entry("RoutingLink")
             .key({"routingID", "num1", "num2", "linkID"})
+            .identity({"routingID", "num1", "linkID"})
             .partOf("Routing", "routingID")
             .to("Link", "linkID", Bond::Owner),
         Entry("RoutingFLowRatio").id("RoutingFLowRatioID").partOf("Routing", "routingID"),
@@ -209,6 +215,7 @@ std::vector<Table> devicesAndTransport() {
         Entry("BusLine").id("busLineID"),
         Entry("BusLineRoad")
             .key({"busLineID", "serialNumber", "roadID"})
+            .identity({"busLineID", "serialNumber"})
             .partOf("BusLine", "busLineID")
             .to("Link", "roadID", Bond::Owner),
         Entry("BusStation").id("busStationID").to("Link", "linkID").words({"type"}),

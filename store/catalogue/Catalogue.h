@@ -59,6 +59,9 @@ struct Table {
     bool isIdTold = false;
     /// Integer columns by which rows are ordered, as far as that goes: same content, same order.
     std::vector<const char *> key = {};
+    /// The columns that tell the rows of a network apart in every generation, where these are neither the
+    /// identifier nor the whole `key`.
+    std::vector<const char *> identity = {};
     std::vector<Reference> references = {};
     /// Columns with words of the fixed vocabulary, stored in the store's language.
     std::vector<const char *> words = {};
@@ -69,7 +72,7 @@ struct Table {
     bool isAsWritten = false;
 
     /// The column of the identifier of what a row belongs to; null for what belongs to nothing.
-    const Reference *owner() const;
+    MORASTORE_EXPORT const Reference *owner() const;
     /// The column of identifiers that are unique in the whole store; null without one.
     const char *uniqueId() const { return hasSharedIds ? nullptr : id; }
 };

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "model/MoraStoreExport.h"
+
 class QSqlDatabase;
 class QSqlDriver;
 struct pg_conn;
@@ -13,7 +15,7 @@ namespace enginehandle {
 /// The SQLite connection that the driver holds; null for other drivers, when the library was built without
 /// SQLite's headers, and when the driver carries an engine of its own (as on platforms where Qt bundles it):
 /// two copies of the engine must not share a connection.
-sqlite3 *sqlite(const QSqlDatabase &db);
+MORASTORE_EXPORT sqlite3 *sqlite(const QSqlDatabase &db);
 
 /// Whether the driver holds this connection of SQLite's still.
 bool isOf(const QSqlDriver *driver, const sqlite3 *connection);

@@ -1,6 +1,6 @@
 #include "tools/checks/Checked.h"
 #include "tools/checks/Finding.h"
-#include "tools/checks/FormatSchema.h"
+#include "tools/rows/FormatSchema.h"
 #include "tools/checks/RuleGroups.h"
 
 #include <QSqlQuery>

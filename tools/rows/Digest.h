@@ -2,6 +2,7 @@
 
 #include "tools/MoraToolsExport.h"
 #include "tools/reports/Progress.h"
+#include "tools/rows/NetworkRows.h"
 #include "tools/rows/StoreReader.h"
 
 namespace moratools {
@@ -19,5 +20,8 @@ enum class Covered {
 /// `Net.sourceUrl` and `Configuration.saveDate`.
 MORATOOLS_EXPORT QString digestOf(const StoreReader &store, const StoreReader::Network &network,
                                   Covered covered = Covered::AllOfIt, const Progress &progress = {});
+/// The same, of rows as any connection sees them.
+MORATOOLS_EXPORT QString digestOf(const NetworkRows &rows, Covered covered = Covered::AllOfIt,
+                                  const Progress &progress = {});
 
 } // namespace moratools

@@ -13,9 +13,6 @@ namespace rowvalue {
 
 namespace {
 
-// Beyond this, whole numbers have no exact double.
-constexpr qint64 kLargestExact = qint64(1) << 53;
-
 bool isIntegral(double number) {
     return std::abs(number) < 9.2e18 && std::trunc(number) == number;
 }
@@ -67,8 +64,11 @@ bool toInteger(QVariant &value) {
 }
 
 bool toReal(QVariant &value) {
-    if (value.userType() == QMetaType::LongLong && std::abs(value.toLongLong()) <= kLargestExact)
-        value = double(value.toLongLong());
+    if (value.userType() == QMetaType::LongLong) {
+        const auto number = double(value.toLongLong());
+        if (isIntegral(number) && qint64(number) == value.toLongLong())
+            value = number;
+    }
     return value.userType() == QMetaType::Double;
 }
 
@@ -128,28 +128,64 @@ bool fit(QVariant &value, ColumnKind kind, bool isSqlite) {
     return false;
 }
 
+void appendInteger(QByteArray &bytes, qint64 value) {
+    appendNumber(bytes, 'i', quint64(value));
+}
+
+void appendReal(QByteArray &bytes, double value) {
+    if (isIntegral(value)) {
+        appendInteger(bytes, qint64(value));
+        return;
+    }
+    quint64 bits = 0;
+    std::memcpy(&bits, &value, sizeof bits);
+    appendNumber(bytes, 'r', bits);
+}
+
+void appendBytes(QByteArray &bytes, const char *content, int size) {
+    appendNumber(bytes, 'b', quint64(size));
+    bytes.append(content, size);
+}
+
 void appendCanonical(QByteArray &bytes, const QVariant &value) {
     switch (value.userType()) {
     case QMetaType::LongLong:
-        appendNumber(bytes, 'i', quint64(value.toLongLong()));
-        break;
-    case QMetaType::Double: {
-        const double number = value.toDouble();
-        quint64 bits = 0;
-        std::memcpy(&bits, &number, sizeof bits);
-        if (isIntegral(number))
-            appendNumber(bytes, 'i', quint64(qint64(number)));
-        else
-            appendNumber(bytes, 'r', bits);
-        break;
-    }
+        return appendInteger(bytes, value.toLongLong());
+    case QMetaType::Double:
+        return appendReal(bytes, value.toDouble());
     default: {
         const QByteArray content =
             value.userType() == QMetaType::QByteArray ? value.toByteArray() : value.toString().toUtf8();
-        appendNumber(bytes, 'b', quint64(content.size()));
-        bytes.append(content);
+        appendBytes(bytes, content.constData(), content.size());
     }
     }
+}
+
+bool areSame(const QVariant &one, const QVariant &other) {
+    if (!one.isValid() || !other.isValid())
+        return one.isValid() == other.isValid();
+    QByteArray bytes;
+    QByteArray others;
+    appendCanonical(bytes, one);
+    appendCanonical(others, other);
+    return bytes == others;
+}
+
+QVariant takeCanonical(const char *&at) {
+    const char kind = *at++;
+    const quint64 number = qFromBigEndian<quint64>(at);
+    at += sizeof number;
+    if (kind == 'i')
+        return qint64(number);
+    if (kind == 'r') {
+        double value = 0;
+        std::memcpy(&value, &number, sizeof value);
+        return value;
+    }
+    const QByteArray content(at, int(number));
+    at += number;
+    QVariant text(content);
+    return toText(text, true) || toText(text, false) ? text : QVariant(content);
 }
 
 } // namespace rowvalue

@@ -32,6 +32,17 @@ MORATOOLS_EXPORT bool fit(QVariant &value, ColumnKind kind, bool isSqlite);
 /// Appends a form of `value` that is the same on every engine: a number that is integral as a 64-bit integer,
 /// any other bit for bit, texts and bytes as bytes.
 MORATOOLS_EXPORT void appendCanonical(QByteArray &bytes, const QVariant &value);
+/// @{ The same, without a QVariant.
+void appendInteger(QByteArray &bytes, qint64 value);
+void appendReal(QByteArray &bytes, double value);
+void appendBytes(QByteArray &bytes, const char *content, int size);
+/// @}
+
+/// Whether both are the same on every engine.
+bool areSame(const QVariant &one, const QVariant &other);
+
+/// The value at `at`, which goes on behind it: an integer, a real, a text, or bytes where they are no text.
+QVariant takeCanonical(const char *&at);
 
 } // namespace rowvalue
 

@@ -2,7 +2,6 @@
 
 #include "store/catalogue/Catalogue.h"
 #include "store/core/Engine.h"
-#include "store/core/StorableValue.h"
 #include "store/guard/ConnectionGuard.h"
 #include "store/guard/SchemaGuard.h"
 #include "tools/reports/Failure.h"
@@ -129,74 +128,23 @@ const StoreTable *StoreReader::table(const QString &named) const {
     return found == mTables.constEnd() ? nullptr : &*found;
 }
 
+NetworkRows StoreReader::rowsOf(const Network &network) const {
+    return {connection(), mName, mTables, hasSeveralNetworks(), network.id};
+}
+
 QString StoreReader::condition(const StoreTable &table, const Network &network) const {
-    // In a store of one network every row is its own, whatever number stands in it.
-    if (!hasSeveralNetworks())
-        return {};
-    const StoreColumn *column = table.column(QStringLiteral("netid"));
-    return column
-               ? QStringLiteral(" where %1 = %2").arg(quotedName(column->name), QString::number(network.id))
-               : QStringLiteral(" where 1 = 0");
+    return rowsOf(network).condition(table);
 }
 
 void StoreReader::read(const StoreTable &table, const catalogue::Table &entry, const Network &network,
                        Order order, const std::function<void(const Row &)> &use) const {
-    QStringList columns;
-    for (const StoreColumn &column : table.columns)
-        columns.append(quotedName(column.name));
-    QStringList by;
-    if (order == Order::Written && isSqlite()) {
-        by.append(QStringLiteral("rowid"));
-    } else {
-        for (const char *name : entry.key) {
-            if (const StoreColumn *column = table.column(QLatin1String(name)))
-                by.append(quotedName(column->name));
-        }
-    }
-    QString sql = QStringLiteral("select %1 from %2%3")
-                      .arg(columns.join(QLatin1Char(',')), quotedName(table.name), condition(table, network));
-    if (!by.isEmpty())
-        sql += QStringLiteral(" order by ") + by.join(QLatin1Char(','));
-    const bool sqlite = isSqlite();
-    QSqlQuery rows = run(sql);
+    RowCursor cursor = rowsOf(network).read(table, entry, order);
     Row row(table.columns.size());
-    for (qint64 number = 0; rows.next(); ++number) {
-        for (int i = 0; i < row.size(); ++i) {
-            const QVariant value = rows.value(i);
-            if (sqlite)
-                requireText(value, sql, number, table, table.columns[i]);
-            row[i] = rowvalue::fromDriver(value, sqlite, table.columns[i].kind);
-        }
+    while (cursor.next()) {
+        for (int i = 0; i < row.size(); ++i)
+            row[i] = cursor.value(i);
         use(row);
     }
-    check(rows);
-}
-
-/// SQLite's driver replaces what is not UTF-8 by a character that may as well be stored: then the bytes are
-/// asked for.
-void StoreReader::requireText(const QVariant &value, const QString &sql, qint64 row, const StoreTable &table,
-                              const StoreColumn &column) const {
-    using storablevalue::kLongestText;
-    const bool isText = value.userType() == QMetaType::QString;
-    const int size = isText                                      ? value.toString().size()
-                     : value.userType() == QMetaType::QByteArray ? value.toByteArray().size()
-                                                                 : 0;
-    if (size > kLongestText && !storablevalue::mayBeLonger(column.name))
-        throw Failure(QStringLiteral("%1: the text in column %2 of table %3, row %4, is longer than %5 "
-                                     "characters; shorten it")
-                          .arg(mName, column.name, table.name, QString::number(row + 1),
-                               QString::number(kLongestText)));
-    if (!isText || !value.toString().contains(QChar::ReplacementCharacter))
-        return;
-    QSqlQuery encoding = run(QStringLiteral("pragma encoding"));
-    if (encoding.next() && encoding.value(0).toString() != QLatin1String("UTF-8"))
-        return;
-    QSqlQuery stored = run(QStringLiteral("select cast(%1 as blob) from (%2) limit 1 offset %3")
-                               .arg(quotedName(column.name), sql, QString::number(row)));
-    if (!stored.next() || stored.value(0).toByteArray() != value.toString().toUtf8())
-        throw Failure(
-            QStringLiteral("%1: the text in column %2 of table %3, row %4, is not UTF-8; write it anew")
-                .arg(mName, column.name, table.name, QString::number(row + 1)));
 }
 
 qint64 StoreReader::count(const StoreTable &table, const Network &network) const {
@@ -225,6 +173,28 @@ qint64 StoreReader::largest(const StoreTable &table, const StoreColumn &column,
         run(QStringLiteral("select max(%1) from %2%3")
                 .arg(quotedName(column.name), quotedName(table.name), condition(table, network)));
     return rows.next() ? rows.value(0).toLongLong() : 0;
+}
+
+QHash<qint64, QString> StoreReader::texts(const StoreTable &table, const StoreColumn &id,
+                                          const StoreColumn &column, const Network &network,
+                                          const std::vector<qint64> &ids) const {
+    constexpr std::size_t atOnce = 500;
+    QHash<qint64, QString> texts;
+    for (std::size_t first = 0; first < ids.size(); first += atOnce) {
+        QStringList numbers;
+        for (std::size_t i = first; i < std::min(ids.size(), first + atOnce); ++i)
+            numbers.append(QString::number(ids[i]));
+        const QString where = condition(table, network);
+        QSqlQuery rows =
+            run(QStringLiteral("select %1, %2 from %3%4 %5 %1 in (%6)")
+                    .arg(quotedName(id.name), quotedName(column.name), quotedName(table.name), where,
+                         where.isEmpty() ? QStringLiteral("where") : QStringLiteral("and"),
+                         numbers.join(QLatin1Char(','))));
+        while (rows.next())
+            texts.insert(rows.value(0).toLongLong(), rows.value(1).toString());
+        check(rows);
+    }
+    return texts;
 }
 
 QList<QPair<QString, qint64>> StoreReader::tablesBesides(const QList<Network> &networks) const {

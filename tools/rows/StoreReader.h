@@ -5,6 +5,7 @@
 #include "store/core/StoreVersion.h"
 #include "store/guard/ReadOnlyFile.h"
 #include "tools/MoraToolsExport.h"
+#include "tools/rows/NetworkRows.h"
 #include "tools/rows/StoreTables.h"
 #include "tools/session/NetworkChoice.h"
 #include "tools/session/StoreAddress.h"
@@ -47,10 +48,9 @@ public:
     /// store does not have.
     QList<Network> networksOf(const std::vector<std::string> &wanted) const;
 
-    enum class Order {
-        Written,  ///< as the rows were written, where the engine knows
-        Canonical ///< by `catalogue::Table::key`
-    };
+    using Order = RowOrder;
+    /// The rows of a network, as long as this object lives.
+    NetworkRows rowsOf(const Network &network) const;
     /// Calls `use` with every row of a network in a table: its values in the order of the table's columns.
     void read(const StoreTable &table, const catalogue::Table &entry, const Network &network, Order order,
               const std::function<void(const Row &)> &use) const;
@@ -60,6 +60,9 @@ public:
                                  const Network &network) const;
     /// The largest of them; 0 without any.
     qint64 largest(const StoreTable &table, const StoreColumn &column, const Network &network) const;
+    /// The texts of a column in the rows with these identifiers.
+    QHash<qint64, QString> texts(const StoreTable &table, const StoreColumn &id, const StoreColumn &column,
+                                 const Network &network, const std::vector<qint64> &ids) const;
     Language language(const Network &network) const;
 
     /// Tables and the number of their rows that belong to no network by the format (runs, plug-ins' tables,
@@ -84,8 +87,6 @@ private:
     int readGeneration() const;
     void readNetworks(const StoreAddress &address);
     void takeOlderArrivals();
-    void requireText(const QVariant &value, const QString &sql, qint64 row, const StoreTable &table,
-                     const StoreColumn &column) const;
 
     QString mName;
     QString mConnection = newConnectionName("rows");

@@ -33,4 +33,8 @@ struct DeclaredSchema {
 /// file can be made.
 const DeclaredSchema &formatSchema();
 
+/// How the format spells a column, whose name may be in upper or lower case: servers know lower case alone, and
+/// older generations have spellings of their own. Empty where the table has no such column.
+QString formatName(const QString &table, const QString &column);
+
 } // namespace moratools

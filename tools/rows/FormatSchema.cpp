@@ -1,4 +1,4 @@
-#include "tools/checks/FormatSchema.h"
+#include "tools/rows/FormatSchema.h"
 
 #include "tools/session/NewStore.h"
 #include "tools/session/SqliteConnection.h"
@@ -69,6 +69,14 @@ const DeclaredSchema &formatSchema() {
         return made;
     }();
     return schema;
+}
+
+QString formatName(const QString &table, const QString &column) {
+    for (const QString &name : formatSchema().tables.value(table.toLower()).columns) {
+        if (name.compare(column, Qt::CaseInsensitive) == 0)
+            return name;
+    }
+    return {};
 }
 
 } // namespace moratools

@@ -1,0 +1,125 @@
+#include "host/Printable.h"
+#include "host/ProgressBar.h"
+#include "host/commands/Commands.h"
+#include "tools/differences/DifferenceReport.h"
+#include "tools/differences/NetworkDiff.h"
+#include "tools/differences/PatchText.h"
+#include "tools/reports/OutputFile.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+
+using namespace moratools;
+
+namespace commands {
+
+namespace {
+
+struct Options {
+    std::string one;
+    std::string other;
+    std::string net;
+    std::string otherNet;
+    std::string patch;
+    bool summary = false;
+    bool json = false;
+    bool exitCode = false;
+};
+
+/// The network that an option names; without one the store's first.
+NamedNetwork chosen(const StoreReader &store, const std::string &net) {
+    return store.networksOf(net.empty() ? std::vector<std::string>() : std::vector<std::string>{net}).first();
+}
+
+QJsonArray toJson(const QList<DifferenceReport::Count> &counts) {
+    QJsonArray list;
+    for (const DifferenceReport::Count &count : counts)
+        list.append(QJsonObject{{QStringLiteral("kind"), count.kind},
+                                {QStringLiteral("added"), count.added},
+                                {QStringLiteral("removed"), count.removed},
+                                {QStringLiteral("changed"), count.changed}});
+    return list;
+}
+
+QString textOf(const QList<DifferenceReport::Count> &counts) {
+    QString text;
+    for (const DifferenceReport::Count &count : counts)
+        text += QStringLiteral("%1 %2 added, %3 removed, %4 changed\n")
+                    .arg(count.kind.leftJustified(22), QString::number(count.added),
+                         QString::number(count.removed), QString::number(count.changed));
+    return text;
+}
+
+QString textOf(const QStringList &lines) {
+    QString text;
+    for (const QString &line : lines)
+        text += printable::line(line) + QLatin1Char('\n');
+    return text;
+}
+
+void diff(const Options &options) {
+    const QString patch = QString::fromStdString(options.patch);
+    if (!patch.isEmpty())
+        requireOutputPath(patch, QStringLiteral("patch"));
+    const StoreReader one(QString::fromStdString(options.one));
+    const StoreReader other(QString::fromStdString(options.other));
+    const NamedNetwork first = chosen(one, options.net);
+    const NamedNetwork second = chosen(other, options.otherNet);
+    DifferenceReport report;
+    QByteArray lines;
+    QJsonArray changes;
+    ComparedNetworks compared;
+    {
+        ProgressBar comparing(QStringLiteral("comparing"));
+        const auto use = [&](const RowChange &change) {
+            report.add(change);
+            if (!patch.isEmpty())
+                lines += patchtext::lineOf(change);
+            if (options.json)
+                changes.append(QJsonDocument::fromJson(patchtext::lineOf(change)).object());
+        };
+        compared = diffNetworks(one, first, other, second, use, comparing.hearer());
+    }
+    if (!patch.isEmpty())
+        writeOutputFile(
+            patch, patchtext::lineOf(PatchHeader{compared.before, compared.after, compared.words}) + lines);
+    if (options.json)
+        printJson(QJsonDocument(QJsonObject{{QStringLiteral("before"), compared.before},
+                                            {QStringLiteral("after"), compared.after},
+                                            {QStringLiteral("summary"), toJson(report.counts())},
+                                            {QStringLiteral("changes"), changes}}));
+    else if (options.summary)
+        print(textOf(report.counts()));
+    else if (patch.isEmpty())
+        print(textOf(report.lines(other, second)));
+    if (options.exitCode && !report.isEmpty())
+        throw Incomplete(QStringLiteral("the networks differ"));
+}
+
+} // namespace
+
+void addDiff(CLI::App &program, Run &run) {
+    const auto options = std::make_shared<Options>();
+    CLI::App *command = program.add_subcommand(
+        "diff",
+        "Say what differs between two networks of any stores, object by object, or write it as a patch. "
+        "Objects are the same by their numbers.");
+    command->add_option("A", options->one, kStoreHelp)->required();
+    command->add_option("B", options->other, kStoreHelp)->required();
+    command->add_option("--net", options->net, "Network of A: number or name; default: the store's first")
+        ->type_name("NET");
+    command
+        ->add_option("--net-b", options->otherNet, "Network of B: number or name; default: the store's first")
+        ->type_name("NET");
+    command
+        ->add_option("-o,--output", options->patch,
+                     "Patch to write, for \"apply\": it makes B's network of A's")
+        ->type_name("FILE");
+    command->add_flag("--summary", options->summary, "Only how many objects of each kind differ");
+    command->add_flag("--json", options->json, "Everything as JSON");
+    command->add_flag("--exit-code", options->exitCode, "End with 3 where anything differs");
+    command->callback([options, &run] { run.work = [options] { diff(*options); }; });
+}
+
+} // namespace commands

@@ -1,0 +1,45 @@
+#include "tools/rows/NetworkRows.h"
+
+#include "store/core/Engine.h"
+
+namespace moratools {
+
+NetworkRows::NetworkRows(const QSqlDatabase &db, const QString &store,
+                         const QHash<QString, StoreTable> &tables, bool hasSeveralNetworks, long netId)
+    : mDb(db), mStore(store), mTables(tables), mHasSeveralNetworks(hasSeveralNetworks), mNetId(netId) {}
+
+const StoreTable *NetworkRows::table(const QString &named) const {
+    const auto found = mTables.constFind(named.toLower());
+    return found == mTables.constEnd() ? nullptr : &*found;
+}
+
+QString NetworkRows::condition(const StoreTable &table) const {
+    // In a store of one network every row is its own, whatever number stands in it.
+    if (!mHasSeveralNetworks)
+        return {};
+    const StoreColumn *column = table.column(QStringLiteral("netid"));
+    return column ? QStringLiteral(" where %1 = %2").arg(quotedName(column->name), QString::number(mNetId))
+                  : QStringLiteral(" where 1 = 0");
+}
+
+RowCursor NetworkRows::read(const StoreTable &table, const catalogue::Table &entry, RowOrder order) const {
+    QStringList columns;
+    for (const StoreColumn &column : table.columns)
+        columns.append(quotedName(column.name));
+    QStringList by;
+    if (order == RowOrder::Written && engine::isSqlite(mDb)) {
+        by.append(QStringLiteral("rowid"));
+    } else {
+        for (const char *name : entry.key) {
+            if (const StoreColumn *column = table.column(QLatin1String(name)))
+                by.append(quotedName(column->name));
+        }
+    }
+    QString sql = QStringLiteral("select %1 from %2%3")
+                      .arg(columns.join(QLatin1Char(',')), quotedName(table.name), condition(table));
+    if (!by.isEmpty())
+        sql += QStringLiteral(" order by ") + by.join(QLatin1Char(','));
+    return {mDb, mStore, table, sql};
+}
+
+} // namespace moratools
