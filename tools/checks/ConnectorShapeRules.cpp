@@ -168,32 +168,25 @@ void checkExtent(const Checked &checked, Reporter &reporter) {
 } // namespace
 
 std::vector<Rule> connectorShapeRules() {
-    const auto rule = [](const char *id, Severity severity, const char *meaning, const char *remedy,
-                         ObjectCheck check) {
-        return objectRule(id, "geometry", severity, meaning, remedy, check);
-    };
     return {
-        rule(
-            "connector.ends-off-lanes", Severity::Error,
-            "A connector does not begin at the end of its first lanes, or does not end at the start of its second "
-            "ones.",
-            "Make the connector's shape anew (curve()).", checkEnds),
-        rule("connector.joins-distant-lanes", Severity::Warning,
-             "A connector joins lanes that are farther apart than any junction is wide.",
-             "Join roads that meet, or draw a road between them.", checkGap),
-        rule(
-            "connector.height-jumps", Severity::Error,
-            "The lanes that a connector joins differ in height by more than twice the way between them, and by more "
-            "than 3 m.",
-            "Mend the heights of the links' ends; roads one above the other are not to be joined.",
-            checkHeights),
-        rule("connector.length-negative", Severity::Error,
-             "The length of a connector is below 0 or no finite number.",
-             "Make the connector's shape anew (curve()).", checkLength),
-        rule(
-            "connector.without-length", Severity::Note,
-            "The lanes that a connector joins touch, so that it has no length and edges that are one point each.",
-            "Nothing for a simulation; a drawing may make links end before their junction.", checkExtent),
+        {"connector.ends-off-lanes", "geometry", Severity::Error, Scope::Objects,
+         "A connector does not begin at the end of its first lanes, or does not end at the start of its second "
+         "ones.",
+         "Make the connector's shape anew (curve()).", checkEnds},
+        {"connector.joins-distant-lanes", "geometry", Severity::Warning, Scope::Objects,
+         "A connector joins lanes that are farther apart than any junction is wide.",
+         "Join roads that meet, or draw a road between them.", checkGap},
+        {"connector.height-jumps", "geometry", Severity::Error, Scope::Objects,
+         "The lanes that a connector joins differ in height by more than twice the way between them, and by more "
+         "than 3 m.",
+         "Mend the heights of the links' ends; roads one above the other are not to be joined.",
+         checkHeights},
+        {"connector.length-negative", "geometry", Severity::Error, Scope::Objects,
+         "The length of a connector is below 0 or no finite number.",
+         "Make the connector's shape anew (curve()).", checkLength},
+        {"connector.without-length", "geometry", Severity::Note, Scope::Objects,
+         "The lanes that a connector joins touch, so that it has no length and edges that are one point each.",
+         "Nothing for a simulation; a drawing may make links end before their junction.", checkExtent},
     };
 }
 

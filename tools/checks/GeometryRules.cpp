@@ -90,6 +90,11 @@ void checkLanePoints(const Checked &checked, Reporter &reporter) {
     }
 }
 
+/// Whether there is no such line, rather than one that is left out.
+bool lacks(const GeometryLine &line, const StoredJson &stored) {
+    return line.isEmpty() && geometryjson::points(stored).isEmpty();
+}
+
 void checkLaneShape(const Checked &checked, Reporter &reporter) {
     const auto &lanes = checked.made<RoadLines>().lanes();
     const auto hasShape = [](const RoadLines::OfLane &lane) {
@@ -99,7 +104,9 @@ void checkLaneShape(const Checked &checked, Reporter &reporter) {
     if (std::none_of(lanes.begin(), lanes.end(), hasShape))
         return;
     for (const RoadLines::OfLane &lane : lanes) {
-        if (lane.centre.isEmpty() || lane.left.isEmpty() || lane.right.isEmpty())
+        if (lacks(lane.centre, lane.lane->centerLinePointsJson) ||
+            lacks(lane.left, lane.lane->leftBreakPointsJson) ||
+            lacks(lane.right, lane.lane->rightBreakPointsJson))
             findLane(reporter, lane, QStringLiteral("has no centre line or no edges, while others have"),
                      lines::middle(checked.made<RoadLines>().of(lane.link)));
     }
@@ -183,29 +190,10 @@ void checkHeights(const Checked &checked, Reporter &reporter) {
     }
 }
 
-void checkNodes(const Checked &checked, Reporter &reporter) {
-    for (const RoadLines::OfLink &link : checked.made<RoadLines>().links()) {
-        if (link.line.isEmpty())
-            continue;
-        const auto check = [&](const Node *node, const GeometryPoint &end, const QString &which) {
-            if (!node || !node->mpVertex)
-                return;
-            const GeometryPoint at{node->mpVertex->x, node->mpVertex->y, node->mpVertex->z};
-            if (lines::distance(at, end) > kSamePlace)
-                findObject(reporter, *link.link,
-                           QStringLiteral("has its %1 node %2 m from its %1")
-                               .arg(which, shown(lines::distance(at, end))),
-                           lines::place(end));
-        };
-        check(link.link->mpStartNode, link.line.first(), QStringLiteral("start"));
-        check(link.link->mpEndNode, link.line.last(), QStringLiteral("end"));
-    }
-}
-
 void checkCentreLine(const Checked &checked, Reporter &reporter) {
     for (const RoadLines::OfLink &link : checked.made<RoadLines>().links()) {
         const GeometryLine kept = geometryjson::points(link.link->centerLinePointsJson);
-        if (kept.isEmpty() || link.line.isEmpty())
+        if (kept.isEmpty() || link.line.size() < 2)
             continue;
         const bool isSame =
             kept.size() == link.line.size() && std::equal(kept.begin(), kept.end(), link.line.begin(),
@@ -260,7 +248,7 @@ bool encloses(const GeometryPoint &centre, const GeometryPoint &left, const Geom
 
 void checkEnclosing(const Checked &checked, Reporter &reporter) {
     for (const RoadLines::OfLane &lane : checked.made<RoadLines>().lanes()) {
-        if (lane.left.isEmpty() || lane.right.isEmpty() || lane.centre.isEmpty())
+        if (lane.left.isEmpty() || lane.right.isEmpty() || lane.centre.size() < 2)
             continue;
         const auto find = [&](const char *end, const GeometryPoint &place) {
             findLane(reporter, lane,
@@ -284,7 +272,7 @@ void checkBesideLink(const Checked &checked, Reporter &reporter) {
     const RoadLines &roads = checked.made<RoadLines>();
     for (const RoadLines::OfLane &lane : roads.lanes()) {
         const GeometryLine link = roads.of(lane.link);
-        if (lane.centre.isEmpty() || link.isEmpty())
+        if (lane.centre.isEmpty() || link.size() < 2)
             continue;
         const double most = lane.link->width() / 2 + kBesideLink;
         const GeometryPoint &start = lane.centre.first();
@@ -312,61 +300,59 @@ void checkEdgesOfLink(const Checked &checked, Reporter &reporter) {
 } // namespace
 
 std::vector<Rule> geometryRules() {
-    const auto rule = [](const char *id, Severity severity, const char *meaning, const char *remedy,
-                         ObjectCheck check) {
-        return objectRule(id, "geometry", severity, meaning, remedy, check);
-    };
     return {
-        rule("line.not-finite", Severity::Error, "A line has a coordinate that is no finite number.",
-             "Draw the line anew; nothing can be measured along it.", checkFinite),
-        rule("line.too-many-points", Severity::Warning,
-             "A line has so many points that programs get slow; the other checks of lines pass over it.",
-             "Simplify the line.", checkSize),
-        rule("link.too-few-points", Severity::Error, "A link has fewer than two points, so it leads nowhere.",
-             "Give it the points of its start and of its end, or remove it.", checkLinkPoints),
-        rule("lane.too-few-points", Severity::Error, "The centre line of a lane is a single point.",
-             "Make the shapes of the link's lanes anew (updateGeometry()).", checkLanePoints),
-        rule("lane.without-shape", Severity::Warning,
-             "A lane lacks its centre line or an edge, in a store that keeps those of other lanes.",
-             "Make the shapes of the link's lanes anew (updateGeometry()).", checkLaneShape),
-        rule("link.repeated-point", Severity::Warning, "A link has the same point twice in a row.",
-             "Take one of the two out.", checkRepeatedInLinks),
-        rule("lane.repeated-point", Severity::Warning,
-             "The centre line of a lane has the same point twice in a row.", "Take one of the two out.",
-             checkRepeatedInLanes),
-        rule("link.length-not-positive", Severity::Error, "The length of a link is not above 0.",
-             "Set the length of its line (calcuLength()).", checkLength),
-        rule("link.length-far-off", Severity::Error,
-             "The length of a link is less than half of what is drawn, or more than twice that.",
-             "Set the length of its line, or draw the line that has that length.", checkLengthFarOff),
-        rule("link.length-off", Severity::Warning,
-             "The length of a link differs from what is drawn by more than a fifth.",
-             "Set the length of its line, or draw the line that has that length.", checkLengthOff),
-        rule("link.height-jumps", Severity::Error,
-             "A link rises or falls by more than twice the way that it goes, and by more than 3 m.",
-             "Mend the height of the point.", checkHeights),
-        rule("link.node-off-end", Severity::Warning, "A node does not stand at the end of its link.",
-             "Let the node stand on the link's first or last vertex.", checkNodes),
-        rule("link.centre-line-differs", Severity::Warning,
-             "The centre line that a link keeps is not the line through its vertices.",
-             "Make the shape of the link anew (updateGeometry()).", checkCentreLine),
-        rule("link.edges-differ", Severity::Warning,
-             "The edges that a link keeps are not those of its outermost lanes.",
-             "Make the shape of the link anew (updateGeometry()).", checkEdgesOfLink),
-        rule("lane.width-not-positive", Severity::Error, "The width of a lane is not above 0.",
-             "Set the width of the lane.", checkWidth),
-        rule("lane.width-off-edges", Severity::Warning,
-             "The edges of a lane are not as far apart as the lane is wide.",
-             "Set the width, or make the shapes of the link's lanes anew (updateGeometry()).",
-             checkWidthOfEdges),
-        rule("lane.edges-cross", Severity::Error, "The left edge of a lane crosses its right edge.",
-             "Straighten the line, which most often turns back upon itself, and make the shapes anew.",
-             checkCrossing),
-        rule("lane.edges-do-not-enclose", Severity::Error,
-             "A lane does not lie between its edges, or these have changed sides.",
-             "Make the shapes of the link's lanes anew (updateGeometry()).", checkEnclosing),
-        rule("lane.off-link", Severity::Warning, "A lane begins or ends far beside its link.",
-             "Draw the lane or the link where it belongs.", checkBesideLink),
+        {"line.not-finite", "geometry", Severity::Error, Scope::Objects,
+         "A line has a coordinate that is no finite number.",
+         "Draw the line anew; nothing can be measured along it.", checkFinite},
+        {"line.too-many-points", "geometry", Severity::Warning, Scope::Objects,
+         "A line has so many points that programs get slow; the other checks of lines pass over it.",
+         "Simplify the line.", checkSize},
+        {"link.too-few-points", "geometry", Severity::Error, Scope::Objects,
+         "A link has fewer than two points, so it leads nowhere.",
+         "Give it the points of its start and of its end, or remove it.", checkLinkPoints},
+        {"lane.too-few-points", "geometry", Severity::Error, Scope::Objects,
+         "The centre line of a lane is a single point.",
+         "Make the shapes of the link's lanes anew (updateGeometry()).", checkLanePoints},
+        {"lane.without-shape", "geometry", Severity::Warning, Scope::Objects,
+         "A lane lacks its centre line or an edge, in a store that keeps those of other lanes.",
+         "Make the shapes of the link's lanes anew (updateGeometry()).", checkLaneShape},
+        {"link.repeated-point", "geometry", Severity::Warning, Scope::Objects,
+         "A link has the same point twice in a row.", "Take one of the two out.", checkRepeatedInLinks},
+        {"lane.repeated-point", "geometry", Severity::Warning, Scope::Objects,
+         "The centre line of a lane has the same point twice in a row.", "Take one of the two out.",
+         checkRepeatedInLanes},
+        {"link.length-not-positive", "geometry", Severity::Error, Scope::Objects,
+         "The length of a link is not above 0.", "Set the length of its line (calcuLength()).", checkLength},
+        {"link.length-far-off", "geometry", Severity::Error, Scope::Objects,
+         "The length of a link is less than half of what is drawn, or more than twice that.",
+         "Set the length of its line, or draw the line that has that length.", checkLengthFarOff},
+        {"link.length-off", "geometry", Severity::Warning, Scope::Objects,
+         "The length of a link differs from what is drawn by more than a fifth.",
+         "Set the length of its line, or draw the line that has that length.", checkLengthOff},
+        {"link.height-jumps", "geometry", Severity::Error, Scope::Objects,
+         "A link rises or falls by more than twice the way that it goes, and by more than 3 m.",
+         "Mend the height of the point.", checkHeights},
+        {"link.centre-line-differs", "geometry", Severity::Warning, Scope::Objects,
+         "The centre line that a link keeps is not the line through its vertices.",
+         "Make the shape of the link anew (updateGeometry()).", checkCentreLine},
+        {"link.edges-differ", "geometry", Severity::Warning, Scope::Objects,
+         "The edges that a link keeps are not those of its outermost lanes.",
+         "Make the shape of the link anew (updateGeometry()).", checkEdgesOfLink},
+        {"lane.width-not-positive", "geometry", Severity::Error, Scope::Objects,
+         "The width of a lane is not above 0.", "Set the width of the lane.", checkWidth},
+        {"lane.width-off-edges", "geometry", Severity::Warning, Scope::Objects,
+         "The edges of a lane are not as far apart as the lane is wide.",
+         "Set the width, or make the shapes of the link's lanes anew (updateGeometry()).", checkWidthOfEdges},
+        {"lane.edges-cross", "geometry", Severity::Error, Scope::Objects,
+         "The left edge of a lane crosses its right edge.",
+         "Straighten the line, which most often turns back upon itself, and make the shapes anew.",
+         checkCrossing},
+        {"lane.edges-do-not-enclose", "geometry", Severity::Error, Scope::Objects,
+         "A lane does not lie between its edges, or these have changed sides.",
+         "Make the shapes of the link's lanes anew (updateGeometry()).", checkEnclosing},
+        {"lane.off-link", "geometry", Severity::Warning, Scope::Objects,
+         "A lane begins or ends far beside its link.", "Draw the lane or the link where it belongs.",
+         checkBesideLink},
     };
 }
 

@@ -13,15 +13,6 @@ namespace moratools {
 /// @file
 /// What the rules on objects share.
 
-using ObjectCheck = void (*)(const Checked &checked, Reporter &reporter);
-
-/// A rule on the objects of a network.
-inline Rule objectRule(const char *id, const char *group, Severity severity, const char *meaning,
-                       const char *remedy, ObjectCheck check) {
-    return {QLatin1String(id),         group, severity, Scope::Objects, QString::fromUtf8(meaning),
-            QString::fromUtf8(remedy), check};
-}
-
 /// What a sentence calls an object of a kind: `link 12 "Via Marconi"`.
 template <class T>
 QString calledObject(const T &object) {

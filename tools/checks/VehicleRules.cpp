@@ -137,34 +137,29 @@ void checkDefaults(const Checked &checked, Reporter &reporter) {
 } // namespace
 
 std::vector<Rule> vehicleRules() {
-    const auto rule = [](const char *id, Severity severity, const char *meaning, const char *remedy,
-                         ObjectCheck check) {
-        return objectRule(id, "demand", severity, meaning, remedy, check);
-    };
     return {
-        rule("vehicle-type.measures-not-positive", Severity::Error,
-             "A length, width, speed, acceleration or deceleration of a vehicle type is not above 0.",
-             "Set the figure; the standard catalogue has usual ones.", checkMeasures),
-        rule("vehicle-type.deviation-negative", Severity::Error,
-             "A standard deviation of a vehicle type is below 0 or no finite number.",
-             "Set it, to 0 where all vehicles are alike.", checkDeviations),
-        rule("vehicle-type.speeds-contradict", Severity::Warning,
-             "The mean speed of a vehicle type is above its highest one.", "Set the speeds.", checkSpeeds),
-        rule("vehicle-type.name-twice", Severity::Warning,
-             "Two vehicle types have one name, so what looks a type up by name finds either.",
-             "Give one of them another name.", checkNames),
-        rule("composition.without-types", Severity::Error,
-             "A vehicle composition lists no vehicle types, so no vehicle can be drawn from it.",
-             "List its types, or remove it where no departure uses it.", checkEmpty),
-        rule("composition.share-not-positive", Severity::Error,
-             "A share of a vehicle composition is below 0 or no finite number, or all are 0.",
-             "Set the shares.", checkShares),
-        rule("composition.shares-off", Severity::Warning,
-             "The shares of a vehicle composition do not add up to 100 percent.", "Set the shares.",
-             checkSum),
-        rule("composition.default-twice", Severity::Warning,
-             "More than one vehicle composition is the default.", "Leave one of them the default.",
-             checkDefaults),
+        {"vehicle-type.measures-not-positive", "demand", Severity::Error, Scope::Objects,
+         "A length, width, speed, acceleration or deceleration of a vehicle type is not above 0.",
+         "Set the figure; the standard catalogue has usual ones.", checkMeasures},
+        {"vehicle-type.deviation-negative", "demand", Severity::Error, Scope::Objects,
+         "A standard deviation of a vehicle type is below 0 or no finite number.",
+         "Set it, to 0 where all vehicles are alike.", checkDeviations},
+        {"vehicle-type.speeds-contradict", "demand", Severity::Warning, Scope::Objects,
+         "The mean speed of a vehicle type is above its highest one.", "Set the speeds.", checkSpeeds},
+        {"vehicle-type.name-twice", "demand", Severity::Warning, Scope::Objects,
+         "Two vehicle types have one name, so what looks a type up by name finds either.",
+         "Give one of them another name.", checkNames},
+        {"composition.without-types", "demand", Severity::Error, Scope::Objects,
+         "A vehicle composition lists no vehicle types, so no vehicle can be drawn from it.",
+         "List its types, or remove it where no departure uses it.", checkEmpty},
+        {"composition.share-not-positive", "demand", Severity::Error, Scope::Objects,
+         "A share of a vehicle composition is below 0 or no finite number, or all are 0.", "Set the shares.",
+         checkShares},
+        {"composition.shares-off", "demand", Severity::Warning, Scope::Objects,
+         "The shares of a vehicle composition do not add up to 100 percent.", "Set the shares.", checkSum},
+        {"composition.default-twice", "demand", Severity::Warning, Scope::Objects,
+         "More than one vehicle composition is the default.", "Leave one of them the default.",
+         checkDefaults},
     };
 }
 

@@ -19,4 +19,9 @@ std::vector<Example> storeExamples();
 std::vector<Example> referenceExamples();
 std::vector<Example> jsonExamples();
 std::vector<Example> signalExamples();
+std::vector<Example> geometryExamples();
+std::vector<Example> topologyExamples();
+std::vector<Example> demandExamples();
+std::vector<Example> transitExamples();
+std::vector<Example> deviceExamples();
 /// @}

@@ -30,10 +30,9 @@ struct Group {
 };
 
 const std::vector<Group> kGroups{
-    {"store", storeExamples},
-    {"references", referenceExamples},
-    {"json", jsonExamples},
-    {"signals", signalExamples},
+    {"store", storeExamples},    {"references", referenceExamples}, {"json", jsonExamples},
+    {"signals", signalExamples}, {"geometry", geometryExamples},    {"topology", topologyExamples},
+    {"demand", demandExamples},  {"transit", transitExamples},      {"devices", deviceExamples},
 };
 
 void PrintTo(const Group &group, std::ostream *out) {
