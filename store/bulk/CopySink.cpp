@@ -30,5 +30,7 @@ private:
 } // namespace
 
 std::unique_ptr<RowSink> copySink(const Store &store, const QString &table, const QStringList &columns) {
-    return CopyStream::serves(store.db()) ? std::make_unique<CopySink>(store, table, columns) : nullptr;
+    // Of a stream the server returns no rows to record.
+    const bool serves = !store.state().recording && CopyStream::serves(store.db());
+    return serves ? std::make_unique<CopySink>(store, table, columns) : nullptr;
 }

@@ -12,7 +12,11 @@ namespace {
 class QuerySink : public RowSink {
 public:
     QuerySink(const Store &store, const QString &sql)
-        : mStore(store), mSavepoint(store.db()), mQuery(store.db()), mPrepared(mQuery.prepare(sql)) {}
+        : mStore(store),
+          mSql(sql),
+          mSavepoint(store.db()),
+          mQuery(store.db()),
+          mPrepared(mQuery.prepare(store.asRun(sql))) {}
 
     void setNull(int column) override { mQuery.bindValue(column, QVariant(QVariant::String)); }
     void set(int column, qint64 value) override { mQuery.bindValue(column, value); }
@@ -30,12 +34,13 @@ public:
         // Before the statement goes: in a failed transaction a server would not even take that.
         if (!isWritten)
             mSavepoint.end(false);
-        return mStore.check(mQuery);
+        return mStore.check(mQuery, 0, mSql);
     }
     bool finish() override { return mSavepoint.end(true); }
 
 private:
     const Store &mStore;
+    QString mSql;
     Savepoint mSavepoint;
     QSqlQuery mQuery;
     bool mPrepared;

@@ -145,13 +145,13 @@ CallDbResult failureOf(const QSqlError &error, const QSqlDriver *driver) {
     return failure;
 }
 
-bool checkStatement(const QSqlQuery &query, FailureList &failures, long objectId) {
+bool checkStatement(const QSqlQuery &query, FailureList &failures, long objectId, const QString &sql) {
     const QSqlError error = query.lastError();
     const bool isOpen = !query.driver() || query.driver()->isOpen();
     if (!error.isValid() && isOpen)
         return true;
     CallDbResult failure = error.isValid() ? failureOf(error, query.driver()) : notOpen();
-    failure.sql = query.lastQuery();
+    failure.sql = sql.isEmpty() ? query.lastQuery() : sql;
     failure.id = lastInsertId(query);
     failure.objectId = objectId;
     return recordFailure(failures, std::move(failure));

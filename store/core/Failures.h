@@ -42,7 +42,9 @@ CallDbResult failureOf(const QSqlError &error, const QSqlDriver *driver);
 /// True when the last statement of @p query succeeded; otherwise its text, last insert id and error are
 /// appended to @p failures.
 /// @param objectId of the object or row that it is about, as far as the caller knows.
-bool checkStatement(const QSqlQuery &query, FailureList &failures, long objectId = 0);
+/// @param sql the statement, where it is another one than that which the engine ran.
+bool checkStatement(const QSqlQuery &query, FailureList &failures, long objectId = 0,
+                    const QString &sql = {});
 
 /// True when @p db is usable: the driver reports no error and, on SQLite, table IDGenerater can be read,
 /// which is what tells a store from any other file. A failure is appended to @p failures.

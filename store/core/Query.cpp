@@ -102,7 +102,7 @@ void Query::prepare() {
         return;
     }
     Savepoint savepoint(mStore.db());
-    mPrepared = savepoint.end(mQuery.prepare(mText));
+    mPrepared = savepoint.end(mQuery.prepare(mStore.asRun(mText)));
     mPrepareFailed = !mPrepared;
 }
 
@@ -115,7 +115,7 @@ bool Query::run() {
     if (mPrepareFailed || !mRefusedName.isEmpty())
         return false;
     Savepoint savepoint(mStore.db());
-    const bool done = savepoint.end(mPrepared ? mQuery.exec() : mQuery.exec(mText));
+    const bool done = savepoint.end(mPrepared ? mQuery.exec() : mQuery.exec(mStore.asRun(mText)));
     if (!done)
         mStore.heed(mQuery.lastError());
     // Before the first row: a record of a row would take a copy of each of its values along.
@@ -126,7 +126,7 @@ bool Query::run() {
 
 bool Query::check() const {
     if (!mRan || mRefusedName.isEmpty() || mPrepareFailed)
-        return mRan && mStore.check(mQuery, mObjectId);
+        return mRan && mStore.check(mQuery, mObjectId, mText);
     return mStore.fail(mText,
                        QStringLiteral("The value of %1 cannot be stored: it %2")
                            .arg(QLatin1String(mRefusedName.mid(1)), mRefusal),
@@ -136,7 +136,7 @@ bool Query::check() const {
 bool Query::breaksOff() {
     // What failed to execute is not active: that was recorded when it did.
     if (mQuery.isActive() && mQuery.lastError().isValid())
-        mBrokeOff = !mStore.check(mQuery, mObjectId);
+        mBrokeOff = !mStore.check(mQuery, mObjectId, mText);
     if (mIsPart)
         mStore.requireAnswer(!mBrokeOff);
     return false;

@@ -97,6 +97,11 @@ public:
     /// (generation 6 only), then @p ids in order.
     QString text(const Sql &sql, std::initializer_list<long> ids) const;
 
+    /// The statement that is run for @p sql: the same, but for one that writes while rows are recorded.
+    QString asRun(const QString &sql) const {
+        return mState.recording ? mState.recording->statement(sql) : sql;
+    }
+
     /// @{ For operations on lists: from keepStatements() on, a statement whose text is the same for every
     /// object is prepared once, and a column is probed for once. Query takes a prepared statement out while
     /// it uses it.
@@ -106,8 +111,8 @@ public:
     /// @}
 
     FailureList &failures() const { return mFailures; }
-    bool check(const QSqlQuery &query, long objectId = 0) const {
-        return checkStatement(query, mFailures, objectId);
+    bool check(const QSqlQuery &query, long objectId = 0, const QString &sql = {}) const {
+        return checkStatement(query, mFailures, objectId, sql);
     }
     /// @{ Records a failure; false. One that no driver knows of is as a rule a refusal of what was to be
     /// written.

@@ -7,9 +7,11 @@
 #include "model/VehicleComposition.h"
 #include "model/VehicleType.h"
 #include "store/core/Failures.h"
+#include "store/core/RowRecording.h"
 
 #include <QHash>
 #include <QList>
+#include <QPointer>
 #include <QSqlDatabase>
 #include <QString>
 #include <QStringList>
@@ -52,6 +54,8 @@ struct StoreState : StoreFacts, NetScope {
     /// Where operations of DBTools_V6 record.
     FailureList *severalNetsFailures = &failures;
     bool isReadOnly = false; ///< opened for reading
+    /// What keeps the rows that statements write, while somebody records them on a server.
+    QPointer<const RowRecording> recording;
     /// Whether table Link of a store of one network has a column for road ids.
     bool linkHasRoadId = true;
     /// Network id to table name to the identifiers reserved and not yet used, ascending.

@@ -1,5 +1,7 @@
 #include "store/opening/ProcessStore.h"
 
+#include "store/opening/RecordRows.h"
+
 #include <QSqlDatabase>
 #include <QSqlDriver>
 
@@ -50,4 +52,13 @@ void attachState(const QSqlDatabase &db, StoreState *state) {
     delete attachedTo(db.driver());
     if (state)
         new AttachedState(db.driver(), state); // the driver's
+}
+
+void recordRows(const QSqlDatabase &db, const QHash<QString, QString> &tables, const QString &condition) {
+    recordNoRows(db);
+    stateOf(db).recording = new RowRecording(tables, condition, db.driver()); // the driver's
+}
+
+void recordNoRows(const QSqlDatabase &db) {
+    delete stateOf(db).recording.data();
 }

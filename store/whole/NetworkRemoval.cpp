@@ -19,7 +19,8 @@ bool removeGroup(const Store &store, const catalogue::Group &tables) {
     QSqlQuery query(store.db());
     for (const char *table : tables) {
         Savepoint savepoint(store.db());
-        if (savepoint.end(query.exec(QStringLiteral("delete from ") + QLatin1String(table) + condition)))
+        if (savepoint.end(
+                query.exec(store.asRun(QStringLiteral("delete from ") + QLatin1String(table) + condition))))
             continue;
         store.heed(query.lastError());
         if (store.isGivenUp())

@@ -229,4 +229,12 @@ ComparedNetworks diffNetworks(const StoreReader &one, const NamedNetwork &first,
     return compared;
 }
 
+void diffRows(const NetworkRows &before, const NetworkRows &after,
+              const std::function<void(const RowChange &)> &use) {
+    Translation words(Language::Unknown, Language::Unknown);
+    NetworkDiff diff(before, after, words, use);
+    for (const catalogue::Table &entry : catalogue::tables())
+        diff.compare(entry);
+}
+
 } // namespace moratools

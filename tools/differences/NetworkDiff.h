@@ -27,4 +27,8 @@ MORATOOLS_EXPORT ComparedNetworks diffNetworks(const StoreReader &one, const Nam
                                                const std::function<void(const RowChange &)> &use,
                                                const Progress &progress = {});
 
+/// The same of rows on any connection, be it of one and the same; words stay as they are.
+void diffRows(const NetworkRows &before, const NetworkRows &after,
+              const std::function<void(const RowChange &)> &use);
+
 } // namespace moratools

@@ -8,12 +8,20 @@ NetworkRows::NetworkRows(const QSqlDatabase &db, const QString &store,
                          const QHash<QString, StoreTable> &tables, bool hasSeveralNetworks, long netId)
     : mDb(db), mStore(store), mTables(tables), mHasSeveralNetworks(hasSeveralNetworks), mNetId(netId) {}
 
+NetworkRows NetworkRows::restrictedTo(const QString &condition) const {
+    NetworkRows rows = *this;
+    rows.mRestriction = condition;
+    return rows;
+}
+
 const StoreTable *NetworkRows::table(const QString &named) const {
     const auto found = mTables.constFind(named.toLower());
     return found == mTables.constEnd() ? nullptr : &*found;
 }
 
 QString NetworkRows::condition(const StoreTable &table) const {
+    if (!mRestriction.isEmpty())
+        return QStringLiteral(" where ") + mRestriction;
     // In a store of one network every row is its own, whatever number stands in it.
     if (!mHasSeveralNetworks)
         return {};
@@ -39,7 +47,7 @@ RowCursor NetworkRows::read(const StoreTable &table, const catalogue::Table &ent
                       .arg(columns.join(QLatin1Char(',')), quotedName(table.name), condition(table));
     if (!by.isEmpty())
         sql += QStringLiteral(" order by ") + by.join(QLatin1Char(','));
-    return {mDb, mStore, table, sql};
+    return {mDb, mStore, table, sql, mRestriction.isEmpty() ? RowCursor::Pull::Single : RowCursor::Pull::All};
 }
 
 } // namespace moratools

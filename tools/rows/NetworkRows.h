@@ -23,6 +23,10 @@ public:
     NetworkRows(const QSqlDatabase &db, const QString &store, const QHash<QString, StoreTable> &tables,
                 bool hasSeveralNetworks, long netId);
 
+    /// Those of the same tables that a condition holds of, whatever their network. Cursors over them hold all
+    /// of them, so that there may be several at a time.
+    NetworkRows restrictedTo(const QString &condition) const;
+
     const QSqlDatabase &db() const { return mDb; }
     const QString &store() const { return mStore; }
     long netId() const { return mNetId; }
@@ -40,6 +44,7 @@ private:
     QHash<QString, StoreTable> mTables;
     bool mHasSeveralNetworks;
     long mNetId;
+    QString mRestriction;
 };
 
 } // namespace moratools

@@ -26,6 +26,7 @@ struct Question {
     QString store;
     StoreTable table;
     QString sql;
+    RowCursor::Pull pull;
 
     [[noreturn]] void refuse(const QString &reason) const {
         throw Failure(QStringLiteral("%1: the store cannot be read (%2); check it, or the server")
@@ -74,7 +75,8 @@ class QuerySource : public RowCursor::Source {
 public:
     explicit QuerySource(const Question &question)
         : Source(question), mQuery(question.db), mIsSqlite(engine::isSqlite(question.db)) {
-        mQuery.setForwardOnly(true); // of a server this takes the rows one by one
+        // Of a server this takes the rows one by one.
+        mQuery.setForwardOnly(question.pull == RowCursor::Pull::Single || mIsSqlite);
         if (!mQuery.exec(question.sql))
             question.refuse(mQuery.lastError().databaseText());
     }
@@ -244,8 +246,8 @@ std::unique_ptr<RowCursor::Source> sourceFor(const Question &question) {
 } // namespace
 
 RowCursor::RowCursor(const QSqlDatabase &db, const QString &store, const StoreTable &table,
-                     const QString &sql)
-    : mSource(sourceFor({db, store, table, sql})) {}
+                     const QString &sql, Pull pull)
+    : mSource(sourceFor({db, store, table, sql, pull})) {}
 
 RowCursor::RowCursor(RowCursor &&other) noexcept = default;
 

@@ -12,12 +12,19 @@
 namespace moratools {
 
 /// The rows that a statement gives, pulled one by one: what is held does not grow with their number, on
-/// either engine. On a server no other statement may run on the connection meanwhile.
+/// either engine. On a server no other statement may run on the connection meanwhile, unless all are pulled.
 class MORATOOLS_EXPORT RowCursor {
 public:
+    /// How rows of a server come.
+    enum class Pull {
+        Single, ///< one by one
+        All     ///< at once, so that other statements may run meanwhile
+    };
+
     /// `sql` selects the columns of `table` in their order. `store` is what messages call the store. Throws
     /// `Failure` when the store refuses the statement.
-    RowCursor(const QSqlDatabase &db, const QString &store, const StoreTable &table, const QString &sql);
+    RowCursor(const QSqlDatabase &db, const QString &store, const StoreTable &table, const QString &sql,
+              Pull pull = Pull::Single);
     RowCursor(RowCursor &&other) noexcept;
     ~RowCursor();
 

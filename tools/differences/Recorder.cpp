@@ -1,0 +1,206 @@
+#include "tools/differences/Recorder.h"
+
+#include "store/core/Engine.h"
+#include "store/opening/RecordRows.h"
+#include "tools/differences/NetworkDiff.h"
+#include "tools/reports/Failure.h"
+#include "tools/rows/NetworkRows.h"
+#include "tools/session/StoreSession.h"
+
+#include <QSqlError>
+#include <QSqlQuery>
+#include <QStringList>
+
+#include <iterator>
+
+namespace moratools {
+
+namespace {
+
+constexpr char kPrefix[] = "morastore_recorded_";
+/// The column that says whether a row came or went.
+constexpr char kCame[] = "morastore_came";
+/// In a file: whether the triggers are at work.
+constexpr char kSwitch[] = "morastore_recording";
+constexpr const char *kEvents[] = {"insert", "update", "delete"};
+
+/// "old.a, old.b"
+QString valuesOf(const QString &row, const StoreTable &table) {
+    QStringList values;
+    for (const StoreColumn &column : table.columns)
+        values.append(row + QLatin1Char('.') + quotedName(column.name));
+    return values.join(QLatin1String(", "));
+}
+
+} // namespace
+
+Recorder::Recorder(const StoreSession &store, long netId)
+    : mStore(store),
+      mNetId(netId),
+      mIsSqlite(engine::isSqlite(store.db())),
+      mTemporary(QLatin1String(mIsSqlite ? "temp." : "pg_temp.")) {
+    requireNoTransaction();
+    if (QSqlQuery(QStringLiteral("select isOn from %1").arg(mTemporary + QLatin1String(kSwitch)), store.db())
+            .isActive())
+        throw Failure(QStringLiteral("the changes of this session have a recorder already"));
+    run(QStringLiteral("begin"));
+    try {
+        prepare();
+        run(QStringLiteral("commit"));
+    } catch (const Failure &) {
+        QSqlQuery(QStringLiteral("rollback"), store.db());
+        throw;
+    }
+}
+
+Recorder::~Recorder() {
+    if (mIsRecording)
+        stop();
+    drop();
+}
+
+void Recorder::prepare() {
+    run(QStringLiteral("create temp table %1 as select 0 as isOn").arg(QLatin1String(kSwitch)));
+    const QHash<QString, StoreTable> tables = storeTables(mStore.db());
+    for (const catalogue::Table &entry : catalogue::tables()) {
+        const QString name = QString::fromLatin1(entry.name).toLower();
+        const auto table = tables.constFind(name);
+        // What belongs to no network is no part of one.
+        if (table == tables.constEnd() || (mStore.hasSeveralNetworks() && !table->isNetworkScoped()))
+            continue;
+        StoreTable kept = *table;
+        kept.name = QLatin1String(kPrefix) + name;
+        run(QStringLiteral("create temp table %1 as select 1 = 1 as %2, t.* from %3 t where 1 = 0")
+                .arg(kept.name, QLatin1String(kCame), quotedName(table->name)));
+        mKept.insert(name, kept);
+        if (mIsSqlite)
+            prepareTriggers(*table, kept);
+    }
+}
+
+void Recorder::prepareTriggers(const StoreTable &table, const StoreTable &kept) const {
+    const StoreColumn *network =
+        mStore.hasSeveralNetworks() ? table.column(QStringLiteral("netid")) : nullptr;
+    const QString went = QStringLiteral("(0, %1)").arg(valuesOf(QStringLiteral("old"), table));
+    const QString came = QStringLiteral("(1, %1)").arg(valuesOf(QStringLiteral("new"), table));
+    const QString rows[] = {came, went + QLatin1String(", ") + came, went};
+    for (std::size_t i = 0; i < std::size(kEvents); ++i) {
+        const QString ofNetwork = network ? QStringLiteral(" and %1.%2 = %3")
+                                                .arg(QLatin1String(i == 0 ? "new" : "old"),
+                                                     quotedName(network->name), QString::number(mNetId))
+                                          : QString();
+        run(QStringLiteral("create temp trigger %1_%2 after %2 on main.%3 when (select isOn from %4)%5 "
+                           "begin insert into %1 values %6; end")
+                .arg(kept.name, QLatin1String(kEvents[i]), quotedName(table.name), QLatin1String(kSwitch),
+                     ofNetwork, rows[i]));
+    }
+}
+
+void Recorder::begin() {
+    if (mIsRecording)
+        throw Failure(QStringLiteral("changes of the store are being recorded already; end that first"));
+    requireNoTransaction();
+    forget();
+    if (mIsSqlite) {
+        run(QStringLiteral("update temp.%1 set isOn = 1").arg(QLatin1String(kSwitch)));
+    } else {
+        QHash<QString, QString> tables;
+        for (auto kept = mKept.cbegin(); kept != mKept.cend(); ++kept)
+            tables.insert(kept.key(), mTemporary + kept->name);
+        recordRows(mStore.db(), tables,
+                   mStore.hasSeveralNetworks() ? QStringLiteral("NetId = %1").arg(mNetId) : QString());
+    }
+    mIsRecording = true;
+}
+
+std::vector<RowChange> Recorder::end() {
+    if (!mIsRecording)
+        throw Failure(QStringLiteral("changes of the store are not being recorded; begin first"));
+    requireNoTransaction();
+    NetworkRows rows(mStore.db(), QStringLiteral("the recorded changes"), written(), false, mNetId);
+    const NetworkRows went = rows.restrictedTo(QStringLiteral("not ") + QLatin1String(kCame));
+    const NetworkRows came = rows.restrictedTo(QLatin1String(kCame));
+    std::vector<RowChange> changes;
+    diffRows(went, came, [&](const RowChange &change) { changes.push_back(change); });
+    stop();
+    forget();
+    return changes;
+}
+
+void Recorder::cancel() {
+    if (!mIsRecording)
+        return;
+    stop();
+    if (QSqlDatabase(mStore.db()).isOpen())
+        forget();
+}
+
+void Recorder::stop() {
+    mIsRecording = false;
+    if (mIsSqlite)
+        QSqlQuery(QStringLiteral("update temp.%1 set isOn = 0").arg(QLatin1String(kSwitch)), mStore.db());
+    else
+        recordNoRows(mStore.db());
+}
+
+QHash<QString, StoreTable> Recorder::written() const {
+    QStringList questions;
+    for (auto kept = mKept.cbegin(); kept != mKept.cend(); ++kept)
+        questions.append(
+            QStringLiteral("select '%1' where exists (select 1 from %2)").arg(kept.key(), kept->name));
+    QSqlQuery query(mStore.db());
+    query.setForwardOnly(true);
+    if (!query.exec(questions.join(QLatin1String(" union all "))))
+        refuse(query.lastError().databaseText());
+    QHash<QString, StoreTable> tables;
+    while (query.next())
+        tables.insert(query.value(0).toString(), mKept.value(query.value(0).toString()));
+    return tables;
+}
+
+void Recorder::forget() const {
+    const QHash<QString, StoreTable> tables = written();
+    for (const StoreTable &kept : tables)
+        run(QLatin1String(mIsSqlite ? "delete from " : "truncate ") + mTemporary + kept.name);
+}
+
+void Recorder::drop() const {
+    QStringList tables{mTemporary + QLatin1String(kSwitch)};
+    for (const StoreTable &kept : mKept) {
+        for (const char *event : kEvents) {
+            if (mIsSqlite)
+                QSqlQuery(
+                    QStringLiteral("drop trigger %1%2_%3").arg(mTemporary, kept.name, QLatin1String(event)),
+                    mStore.db());
+        }
+        tables.append(mTemporary + kept.name);
+    }
+    // With a connection that is gone they have gone, too.
+    for (const QString &table : qAsConst(tables))
+        QSqlQuery(QStringLiteral("drop table ") + table, mStore.db());
+}
+
+void Recorder::requireNoTransaction() const {
+    QSqlQuery query(mStore.db());
+    // SQLite refuses a transaction in another one, a server a savepoint outside of any.
+    const bool done = query.exec(mIsSqlite ? QStringLiteral("begin") : QStringLiteral("savepoint recorder"));
+    const bool isFailed = query.lastError().nativeErrorCode() == QLatin1String("25P02");
+    const bool isInside = mIsSqlite ? !done : done || isFailed;
+    if (done)
+        query.exec(mIsSqlite ? QStringLiteral("commit") : QStringLiteral("release savepoint recorder"));
+    if (isInside)
+        throw Failure(QStringLiteral(
+            "changes are not recorded from, or up to, the middle of a transaction; end it first"));
+}
+
+void Recorder::run(const QString &sql) const {
+    QSqlQuery query(mStore.db());
+    if (!query.exec(sql))
+        refuse(query.lastError().databaseText());
+}
+
+void Recorder::refuse(const QString &reason) const {
+    throw Failure(QStringLiteral("changes of the store cannot be recorded (%1)").arg(reason.simplified()));
+}
+
+} // namespace moratools
