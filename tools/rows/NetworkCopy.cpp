@@ -45,6 +45,11 @@ public:
           mChanges{target.networkId(network.id), mIds, mWords, 0} {}
 
     CopiedNetwork run(const QString &name, Progression &progression);
+    /// In place of new identifiers for those that the target has.
+    void give(const Renumbering &ids) {
+        mIds = ids;
+        mAreIdsGiven = true;
+    }
 
 private:
     void renumber();
@@ -57,6 +62,7 @@ private:
     const StoreReader::Network &mNetwork;
     const CopyTarget &mTarget;
     Renumbering mIds;
+    bool mAreIdsGiven = false;
     Translation mWords;
     RowChanges mChanges;
     CopiedNetwork mResult;
@@ -77,7 +83,7 @@ CopiedNetwork NetworkCopy::run(const QString &name, Progression &progression) {
 
 void NetworkCopy::renumber() {
     for (const catalogue::Table &entry : catalogue::tables()) {
-        if (entry.uniqueId())
+        if (entry.uniqueId() && !mAreIdsGiven)
             renumber(entry);
     }
 }
@@ -176,6 +182,19 @@ void requireFreeNames(const StoreSession &store, const QList<StoreReader::Networ
                               .arg(own));
         names.insert(own);
     }
+}
+
+CopiedNetwork copyWithIds(StoreReader &source, const StoreSession &store, const StoreReader::Network &network,
+                          const Renumbering &ids) {
+    GuardedTransaction transaction(store);
+    const CopyTarget target(store);
+    Progression progression(source, {network}, {});
+    NetworkCopy copy(source, network, target);
+    copy.give(ids);
+    const CopiedNetwork copied = copy.run({}, progression);
+    source.finish();
+    transaction.commit();
+    return copied;
 }
 
 QList<CopiedNetwork> copyNetworks(StoreReader &source, const StoreSession &store,

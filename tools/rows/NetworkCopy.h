@@ -2,6 +2,7 @@
 
 #include "tools/MoraToolsExport.h"
 #include "tools/reports/Progress.h"
+#include "tools/rows/Renumbering.h"
 #include "tools/rows/StoreReader.h"
 
 namespace moratools {
@@ -30,5 +31,10 @@ MORATOOLS_EXPORT void requireFreeNames(const StoreSession &target,
 MORATOOLS_EXPORT QList<CopiedNetwork> copyNetworks(StoreReader &source, const StoreSession &target,
                                                    const QList<StoreReader::Network> &networks,
                                                    const QString &name, const Progress &progress = {});
+
+/// Copies a network, all or nothing, into a store that has none, under identifiers that are given; lane
+/// connectors need some of their own. Throws `Failure`, and then the target is as it was.
+MORATOOLS_EXPORT CopiedNetwork copyWithIds(StoreReader &source, const StoreSession &target,
+                                           const StoreReader::Network &network, const Renumbering &ids);
 
 } // namespace moratools

@@ -58,6 +58,7 @@ void TableCopy::plan(const StoreTable &target) {
                 cell.filling = filling.value;
         }
         cell.isId = isNamed(mEntry.uniqueId(), column.key);
+        cell.isOwnId = isNamed(mEntry.id, column.key);
         cell.isNumber = cell.isId || (mEntry.isIdTold && isNamed(mEntry.id, column.key));
         for (const char *word : mEntry.words)
             cell.isWord = cell.isWord || isNamed(word, column.key);
@@ -106,7 +107,7 @@ QVariant TableCopy::copied(const Cell &cell, const StoreReader::Row &row) {
         value = mChanges.nextLaneConnector++;
     if (cell.isWord && mChanges.words.apply(value))
         ++mWords;
-    if (!cell.isNumber && !cell.reference)
+    if (!cell.isNumber && !cell.isOwnId && !cell.reference)
         return value;
     // Identifiers are integers; SQLite may hold them as reals.
     if (!rowvalue::fit(value, ColumnKind::Integer, true) || !value.isValid())
@@ -118,7 +119,8 @@ QVariant TableCopy::copied(const Cell &cell, const StoreReader::Row &row) {
     }
     if (cell.source >= 0)
         value = mChanges.ids.of(QString::fromLatin1(mEntry.name), value.toLongLong());
-    mLargestNumber = std::max(mLargestNumber, value.toLongLong());
+    if (cell.isNumber)
+        mLargestNumber = std::max(mLargestNumber, value.toLongLong());
     return value;
 }
 

@@ -59,7 +59,8 @@ private:
         int source = -1; ///< index of the source's column
         QVariant filling;
         bool isFixed = false;
-        bool isId = false;
+        bool isId = false;     ///< unique in the store
+        bool isOwnId = false;  ///< numbers the rows of the table
         bool isNumber = false; ///< counted by the store: identifiers, and codes that are not renumbered
         bool isWord = false;
         const catalogue::Reference *reference = nullptr;
