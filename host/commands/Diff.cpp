@@ -1,6 +1,7 @@
 #include "host/Printable.h"
 #include "host/ProgressBar.h"
 #include "host/commands/Commands.h"
+#include "tools/differences/AlignedNetwork.h"
 #include "tools/differences/DifferenceReport.h"
 #include "tools/differences/NetworkDiff.h"
 #include "tools/differences/PatchText.h"
@@ -9,6 +10,8 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
+
+#include <memory>
 
 using namespace moratools;
 
@@ -22,6 +25,7 @@ struct Options {
     std::string net;
     std::string otherNet;
     std::string patch;
+    std::string by = "number";
     bool summary = false;
     bool json = false;
     bool exitCode = false;
@@ -58,14 +62,30 @@ QString textOf(const QStringList &lines) {
     return text;
 }
 
+/// The second network under the numbers of the first; null where these tell what is the same.
+std::unique_ptr<AlignedNetwork> alignedBy(const std::string &by, const StoreReader &one,
+                                          const NamedNetwork &first, StoreReader &other,
+                                          const NamedNetwork &second) {
+    if (by == "number")
+        return nullptr;
+    const Matching matching = by == "geometry" ? Matching::NamesThenGeometry : Matching::Names;
+    auto aligned = std::make_unique<AlignedNetwork>(one, first, other, second, matching);
+    for (const QString &line : aligned->alignment().remarks())
+        tell(line);
+    return aligned;
+}
+
 void diff(const Options &options) {
     const QString patch = QString::fromStdString(options.patch);
     if (!patch.isEmpty())
         requireOutputPath(patch, QStringLiteral("patch"));
     const StoreReader one(QString::fromStdString(options.one));
-    const StoreReader other(QString::fromStdString(options.other));
+    StoreReader given(QString::fromStdString(options.other));
     const NamedNetwork first = chosen(one, options.net);
-    const NamedNetwork second = chosen(other, options.otherNet);
+    const NamedNetwork asGiven = chosen(given, options.otherNet);
+    const std::unique_ptr<AlignedNetwork> aligned = alignedBy(options.by, one, first, given, asGiven);
+    const StoreReader &other = aligned ? aligned->store() : given;
+    const NamedNetwork &second = aligned ? aligned->network() : asGiven;
     DifferenceReport report;
     QByteArray lines;
     QJsonArray changes;
@@ -104,7 +124,7 @@ void addDiff(CLI::App &program, Run &run) {
     CLI::App *command = program.add_subcommand(
         "diff",
         "Say what differs between two networks of any stores, object by object, or write it as a patch. "
-        "Objects are the same by their numbers.");
+        "Objects are the same by their numbers, unless --by says otherwise.");
     command->add_option("A", options->one, kStoreHelp)->required();
     command->add_option("B", options->other, kStoreHelp)->required();
     command->add_option("--net", options->net, "Network of A: number or name; default: the store's first")
@@ -116,6 +136,12 @@ void addDiff(CLI::App &program, Run &run) {
         ->add_option("-o,--output", options->patch,
                      "Patch to write, for \"apply\": it makes B's network of A's")
         ->type_name("FILE");
+    command
+        ->add_option("--by", options->by,
+                     "What is the same: by number; by name, for networks that were made independently; or by "
+                     "geometry, which also matches links whose names differ and says so")
+        ->check(CLI::IsMember({"number", "name", "geometry"}))
+        ->capture_default_str();
     command->add_flag("--summary", options->summary, "Only how many objects of each kind differ");
     command->add_flag("--json", options->json, "Everything as JSON");
     command->add_flag("--exit-code", options->exitCode, "End with 3 where anything differs");

@@ -23,7 +23,7 @@ void copyAs(StoreReader &source, const NamedNetwork &network, const QString &pat
 } // namespace
 
 AlignedNetwork::AlignedNetwork(const StoreReader &one, const NamedNetwork &first, StoreReader &other,
-                               const NamedNetwork &second)
+                               const NamedNetwork &second, Matching matching)
     : mAddress(mFolder.newFile(QStringLiteral("aligned.db"))) {
     std::unique_ptr<TemporaryFolder> between;
     std::unique_ptr<StoreReader> numbered;
@@ -37,7 +37,7 @@ AlignedNetwork::AlignedNetwork(const StoreReader &one, const NamedNetwork &first
         source = numbered.get();
         network = source->networks().first();
     }
-    mAlignment = alignByName(one, first, *source, network);
+    mAlignment = align(one, first, *source, network, matching);
     copyAs(*source, network, mAddress.path(), mAlignment.ids);
     mStore = std::make_unique<StoreReader>(mAddress);
 }

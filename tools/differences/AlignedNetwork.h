@@ -13,7 +13,7 @@ class MORATOOLS_EXPORT AlignedNetwork {
 public:
     /// Throws `Failure` where a store cannot be read, or the copy not be made. `other` is done with afterwards.
     AlignedNetwork(const StoreReader &one, const NamedNetwork &first, StoreReader &other,
-                   const NamedNetwork &second);
+                   const NamedNetwork &second, Matching matching = Matching::Names);
     ~AlignedNetwork();
 
     const Alignment &alignment() const { return mAlignment; }

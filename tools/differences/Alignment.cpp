@@ -1,10 +1,16 @@
 #include "tools/differences/Alignment.h"
 
 #include "store/catalogue/Catalogue.h"
+#include "tools/rows/TableCopy.h"
 
 #include <QHash>
 
+#include <QSet>
+
 #include <algorithm>
+#include <cmath>
+#include <functional>
+#include <limits>
 
 namespace moratools {
 
@@ -85,9 +91,55 @@ struct Side {
     }
 };
 
-class Matching {
+struct NamedLink {
+    qint64 id;
+    QString name;
+};
+
+/// Links for which `isWanted` holds, by the points where they begin and end.
+QHash<QByteArray, std::vector<NamedLink>> linksByEnds(const Side &side,
+                                                      const std::function<bool(qint64)> &isWanted) {
+    // Coordinates are drawn, and rounded, to centimetres.
+    constexpr double cells = 10; // in a metre
+    struct Ends {
+        std::pair<qint64, qint64> first{std::numeric_limits<qint64>::max(), 0}; ///< number, vertex
+        std::pair<qint64, qint64> last{std::numeric_limits<qint64>::min(), 0};
+    };
+    QHash<qint64, Ends> ends;
+    side.read("LinkVertex", {"linkID", "num", "vertexID"}, [&](const QVector<QVariant> &values) {
+        const qint64 link = values[0].toLongLong();
+        if (!isWanted(link))
+            return;
+        const std::pair<qint64, qint64> point(values[1].toLongLong(), values[2].toLongLong());
+        Ends &of = ends[link];
+        of.first = std::min(of.first, point);
+        of.last = std::max(of.last, point);
+    });
+    QHash<qint64, QByteArray> places;
+    for (const Ends &of : qAsConst(ends)) {
+        places.insert(of.first.second, {});
+        places.insert(of.last.second, {});
+    }
+    side.read("Vertex", {"VertexID", "x", "y"}, [&](const QVector<QVariant> &values) {
+        const auto place = places.find(values[0].toLongLong());
+        if (place != places.end())
+            *place = QByteArray::number(std::floor(values[1].toDouble() * cells), 'f', 0) + ' ' +
+                     QByteArray::number(std::floor(values[2].toDouble() * cells), 'f', 0);
+    });
+    QHash<QByteArray, std::vector<NamedLink>> found;
+    side.read("Link", {"linkID", "linkName"}, [&](const QVector<QVariant> &values) {
+        const auto of = ends.constFind(values[0].toLongLong());
+        if (of != ends.constEnd() && of->first.second != of->last.second)
+            found[places.value(of->first.second) + ' ' + places.value(of->last.second)].push_back(
+                {values[0].toLongLong(), values[1].toString()});
+    });
+    return found;
+}
+
+class Matcher {
 public:
-    Matching(const Side &first, const Side &second) : mFirst(first), mSecond(second) {}
+    Matcher(const Side &first, const Side &second, Matching matching)
+        : mFirst(first), mSecond(second), mMatching(matching) {}
 
     Alignment run();
 
@@ -97,19 +149,24 @@ private:
     void match(const Place &place);
     RowsByPlace rows(const Side &side, const Place &place, bool isSecond) const;
     void pair(const QString &table, const Ids &first, const Ids &second);
+    void matchByGeometry();
     void matchNodes();
     void matchVertices();
     void number(const catalogue::Table &entry);
 
     const Side mFirst;
     const Side mSecond;
+    const Matching mMatching;
     QHash<QString, Matched> mMatched;
     Alignment mResult;
 };
 
-Alignment Matching::run() {
-    for (const Place &place : places())
+Alignment Matcher::run() {
+    for (const Place &place : places()) {
         match(place);
+        if (mMatching == Matching::NamesThenGeometry && qstrcmp(place.table, "Link") == 0)
+            matchByGeometry();
+    }
     matchNodes();
     matchVertices();
     for (const catalogue::Table &entry : catalogue::tables()) {
@@ -121,11 +178,16 @@ Alignment Matching::run() {
 
 /// Rows by what tells them apart. References are to rows of the first network, and of a row of the second that
 /// refers to one that only the second has nobody knows what it corresponds to.
-RowsByPlace Matching::rows(const Side &side, const Place &place, bool isSecond) const {
+RowsByPlace Matcher::rows(const Side &side, const Place &place, bool isSecond) const {
     const catalogue::Table &entry = *catalogue::find(QLatin1String(place.table));
     std::vector<const char *> columns{entry.id};
     columns.insert(columns.end(), place.columns.begin(), place.columns.end());
     std::vector<const char *> refers(columns.size(), nullptr);
+    const auto isWord = [&entry](const char *column) {
+        return std::any_of(entry.words.begin(), entry.words.end(),
+                           [column](const char *word) { return qstricmp(word, column) == 0; });
+    };
+    Translation words(mSecond.store.language(mSecond.network), mFirst.store.language(mFirst.network));
     for (std::size_t i = 1; i < columns.size(); ++i) {
         for (const catalogue::Reference &reference : entry.references) {
             if (reference.table && qstricmp(reference.column, columns[i]) == 0)
@@ -146,6 +208,8 @@ RowsByPlace Matching::rows(const Side &side, const Place &place, bool isSecond) 
                     return;
                 value = *first;
             }
+            if (isSecond && isWord(columns[std::size_t(i)]))
+                words.apply(value);
             rowvalue::appendCanonical(text, value);
         }
         found[text].push_back(values[0].toLongLong());
@@ -153,7 +217,7 @@ RowsByPlace Matching::rows(const Side &side, const Place &place, bool isSecond) 
     return found;
 }
 
-void Matching::match(const Place &place) {
+void Matcher::match(const Place &place) {
     const QString table = QLatin1String(place.table);
     RowsByPlace first = rows(mFirst, place, false);
     const RowsByPlace second = rows(mSecond, place, true);
@@ -161,7 +225,7 @@ void Matching::match(const Place &place) {
         pair(table, first.value(group.key()), *group);
 }
 
-void Matching::pair(const QString &table, const Ids &first, const Ids &second) {
+void Matcher::pair(const QString &table, const Ids &first, const Ids &second) {
     if (first.empty())
         return;
     if (first.size() != second.size()) {
@@ -176,8 +240,27 @@ void Matching::pair(const QString &table, const Ids &first, const Ids &second) {
         mMatched[table].insert(b[i], a[i]);
 }
 
+/// Links that have no counterpart, by where they begin and end.
+void Matcher::matchByGeometry() {
+    Matched &links = mMatched[QStringLiteral("Link")];
+    const QList<qint64> known = links.values();
+    const QSet<qint64> taken(known.begin(), known.end());
+    const auto first = linksByEnds(mFirst, [&](qint64 id) { return !taken.contains(id); });
+    const auto second = linksByEnds(mSecond, [&](qint64 id) { return !links.contains(id); });
+    for (auto group = second.cbegin(); group != second.cend(); ++group) {
+        const std::vector<NamedLink> same = first.value(group.key());
+        if (same.size() != 1 || group->size() != 1)
+            continue;
+        links.insert(group->front().id, same.front().id);
+        mResult.byGeometry.append(QStringLiteral("link %1 \"%2\" is link %3 \"%4\" by its geometry")
+                                      .arg(QString::number(same.front().id), same.front().name,
+                                           QString::number(group->front().id), group->front().name));
+    }
+    mResult.byGeometry.sort();
+}
+
 /// By their names; those that share one are told apart by the links that begin and end there.
-void Matching::matchNodes() {
+void Matcher::matchNodes() {
     const auto named = [](const Side &side) {
         RowsByPlace found;
         side.read("Node", {"nodeID", "nodeName"}, [&](const QVector<QVariant> &values) {
@@ -219,7 +302,7 @@ void Matching::matchNodes() {
 }
 
 /// By the nodes that are there, and by their places in links.
-void Matching::matchVertices() {
+void Matcher::matchVertices() {
     Matched &vertices = mMatched[QStringLiteral("Vertex")];
     QHash<qint64, bool> taken;
     const auto carry = [&](const char *table, const char *owner, const char *carrier,
@@ -253,7 +336,7 @@ void Matching::matchVertices() {
 }
 
 /// What the second's rows of a table are called from now on.
-void Matching::number(const catalogue::Table &entry) {
+void Matcher::number(const catalogue::Table &entry) {
     const QString name = QLatin1String(entry.name);
     Ids own = mSecond.idsOf(entry);
     const Ids first = mFirst.idsOf(entry);
@@ -281,8 +364,8 @@ void Matching::number(const catalogue::Table &entry) {
 
 } // namespace
 
-QStringList Alignment::ambiguities() const {
-    QStringList lines;
+QStringList Alignment::remarks() const {
+    QStringList lines = byGeometry;
     for (const auto &each : counts) {
         if (each.second.ambiguous > 0)
             lines.append(
@@ -292,9 +375,9 @@ QStringList Alignment::ambiguities() const {
     return lines;
 }
 
-Alignment alignByName(const StoreReader &one, const NamedNetwork &first, const StoreReader &other,
-                      const NamedNetwork &second) {
-    return Matching({one, first}, {other, second}).run();
+Alignment align(const StoreReader &one, const NamedNetwork &first, const StoreReader &other,
+                const NamedNetwork &second, Matching matching) {
+    return Matcher({one, first}, {other, second}, matching).run();
 }
 
 } // namespace moratools

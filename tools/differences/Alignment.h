@@ -10,6 +10,12 @@
 
 namespace moratools {
 
+/// By what rows are matched.
+enum class Matching {
+    Names,
+    NamesThenGeometry, ///< links that no name matches by where they begin and end
+};
+
 /// How rows of two networks that were made independently correspond: by what people call them, not by their
 /// numbers.
 struct MORATOOLS_EXPORT Alignment {
@@ -26,8 +32,10 @@ struct MORATOOLS_EXPORT Alignment {
     Renumbering ids;
     std::map<QString, Count> counts; ///< by table, of those that were compared
 
-    /// What was not matched since several are called the same, a line for each table.
-    QStringList ambiguities() const;
+    QStringList byGeometry; ///< a line for each link that was matched by where it lies
+
+    /// `byGeometry`, and what was not matched since several are called the same, a line for each table.
+    QStringList remarks() const;
 };
 
 /// Matches the rows of two networks: links, nodes, signal groups and whatever has a name by that (what stands
@@ -35,7 +43,7 @@ struct MORATOOLS_EXPORT Alignment {
 /// their lanes, vertices by what has them, parts by what they belong to and their order in it. Rows that
 /// nothing tells apart correspond in the order of their identifiers where both networks have equally many, and
 /// not at all elsewhere. Throws `Failure` where a store cannot be read.
-MORATOOLS_EXPORT Alignment alignByName(const StoreReader &one, const NamedNetwork &first,
-                                       const StoreReader &other, const NamedNetwork &second);
+MORATOOLS_EXPORT Alignment align(const StoreReader &one, const NamedNetwork &first, const StoreReader &other,
+                                 const NamedNetwork &second, Matching matching = Matching::Names);
 
 } // namespace moratools
