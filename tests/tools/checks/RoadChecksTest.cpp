@@ -40,13 +40,13 @@ TEST_F(RoadChecks, PathsCountWhereTheStoreKeepsThem) {
     EXPECT_EQ(findings(storeAfter({path(start, end)}), rule), Found());
     EXPECT_EQ(findings(storeAfter({path("\"x\":-11.89,\"y\":-7.7", end)}), rule), one); // of the lane beside
     EXPECT_EQ(findings(storeAfter({path(start, "\"x\":-2.62,\"y\":-18.9")}), rule), one);
-    // Beside the middle of a lane is on it, and edges that lie elsewhere are not asked then.
-    EXPECT_EQ(
-        findings(storeAfter({path("\"x\":-11.89,\"y\":-12.7", end),
-                             QStringLiteral("update Connector set leftBreakPointsJson = rightBreakPointsJson "
-                                            "where connID = 1")}),
-                 rule),
-        Found());
+    // Beside the middle of a lane is on it, and edges that lie elsewhere, those of connector 6, are not asked then.
+    const QString edges =
+        QStringLiteral("update Connector set (leftBreakPointsJson, rightBreakPointsJson) = (select "
+                       "leftBreakPointsJson, rightBreakPointsJson from Connector where connID = 6) "
+                       "where connID = 1");
+    EXPECT_EQ(findings(storeAfter({edges}), rule), one);
+    EXPECT_EQ(findings(storeAfter({edges, path("\"x\":-11.89,\"y\":-12.7", end)}), rule), Found());
 }
 
 TEST_F(RoadChecks, FindTheSameOnAServer) {
