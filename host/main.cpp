@@ -109,6 +109,8 @@ int main(int argc, char **argv) try {
     commands::addCopy(program, run);
     commands::addDigest(program, run);
     commands::addDiff(program, run);
+    commands::addApply(program, run);
+    commands::addInvert(program, run);
     commands::addRoundTrip(program, run);
     commands::addUpgrade(program, run);
     commands::addCompact(program, run);

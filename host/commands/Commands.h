@@ -51,6 +51,8 @@ void addDraw(CLI::App &program, Run &run);
 void addCopy(CLI::App &program, Run &run);
 void addDigest(CLI::App &program, Run &run);
 void addDiff(CLI::App &program, Run &run);
+void addApply(CLI::App &program, Run &run);
+void addInvert(CLI::App &program, Run &run);
 void addRoundTrip(CLI::App &program, Run &run);
 void addUpgrade(CLI::App &program, Run &run);
 void addCompact(CLI::App &program, Run &run);

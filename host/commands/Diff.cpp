@@ -1,6 +1,7 @@
 #include "host/Printable.h"
 #include "host/ProgressBar.h"
 #include "host/commands/Commands.h"
+#include "host/commands/PatchFile.h"
 #include "tools/differences/AlignedNetwork.h"
 #include "tools/differences/DifferenceReport.h"
 #include "tools/differences/NetworkDiff.h"
@@ -30,11 +31,6 @@ struct Options {
     bool json = false;
     bool exitCode = false;
 };
-
-/// The network that an option names; without one the store's first.
-NamedNetwork chosen(const StoreReader &store, const std::string &net) {
-    return store.networksOf(net.empty() ? std::vector<std::string>() : std::vector<std::string>{net}).first();
-}
 
 QJsonArray toJson(const QList<DifferenceReport::Count> &counts) {
     QJsonArray list;
@@ -81,8 +77,8 @@ void diff(const Options &options) {
         requireOutputPath(patch, QStringLiteral("patch"));
     const StoreReader one(QString::fromStdString(options.one));
     StoreReader given(QString::fromStdString(options.other));
-    const NamedNetwork first = chosen(one, options.net);
-    const NamedNetwork asGiven = chosen(given, options.otherNet);
+    const NamedNetwork first = networkOf(one, options.net);
+    const NamedNetwork asGiven = networkOf(given, options.otherNet);
     const std::unique_ptr<AlignedNetwork> aligned = alignedBy(options.by, one, first, given, asGiven);
     const StoreReader &other = aligned ? aligned->store() : given;
     const NamedNetwork &second = aligned ? aligned->network() : asGiven;

@@ -152,3 +152,21 @@ TEST_F(Killed, AnImportAndARemovalHappenOrDoNot) {
     killAtEvents(remove, after, 2, isRemoved);
     killByTheClock(remove, after, 30, isRemoved);
 }
+
+TEST_F(Killed, APatchIsAppliedOrIsNot) {
+    const QString before = newStore(QStringLiteral("before"));
+    ASSERT_EQ(run({QStringLiteral("import"), before, kExample}).exitCode, 0);
+    const QString edited = file(QStringLiteral("edited"));
+    ASSERT_TRUE(QFile::copy(before, edited));
+    alter(edited,
+          {QStringLiteral("update Lane set width = width + 1"), QStringLiteral("delete from SignalLamp"),
+           QStringLiteral("insert into GuideArrow select 1, laneID + 100, laneID, 1, 2, 3 from Lane")});
+    const QString patch = file(QStringLiteral("patch"));
+    ASSERT_EQ(run({QStringLiteral("diff"), before, edited, QStringLiteral("-o"), patch}).exitCode, 0);
+    const QString after = file(QStringLiteral("after"));
+    ASSERT_TRUE(QFile::copy(before, after));
+    ASSERT_EQ(run({QStringLiteral("apply"), after, patch}).exitCode, 0);
+    const Check isApplied = isOneOf(contentOf(before), contentOf(after));
+    killAtEvents({QStringLiteral("apply"), patch}, before, 5, isApplied);
+    killByTheClock({QStringLiteral("apply"), patch}, before, 20, isApplied);
+}

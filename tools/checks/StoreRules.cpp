@@ -1,7 +1,7 @@
 #include "tools/checks/Checked.h"
 #include "tools/checks/Finding.h"
-#include "tools/rows/FormatSchema.h"
 #include "tools/checks/RuleGroups.h"
+#include "tools/rows/FormatSchema.h"
 
 #include <QSqlQuery>
 #include <QVariant>

@@ -42,7 +42,7 @@ QSqlQuery CopyTarget::run(const QString &sql) const {
     if (query.exec(sql))
         return query;
     mStore.requireServerAlive();
-    throw Failure(QStringLiteral("the target refuses a statement (%1); nothing was copied")
+    throw Failure(QStringLiteral("the store refuses a statement (%1); nothing was changed")
                       .arg(query.lastError().databaseText().simplified()));
 }
 
@@ -136,11 +136,22 @@ void CopyTarget::raiseCounters(long netId, const catalogue::Table &entry, qint64
         raiseSequence(sequence(entry.name), largest);
         return;
     }
-    run(QStringLiteral("insert into IDGenerater(NetId, TableName, ID) select %1, '%2', %3 where not exists "
-                       "(select 1 from IDGenerater where NetId = %1 and TableName = '%2')")
-            .arg(QString::number(netId), QLatin1String(entry.name), QString::number(largest)));
-    run(QStringLiteral("update IDGenerater set ID = %3 where NetId = %1 and TableName = '%2' and ID < %3")
-            .arg(QString::number(netId), QLatin1String(entry.name), QString::number(largest)));
+    const QString name = QLatin1String(entry.name);
+    const QString count = QString::number(largest);
+    if (mStore.hasSeveralNetworks()) {
+        const QString net = QString::number(netId);
+        run(QStringLiteral(
+                "insert into IDGenerater(NetId, TableName, ID) select %1, '%2', %3 where not exists "
+                "(select 1 from IDGenerater where NetId = %1 and TableName = '%2')")
+                .arg(net, name, count));
+        run(QStringLiteral("update IDGenerater set ID = %3 where NetId = %1 and TableName = '%2' and ID < %3")
+                .arg(net, name, count));
+        return;
+    }
+    run(QStringLiteral("insert into IDGenerater(TableName, ID) select '%1', %2 where not exists "
+                       "(select 1 from IDGenerater where TableName = '%1')")
+            .arg(name, count));
+    run(QStringLiteral("update IDGenerater set ID = %2 where TableName = '%1' and ID < %2").arg(name, count));
 }
 
 void CopyTarget::raiseNetworkCounter(long netId) const {

@@ -15,7 +15,8 @@ namespace moratools {
 
 class StoreSession;
 
-/// The store of generation 6 that networks are copied into, within a transaction of the caller's.
+/// The store that rows of networks go into, within a transaction of the caller's. Copies ask for one of generation
+/// 6; the counters are raised in any.
 class CopyTarget {
 public:
     explicit CopyTarget(const StoreSession &store);

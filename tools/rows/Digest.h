@@ -7,6 +7,8 @@
 
 namespace moratools {
 
+class Translation;
+
 /// What a digest covers.
 enum class Covered {
     AllOfIt,
@@ -20,8 +22,8 @@ enum class Covered {
 /// `Net.sourceUrl` and `Configuration.saveDate`.
 MORATOOLS_EXPORT QString digestOf(const StoreReader &store, const StoreReader::Network &network,
                                   Covered covered = Covered::AllOfIt, const Progress &progress = {});
-/// The same, of rows as any connection sees them.
-MORATOOLS_EXPORT QString digestOf(const NetworkRows &rows, Covered covered = Covered::AllOfIt,
-                                  const Progress &progress = {});
+/// The same, of rows as any connection sees them, once `words` has put the words of the fixed vocabulary into
+/// another language.
+QString digestOf(const NetworkRows &rows, Translation &words);
 
 } // namespace moratools

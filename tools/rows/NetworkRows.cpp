@@ -1,6 +1,10 @@
 #include "tools/rows/NetworkRows.h"
 
 #include "store/core/Engine.h"
+#include "tools/reports/Failure.h"
+
+#include <QSqlError>
+#include <QSqlQuery>
 
 namespace moratools {
 
@@ -48,6 +52,23 @@ RowCursor NetworkRows::read(const StoreTable &table, const catalogue::Table &ent
     if (!by.isEmpty())
         sql += QStringLiteral(" order by ") + by.join(QLatin1Char(','));
     return {mDb, mStore, table, sql, mRestriction.isEmpty() ? RowCursor::Pull::Single : RowCursor::Pull::All};
+}
+
+Language NetworkRows::language() const {
+    const StoreTable *types = table(QStringLiteral("linktype"));
+    const StoreColumn *name = types ? types->column(QStringLiteral("typename")) : nullptr;
+    if (!name)
+        return Language::Unknown;
+    // What the library asks of a whole store when it opens it.
+    QSqlQuery rows(mDb);
+    if (!rows.exec(QStringLiteral("select count(*), count(case when %1 = '高速路' then 1 end) from %2%3")
+                       .arg(quotedName(name->name), quotedName(types->name), condition(*types))) ||
+        !rows.next())
+        throw Failure(QStringLiteral("%1: the store cannot be read (%2); check it, or the server")
+                          .arg(mStore, rows.lastError().databaseText().simplified()));
+    if (rows.value(0).toLongLong() == 0)
+        return Language::Unknown;
+    return rows.value(1).toLongLong() > 0 ? Language::Chinese : Language::English;
 }
 
 } // namespace moratools

@@ -10,6 +10,9 @@
 
 namespace moratools {
 
+/// The words that the link types of a network are in.
+enum class Language { Unknown, Chinese, English };
+
 /// In which order rows are read.
 enum class RowOrder {
     Written,  ///< as the rows were written, where the engine knows
@@ -37,6 +40,8 @@ public:
     RowCursor read(const StoreTable &table, const catalogue::Table &entry, RowOrder order) const;
     /// What a statement on the table asks for to have this network's rows alone: " where ..." or nothing.
     QString condition(const StoreTable &table) const;
+    /// What the link types of the network say. Throws `Failure` where they cannot be read.
+    Language language() const;
 
 private:
     QSqlDatabase mDb;

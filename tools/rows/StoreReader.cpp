@@ -220,17 +220,7 @@ QList<QPair<QString, qint64>> StoreReader::tablesBesides(const QList<Network> &n
 }
 
 Language StoreReader::language(const Network &network) const {
-    const StoreTable *types = table(QStringLiteral("linktype"));
-    const StoreColumn *name = types ? types->column(QStringLiteral("typename")) : nullptr;
-    if (!name || count(*types, network) == 0)
-        return Language::Unknown;
-    // What the library asks of a whole store when it opens it.
-    const QString where = condition(*types, network);
-    QSqlQuery rows = run(QStringLiteral("select 1 from %1%2 %3 %4 = '高速路'")
-                             .arg(quotedName(types->name), where,
-                                  where.isEmpty() ? QStringLiteral("where") : QStringLiteral("and"),
-                                  quotedName(name->name)));
-    return rows.next() ? Language::Chinese : Language::English;
+    return rowsOf(network).language();
 }
 
 void StoreReader::finish() {

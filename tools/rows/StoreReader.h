@@ -23,9 +23,6 @@ class QSqlQuery;
 
 namespace moratools {
 
-/// The words that the link types of a network are in.
-enum class Language { Unknown, Chinese, English };
-
 /// A store of any generation as rows, on a connection of its own: it is neither upgraded nor changed in any
 /// other way, and what is read is its state at one moment. One at a time.
 class MORATOOLS_EXPORT StoreReader {

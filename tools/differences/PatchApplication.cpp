@@ -1,0 +1,210 @@
+#include "tools/differences/PatchApplication.h"
+
+#include "store/core/Engine.h"
+#include "tools/differences/PatchedRows.h"
+#include "tools/reports/Failure.h"
+#include "tools/rows/CopyTarget.h"
+#include "tools/rows/Digest.h"
+#include "tools/rows/FormatSchema.h"
+#include "tools/rows/TableCopy.h"
+#include "tools/session/GuardedTransaction.h"
+#include "tools/session/StoreSession.h"
+
+#include <QSqlError>
+#include <QSqlQuery>
+
+#include <algorithm>
+
+namespace moratools {
+
+namespace {
+
+struct Line {
+    int number;
+    RowChange change;
+};
+
+std::vector<Line> linesOf(PatchReader &patch) {
+    std::vector<Line> lines;
+    RowChange change;
+    while (patch.next(change))
+        lines.push_back({patch.line(), change});
+    return lines;
+}
+
+/// Rows come before those that refer to them, and go after them. In between they change, so that a reference
+/// leads somewhere at any time.
+std::vector<const Line *> inOrder(const std::vector<Line> &lines) {
+    std::vector<const Line *> ordered;
+    for (const Line &line : lines)
+        ordered.push_back(&line);
+    const auto rank = [](const Line *line) {
+        static const RowChange::Kind kinds[] = {RowChange::Kind::Added, RowChange::Kind::Changed,
+                                                RowChange::Kind::Removed};
+        const auto step =
+            std::find(std::begin(kinds), std::end(kinds), line->change.kind) - std::begin(kinds);
+        const auto table = line->change.table - catalogue::tables().data();
+        return std::make_pair(step, line->change.kind == RowChange::Kind::Removed ? -table : table);
+    };
+    std::stable_sort(ordered.begin(), ordered.end(),
+                     [&rank](const Line *one, const Line *other) { return rank(one) < rank(other); });
+    return ordered;
+}
+
+class PatchApplication {
+public:
+    PatchApplication(const StoreSession &store, long netId, PatchReader &patch, Fitting fitting)
+        : mStore(store),
+          mPatch(patch),
+          mFitting(fitting),
+          mTarget(store),
+          mRows(store.db(), QStringLiteral("the store"), storeTables(store.db()), store.hasSeveralNetworks(),
+                netId),
+          mPatched(mRows),
+          mLanguage(mRows.language()) {}
+
+    PatchedNetwork run(std::vector<Line> &lines, const Progress &progress);
+
+private:
+    QString digest() const;
+    void requireFitting() const;
+    void translate(RowChange &change);
+    void make(const Line &line);
+    QString tried(const RowChange &change);
+    void execute(const char *sql) const;
+    void note(const RowChange &change);
+    void raiseCounters() const;
+
+    const StoreSession &mStore;
+    const PatchReader &mPatch;
+    Fitting mFitting;
+    CopyTarget mTarget;
+    NetworkRows mRows;
+    PatchedRows mPatched;
+    Language mLanguage;
+    QMap<const catalogue::Table *, qint64> mLargest;
+    PatchedNetwork mResult;
+};
+
+PatchedNetwork PatchApplication::run(std::vector<Line> &lines, const Progress &progress) {
+    reportShare(progress, 0);
+    if (mFitting == Fitting::Whole)
+        requireFitting();
+    constexpr double asMuch = 1.0 / 3; // the digests take the rest
+    const std::vector<const Line *> ordered = inOrder(lines);
+    for (Line &line : lines)
+        translate(line.change);
+    for (std::size_t i = 0; i < ordered.size(); ++i) {
+        make(*ordered[i]);
+        reportShare(progress, asMuch * (1 + double(i) / double(ordered.size())));
+    }
+    raiseCounters();
+    mResult.digest = digest();
+    if (mFitting == Fitting::Whole && mResult.digest != mPatch.header().after)
+        throw Failure(
+            QStringLiteral("the patch does not lead to the network whose digest it has; write it anew. "
+                           "Nothing was changed"));
+    return mResult;
+}
+
+QString PatchApplication::digest() const {
+    Translation words(mLanguage, mPatch.header().words);
+    return digestOf(mRows, words);
+}
+
+void PatchApplication::requireFitting() const {
+    const QString now = digest();
+    if (now == mPatch.header().before)
+        return;
+    throw Failure(
+        now == mPatch.header().after
+            ? QStringLiteral("the network has the changes of the patch already; nothing was changed")
+            : QStringLiteral("the network is not the one that the patch was made for (its digest is %1 "
+                             "and not %2); give that one, or --anyway for what fits. Nothing was changed")
+                  .arg(now.left(12), mPatch.header().before.left(12)));
+}
+
+/// Words as the store has them.
+void PatchApplication::translate(RowChange &change) {
+    Translation words(mPatch.header().words, mLanguage);
+    for (const char *column : change.table->words) {
+        const QString name = formatName(QLatin1String(change.table->name), QLatin1String(column));
+        for (RowValues *values : {&change.key, &change.before, &change.after}) {
+            const auto word = values->find(name);
+            if (word != values->end())
+                words.apply(*word);
+        }
+    }
+}
+
+void PatchApplication::make(const Line &line) {
+    const QString objection = tried(line.change);
+    if (objection.isEmpty()) {
+        note(line.change);
+        ++mResult.changes;
+        return;
+    }
+    mStore.requireServerAlive();
+    const QString what =
+        QStringLiteral("line %1, table %2: %3")
+            .arg(QString::number(line.number), QLatin1String(line.change.table->name), objection);
+    if (mFitting == Fitting::Whole)
+        throw Failure(
+            QStringLiteral("the patch does not fit (%1); write it anew. Nothing was changed").arg(what));
+    mResult.leftOut.append(what);
+}
+
+QString PatchApplication::tried(const RowChange &change) {
+    if (mFitting == Fitting::Whole)
+        return mPatched.make(change);
+    const QString dangling = mPatched.danglingAfter(change);
+    if (!dangling.isEmpty())
+        return dangling;
+    // A server takes nothing more after a statement that it has refused.
+    const bool isServer = engine::isPostgreSql(mStore.db());
+    if (isServer)
+        execute("savepoint change");
+    const QString objection = mPatched.make(change);
+    if (isServer)
+        execute(objection.isEmpty() ? "release savepoint change" : "rollback to savepoint change");
+    return objection;
+}
+
+void PatchApplication::execute(const char *sql) const {
+    QSqlQuery query(mStore.db());
+    if (!query.exec(QLatin1String(sql)))
+        throw Failure(QStringLiteral("the store cannot be written (%1); nothing was changed")
+                          .arg(query.lastError().databaseText().simplified()));
+}
+
+void PatchApplication::note(const RowChange &change) {
+    const catalogue::Table &table = *change.table;
+    // What stores count: identifiers, and codes that are told.
+    if (change.kind == RowChange::Kind::Removed || !(table.uniqueId() || (table.id && table.isIdTold)))
+        return;
+    const QString id = formatName(QLatin1String(table.name), QLatin1String(table.id));
+    const QVariant value =
+        change.kind == RowChange::Kind::Added ? change.after.value(id) : change.key.value(id);
+    mLargest[&table] = std::max(mLargest.value(&table), value.toLongLong());
+}
+
+void PatchApplication::raiseCounters() const {
+    for (auto largest = mLargest.cbegin(); largest != mLargest.cend(); ++largest) {
+        if (largest.value() > 0)
+            mTarget.raiseCounters(mRows.netId(), *largest.key(), largest.value());
+    }
+}
+
+} // namespace
+
+PatchedNetwork applyPatch(const StoreSession &store, long netId, PatchReader &patch, Fitting fitting,
+                          const Progress &progress) {
+    std::vector<Line> lines = linesOf(patch);
+    GuardedTransaction transaction(store);
+    const PatchedNetwork result = PatchApplication(store, netId, patch, fitting).run(lines, progress);
+    transaction.commit();
+    store.forgetIdentifiers(netId);
+    return result;
+}
+
+} // namespace moratools

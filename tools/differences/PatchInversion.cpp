@@ -1,0 +1,37 @@
+#include "tools/differences/PatchInversion.h"
+
+#include "tools/differences/PatchText.h"
+#include "tools/reports/Failure.h"
+
+#include <QIODevice>
+
+#include <utility>
+
+namespace moratools {
+
+namespace {
+
+void write(QIODevice &device, const QByteArray &line) {
+    if (device.write(line) != line.size())
+        throw Failure(
+            QStringLiteral("the patch cannot be written (%1); check the disk").arg(device.errorString()));
+}
+
+} // namespace
+
+void invertPatch(QIODevice &patch, const QString &name, QIODevice &inverse) {
+    PatchReader reader(patch, name);
+    PatchHeader header = reader.header();
+    std::swap(header.before, header.after);
+    write(inverse, patchtext::lineOf(header));
+    RowChange change;
+    while (reader.next(change)) {
+        std::swap(change.before, change.after);
+        if (change.kind != RowChange::Kind::Changed)
+            change.kind =
+                change.kind == RowChange::Kind::Added ? RowChange::Kind::Removed : RowChange::Kind::Added;
+        write(inverse, patchtext::lineOf(change));
+    }
+}
+
+} // namespace moratools

@@ -1,0 +1,43 @@
+#pragma once
+
+#include "tools/differences/RowChange.h"
+#include "tools/rows/NetworkRows.h"
+
+#include <QSqlQuery>
+#include <QVector>
+
+namespace moratools {
+
+/// The rows of a network in a store that is open for writing, one by one.
+class PatchedRows {
+public:
+    explicit PatchedRows(const NetworkRows &rows);
+
+    /// Makes a change where what it is about stands there as it says. Otherwise nothing changes, and the reason is
+    /// given, which ends a sentence; empty when it is done.
+    QString make(const RowChange &change);
+    /// Why the network would be worse for a change: it refers to what is not there, or takes away what others refer
+    /// to; empty where it would not.
+    QString danglingAfter(const RowChange &change) const;
+
+private:
+    struct StoredRow {
+        QVariant place; ///< what the engine calls it
+        RowValues values;
+    };
+    using Binding = QPair<const StoreColumn *, QVariant>;
+
+    QString add(const RowChange &change, const StoreTable &table);
+    QString update(const RowChange &change, const StoreTable &table);
+    QString remove(const RowChange &change, const StoreTable &table);
+    QList<StoredRow> find(const RowChange &change, const StoreTable &table, const RowValues &key) const;
+    /// Executes a statement with these values in the order of its placeholders.
+    QString run(const QString &sql, QVector<Binding> values, int rows) const;
+    bool isReferredTo(const catalogue::Table &to, const QVariant &id) const;
+    bool hasRow(const catalogue::Table &table, const char *column, const QVariant &value) const;
+
+    NetworkRows mRows;
+    bool mIsSqlite;
+};
+
+} // namespace moratools
