@@ -3,10 +3,13 @@
 #include "tools/checks/Checked.h"
 
 #include <QHash>
+#include <QPair>
+#include <QSet>
 
 namespace moratools {
 
-/// Who may drive where, as far as lanes say it: by their kind, and by the vehicle types that they are closed to.
+/// Who may drive where, as far as a store says it: by the kinds of lanes, and by the vehicle types that lanes and
+/// links are closed to.
 class Admission {
 public:
     /// Of the network, which must outlive this.
@@ -17,11 +20,14 @@ public:
     /// The first one that is called a bus; null when there is none.
     const VehicleType *bus() const { return mBus; }
 
-    /// Whether none of the lanes of a link may be used by vehicles of a type. A link without lanes is closed to none,
-    /// and lanes of kinds that are not in the vocabulary are open.
+    /// Whether vehicles of a type may use a link on none of its lanes. A link without lanes is closed to those alone
+    /// that are listed, and lanes of kinds that are not in the vocabulary are open.
     bool isClosed(const Link &link, const VehicleType &type) const;
 
 private:
+    void readClosedLinks(const Checked &checked);
+
+    QSet<QPair<qint64, qint64>> mClosed; ///< link and code of the type
     QHash<long, const VehicleType *> mTypes;
     const VehicleType *mBus = nullptr;
 };

@@ -49,6 +49,16 @@ TEST_F(RoadChecks, PathsCountWhereTheStoreKeepsThem) {
     EXPECT_EQ(findings(storeAfter({edges, path("\"x\":-11.89,\"y\":-12.7", end)}), rule), Found());
 }
 
+TEST_F(RoadChecks, LinksAreClosedByRowsOfTheirOwn) {
+    // Saloons, type 13, depart on links 2 and 3; a link that is closed to type 1 alone stays open to them.
+    const auto close = [](const char *rows) {
+        return QStringList{QStringLiteral("insert into LinkLimitVehicle values ") + QLatin1String(rows)};
+    };
+    const QStringList rule{QStringLiteral("departure-point.closed-road")};
+    EXPECT_EQ(findings(storeAfter(close("(1, 3, 13), (1, 2, 13)")), rule), (Found{{rule.first(), 2}}));
+    EXPECT_EQ(findings(storeAfter(close("(1, 3, 1), (1, 12, 13)")), rule), Found());
+}
+
 TEST_F(RoadChecks, FindTheSameOnAServer) {
     if (!PostgresDatabase::hasServer())
         GTEST_SKIP() << "no server";
