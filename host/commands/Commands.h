@@ -70,7 +70,7 @@ std::string versionText();
 /// written; `done` is what the user must know then, where something was changed: "network 2 is in the store".
 void print(const QString &text, const QString &done = {});
 /// The same for JSON, from which every text can be had as it is.
-void printJson(const QJsonDocument &document);
+void printJson(const QJsonDocument &document, const QString &done = {});
 /// Writes one line to stderr: what the user should know besides. Control characters are written out.
 void tell(const QString &line);
 

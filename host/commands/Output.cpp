@@ -33,8 +33,8 @@ void print(const QString &text, const QString &done) {
                               QString::fromStdString(std::generic_category().message(error))));
 }
 
-void printJson(const QJsonDocument &document) {
-    print(printable::json(QString::fromUtf8(document.toJson())));
+void printJson(const QJsonDocument &document, const QString &done) {
+    print(printable::json(QString::fromUtf8(document.toJson())), done);
 }
 
 void tell(const QString &line) {

@@ -1,6 +1,7 @@
 #include "store/catalogue/Catalogue.h"
 #include "tools/checks/Checked.h"
 #include "tools/checks/Finding.h"
+#include "tools/checks/References.h"
 #include "tools/checks/RuleGroups.h"
 
 #include <QRegularExpression>
@@ -45,8 +46,23 @@ public:
           mReference(reference),
           mFrom(mRows.table(QLatin1String(table.name))) {}
 
+    bool isThere() const { return mFrom && mFrom->column(QLatin1String(mReference.column)); }
+
+    /// The table, and the condition for its rows that name nothing.
+    QString rows() const {
+        const QString value = column(mReference.column);
+        QStringList conditions{value + QStringLiteral(" is not null")};
+        if (mRows.hasSeveralNetworks())
+            conditions.append(quotedName(mFrom->name) + QStringLiteral(".NetId = ") + net());
+        if (mReference.bond == Bond::Named || mReference.mayBeNone)
+            conditions.append(value + QStringLiteral(" <> 0"));
+        conditions.append(mReference.table ? names(mReference.table) : namesRoad());
+        return QStringLiteral("%1 where %2")
+            .arg(quotedName(mFrom->name), conditions.join(QStringLiteral(" and ")));
+    }
+
     void report(Reporter &reporter) const {
-        if (!mFrom || column(mReference.column).isEmpty())
+        if (!isThere())
             return;
         QSqlQuery rows = mRows.run(statement());
         while (rows.next())
@@ -57,7 +73,7 @@ public:
 private:
     QString column(const char *name) const {
         const StoreColumn *column = mFrom->column(QLatin1String(name));
-        return column ? QStringLiteral("c.") + quotedName(column->name) : QString();
+        return column ? quotedName(mFrom->name) + QLatin1Char('.') + quotedName(column->name) : QString();
     }
 
     /// What tells the row: the reference, the row's number, the columns of its key.
@@ -71,16 +87,7 @@ private:
     }
 
     QString statement() const {
-        const QString value = column(mReference.column);
-        QStringList conditions{value + QStringLiteral(" is not null")};
-        if (mRows.hasSeveralNetworks())
-            conditions.append(QStringLiteral("c.NetId = ") + net());
-        if (mReference.bond == Bond::Named || mReference.mayBeNone)
-            conditions.append(value + QStringLiteral(" <> 0"));
-        conditions.append(mReference.table ? names(mReference.table) : namesRoad());
-        return QStringLiteral("select %1 from %2 c where %3")
-            .arg(shownColumns().join(QStringLiteral(", ")), quotedName(mFrom->name),
-                 conditions.join(QStringLiteral(" and ")));
+        return QStringLiteral("select %1 from %2").arg(shownColumns().join(QStringLiteral(", ")), rows());
     }
     QString net() const { return QString::number(mNet.id); }
 
@@ -167,6 +174,12 @@ Rule ruleFor(const Table &table, const Reference &reference) {
 }
 
 } // namespace
+
+QString danglingRows(const Checked &checked, const Table &table, const Reference &reference) {
+    const Dangling dangling(checked, table, reference);
+    return dangling.isThere() && checked.rows().table(QLatin1String(reference.table)) ? dangling.rows()
+                                                                                      : QString();
+}
 
 std::vector<Rule> referenceRules() {
     std::vector<Rule> rules;

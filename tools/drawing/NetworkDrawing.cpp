@@ -100,7 +100,7 @@ QFont fontOf(double pixels, bool bold) {
 
 } // namespace
 
-NetworkDrawing::NetworkDrawing(const NetworkObjects &network)
+NetworkDrawing::NetworkDrawing(const NetworkObjects &network, const std::vector<Marks> &marks)
     : mTraffic(network), mTitle(network.record.name) {
     mJunctions.setFillRule(Qt::WindingFill);
     mArrows.setFillRule(Qt::WindingFill);
@@ -129,6 +129,7 @@ NetworkDrawing::NetworkDrawing(const NetworkObjects &network)
                  QLocale().toString(network.connectors.size()), QString::number(length / 1000, 'f', 1));
     if (mExtent.width() < 1 || mExtent.height() < 1)
         mExtent.adjust(-1, -1, 1, 1);
+    mMarks.emplace(marks, mExtent);
 }
 
 NetworkDrawing::LaneKind &NetworkDrawing::kindOf(const QString &name) {
@@ -143,7 +144,7 @@ NetworkDrawing::LaneKind &NetworkDrawing::kindOf(const QString &name) {
 
 QStringList NetworkDrawing::leftOut() const {
     constexpr int named = 10;
-    QStringList lines = mTraffic.leftOut();
+    QStringList lines = mTraffic.leftOut() + mMarks->leftOut();
     if (mLinksLeftOut.isEmpty())
         return lines;
     QStringList ids;
@@ -225,6 +226,7 @@ void NetworkDrawing::paint(QPainter &painter, const QSizeF &size, bool zoomable)
     painter.translate(-mExtent.center());
     paintNetwork(painter, pixelsPerMetre, zoomable);
     mTraffic.paint(painter, pixelsPerMetre);
+    mMarks->paint(painter, pixelsPerMetre);
     painter.restore();
     mTraffic.paintLegend(painter, QPointF(kMargin, kMargin + kHeader - 8), size.width() - 2 * kMargin);
     paintLegend(painter, size, pixelsPerMetre);
@@ -278,7 +280,7 @@ void NetworkDrawing::paintLegend(QPainter &painter, const QSizeF &size, double p
     painter.drawText(QPointF(kMargin, kMargin + 40), mSummary);
 
     const double baseline = size.height() - kMargin;
-    double x = kMargin;
+    double x = mMarks->paintLegend(painter, QPointF(kMargin, baseline), kInk);
     for (const LaneKind &kind : mKinds) {
         // What is beside the picture nobody sees.
         if (x > size.width())

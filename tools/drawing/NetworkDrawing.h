@@ -2,6 +2,7 @@
 
 #include "model/GeometryLine.h"
 #include "tools/MoraToolsExport.h"
+#include "tools/drawing/Marks.h"
 #include "tools/drawing/TrafficLayer.h"
 #include "tools/kinds/NetworkObjects.h"
 
@@ -14,6 +15,7 @@
 #include <QString>
 #include <QStringList>
 
+#include <optional>
 #include <vector>
 
 class QPainter;
@@ -22,10 +24,10 @@ namespace moratools {
 
 /// A plan of a network: lanes to scale and coloured by kind, with dividers and direction arrows where the
 /// scale lets them be seen, the curves of the lane connectors, what stands on the roads, a title, a legend
-/// and a scale bar.
+/// and a scale bar; and marks on all of that.
 class MORATOOLS_EXPORT NetworkDrawing {
 public:
-    explicit NetworkDrawing(const NetworkObjects &network);
+    explicit NetworkDrawing(const NetworkObjects &network, const std::vector<Marks> &marks = {});
 
     /// The size of the whole picture when its longer side is `longSide` pixels.
     QSizeF sizeFor(double longSide) const;
@@ -57,6 +59,7 @@ private:
     double headerHeight(double width) const;
 
     TrafficLayer mTraffic;
+    std::optional<MarkLayer> mMarks; ///< once the extent is known
     QList<long> mLinksLeftOut;
     QString mTitle;
     QString mSummary;
@@ -76,7 +79,8 @@ MORATOOLS_EXPORT void requirePicturePath(const QString &path);
 /// Paints `network` into an SVG or PNG file, told by the name's ending. `longSide` is the picture's longer
 /// side in pixels. The file, the one that a link leads to, is replaced in one go; a device or a pipe is
 /// written to. Throws `Failure` when it cannot be written, and as requirePicturePath() does.
-/// What the picture lacks, a line for each kind of object, is returned.
-MORATOOLS_EXPORT QStringList drawToFile(const NetworkObjects &network, const QString &path, double longSide);
+/// What the picture lacks, a line for each kind of object and of marks, is returned.
+MORATOOLS_EXPORT QStringList drawToFile(const NetworkObjects &network, const QString &path, double longSide,
+                                        const std::vector<Marks> &marks = {});
 
 } // namespace moratools

@@ -77,9 +77,10 @@ void requirePicturePath(const QString &path) {
     requireOutputPath(path, QStringLiteral("picture"));
 }
 
-QStringList drawToFile(const NetworkObjects &network, const QString &path, double longSide) {
+QStringList drawToFile(const NetworkObjects &network, const QString &path, double longSide,
+                       const std::vector<Marks> &marks) {
     requirePicturePath(path);
-    const NetworkDrawing drawing(network);
+    const NetworkDrawing drawing(network, marks);
     const QSize size = drawing.sizeFor(longSide).toSize();
     const QByteArray bytes = isSvg(path) ? toSvg(drawing, size, network.record.name) : toPng(drawing, size);
     writeOutputFile(path, bytes);

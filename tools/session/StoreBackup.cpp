@@ -4,6 +4,8 @@
 #include "tools/session/FileInMaking.h"
 #include "tools/session/SqliteConnection.h"
 
+#include <QDateTime>
+#include <QFileInfo>
 #include <QStringList>
 #include <QVariant>
 
@@ -55,6 +57,16 @@ void backUpStore(const QString &path, const QString &copy) {
                           .arg(copy, failure.message()));
     }
     making.publish();
+}
+
+QString keepCopy(const QString &path, const QString &what) {
+    const QString absolute = QFileInfo(path).absoluteFilePath();
+    const QString now = QDateTime::currentDateTime().toString(QStringLiteral("yyyyMMdd-HHmmss"));
+    const QString name = QStringLiteral("%1.before-%2-%3").arg(absolute, what, now);
+    if (QFileInfo::exists(name))
+        throw Failure(QStringLiteral("%1: exists already; nothing was changed, try again").arg(name));
+    backUpStore(absolute, name);
+    return name;
 }
 
 } // namespace moratools

@@ -5,7 +5,6 @@
 #include "tools/session/StoreBackup.h"
 #include "tools/session/StoreSession.h"
 
-#include <QDateTime>
 #include <QFile>
 #include <QFileInfo>
 #include <QMap>
@@ -53,14 +52,6 @@ void compare(const Columns &before, const Columns &after, StoreUpgrade &upgrade)
     }
 }
 
-QString nameOfCopy(const QString &path) {
-    const QString now = QDateTime::currentDateTime().toString(QStringLiteral("yyyyMMdd-HHmmss"));
-    QString name = QStringLiteral("%1.before-upgrade-%2").arg(QFileInfo(path).absoluteFilePath(), now);
-    if (QFileInfo::exists(name))
-        throw Failure(QStringLiteral("%1: exists already; nothing was changed, try again").arg(name));
-    return name;
-}
-
 } // namespace
 
 StoreUpgrade upgradeStore(const QString &path, bool keepsCopy) {
@@ -69,11 +60,8 @@ StoreUpgrade upgradeStore(const QString &path, bool keepsCopy) {
     if (upgrade.wasCurrent)
         return upgrade;
     const QString absolute = QFileInfo(path).absoluteFilePath();
-    if (keepsCopy) {
-        const QString copy = nameOfCopy(path);
-        backUpStore(absolute, copy);
-        upgrade.copy = copy;
-    }
+    if (keepsCopy)
+        upgrade.copy = keepCopy(path, QStringLiteral("upgrade"));
     const Columns before = columnsOf(absolute);
     {
         const StoreSession store(path, Access::Upgrade);
