@@ -157,7 +157,7 @@ QStringList draw(const Options &options, const CheckReport &report) {
     QStringList leftOut =
         drawToFile(readWhatIsSound(store, net), QString::fromStdString(options.picture), kPictureSize, marks);
     if (nowhere > 0)
-        leftOut.append(QStringLiteral("%1, which have no place").arg(counted(nowhere, "finding")));
+        leftOut.append(QStringLiteral("findings without a place: %1").arg(nowhere));
     return leftOut;
 }
 

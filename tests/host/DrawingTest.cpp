@@ -152,3 +152,22 @@ TEST_F(Drawing, WhatIsNoRoadIsDrawnSoOrLeftOut) {
 }
 
 } // namespace
+
+TEST_F(Drawing, AFindingHasARingAroundItsPlace) {
+    // A lamp that stands at 200, 0 is for a lane from which nothing leads on.
+    alter(mStore, {QStringLiteral("update SignalLamp set laneID = 3, toLaneID = 0 where x = 200 and y = 0")});
+    const QString path = file(QStringLiteral("marked.png"));
+    const Outcome outcome =
+        run({QStringLiteral("check"), mStore, QStringLiteral("--rules"),
+             QStringLiteral("signal-lamp.lane-leads-nowhere"), QStringLiteral("--picture"), path});
+    EXPECT_EQ(outcome.exitCode, 0) << outcome.err.toStdString();
+    const QImage picture(path);
+    ASSERT_EQ(picture.width(), 2400);
+    const double scale = (2400 - 2 * 28) / 220.0;
+    const auto colourAt = [&](double left) {
+        return QColor(picture.pixel(int(std::lround(28 + 200 * scale - left)),
+                                    picture.height() - 28 - 54 - int(std::lround(2 * scale))));
+    };
+    EXPECT_TRUE(isLike(colourAt(7), QColor(0xe0, 0x8a, 0x00))) << colourAt(7).name().toStdString();
+    EXPECT_TRUE(isLike(colourAt(14), QColor(0x8b, 0x93, 0x9e))) << colourAt(14).name().toStdString();
+}

@@ -77,6 +77,8 @@ protected:
             {QStringLiteral("info"), mStore},
             {QStringLiteral("draw"), mStore, file(QStringLiteral("picture.svg"))},
             {QStringLiteral("digest"), mStore},
+            {QStringLiteral("check"), mStore},
+            {QStringLiteral("check"), mStore, QStringLiteral("--fix"), QStringLiteral("--no-backup")},
             {QStringLiteral("export"), mStore, file(QStringLiteral("out")), QStringLiteral("--sumo")},
             {QStringLiteral("copy"), mStore, mTarget, QStringLiteral("--name"), QStringLiteral("copied")},
             {QStringLiteral("copy"), mSound, mStore, QStringLiteral("--name"), QStringLiteral("copied")},
@@ -105,7 +107,7 @@ protected:
             QStringList{QStringLiteral("import"), QStringLiteral("remove"), QStringLiteral("upgrade"),
                         QStringLiteral("compact"), QStringLiteral("protect")}
                 .contains(command.first()) ||
-            command.value(2) == mStore;
+            command.value(2) == mStore || command.contains(QLatin1String("--fix"));
         const QByteArray before = read(mStore);
         QElapsedTimer timer;
         timer.start();
