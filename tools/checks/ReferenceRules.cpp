@@ -87,7 +87,16 @@ private:
     }
 
     QString statement() const {
-        return QStringLiteral("select %1 from %2").arg(shownColumns().join(QStringLiteral(", ")), rows());
+        // By what tells the rows: the number, or the key.
+        return QStringLiteral("select %1 from %2 order by %3")
+            .arg(shownColumns().join(QStringLiteral(", ")), rows(),
+                 mTable.id ? QStringLiteral("2") : keyPlaces());
+    }
+    QString keyPlaces() const {
+        QStringList places;
+        for (int i = 0; i < int(mTable.key.size()); ++i)
+            places.append(QString::number(i + 3));
+        return places.join(QLatin1Char(','));
     }
     QString net() const { return QString::number(mNet.id); }
 

@@ -1,3 +1,4 @@
+#include "store/catalogue/Catalogue.h"
 #include "tools/checks/Checked.h"
 #include "tools/checks/Finding.h"
 #include "tools/checks/RuleGroups.h"
@@ -39,7 +40,7 @@ void checkTables(const Checked &checked, Reporter &reporter) {
     if (!checked.rows().hasSeveralNetworks())
         return;
     forEachTable(checked, [&reporter](const DeclaredSchema::Table &table, const StoreTable *present) {
-        if (!present && !table.name.startsWith(QLatin1String("sqlite_")))
+        if (!present && catalogue::find(table.name))
             reporter.find(QStringLiteral("table %1 is missing").arg(table.name));
     });
 }
@@ -70,7 +71,7 @@ void checkAge(const Checked &checked, Reporter &reporter) {
     if (checked.rows().hasSeveralNetworks())
         return;
     forEachTable(checked, [&reporter](const DeclaredSchema::Table &table, const StoreTable *present) {
-        if (!present && !table.name.startsWith(QLatin1String("sqlite_")))
+        if (!present && catalogue::find(table.name))
             reporter.find(QStringLiteral("table %1 is not there yet").arg(table.name));
     });
 }
@@ -178,7 +179,7 @@ std::vector<Rule> schemaRules() {
          "The engine finds pages or indexes of the store damaged.",
          "Restore the store from a copy; `copy` into a new store saves what can still be read.",
          checkIntegrity},
-        {"store.table-missing", "store", Severity::Error, Scope::Store, "A table of the format is missing.",
+        {"store.table-missing", "store", Severity::Error, Scope::Store, "A table that networks have is missing.",
          "Copy the networks into a new store, or restore the store from a copy.", checkTables},
         {"store.column-missing", "store", Severity::Error, Scope::Store,
          "A table lacks a column of the format, and statements that name it fail.",

@@ -10,7 +10,7 @@ namespace moratools {
 
 namespace {
 
-constexpr double kRadius = 7; // pixels
+constexpr double kRadius = 11; // pixels: around the symbols of what stands there
 constexpr double kWidth = 2.5;
 constexpr double kLegendRadius = 5;
 

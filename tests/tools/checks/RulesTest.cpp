@@ -52,15 +52,36 @@ protected:
     /// The rules that have more to say of a store than of the sound one, with a blank after each.
     std::string risen(const QString &store, const Example &example) {
         QString more;
-        const QMap<QString, int> before = findings(mSound, rulesFor(example));
+        if (mBefore.isEmpty())
+            mBefore = findings(mSound);
         const QMap<QString, int> after = findings(store, rulesFor(example));
         for (auto rule = after.cbegin(); rule != after.cend(); ++rule) {
-            if (rule.value() > before.value(rule.key()))
+            if (rule.value() > mBefore.value(rule.key()))
                 more += rule.key() + QLatin1Char(' ');
         }
         return more.toStdString();
     }
+
+private:
+    QMap<QString, int> mBefore; ///< what is found in the sound store
 };
+
+/// The rules as the manual has them.
+QString asMarkdown() {
+    QString text;
+    QString group;
+    for (const Rule &rule : rules()) {
+        if (group != QLatin1String(rule.group))
+            text +=
+                QStringLiteral(
+                    "\n### %1\n\n| rule | | what a finding means | what to do |\n| --- | --- | --- | --- |\n")
+                    .arg(QLatin1String(rule.group));
+        group = QLatin1String(rule.group);
+        text += QStringLiteral("| `%1` | %2 | %3 | %4 |\n")
+                    .arg(rule.id, wordFor(rule.severity), rule.meaning, rule.remedy);
+    }
+    return text;
+}
 
 class CheckedStore : public SoundStore {};
 
@@ -83,6 +104,22 @@ TEST(Rules, EachHasAnExampleAndAnIdOfItsOwn) {
     for (const QString &rule : inGroups)
         EXPECT_EQ(withExamples.count(rule), 1) << rule.toStdString();
     EXPECT_EQ(withExamples.size(), inGroups.size());
+}
+
+// MORASTORE_WRITE_GOLDEN=1 writes the tables anew.
+TEST(Rules, TheManualHasThem) {
+    QFile manual(sourceFolder() + QStringLiteral("/docs/checks.md"));
+    ASSERT_TRUE(manual.exists() && manual.open(QIODevice::ReadWrite));
+    const QString text = QString::fromUtf8(manual.readAll());
+    const int start = text.indexOf(QStringLiteral("\n### store\n"));
+    ASSERT_GE(start, 0);
+    if (qEnvironmentVariableIsSet("MORASTORE_WRITE_GOLDEN")) {
+        manual.resize(0);
+        manual.write((text.left(start) + asMarkdown()).toUtf8());
+        return;
+    }
+    EXPECT_TRUE(text.mid(start) == asMarkdown())
+        << "docs/checks.md has other tables; write them anew with MORASTORE_WRITE_GOLDEN=1";
 }
 
 TEST_F(CheckedStore, ASoundNetworkHasOnlyNotes) {
