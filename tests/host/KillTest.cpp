@@ -170,3 +170,20 @@ TEST_F(Killed, APatchIsAppliedOrIsNot) {
     killAtEvents({QStringLiteral("apply"), patch}, before, 5, isApplied);
     killByTheClock({QStringLiteral("apply"), patch}, before, 20, isApplied);
 }
+
+TEST_F(Killed, ARepairIsDoneOrIsNot) {
+    const QString before = newStore(QStringLiteral("before"));
+    ASSERT_EQ(run({QStringLiteral("import"), before, kExample}).exitCode, 0);
+    alter(before,
+          {QStringLiteral("update IDGenerater set ID = 3"),
+           QStringLiteral("delete from IDGenerater where TableName = 'Lane'"),
+           QStringLiteral("insert into LinkVertex select 1, linkID + 100, vertexID, num from LinkVertex")});
+    const QString after = file(QStringLiteral("after"));
+    ASSERT_TRUE(QFile::copy(before, after));
+    const QStringList repair{QStringLiteral("check"), QStringLiteral("--fix"), QStringLiteral("--no-backup"),
+                             QStringLiteral("--rules"), QStringLiteral("counter,link-vertex")};
+    ASSERT_EQ(run(QStringList{repair.first(), after} + repair.mid(1)).exitCode, 0);
+    const Check isRepaired = isOneOf(contentOf(before), contentOf(after));
+    killAtEvents(repair, before, 2, isRepaired);
+    killByTheClock(repair, before, 20, isRepaired);
+}

@@ -64,14 +64,16 @@ Counters::Counters(const Checked &checked) {
         const qint64 largest = id ? store.largest(*table, *id, checked.net()) : 0;
         if (largest <= 0)
             continue;
-        Counter counter{QLatin1String(entry.name), largest, std::nullopt};
-        const auto own = values.constFind(counter.table.toLower());
-        // On a server tables without a sequence share one.
-        const auto shared = store.isSqlite() ? values.cend() : values.constFind(QStringLiteral("table"));
-        if (own != values.cend())
-            counter.value = *own;
-        else if (shared != values.cend())
-            counter.value = *shared;
+        Counter counter{QLatin1String(entry.name), largest, std::nullopt, {}};
+        // On a server tables without a sequence of their own share one.
+        for (const QString &name : {counter.table.toLower(), QStringLiteral("table")}) {
+            const auto value = values.constFind(name);
+            if (value == values.cend() || (store.isSqlite() && name == QLatin1String("table")))
+                continue;
+            counter.value = *value;
+            counter.sequence = store.isSqlite() ? QString() : QStringLiteral("seq_%1_id").arg(name);
+            break;
+        }
         counters.push_back(counter);
     }
 }

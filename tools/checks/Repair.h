@@ -18,7 +18,8 @@ struct Repairs {
 
 /// Repairs networks of a store (by number or name; without any all) where that cannot be wrong:
 ///
-/// - counters of identifiers that are missing, behind their rows, or of networks that are gone;
+/// - counters of identifiers that are behind their rows; in files also those that are missing, or of networks that are
+///   gone;
 /// - rows that are only a part of something that is gone, and have no identifier of their own;
 /// - points of lines that repeat the one before, to the last digit, in all lines that have as many points and
 ///   belong together: those of a lane, and those of a link with its vertices;

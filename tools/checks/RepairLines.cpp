@@ -141,7 +141,7 @@ private:
             left.erase(left.begin(), rest);
         }
         if (taken > 0) {
-            repair.text = QStringLiteral("%1: %2 points taken out that repeated the one before")
+            repair.text = QStringLiteral("%1: points taken out that repeated the one before: %2")
                               .arg(called(word, drawn.id), QString::number(taken));
             plan.push_back(std::move(repair));
         }

@@ -26,8 +26,8 @@ QString andNetwork(const Checked &checked) {
 RepairStep stepFor(const Checked &checked, const Counter &counter) {
     if (!checked.rows().isSqlite())
         // Sequences serve all networks.
-        return {QStringLiteral("select setval('seq_%1_id', greatest(?, (select last_value from seq_%1_id)))")
-                    .arg(counter.table.toLower()),
+        return {QStringLiteral("select setval('%1', greatest(?, (select last_value from %1)))")
+                    .arg(counter.sequence),
                 {counter.largest}};
     if (counter.value)
         return {QStringLiteral("update IDGenerater set ID = ? where lower(TableName) = ? and ID < ?") +
@@ -121,14 +121,17 @@ std::vector<PlannedRepair> repairsOfStore(const Checked &checked) {
     QSqlQuery count = checked.rows().run(QStringLiteral("select count(*)") + ofNone);
     if (!count.next() || count.value(0).toInt() == 0)
         return {};
-    return {{QStringLiteral("%1 counters of networks that are gone were removed").arg(count.value(0).toInt()),
-             {{QStringLiteral("delete") + ofNone}}}};
+    return {
+        {QStringLiteral("counters of networks that are gone were removed: %1").arg(count.value(0).toInt()),
+         {{QStringLiteral("delete") + ofNone}}}};
 }
 
 std::vector<PlannedRepair> repairsOfCounters(const Checked &checked) {
     std::vector<PlannedRepair> plan;
     for (const Counter &counter : checked.made<Counters>().counters) {
-        if (!counter.value || *counter.value < counter.largest)
+        // A sequence that is missing is for who owns the database.
+        const bool isMissing = !counter.value && checked.rows().isSqlite();
+        if (isMissing || (counter.value && *counter.value < counter.largest))
             plan.push_back({QStringLiteral("the counter of table %1 is at %2")
                                 .arg(counter.table, QString::number(counter.largest)),
                             {stepFor(checked, counter)}});
@@ -148,8 +151,8 @@ std::vector<PlannedRepair> repairsOfOrphans(const Checked &checked) {
                 continue;
             QSqlQuery count = checked.rows().run(QStringLiteral("select count(*) from ") + from);
             if (count.next() && count.value(0).toLongLong() > 0)
-                plan.push_back({QStringLiteral("%1 rows of table %2 that belong to nothing were removed")
-                                    .arg(count.value(0).toString(), QLatin1String(entry.name)),
+                plan.push_back({QStringLiteral("rows of table %1 that belong to nothing were removed: %2")
+                                    .arg(QLatin1String(entry.name), count.value(0).toString()),
                                 {{QStringLiteral("delete from ") + from}}});
         }
     }
