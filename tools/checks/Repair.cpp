@@ -8,6 +8,7 @@
 #include "tools/session/StoreBackup.h"
 #include "tools/session/StoreSession.h"
 
+#include <QFile>
 #include <QSqlError>
 #include <QSqlQuery>
 
@@ -46,15 +47,7 @@ void run(const StoreSession &store, const RepairStep &step) {
                       .arg(query.lastError().databaseText().simplified()));
 }
 
-} // namespace
-
-Repairs repairStore(const StoreAddress &address, const std::vector<std::string> &networks, bool keepsCopy) {
-    Repairs repairs;
-    if (planFor(address, networks).empty())
-        return repairs;
-    StoreSession::require(address, Access::Write);
-    if (keepsCopy && !address.isServer())
-        repairs.copy = keepCopy(address.path(), QStringLiteral("fix"));
+void carryOut(const StoreAddress &address, const std::vector<std::string> &networks, Repairs &repairs) {
     const StoreSession store(address, Access::Write);
     GuardedTransaction transaction(store);
     // Nobody else writes from here on: what is repaired is what is there now.
@@ -64,6 +57,25 @@ Repairs repairStore(const StoreAddress &address, const std::vector<std::string> 
         repairs.done.append(repair.text);
     }
     transaction.commit();
+}
+
+} // namespace
+
+Repairs repairStore(const StoreAddress &address, const std::vector<std::string> &networks, bool keepsCopy) {
+    Repairs repairs;
+    if (planFor(address, networks).empty())
+        return repairs;
+    StoreSession::require(address, Access::Write);
+    if (keepsCopy && !address.isServer())
+        repairs.copy = keepCopy(address.path(), QStringLiteral("fix"));
+    try {
+        carryOut(address, networks, repairs);
+    } catch (...) {
+        // It would be a copy of what is there.
+        if (!repairs.copy.isEmpty())
+            QFile::remove(repairs.copy);
+        throw;
+    }
     return repairs;
 }
 

@@ -158,12 +158,13 @@ TEST_F(Repaired, ARepairThatIsRefusedLeavesAllAsItWas) {
                     QStringLiteral("create unique index Shares on Routing (proportion)"),
                     QStringLiteral("update IDGenerater set ID = 12 where TableName = 'Link'")});
     try {
-        repairStore(store, {}, false);
+        repairStore(store, {}, true);
         FAIL() << "repaired";
     } catch (const Failure &failure) {
         EXPECT_TRUE(failure.message().contains(QStringLiteral("nothing was changed"))) << failure.what();
     }
     EXPECT_EQ(value(store, "select ID from IDGenerater where TableName = 'Link'"), QStringLiteral("12"));
+    EXPECT_TRUE(QDir(QFileInfo(store).path()).entryList({QStringLiteral("*.before-fix-*")}).isEmpty());
 }
 
 TEST_F(Repaired, OnAServerSequencesMoveOn) {
