@@ -7,69 +7,47 @@
 #include <MoraStore/StoredNet.h>
 #include <MoraStore/Stores.h>
 #include <MoraStore/Transaction.h>
+#include <MoraTools/Failure.h>
+#include <MoraTools/StoreSession.h>
+#include <MoraTools/UndoList.h>
 
 #include <QCoreApplication>
 #include <QTextStream>
 
 #include <functional>
-#include <memory>
 #include <utility>
-#include <vector>
+
+using namespace moratools;
 
 namespace {
 
-// Changes links in the store, and keeps what they were.
-class Editor {
-public:
-    explicit Editor(StoredNet &net) : mNet(net) {}
-
-    bool change(long linkId, const std::function<void(Link &)> &how) {
-        const auto link = mNet.read<Link>(linkId);
-        if (!link)
+// The link, and the paths that lead to it and away; all of it or nothing.
+bool write(StoredNet &net, Link &link) {
+    Transaction all(net.db());
+    const auto users = net.whatRefersTo<Link>(link.linkID);
+    if (!users || !updateGeometry(link) || !net.update(link))
+        return false;
+    for (const NetObject &user : *users) {
+        if (user.table != QLatin1String("Connector"))
+            continue;
+        const auto connector = net.read<Connector>(user.id);
+        if (!connector || !curve(*connector) || !net.update(*connector))
             return false;
-        auto before = link->clone();
+    }
+    return all.commit();
+}
+
+// A change as a step that can be taken back, whatever it writes.
+bool change(UndoList &steps, StoredNet &net, long linkId, const char *name, void (*how)(Link &)) {
+    steps.begin();
+    const auto link = net.read<Link>(linkId);
+    if (link)
         how(*link);
-        if (!write(*link))
-            return false;
-        mDone.push_back(std::move(before));
-        mUndone.clear();
-        return true;
-    }
-    bool undo() { return step(mDone, mUndone); }
-    bool redo() { return step(mUndone, mDone); }
-
-private:
-    using States = std::vector<std::unique_ptr<Link>>;
-
-    bool step(States &from, States &to) {
-        const auto now = from.empty() ? nullptr : mNet.read<Link>(from.back()->linkID);
-        if (!now || !write(*from.back()))
-            return false;
-        to.push_back(now->clone());
-        from.pop_back();
-        return true;
-    }
-
-    // The link, and the paths that lead to it and away; all of it or nothing.
-    bool write(Link &link) {
-        Transaction all(mNet.db());
-        const auto users = mNet.whatRefersTo<Link>(link.linkID);
-        if (!users || !updateGeometry(link) || !mNet.update(link))
-            return false;
-        for (const NetObject &user : *users) {
-            if (user.table != QLatin1String("Connector"))
-                continue;
-            const auto connector = mNet.read<Connector>(user.id);
-            if (!connector || !curve(*connector) || !mNet.update(*connector))
-                return false;
-        }
-        return all.commit();
-    }
-
-    StoredNet &mNet;
-    States mDone;
-    States mUndone;
-};
+    if (link && write(net, *link))
+        return steps.end(QString::fromUtf8(name));
+    steps.cancel();
+    return false;
+}
 
 // What the store has.
 void print(const char *when, StoredNet &net, long linkId) {
@@ -90,39 +68,44 @@ void widen(Link &link) {
     link.laneNumber += 1;
 }
 
+void run(const QString &path, long linkId, int left) {
+    if (!stores::open(path))
+        throw Failure(FailureScope::sinceOpening(gDB).text());
+    const FailureScope failures(gDB);
+    StoredNet net(gDB, gNet.netId);
+    if (!net.read<Link>(linkId))
+        throw Failure(failures.isEmpty() ? QStringLiteral("There is no such link.") : failures.text());
+    print("before", net, linkId);
+    // What is read from here on is what the store has after each step: nothing is kept in memory.
+    const StoreSession session = StoreSession::ofProcess(path);
+    UndoList steps(session, gNet.netId);
+    const std::pair<const char *, std::function<bool()>> actions[] = {
+        {"bent", [&] { return change(steps, net, linkId, "bend", bend); }},
+        {"wider", [&] { return change(steps, net, linkId, "widen", widen); }},
+        {"undone", [&] { return !steps.undo().empty(); }},
+        {"redone", [&] { return !steps.redo().empty(); }},
+        {"undone", [&] { return !steps.undo().empty(); }},
+        {"undone", [&] { return !steps.undo().empty(); }},
+    };
+    for (const auto &[name, act] : actions) {
+        if (left-- == 0)
+            break;
+        if (!act())
+            throw Failure(failures.text());
+        print(name, net, linkId);
+    }
+}
+
 } // namespace
 
 int main(int argc, char *argv[]) {
     const QCoreApplication app(argc, argv);
-    const QString path = QCoreApplication::arguments().value(1);
-    const long linkId = QCoreApplication::arguments().value(2).toLong();
-    const auto fail = [](const QString &why) {
-        QTextStream(stderr) << why << '\n';
+    const QStringList arguments = QCoreApplication::arguments();
+    try {
+        run(arguments.value(1), arguments.value(2).toLong(), arguments.value(3, QStringLiteral("6")).toInt());
+    } catch (const Failure &failure) {
+        QTextStream(stderr) << failure.message() << '\n';
         return 1;
-    };
-    if (!stores::open(path))
-        return fail(FailureScope::sinceOpening(gDB).text());
-    const FailureScope failures(gDB);
-    StoredNet net(gDB, gNet.netId);
-    if (!net.read<Link>(linkId))
-        return fail(failures.isEmpty() ? QStringLiteral("There is no such link.") : failures.text());
-    print("before", net, linkId);
-    Editor editor(net);
-    const std::pair<const char *, std::function<bool()>> steps[] = {
-        {"bent", [&] { return editor.change(linkId, bend); }},
-        {"wider", [&] { return editor.change(linkId, widen); }},
-        {"undone", [&] { return editor.undo(); }},
-        {"redone", [&] { return editor.redo(); }},
-        {"undone", [&] { return editor.undo(); }},
-        {"undone", [&] { return editor.undo(); }},
-    };
-    int left = QCoreApplication::arguments().value(3, QStringLiteral("6")).toInt();
-    for (const auto &[name, step] : steps) {
-        if (left-- == 0)
-            break;
-        if (!step())
-            return fail(failures.text());
-        print(name, net, linkId);
     }
     return 0;
 }

@@ -1,5 +1,6 @@
 #include "tools/differences/Recorder.h"
 
+#include "model/NetContents.h"
 #include "store/StoredNet.h"
 #include "store/Transaction.h"
 #include "tests/support/Builders.h"
@@ -27,9 +28,9 @@ protected:
         }
     }
 
-    static std::string linesOf(const std::vector<RowChange> &changes) {
+    static std::string linesOf(const Recording &recording) {
         QByteArray lines;
-        for (const RowChange &change : changes)
+        for (const RowChange &change : recording.changes)
             lines.append(patchtext::lineOf(change));
         return lines.toStdString();
     }
@@ -164,7 +165,7 @@ TEST_P(RecorderTest, OtherNetworksAreNotInIt) {
     EXPECT_TRUE(setLimit(1, 40));
     EXPECT_TRUE(DBTools::insertLink(gDB, 2, sampleLink(7).get(), true));
     int links = 0;
-    for (const RowChange &change : recorder.end()) {
+    for (const RowChange &change : recorder.end().changes) {
         EXPECT_EQ(change.kind, RowChange::Kind::Added);
         links += change.table == catalogue::find(QStringLiteral("Link")) ? 1 : 0;
     }
@@ -197,6 +198,36 @@ TEST_P(RecorderTest, NothingIsLeftOfIt) {
     anew.begin();
     EXPECT_TRUE(setLimit(1, 60));
     EXPECT_EQ(linesOf(anew.end()), limit("1", "55", "60"));
+}
+
+TEST_P(RecorderTest, WholeNetworksAreRecordedAsWell) {
+    // By kind and table, how many rows.
+    const auto countsOf = [](const std::vector<RowChange> &changes) {
+        QMap<QString, int> counts;
+        for (const RowChange &change : changes)
+            ++counts[(change.kind == RowChange::Kind::Added ? QLatin1String("+") : QLatin1String("-")) +
+                     QLatin1String(change.table->name)];
+        QStringList texts;
+        for (auto count = counts.cbegin(); count != counts.cend(); ++count)
+            texts.append(count.key() + QString::number(count.value()));
+        return texts.join(QLatin1Char(' ')).toStdString();
+    };
+    NetContents net;
+    ASSERT_TRUE(DBTools::loadNet(gDB, kNet, net));
+    Recorder recorder(mSession, kNet);
+    recorder.begin();
+    ASSERT_TRUE(DBTools::removeNetData(gDB, kNet, true));
+    const std::string removed = countsOf(recorder.end().changes);
+    EXPECT_NE(removed.find("-Lane4 -Link2 -LinkVertex6"), std::string::npos) << removed;
+    EXPECT_NE(removed.find("-Node4"), std::string::npos) << removed;
+    EXPECT_EQ(removed.find('+'), std::string::npos) << removed;
+
+    recorder.begin();
+    ASSERT_TRUE(DBTools::saveNet(gDB, kNet, net, true));
+    const std::string saved = countsOf(recorder.end().changes);
+    EXPECT_NE(saved.find("+Lane4 +Link2 +LinkVertex6"), std::string::npos) << saved;
+    EXPECT_NE(saved.find("+Node4"), std::string::npos) << saved;
+    EXPECT_EQ(failureCount(), 0);
 }
 
 TEST_P(RecorderTest, SessionsRecordWhatTheyDoThemselves) {

@@ -2,6 +2,7 @@
 
 #include "store/core/Engine.h"
 #include "tools/differences/PatchedRows.h"
+#include "tools/differences/RowPlaces.h"
 #include "tools/reports/Failure.h"
 #include "tools/rows/CopyTarget.h"
 #include "tools/rows/Digest.h"
@@ -14,15 +15,23 @@
 #include <QSqlQuery>
 
 #include <algorithm>
+#include <utility>
 
 namespace moratools {
 
 namespace {
 
 struct Line {
-    int number;
+    int number; ///< 0 of a change in memory
     RowChange change;
 };
+
+std::vector<Line> linesOf(const std::vector<RowChange> &changes) {
+    std::vector<Line> lines;
+    for (const RowChange &change : changes)
+        lines.push_back({0, change});
+    return lines;
+}
 
 std::vector<Line> linesOf(PatchReader &patch) {
     std::vector<Line> lines;
@@ -53,9 +62,10 @@ std::vector<const Line *> inOrder(const std::vector<Line> &lines) {
 
 class PatchApplication {
 public:
-    PatchApplication(const StoreSession &store, long netId, PatchReader &patch, Fitting fitting)
+    /// A header without digests asks for none.
+    PatchApplication(const StoreSession &store, long netId, PatchHeader header, Fitting fitting)
         : mStore(store),
-          mPatch(patch),
+          mHeader(std::move(header)),
           mFitting(fitting),
           mTarget(store),
           mRows(store.db(), QStringLiteral("the store"), storeTables(store.db()), store.hasSeveralNetworks(),
@@ -64,6 +74,7 @@ public:
           mLanguage(mRows.language()) {}
 
     PatchedNetwork run(std::vector<Line> &lines, const Progress &progress);
+    void putInPlaces(const std::vector<RowPlace> &places) const { moratools::putInPlaces(mRows, places); }
 
 private:
     QString digest() const;
@@ -76,7 +87,7 @@ private:
     void raiseCounters() const;
 
     const StoreSession &mStore;
-    const PatchReader &mPatch;
+    PatchHeader mHeader;
     Fitting mFitting;
     CopyTarget mTarget;
     NetworkRows mRows;
@@ -88,7 +99,8 @@ private:
 
 PatchedNetwork PatchApplication::run(std::vector<Line> &lines, const Progress &progress) {
     reportShare(progress, 0);
-    if (mFitting == Fitting::Whole)
+    const bool hasDigests = !mHeader.before.isEmpty();
+    if (hasDigests && mFitting == Fitting::Whole)
         requireFitting();
     constexpr double asMuch = 1.0 / 3; // the digests take the rest
     const std::vector<const Line *> ordered = inOrder(lines);
@@ -99,8 +111,10 @@ PatchedNetwork PatchApplication::run(std::vector<Line> &lines, const Progress &p
         reportShare(progress, asMuch * (1 + double(i) / double(ordered.size())));
     }
     raiseCounters();
+    if (!hasDigests)
+        return mResult;
     mResult.digest = digest();
-    if (mFitting == Fitting::Whole && mResult.digest != mPatch.header().after)
+    if (mFitting == Fitting::Whole && mResult.digest != mHeader.after)
         throw Failure(
             QStringLiteral("the patch does not lead to the network whose digest it has; write it anew. "
                            "Nothing was changed"));
@@ -108,25 +122,25 @@ PatchedNetwork PatchApplication::run(std::vector<Line> &lines, const Progress &p
 }
 
 QString PatchApplication::digest() const {
-    Translation words(mLanguage, mPatch.header().words);
+    Translation words(mLanguage, mHeader.words);
     return digestOf(mRows, words);
 }
 
 void PatchApplication::requireFitting() const {
     const QString now = digest();
-    if (now == mPatch.header().before)
+    if (now == mHeader.before)
         return;
     throw Failure(
-        now == mPatch.header().after
+        now == mHeader.after
             ? QStringLiteral("the network has the changes of the patch already; nothing was changed")
             : QStringLiteral("the network is not the one that the patch was made for (its digest is %1 "
                              "and not %2); give that one, or --anyway for what fits. Nothing was changed")
-                  .arg(now.left(12), mPatch.header().before.left(12)));
+                  .arg(now.left(12), mHeader.before.left(12)));
 }
 
 /// Words as the store has them.
 void PatchApplication::translate(RowChange &change) {
-    Translation words(mPatch.header().words, mLanguage);
+    Translation words(mHeader.words, mLanguage);
     for (const char *column : change.table->words) {
         const QString name = formatName(QLatin1String(change.table->name), QLatin1String(column));
         for (RowValues *values : {&change.key, &change.before, &change.after}) {
@@ -145,9 +159,12 @@ void PatchApplication::make(const Line &line) {
         return;
     }
     mStore.requireServerAlive();
-    const QString what =
-        QStringLiteral("line %1, table %2: %3")
-            .arg(QString::number(line.number), QLatin1String(line.change.table->name), objection);
+    QString what = QStringLiteral("table %1: %2").arg(QLatin1String(line.change.table->name), objection);
+    if (line.number == 0)
+        throw Failure(QStringLiteral("the network is not as the step has left it, something else has "
+                                     "changed it (%1). Nothing was changed")
+                          .arg(what));
+    what.prepend(QStringLiteral("line %1, ").arg(line.number));
     if (mFitting == Fitting::Whole)
         throw Failure(
             QStringLiteral("the patch does not fit (%1); write it anew. Nothing was changed").arg(what));
@@ -201,10 +218,22 @@ PatchedNetwork applyPatch(const StoreSession &store, long netId, PatchReader &pa
                           const Progress &progress) {
     std::vector<Line> lines = linesOf(patch);
     GuardedTransaction transaction(store);
-    const PatchedNetwork result = PatchApplication(store, netId, patch, fitting).run(lines, progress);
+    const PatchedNetwork result =
+        PatchApplication(store, netId, patch.header(), fitting).run(lines, progress);
     transaction.commit();
     store.forgetIdentifiers(netId);
     return result;
+}
+
+void applyChanges(const StoreSession &store, long netId, const std::vector<RowChange> &changes,
+                  const std::vector<RowPlace> &places) {
+    std::vector<Line> lines = linesOf(changes);
+    GuardedTransaction transaction(store);
+    PatchApplication application(store, netId, {}, Fitting::Whole);
+    application.run(lines, {});
+    application.putInPlaces(places);
+    transaction.commit();
+    store.forgetIdentifiers(netId);
 }
 
 } // namespace moratools

@@ -6,6 +6,8 @@
 
 #include <QStringList>
 
+#include <vector>
+
 namespace moratools {
 
 class StoreSession;
@@ -31,5 +33,12 @@ struct PatchedNetwork {
 /// is as it was.
 MORATOOLS_EXPORT PatchedNetwork applyPatch(const StoreSession &store, long netId, PatchReader &patch,
                                            Fitting fitting, const Progress &progress = {});
+
+/// Makes changes that are in memory, all or nothing, as applyPatch() does with Fitting::Whole, but without
+/// digests: it takes as long as the changes need. Words are those of the store. In a file rows get their
+/// places. Throws `Failure`, and then the store is as it was.
+MORATOOLS_EXPORT void applyChanges(const StoreSession &store, long netId,
+                                   const std::vector<RowChange> &changes,
+                                   const std::vector<RowPlace> &places = {});
 
 } // namespace moratools

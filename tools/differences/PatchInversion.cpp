@@ -25,13 +25,8 @@ void invertPatch(QIODevice &patch, const QString &name, QIODevice &inverse) {
     std::swap(header.before, header.after);
     write(inverse, patchtext::lineOf(header));
     RowChange change;
-    while (reader.next(change)) {
-        std::swap(change.before, change.after);
-        if (change.kind != RowChange::Kind::Changed)
-            change.kind =
-                change.kind == RowChange::Kind::Added ? RowChange::Kind::Removed : RowChange::Kind::Added;
-        write(inverse, patchtext::lineOf(change));
-    }
+    while (reader.next(change))
+        write(inverse, patchtext::lineOf(inverted(change)));
 }
 
 } // namespace moratools

@@ -3,6 +3,7 @@
 #include "store/core/Engine.h"
 #include "store/opening/RecordRows.h"
 #include "tools/differences/NetworkDiff.h"
+#include "tools/differences/RowPlaces.h"
 #include "tools/reports/Failure.h"
 #include "tools/rows/NetworkRows.h"
 #include "tools/session/StoreSession.h"
@@ -20,6 +21,8 @@ namespace {
 constexpr char kPrefix[] = "morastore_recorded_";
 /// The column that says whether a row came or went.
 constexpr char kCame[] = "morastore_came";
+/// In a file: the number of the row.
+constexpr char kPlace[] = "morastore_place";
 /// In a file: whether the triggers are at work.
 constexpr char kSwitch[] = "morastore_recording";
 constexpr const char *kEvents[] = {"insert", "update", "delete"};
@@ -70,8 +73,10 @@ void Recorder::prepare() {
             continue;
         StoreTable kept = *table;
         kept.name = QLatin1String(kPrefix) + name;
-        run(QStringLiteral("create temp table %1 as select 1 = 1 as %2, t.* from %3 t where 1 = 0")
-                .arg(kept.name, QLatin1String(kCame), quotedName(table->name)));
+        const QString place =
+            mIsSqlite ? QStringLiteral("t.rowid as %1, ").arg(QLatin1String(kPlace)) : QString();
+        run(QStringLiteral("create temp table %1 as select 1 = 1 as %2, %3t.* from %4 t where 1 = 0")
+                .arg(kept.name, QLatin1String(kCame), place, quotedName(table->name)));
         mKept.insert(name, kept);
         if (mIsSqlite)
             prepareTriggers(*table, kept);
@@ -81,8 +86,8 @@ void Recorder::prepare() {
 void Recorder::prepareTriggers(const StoreTable &table, const StoreTable &kept) const {
     const StoreColumn *network =
         mStore.hasSeveralNetworks() ? table.column(QStringLiteral("netid")) : nullptr;
-    const QString went = QStringLiteral("(0, %1)").arg(valuesOf(QStringLiteral("old"), table));
-    const QString came = QStringLiteral("(1, %1)").arg(valuesOf(QStringLiteral("new"), table));
+    const QString went = QStringLiteral("(0, old.rowid, %1)").arg(valuesOf(QStringLiteral("old"), table));
+    const QString came = QStringLiteral("(1, new.rowid, %1)").arg(valuesOf(QStringLiteral("new"), table));
     const QString rows[] = {came, went + QLatin1String(", ") + came, went};
     for (std::size_t i = 0; i < std::size(kEvents); ++i) {
         const QString ofNetwork = network ? QStringLiteral(" and %1.%2 = %3")
@@ -113,18 +118,25 @@ void Recorder::begin() {
     mIsRecording = true;
 }
 
-std::vector<RowChange> Recorder::end() {
+Recording Recorder::end() {
     if (!mIsRecording)
         throw Failure(QStringLiteral("changes of the store are not being recorded; begin first"));
     requireNoTransaction();
-    NetworkRows rows(mStore.db(), QStringLiteral("the recorded changes"), written(), false, mNetId);
-    const NetworkRows went = rows.restrictedTo(QStringLiteral("not ") + QLatin1String(kCame));
-    const NetworkRows came = rows.restrictedTo(QLatin1String(kCame));
-    std::vector<RowChange> changes;
-    diffRows(went, came, [&](const RowChange &change) { changes.push_back(change); });
+    const NetworkRows rows(mStore.db(), QStringLiteral("the recorded changes"), written(), false, mNetId);
+    Recording recording;
+    diffRows(rows.restrictedTo(QStringLiteral("not ") + QLatin1String(kCame)),
+             rows.restrictedTo(QLatin1String(kCame)),
+             [&](const RowChange &change) { recording.changes.push_back(change); });
+    for (const catalogue::Table &entry : catalogue::tables()) {
+        const StoreTable *kept = rows.table(QLatin1String(entry.name));
+        if (!mIsSqlite || !kept || !entry.isAsWritten)
+            continue;
+        const auto places = placesIn(mStore.db(), entry, *kept, QLatin1String(kCame), QLatin1String(kPlace));
+        recording.places.insert(recording.places.end(), places.begin(), places.end());
+    }
     stop();
     forget();
-    return changes;
+    return recording;
 }
 
 void Recorder::cancel() {

@@ -12,6 +12,15 @@ namespace moratools {
 
 class StoreSession;
 
+/// What has changed.
+struct Recording {
+    std::vector<RowChange> changes;
+    /// In a file, of rows that came, went or were moved; no part of a patch.
+    std::vector<RowPlace> places;
+
+    bool isEmpty() const { return changes.empty() && places.empty(); }
+};
+
 /// What the operations of a session change in a network, while they do it: operations of DBTools, StoredNet and
 /// Transaction, single or whole. What is rolled back is no change, be it by the library, by the host or by the
 /// engine.
@@ -31,10 +40,10 @@ public:
     /// Begins. Throws `Failure` when a transaction is open: a roll back would take the beginning along.
     void begin();
     /// What has changed since begin(), row by row as `diffNetworks()` tells it: a row that was changed twice
-    /// changed once, and one that is as it was did not. The order in which rows were written is no part of it.
+    /// changed once, and one that is as it was did not.
     /// Throws `Failure` when a transaction is open, since nobody knows what becomes of it (the recording goes
     /// on then), and where the connection is gone.
-    std::vector<RowChange> end();
+    Recording end();
     /// Ends, and forgets what was recorded.
     void cancel();
     bool isRecording() const { return mIsRecording; }

@@ -6,6 +6,8 @@
 #include <QString>
 #include <QVariant>
 
+#include <utility>
+
 namespace moratools {
 
 /// Values of a row by column, as the format spells it: whole numbers (qint64), reals, texts and bytes that
@@ -31,6 +33,24 @@ struct RowChange {
     QString name = {};
     /// @}
 };
+
+/// Where a row of a file stands, by its row number, in a table that has no order but that in which rows were
+/// written (`catalogue::Table::isAsWritten`).
+struct RowPlace {
+    const catalogue::Table *table = nullptr;
+    RowValues key;     ///< tells the row from the others
+    qint64 before = 0; ///< 0 of a row that was not there
+    qint64 after = 0;  ///< 0 of one that is not there any more
+};
+
+/// The change that takes this one back.
+inline RowChange inverted(RowChange change) {
+    std::swap(change.before, change.after);
+    if (change.kind != RowChange::Kind::Changed)
+        change.kind =
+            change.kind == RowChange::Kind::Added ? RowChange::Kind::Removed : RowChange::Kind::Added;
+    return change;
+}
 
 /// The columns that tell the rows of a table apart, as the catalogue spells them. `hasId`: the stores in
 /// question have the column of identifiers, which lane connectors of older ones lack.
