@@ -62,3 +62,8 @@ void recordRows(const QSqlDatabase &db, const QHash<QString, QString> &tables, c
 void recordNoRows(const QSqlDatabase &db) {
     delete stateOf(db).recording.data();
 }
+
+QString asRecorded(const QSqlDatabase &db, const QString &sql) {
+    const RowRecording *recording = stateOf(db).recording;
+    return recording ? recording->statement(sql) : sql;
+}

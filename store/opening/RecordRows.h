@@ -17,3 +17,6 @@ MORASTORE_EXPORT void recordRows(const QSqlDatabase &db, const QHash<QString, QS
                                  const QString &condition);
 /// Ends that.
 MORASTORE_EXPORT void recordNoRows(const QSqlDatabase &db);
+/// The statement that does what @p sql does and keeps its rows, while rows are recorded on the connection; @p sql
+/// itself elsewhere. For those who write by statements of their own.
+MORASTORE_EXPORT QString asRecorded(const QSqlDatabase &db, const QString &sql);

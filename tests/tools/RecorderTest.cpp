@@ -3,13 +3,16 @@
 #include "model/NetContents.h"
 #include "store/StoredNet.h"
 #include "store/Transaction.h"
+#include "store/opening/RecordRows.h"
 #include "tests/support/Builders.h"
 #include "tests/support/StoreFixture.h"
+#include "tools/differences/PatchApplication.h"
 #include "tools/differences/PatchText.h"
 #include "tools/reports/Failure.h"
 #include "tools/session/StoreAddress.h"
 #include "tools/session/StoreSession.h"
 
+#include <algorithm>
 #include <memory>
 #include <string>
 
@@ -154,6 +157,31 @@ TEST_P(RecorderTest, AHostsOwnStatementsCountInAFile) {
     recorder.begin();
     execute(QStringLiteral("update Link set limitSpeed = 40 where linkID = 1"));
     EXPECT_EQ(linesOf(recorder.end()), isPostgres() ? "" : limit("1", "60.2", "40"));
+    recorder.begin();
+    const char *const statements[] = {
+        "UPDATE Link SET limitSpeed = (select 40 + 5 where 'where' <> ')') WHERE linkID in (1, 2)",
+        "update Net set name = 'a where b' "};
+    for (const char *statement : statements)
+        execute(asRecorded(gDB, QLatin1String(statement)));
+    EXPECT_EQ(linesOf(recorder.end()),
+              R"({"table":"Net","key":{},"before":{"name":"测试"},"after":{"name":"a where b"}})"
+              "\n" +
+                  limit("1", "40", "45") + limit("2", "60.2", "45"));
+}
+
+TEST_P(RecorderTest, ChangesThatAreAppliedAreRecordedAsWell) {
+    ASSERT_TRUE(insertArrow(1));
+    Recorder recorder(mSession, kNet);
+    recorder.begin();
+    EXPECT_TRUE(setLimit(1, 40));
+    EXPECT_TRUE(insertArrow(2));
+    StoredNet net(gDB, kNet);
+    EXPECT_TRUE(net.remove<GuideArrow>(1));
+    std::vector<RowChange> back = recorder.end().changes;
+    std::transform(back.begin(), back.end(), back.begin(), inverted);
+    recorder.begin();
+    applyChanges(mSession, kNet, back);
+    EXPECT_EQ(linesOf(recorder.end()), limit("1", "40", "60.2") + arrow("after", "1") + arrow("before", "2"));
 }
 
 TEST_P(RecorderTest, OtherNetworksAreNotInIt) {

@@ -1,6 +1,7 @@
 #include "tools/differences/PatchedRows.h"
 
 #include "store/core/Engine.h"
+#include "store/opening/RecordRows.h"
 #include "tools/rows/FormatSchema.h"
 
 #include <QSqlError>
@@ -170,7 +171,7 @@ QList<PatchedRows::StoredRow> PatchedRows::find(const RowChange &change, const S
 
 QString PatchedRows::run(const QString &sql, QVector<Binding> values, int rows) const {
     QSqlQuery query(mRows.db());
-    query.prepare(sql);
+    query.prepare(asRecorded(mRows.db(), sql));
     for (auto &[column, value] : values) {
         if (!rowvalue::fit(value, column->kind, mIsSqlite))
             return QStringLiteral("column %1 cannot keep the value \"%2\"").arg(column->name, shown(value));
