@@ -170,11 +170,10 @@ void checkExtent(const Checked &checked, Reporter &reporter) {
 std::vector<Rule> connectorShapeRules() {
     return {
         {"connector.ends-off-lanes", "geometry", Severity::Error, Scope::Objects,
-         "A connector does not begin at the end of its first lanes, or does not end at the start of its second "
-         "ones.",
+         "A connector begins more than 1.5 m from the end of its first lanes, or ends so far from the start of its second ones.",
          "Make the connector's shape anew (curve()).", checkEnds},
         {"connector.joins-distant-lanes", "geometry", Severity::Warning, Scope::Objects,
-         "A connector joins lanes that are farther apart than any junction is wide.",
+         "A connector joins lanes that are more than 200 m apart.",
          "Join roads that meet, or draw a road between them.", checkGap},
         {"connector.height-jumps", "geometry", Severity::Error, Scope::Objects,
          "The lanes that a connector joins differ in height by more than twice the way between them, and by more "

@@ -330,7 +330,7 @@ std::vector<Rule> demandRules() {
          "No vehicle departs at a departure point.", "Remove it, unless it waits for its demand.",
          checkDepartures},
         {"decision-point.off-link", "demand", Severity::Warning, Scope::Objects,
-         "A decision point stands far from its link.",
+         "A decision point stands more than 10 m beside its link.",
          "Move it to its link, or give it the link that it stands on.", checkDecisionPlace},
         {"decision-point.without-routes", "demand", Severity::Note, Scope::Objects,
          "A decision point has no routes.", "Remove it, unless it waits for its routes.",

@@ -265,7 +265,7 @@ std::vector<Rule> deviceRules() {
          "A detector, counter, collector, area or zone is on a lane that its road does not have.",
          "Give it a lane of its road.", checkLane},
         {"device.off-road", "devices", Severity::Warning, Scope::Objects,
-         "A device stands far from the road that it says it is on.",
+         "A device stands more than 10 m beside the link that it says it is on.",
          "Set its place, or give it the road that it stands on.", checkPlace},
         {"device.ends-before-begin", "devices", Severity::Error, Scope::Objects,
          "A device ends its work before it begins.", "Set its times.", checkTimes},

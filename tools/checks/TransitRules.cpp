@@ -254,7 +254,7 @@ std::vector<Rule> transitRules() {
          "A bus station is longer than its link, or has a length below 0.", "Set its length.",
          checkStationLength},
         {"bus-station.off-link", "transit", Severity::Warning, Scope::Objects,
-         "A bus station stands far from its link.",
+         "A bus station stands more than 10 m beside its link.",
          "Move it to its link, or give it the link that it stands on.", checkStationPlace},
         {"bus-station.not-served", "transit", Severity::Note, Scope::Objects,
          "No line stops at a bus station.", "Nothing where lines are to come; else add the stop.",
