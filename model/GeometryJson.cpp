@@ -115,6 +115,11 @@ GeometryLine points(const StoredJson &geometry) {
     return pointsOf(geometry.object());
 }
 
+bool hasStoredForm(const QByteArray &text) {
+    GeometryLine points;
+    return Reader(text).read(points);
+}
+
 StoredJson fromPoints(const GeometryLine &points) {
     if (!geometry::isFinite(points))
         return StoredJson(objectOf(points));

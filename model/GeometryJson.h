@@ -12,6 +12,10 @@ namespace geometryjson {
 /// The points of a geometry object, in order; a member that is no number counts as 0.
 MORASTORE_EXPORT GeometryLine points(const StoredJson &geometry);
 
+/// Whether a text is a geometry object in the form in which nearly all are stored: compact, each point with x, y and
+/// z in this order. Any other text may be one, too, and is to be read as JSON.
+MORASTORE_EXPORT bool hasStoredForm(const QByteArray &text);
+
 /// The geometry object of a line, in the stored form that QJsonDocument gives it. JSON has no numbers that
 /// are not finite: a line with such comes back as an object, which no store takes.
 MORASTORE_EXPORT StoredJson fromPoints(const GeometryLine &points);

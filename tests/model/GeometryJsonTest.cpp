@@ -4,6 +4,7 @@
 #include <QJsonDocument>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <cstring>
 #include <random>
@@ -24,6 +25,15 @@ QByteArray textByLibrary(const QVector<GeometryPoint> &points) {
     for (const GeometryPoint &point : points)
         data.append(QJsonObject{{"x", point.x}, {"y", point.y}, {"z", point.z}});
     return QJsonDocument(QJsonObject{{"data", data}}).toJson(QJsonDocument::Compact);
+}
+
+/// Whether the text is JSON with points of three numbers each.
+bool isGeometryByLibrary(const QByteArray &text) {
+    const QJsonValue data = QJsonDocument::fromJson(text).object().value(QStringLiteral("data"));
+    const QJsonArray points = data.toArray();
+    return data.isArray() && std::all_of(points.begin(), points.end(), [](const QJsonValue &point) {
+               return point["x"].isDouble() && point["y"].isDouble() && point["z"].isDouble();
+           });
 }
 
 /// Equal to the sign of a zero.
@@ -92,6 +102,7 @@ TEST(GeometryJson, WritesTheBytesOfTheLibraryAndReadsThemBack) {
         const QVector<GeometryPoint> line = randomLine(random);
         const QByteArray text = geometryjson::fromPoints(line).text();
         ASSERT_EQ(text, textByLibrary(line));
+        ASSERT_EQ(geometryjson::hasStoredForm(text), isGeometryByLibrary(text)) << text.constData();
         const QVector<GeometryPoint> read = geometryjson::points(StoredJson::fromText(text));
         ASSERT_TRUE(isSame(read, pointsByLibrary(text))) << text.constData();
         for (int k = 0; k < line.size(); ++k)
@@ -122,6 +133,7 @@ TEST(GeometryJson, ReadsWhatTheLibraryReadsFromDamagedText) {
         }
         ASSERT_TRUE(isSame(geometryjson::points(StoredJson::fromText(text)), pointsByLibrary(text)))
             << text.constData();
+        ASSERT_TRUE(!geometryjson::hasStoredForm(text) || isGeometryByLibrary(text)) << text.constData();
     }
 }
 

@@ -75,9 +75,7 @@ private:
     void judge(const catalogue::Table &entry, qint64 id, const QString &column, const QByteArray &text) {
         const bool isGeometry = column.endsWith(QLatin1String("PointsJson"), Qt::CaseInsensitive);
         if (isGeometry) {
-            // What is written back as it stands has the form. Nearly all geometry does.
-            const StoredJson stored = StoredJson::fromText(text);
-            if (geometryjson::fromPoints(geometryjson::points(stored)).text() == text)
+            if (geometryjson::hasStoredForm(text))
                 return;
         } else if (isJsonObject(text)) {
             return;
