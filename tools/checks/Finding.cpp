@@ -19,7 +19,7 @@ void Reporter::find(Finding finding) {
     if (mFound.findings.size() >= kMostKept)
         return;
     finding.network = mNetwork;
-    mFound.findings.append(std::move(finding));
+    mFound.findings.append(finding);
 }
 
 QString called(const QString &word, qint64 id, const QString &name) {

@@ -62,7 +62,7 @@ void backUpStore(const QString &path, const QString &copy) {
 QString keepCopy(const QString &path, const QString &what) {
     const QString absolute = QFileInfo(path).absoluteFilePath();
     const QString now = QDateTime::currentDateTime().toString(QStringLiteral("yyyyMMdd-HHmmss"));
-    const QString name = QStringLiteral("%1.before-%2-%3").arg(absolute, what, now);
+    QString name = QStringLiteral("%1.before-%2-%3").arg(absolute, what, now);
     if (QFileInfo::exists(name))
         throw Failure(QStringLiteral("%1: exists already; nothing was changed, try again").arg(name));
     backUpStore(absolute, name);
