@@ -88,7 +88,8 @@ private:
                      .arg(column, error.errorString(), QString::number(error.offset)));
         else if (!document.isObject())
             find(Fault::NoObject, entry, id, QStringLiteral("%1 is JSON, but no object").arg(column));
-        else if (isGeometry)
+        // Programs write an empty object where nothing is drawn.
+        else if (isGeometry && !document.object().isEmpty())
             judgePoints(entry, id, column, document.object().value(QLatin1String("data")));
     }
 

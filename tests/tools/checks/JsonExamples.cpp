@@ -18,7 +18,8 @@ std::vector<Example> jsonExamples() {
          put("Net", "otherAttrsJson", R"({"colours":["red"]})", "NetId = 1")},
         {"json.no-points",
          put("Link", "centerLinePointsJson", R"({"points":[{"x":1,"y":2,"z":3}]})", "linkID = 1"),
-         put("Link", "centerLinePointsJson", "", "linkID = 1")},
+         put("Link", "centerLinePointsJson", "", "linkID = 1") +
+             put("Link", "leftBreakPointsJson", "{}", "linkID = 1")},
         {"json.point-without-numbers",
          put("LaneConnector", "centerLinePointsJson",
              R"({"data":[{"x":1,"y":2,"z":3},{"x":1,"y":"2","z":3}]})", "laneConnId = 1"),
