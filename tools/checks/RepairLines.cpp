@@ -84,9 +84,9 @@ public:
             drawn.id = rows.value(0).toLongLong();
             for (int i = 0; i < kLines; ++i) {
                 const QByteArray text = rows.value(i + 1).toByteArray();
-                drawn.lines[i] = geometryjson::points(StoredJson::fromText(text));
-                drawn.isPlain = drawn.isPlain &&
-                                (text.isEmpty() || geometryjson::fromPoints(drawn.lines[i]).text() == text);
+                const StoredJson line = StoredJson::fromText(text);
+                drawn.lines[i] = geometryjson::points(line);
+                drawn.isPlain = drawn.isPlain && (line.holdsNothing() || geometryjson::hasStoredForm(text));
             }
             if (drawn.isPlain)
                 repair(std::move(drawn), QLatin1String(table), QLatin1String(idColumn), QLatin1String(word),
