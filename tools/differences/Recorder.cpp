@@ -194,12 +194,18 @@ void Recorder::drop() const {
 
 void Recorder::requireNoTransaction() const {
     QSqlQuery query(mStore.db());
-    // SQLite refuses a transaction in another one, a server a savepoint outside of any.
-    const bool done = query.exec(mIsSqlite ? QStringLiteral("begin") : QStringLiteral("savepoint recorder"));
-    const bool isFailed = query.lastError().nativeErrorCode() == QLatin1String("25P02");
-    const bool isInside = mIsSqlite ? !done : done || isFailed;
-    if (done)
-        query.exec(mIsSqlite ? QStringLiteral("commit") : QStringLiteral("release savepoint recorder"));
+    bool isInside = false;
+    if (mIsSqlite) {
+        // One in another one is refused.
+        isInside = !query.exec(QStringLiteral("begin"));
+        if (!isInside)
+            query.exec(QStringLiteral("commit"));
+    } else {
+        // A statement of its own begins with its transaction. One that failed takes no question.
+        isInside = query.exec(QStringLiteral("select now() = statement_timestamp()"))
+                       ? query.next() && !query.value(0).toBool()
+                       : query.lastError().nativeErrorCode() == QLatin1String("25P02");
+    }
     if (isInside)
         throw Failure(QStringLiteral(
             "changes are not recorded from, or up to, the middle of a transaction; end it first"));
