@@ -55,11 +55,14 @@ void measure(const StoreAddress &address, const StoreAddress &original, int runs
         link->mlVertex.first()->x += 1;
         require(net.update(*link), "changing a link");
     };
-    std::vector<std::unique_ptr<Link>> links;
-    for (const long id : ids)
-        links.push_back(net.read<Link>(id).release());
+    std::vector<Owned<Link>> read;
+    QList<Link *> links;
+    for (const long id : qAsConst(ids)) {
+        read.push_back(net.read<Link>(id));
+        links.append(read.back().get());
+    }
     const auto editAll = [&] {
-        for (const auto &link : links)
+        for (Link *link : qAsConst(links))
             link->minSpeed += 1;
         require(net.updateFields({QStringLiteral("minSpeed")}, links), "writing a column");
     };
@@ -100,7 +103,7 @@ void measure(const StoreAddress &address, const StoreAddress &original, int runs
     }
     std::printf("an edit %.2f, while recorded %.2f, as a recording of its own %.2f, taken back %.2f\n",
                 median(without), median(within), median(own), median(back));
-    std::printf("a column of %d links %.1f, while recorded %.1f\n", int(links.size()), median(allWithout),
+    std::printf("a column of %d links %.1f, while recorded %.1f\n", links.size(), median(allWithout),
                 median(allWith));
     std::printf("making the recorder %.1f, comparing the network %.0f\n", making, comparing);
 }
@@ -119,7 +122,7 @@ int main(int argc, char **argv) {
         if (!original.isServer())
             require(QFile::copy(original.path(), copy), "copying");
         measure(original.isServer() ? original : StoreAddress(copy), original,
-                arguments.value(1, QStringLiteral("50")).toInt());
+                arguments.value(1, QStringLiteral("9")).toInt());
     } catch (const Failure &failure) {
         std::fprintf(stderr, "%s\n", failure.what());
         return 1;

@@ -12,6 +12,8 @@
 #include "tools/session/StoreAddress.h"
 #include "tools/session/StoreSession.h"
 
+#include <QSqlQuery>
+
 #include <algorithm>
 #include <memory>
 #include <string>
@@ -139,6 +141,9 @@ TEST_P(RecorderTest, TransactionsGoNotAcrossItsEnds) {
         EXPECT_THROW(recorder.begin(), Failure);
         EXPECT_FALSE(recorder.isRecording());
         EXPECT_THROW(Recorder(mSession, kNet), Failure);
+        // Which on a server takes no further statement.
+        EXPECT_FALSE(QSqlQuery(QStringLiteral("select nonsense"), gDB).isActive());
+        EXPECT_THROW(recorder.begin(), Failure);
     }
     recorder.begin();
     EXPECT_THROW(recorder.begin(), Failure);
