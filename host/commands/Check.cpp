@@ -19,7 +19,6 @@ namespace commands {
 namespace {
 
 constexpr int kShownOfRule = 10;
-constexpr int kPictureSize = 2400; // pixels, as that of draw
 
 struct Options {
     std::string store;
@@ -139,7 +138,7 @@ QStringList draw(const Options &options, const CheckReport &report) {
     std::vector<Marks> marks;
     qint64 nowhere = 0;
     for (const Severity severity : {Severity::Note, Severity::Warning, Severity::Error}) {
-        Marks group{wordFor(severity), colourOf(severity), {}};
+        Marks group{wordFor(severity), colourOf(severity), {}, {}};
         for (const RuleFindings &found : report.rules) {
             if (found.rule->severity != severity)
                 continue;

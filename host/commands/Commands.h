@@ -42,6 +42,9 @@ constexpr const char *kStoreHelp =
 constexpr const char *kNetHelp =
     "Number or name of the network; a number goes first; default: the store's first";
 
+/// The longer side of pictures that are not asked for by size, in pixels.
+constexpr int kPictureSize = 2400;
+
 void addNew(CLI::App &program, Run &run);
 void addImport(CLI::App &program, Run &run);
 void addExport(CLI::App &program, Run &run);

@@ -1,11 +1,14 @@
 #include "host/Printable.h"
 #include "host/ProgressBar.h"
 #include "host/commands/Commands.h"
+#include "host/commands/OpenedStore.h"
 #include "host/commands/PatchFile.h"
 #include "tools/differences/AlignedNetwork.h"
 #include "tools/differences/DifferenceReport.h"
 #include "tools/differences/NetworkDiff.h"
 #include "tools/differences/PatchText.h"
+#include "tools/drawing/DifferenceMarks.h"
+#include "tools/drawing/NetworkDrawing.h"
 #include "tools/reports/OutputFile.h"
 
 #include <QJsonArray>
@@ -26,6 +29,7 @@ struct Options {
     std::string net;
     std::string otherNet;
     std::string patch;
+    std::string picture;
     std::string by = "number";
     bool summary = false;
     bool json = false;
@@ -71,10 +75,31 @@ std::unique_ptr<AlignedNetwork> alignedBy(const std::string &by, const StoreRead
     return aligned;
 }
 
+NetworkObjects objectsOf(const StoreAddress &address, const NamedNetwork &network) {
+    const OpenedStore store(address, Access::Read);
+    return readNetwork(store, store.hasSeveralNetworks() ? network.id : 0);
+}
+
+/// Draws the second network with what differs.
+void draw(const Options &options, const DifferenceReport &report, const NamedNetwork &first,
+          const StoreAddress &other, const NamedNetwork &second) {
+    const NetworkObjects before = objectsOf(QString::fromStdString(options.one), first);
+    const NetworkObjects after = objectsOf(other, second);
+    const DifferenceMarks found = marksOf(report, before, after);
+    QStringList leftOut =
+        drawToFile(after, QString::fromStdString(options.picture), kPictureSize, found.marks);
+    if (found.nowhere > 0)
+        leftOut.append(QStringLiteral("objects without a place that differ: %1").arg(found.nowhere));
+    for (const QString &line : qAsConst(leftOut))
+        tell(QStringLiteral("not in the picture: ") + line);
+}
+
 void diff(const Options &options) {
     const QString patch = QString::fromStdString(options.patch);
     if (!patch.isEmpty())
         requireOutputPath(patch, QStringLiteral("patch"));
+    if (!options.picture.empty())
+        requirePicturePath(QString::fromStdString(options.picture));
     const StoreReader one(QString::fromStdString(options.one));
     StoreReader given(QString::fromStdString(options.other));
     const NamedNetwork first = networkOf(one, options.net);
@@ -109,6 +134,9 @@ void diff(const Options &options) {
         print(textOf(report.counts()));
     else if (patch.isEmpty())
         print(textOf(report.lines(other, second)));
+    if (!options.picture.empty())
+        draw(options, report, first, aligned ? aligned->address() : QString::fromStdString(options.other),
+             second);
     if (options.exitCode && !report.isEmpty())
         throw Incomplete(QStringLiteral("the networks differ"));
 }
@@ -140,8 +168,15 @@ void addDiff(CLI::App &program, Run &run) {
         ->capture_default_str();
     command->add_flag("--summary", options->summary, "Only how many objects of each kind differ");
     command->add_flag("--json", options->json, "Everything as JSON");
+    command
+        ->add_option("--picture", options->picture,
+                     "Picture of B with what differs, .svg or .png: new green, gone red, changed amber")
+        ->type_name("FILE");
     command->add_flag("--exit-code", options->exitCode, "End with 3 where anything differs");
-    command->callback([options, &run] { run.work = [options] { diff(*options); }; });
+    command->callback([options, &run] {
+        run.paints = !options->picture.empty();
+        run.work = [options] { diff(*options); };
+    });
 }
 
 } // namespace commands

@@ -23,7 +23,6 @@ namespace commands {
 
 namespace {
 
-constexpr int kPictureSize = 2400;
 
 struct Options {
     std::string store;

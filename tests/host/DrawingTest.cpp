@@ -175,3 +175,43 @@ TEST_F(Drawing, AFindingHasARingAroundItsPlace) {
     EXPECT_NEAR(ring.last() - ring.first(), 22, 3);
     EXPECT_NEAR(0.5 * (ring.first() + ring.last()), 28 + 200 * scale, 5);
 }
+
+TEST_F(Drawing, WhatDiffersIsMarkedWhereItIs) {
+    const QString after = file(QStringLiteral("after"));
+    ASSERT_TRUE(QFile::copy(mStore, after));
+    alter(after, {QStringLiteral("update Link set limitSpeed = 20 where linkName = 'w'"),
+                  QStringLiteral("delete from VehicleQueueCounter"),
+                  QStringLiteral("update VehicleType set maxSpeed = 99 where vehicleTypeCode = 1")});
+    const auto drawn = [&](const QString &one, const QString &other, const char *name) {
+        QString path = file(QLatin1String(name));
+        const Outcome outcome = run({QStringLiteral("diff"), one, other, QStringLiteral("--picture"), path});
+        EXPECT_EQ(outcome.exitCode, 0) << outcome.err.toStdString();
+        EXPECT_TRUE(outcome.err.contains(
+            QStringLiteral("not in the picture: objects without a place that differ: 1")))
+            << outcome.err.toStdString();
+        return path;
+    };
+    const QImage picture(drawn(mStore, after, "differs.png"));
+    ASSERT_EQ(picture.width(), 2400);
+    const double scale = (2400 - 2 * 28) / 220.0;
+    const auto line = [&](double y) {
+        return picture.height() - 28 - 54 - int(std::lround((y + 2) * scale));
+    };
+    // The middle of a road of two lanes of 4 m, the right one of which is drawn along 0.
+    EXPECT_TRUE(
+        isLike(QColor(picture.pixel(28 + int(std::lround(150 * scale)), line(2))), QColor(0xe8, 0x95, 0)));
+    const QVariantList place = row(mStore, QStringLiteral("select x, y from VehicleQueueCounter"));
+    QList<int> ring;
+    for (int x = 0; x < picture.width(); ++x) {
+        if (isLike(QColor(picture.pixel(x, line(place[1].toDouble()))), QColor(0xd0, 0x20, 0x20)))
+            ring.append(x);
+    }
+    ASSERT_FALSE(ring.isEmpty());
+    EXPECT_NEAR(ring.last() - ring.first(), 22, 3);
+    EXPECT_NEAR(0.5 * (ring.first() + ring.last()), 28 + place[0].toDouble() * scale, 5);
+
+    const QByteArray back = read(drawn(after, mStore, "back.svg"));
+    for (const char *label : {">changed (1)<", ">added (1)<"})
+        EXPECT_TRUE(back.contains(label)) << label;
+    EXPECT_FALSE(back.contains(">removed"));
+}

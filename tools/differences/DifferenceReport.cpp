@@ -132,6 +132,18 @@ void DifferenceReport::add(const RowChange &change) {
     }
 }
 
+RowChange::Kind DifferenceReport::kindOf(const Object &object) {
+    const bool isWhole = object.id.isValid() && object.own.size() == 1;
+    return isWhole ? object.own.front().kind : RowChange::Kind::Changed;
+}
+
+std::vector<DifferenceReport::Difference> DifferenceReport::differences() const {
+    std::vector<Difference> differences;
+    for (const Object &object : mObjects)
+        differences.push_back({object.table->name, object.id.toLongLong(), kindOf(object)});
+    return differences;
+}
+
 QList<DifferenceReport::Count> DifferenceReport::counts() const {
     QList<Count> counts;
     for (const catalogue::Table &table : catalogue::tables()) {
@@ -140,12 +152,10 @@ QList<DifferenceReport::Count> DifferenceReport::counts() const {
         for (const Object &object : mObjects) {
             if (object.table != &table)
                 continue;
-            const bool isWhole = object.id.isValid() && object.own.size() == 1 &&
-                                 object.own.front().kind != RowChange::Kind::Changed;
-            if (!isWhole)
-                ++count.changed;
-            else
-                ++(object.own.front().kind == RowChange::Kind::Added ? count.added : count.removed);
+            const RowChange::Kind outcome = kindOf(object);
+            ++(outcome == RowChange::Kind::Changed ? count.changed
+               : outcome == RowChange::Kind::Added ? count.added
+                                                   : count.removed);
         }
         if (count.added + count.removed + count.changed > 0)
             counts.append(count);
@@ -190,9 +200,7 @@ QStringList DifferenceReport::lines(const StoreReader &store, const NamedNetwork
             heading += QLatin1Char(' ') + shown(object->id);
         if (!object->name.isEmpty())
             heading += QStringLiteral(" \"%1\"").arg(object->name);
-        const bool isWhole = object->id.isValid() && object->own.size() == 1 &&
-                             object->own.front().kind != RowChange::Kind::Changed;
-        if (isWhole) {
+        if (kindOf(*object) != RowChange::Kind::Changed) {
             lines.append(heading + outcome(object->own.front()) + companions(object->parts));
             continue;
         }

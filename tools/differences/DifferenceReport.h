@@ -22,9 +22,18 @@ public:
         int changed = 0;
     };
 
+    /// An object that differs.
+    struct Difference {
+        const char *table;
+        qint64 id;
+        RowChange::Kind kind; ///< `Changed`, too, where only a part of it comes or goes
+    };
+
     void add(const RowChange &change);
     bool isEmpty() const { return mObjects.empty(); }
     QList<Count> counts() const;
+    /// All of them; settings and the like have 0 for an identifier.
+    std::vector<Difference> differences() const;
     /// Looks up the names of objects of which only a part differs: in `now`, the network that the changes lead
     /// to. Texts are as the stores have them, on lines of their own.
     QStringList lines(const StoreReader &store, const NamedNetwork &now);
@@ -38,6 +47,7 @@ private:
         std::vector<RowChange> parts;
     };
 
+    static RowChange::Kind kindOf(const Object &object);
     Object &objectOf(const RowChange &change);
     void findNames(const StoreReader &store, const NamedNetwork &now);
 

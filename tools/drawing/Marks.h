@@ -1,5 +1,6 @@
 #pragma once
 
+#include "model/GeometryLine.h"
 #include "tools/MoraToolsExport.h"
 
 #include <QColor>
@@ -14,14 +15,15 @@ class QPainter;
 
 namespace moratools {
 
-/// Places of one meaning that a picture marks with rings.
+/// Places of one meaning that a picture marks: with rings, and with lines along roads.
 struct Marks {
     QString name; ///< in the legend
     QColor colour;
-    std::vector<QPointF> places; ///< metres
+    std::vector<QPointF> places;     ///< metres
+    std::vector<GeometryLine> lines; ///< metres
 };
 
-/// The marks on a plan. Rings are as large at every scale, above all else, the first marks lowest.
+/// The marks on a plan. Rings are as large and lines as wide at every scale, above all else, the first marks lowest.
 class MarkLayer {
 public:
     /// Those outside of `extent`, metres, are left out.
