@@ -111,6 +111,7 @@ int main(int argc, char **argv) try {
     commands::addDiff(program, run);
     commands::addApply(program, run);
     commands::addInvert(program, run);
+    commands::addMerge(program, run);
     commands::addRoundTrip(program, run);
     commands::addUpgrade(program, run);
     commands::addCompact(program, run);

@@ -56,6 +56,7 @@ void addDigest(CLI::App &program, Run &run);
 void addDiff(CLI::App &program, Run &run);
 void addApply(CLI::App &program, Run &run);
 void addInvert(CLI::App &program, Run &run);
+void addMerge(CLI::App &program, Run &run);
 void addRoundTrip(CLI::App &program, Run &run);
 void addUpgrade(CLI::App &program, Run &run);
 void addCompact(CLI::App &program, Run &run);

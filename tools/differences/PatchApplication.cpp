@@ -114,7 +114,7 @@ PatchedNetwork PatchApplication::run(std::vector<Line> &lines, const Progress &p
     if (!hasDigests)
         return mResult;
     mResult.digest = digest();
-    if (mFitting == Fitting::Whole && mResult.digest != mHeader.after)
+    if (mFitting == Fitting::Whole && !mHeader.after.isEmpty() && mResult.digest != mHeader.after)
         throw Failure(
             QStringLiteral("the patch does not lead to the network whose digest it has; write it anew. "
                            "Nothing was changed"));
@@ -232,6 +232,16 @@ void applyChanges(const StoreSession &store, long netId, const std::vector<RowCh
     PatchApplication application(store, netId, {}, Fitting::Whole);
     application.run(lines, {});
     application.putInPlaces(places);
+    transaction.commit();
+    store.forgetIdentifiers(netId);
+}
+
+void applyChanges(const StoreSession &store, long netId, const std::vector<RowChange> &changes,
+                  const PatchHeader &header, const Progress &progress) {
+    std::vector<Line> lines = linesOf(changes);
+    GuardedTransaction transaction(store);
+    PatchApplication(store, netId, {header.before, QString(), header.words}, Fitting::Whole)
+        .run(lines, progress);
     transaction.commit();
     store.forgetIdentifiers(netId);
 }

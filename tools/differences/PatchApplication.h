@@ -40,5 +40,9 @@ MORATOOLS_EXPORT PatchedNetwork applyPatch(const StoreSession &store, long netId
 MORATOOLS_EXPORT void applyChanges(const StoreSession &store, long netId,
                                    const std::vector<RowChange> &changes,
                                    const std::vector<RowPlace> &places = {});
+/// The same in the words of `header`, for the network that has its digest before; none is asked for afterwards.
+MORATOOLS_EXPORT void applyChanges(const StoreSession &store, long netId,
+                                   const std::vector<RowChange> &changes, const PatchHeader &header,
+                                   const Progress &progress = {});
 
 } // namespace moratools

@@ -1,0 +1,188 @@
+#include "tests/host/Differences.h"
+
+#include <QJsonDocument>
+#include <QJsonObject>
+
+// Two versions of a network become one.
+
+namespace {
+
+class MergeCommand : public Differences {
+protected:
+    /// A version of `base` with changes.
+    QString edited(const QString &base, const QString &name, const QStringList &changes) const {
+        return copyOf(base, name, changes);
+    }
+
+    Outcome merge(const QStringList &versions, const QStringList &options = {}) const {
+        QFile::remove(result());
+        return run(QStringList{QStringLiteral("merge")} + versions +
+                   QStringList{QStringLiteral("-o"), result()} + options);
+    }
+    QString result() const { return file(QStringLiteral("merged")); }
+
+    QString value(const QString &sql) const { return row(result(), sql).first().toString(); }
+
+    /// The conflicts of the last merge, with one answer for all.
+    QString answered(const char *take) const {
+        QByteArray text = read(result() + QStringLiteral(".conflicts"));
+        text.replace("\"take\":null", QByteArray("\"take\":") + take);
+        return write(QStringLiteral("answers"), text);
+    }
+};
+
+} // namespace
+
+TEST_F(MergeCommand, WhatEitherDidIsDone) {
+    const QString base = crossing(QStringLiteral("base"));
+    const QString ours =
+        edited(base, QStringLiteral("ours"),
+               {QStringLiteral("update Link set limitSpeed = 30, minSpeed = 1 where linkID = 1"),
+                QStringLiteral("update Link set limitSpeed = 31 where linkID = 3"),
+                QStringLiteral("insert into GuideArrow values(1, 70, 1, 1, 1, 1), (1, 72, 1, 1, 1, 1)"),
+                QStringLiteral("delete from SignalLamp where signalLampID = 3"),
+                QStringLiteral("insert into SignalGroup values(1, 98, 'a', 60, 0, 9)"),
+                QStringLiteral("insert into SignalPhase values(1, 99, 98, 1, 'x')"),
+                QStringLiteral("insert into SignalColor values(1, 99, 1, 'Red', 3)")});
+    const QString theirs =
+        edited(base, QStringLiteral("theirs"),
+               {QStringLiteral("update Link set desiredSpeed = 40, minSpeed = 1 where linkID = 1"),
+                QStringLiteral("update Link set linkName = 'c' where linkID = 3"),
+                QStringLiteral("insert into GuideArrow values(1, 70, 2, 2, 2, 2), (1, 72, 1, 1, 1, 1)"),
+                QStringLiteral("insert into SignalGroup values(1, 98, 'b', 60, 0, 9)"),
+                QStringLiteral("insert into SignalPhase values(1, 99, 98, 1, 'x')"),
+                QStringLiteral("insert into SignalColor values(1, 99, 1, 'Red', 3)")});
+    const Outcome outcome = merge({base, ours, theirs});
+    EXPECT_EQ(outcome.exitCode, 0) << outcome.err.toStdString();
+    EXPECT_EQ(outcome.out, QStringLiteral("8 changes of ours, 7 of theirs, 3 new identifiers\n"));
+    EXPECT_EQ(value(QStringLiteral(
+                  "select limitSpeed || ' ' || desiredSpeed || ' ' || minSpeed from Link where linkID = 1")),
+              QStringLiteral("30 40 1"));
+    EXPECT_EQ(value(QStringLiteral("select limitSpeed || linkName from Link where linkID = 3")),
+              QStringLiteral("31c"));
+    // The second of two new objects gets a new number, and its parts and what refers to it follow.
+    EXPECT_EQ(value(QStringLiteral("select group_concat(guideArrowId || '-' || laneID) from GuideArrow")),
+              QStringLiteral("70-1,72-1,73-2"));
+    EXPECT_EQ(value(QStringLiteral(
+                  "select group_concat(g.name || p.signalPhaseID || c.color) from SignalGroup g join "
+                  "SignalPhase p using (signalGroupID) join SignalColor c using (signalPhaseID) "
+                  "where signalGroupID >= 98")),
+              QStringLiteral("a99Red,b100Red"));
+    EXPECT_EQ(value(QStringLiteral("select count(*) from SignalLamp where signalLampID = 3")),
+              QStringLiteral("0"));
+    EXPECT_EQ(value(QStringLiteral("select ID from IDGenerater where TableName = 'GuideArrow'")),
+              QStringLiteral("73"));
+    if (PostgresDatabase::hasServer()) {
+        const QString digest = run({QStringLiteral("digest"), result()}).out;
+        const PostgresDatabase servers[2];
+        ASSERT_EQ(run({QStringLiteral("copy"), ours, servers[0].connectionString()}).exitCode, 0);
+        ASSERT_EQ(run({QStringLiteral("copy"), theirs, servers[1].connectionString()}).exitCode, 0);
+        EXPECT_EQ(merge({base, servers[0].connectionString(), servers[1].connectionString()}).exitCode, 0);
+        EXPECT_EQ(run({QStringLiteral("digest"), result()}).out, digest);
+    }
+    expectRefusal(
+        [&] {
+            return run({QStringLiteral("merge"), base, ours, theirs, QStringLiteral("-o"), result()});
+        },
+        QStringLiteral("is there already"));
+}
+
+TEST_F(MergeCommand, AConflictIsNamedAndTakesAnAnswer) {
+    const QString base = crossing(QStringLiteral("base"));
+    const QString ours = edited(
+        base, QStringLiteral("ours"),
+        {QStringLiteral("update Link set limitSpeed = 30, linkName = 'o' where linkID = 1"),
+         QStringLiteral("update SignalColor set timeLength = 1 where signalPhaseID = 1"),
+         QStringLiteral("insert into LaneLimitVehicle select 1, 3, vehicleTypeCode from VehicleType")});
+    const QString theirs = edited(
+        base, QStringLiteral("theirs"),
+        {QStringLiteral("update Link set limitSpeed = 40, minSpeed = 3 where linkID = 1"),
+         QStringLiteral("update SignalColor set timeLength = 2 where signalPhaseID = 1 and serialNumber = 1"),
+         QStringLiteral("insert into LaneLimitVehicle select 1, 3, vehicleTypeCode from VehicleType")});
+    const QStringList versions{base, ours, theirs};
+    const Outcome open = merge(versions);
+    EXPECT_EQ(open.exitCode, 3);
+    EXPECT_TRUE(open.err.contains(QStringLiteral("2 conflicts"))) << open.err.toStdString();
+    EXPECT_FALSE(QFile::exists(result()));
+    const QList<QByteArray> lines = read(result() + QStringLiteral(".conflicts")).split('\n');
+    ASSERT_EQ(lines.size(), 4);
+    EXPECT_EQ(
+        QJsonDocument::fromJson(lines.at(2)).object(),
+        QJsonDocument::fromJson(R"({"take": null, "conflict": "column", "table": "Link", "key": {"linkID": 1},
+                  "column": "limitSpeed", "base": 50.004000000000005, "ours": 30, "theirs": 40})")
+            .object());
+    EXPECT_TRUE(lines.at(1).contains("\"conflict\":\"list\"")) << lines.at(1).constData();
+    const QString speed = QStringLiteral(
+        "select limitSpeed || linkName || minSpeed || '-' || (select timeLength from SignalColor where "
+        "signalPhaseID = 1 and serialNumber = 1) from Link where linkID = 1");
+    for (const auto &[take, expected] :
+         {std::pair("\"ours\"", "30o3-1"), std::pair("\"theirs\"", "40o3-2")}) {
+        const Outcome outcome = merge(versions, {QStringLiteral("--resolve"), answered(take)});
+        EXPECT_EQ(outcome.exitCode, 0) << outcome.err.toStdString();
+        EXPECT_EQ(value(speed), QLatin1String(expected));
+    }
+    QByteArray text = read(answered("\"ours\""));
+    text.replace("\"take\":\"ours\",\"base\"", "\"take\":{\"value\":35.5},\"base\"");
+    ASSERT_EQ(merge(versions, {QStringLiteral("--resolve"), write(QStringLiteral("answers"), text)}).exitCode,
+              0);
+    EXPECT_EQ(value(speed), QStringLiteral("35.5o3-1"));
+    QFile::remove(result());
+    for (const auto &[take, sentence] :
+         {std::pair("\"mine\"", "line 2 has no answer"), std::pair("{\"value\":1}", "line 2 has no answer"),
+          std::pair("7", "line 2 has no answer"), std::pair("null}\n{", "line 3 is no conflict")}) {
+        const QString answers = answered(take);
+        expectRefusal(
+            [&, words = sentence] {
+                return merge(versions, {QStringLiteral("--resolve"), answers});
+            },
+            QLatin1String(sentence));
+    }
+    const QString answers = answered("\"ours\"");
+    expectRefusal(
+        [&] {
+            return merge({base, theirs, ours}, {QStringLiteral("--resolve"), answers});
+        },
+        QStringLiteral("conflicts of other networks"));
+}
+
+TEST_F(MergeCommand, AnObjectThatOneRemovedAndTheOtherNeeds) {
+    const QString base = crossing(QStringLiteral("base"));
+    const QString ours = edited(
+        base, QStringLiteral("ours"),
+        {QStringLiteral(
+             "delete from SignalColor where signalPhaseID in (select signalPhaseID from SignalPhase where signalGroupID = 1)"),
+         QStringLiteral(
+             "delete from SignalLamp where signalPhaseID in (select signalPhaseID from SignalPhase where signalGroupID = 1)"),
+         QStringLiteral("delete from SignalPhase where signalGroupID = 1"),
+         QStringLiteral("delete from SignalGroup where signalGroupID = 1")});
+    // A part of it changes, and something new refers to a part.
+    const QString theirs = edited(
+        base, QStringLiteral("theirs"),
+        {QStringLiteral("update SignalPhase set name = 'changed' where signalPhaseID = 1"),
+         QStringLiteral(
+             "insert into SignalLamp select 1, 500, 1, laneID, null, 'new', 0, 0, 0 from Lane limit 1")});
+    const QString counts = QStringLiteral(
+        "select (select count(*) from SignalGroup) || ' ' || (select count(*) from SignalPhase) || ' ' || "
+        "(select count(*) from SignalColor) || ' ' || (select count(*) from SignalLamp where signalLampID = 500) || ' ' || "
+        "(select count(*) from SignalPhase where name = 'changed')");
+    const QString all = row(base, counts).first().toString();
+    for (const bool isOurs : {true, false}) {
+        const QStringList versions =
+            isOurs ? QStringList{base, ours, theirs} : QStringList{base, theirs, ours};
+        const Outcome open = merge(versions);
+        EXPECT_EQ(open.exitCode, 3);
+        const QList<QByteArray> lines = read(result() + QStringLiteral(".conflicts")).split('\n');
+        ASSERT_EQ(lines.size(), 3) << lines.join('\n').constData();
+        const QJsonObject conflict = QJsonDocument::fromJson(lines.at(1)).object();
+        EXPECT_EQ(conflict.value(QStringLiteral("table")).toString(), QStringLiteral("SignalGroup"));
+        EXPECT_EQ(conflict.value(QStringLiteral("by")).toString(),
+                  isOurs ? QStringLiteral("ours") : QStringLiteral("theirs"));
+        for (const bool isKept : {false, true}) {
+            const Outcome outcome = merge(versions, {QStringLiteral("--resolve"),
+                                                     answered(isOurs != isKept ? "\"ours\"" : "\"theirs\"")});
+            ASSERT_EQ(outcome.exitCode, 0) << outcome.err.toStdString();
+            EXPECT_EQ(value(counts), isKept ? all.left(all.size() - 3) + QStringLiteral("1 1")
+                                            : row(ours, counts).first().toString());
+        }
+    }
+}
