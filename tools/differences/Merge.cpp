@@ -1,5 +1,6 @@
 #include "tools/differences/Merge.h"
 
+#include "tools/differences/MergedRow.h"
 #include "tools/differences/PatchText.h"
 #include "tools/differences/References.h"
 #include "tools/rows/RowValue.h"
@@ -16,25 +17,8 @@ namespace moratools {
 
 namespace {
 
+using Row = MergedRow;
 using Kind = RowChange::Kind;
-
-enum Side { Ours, Theirs };
-
-Side otherOf(Side side) {
-    return side == Ours ? Theirs : Ours;
-}
-
-/// What the sides did to the rows of one identity: most often one thing each.
-struct Row {
-    std::vector<RowChange> changes[2];
-    bool isDropped[2] = {false, false};
-
-    bool isOne(Side side, Kind kind) const {
-        return changes[side].size() == 1 && changes[side].front().kind == kind;
-    }
-    bool has(Side side) const { return !changes[side].empty() && !isDropped[side]; }
-    const RowChange &any() const { return changes[changes[Ours].empty() ? Theirs : Ours].front(); }
-};
 
 /// A table by its place in the catalogue, and the bytes of a key: rows in the order of patches.
 using Identity = std::pair<std::ptrdiff_t, QByteArray>;
@@ -55,24 +39,6 @@ QByteArray bytesOf(const std::vector<RowChange> &changes) {
     for (const QByteArray &line : lines)
         bytes += line;
     return bytes;
-}
-
-RowChange inverseOf(RowChange change) {
-    std::swap(change.before, change.after);
-    if (change.kind != Kind::Changed)
-        change.kind = change.kind == Kind::Added ? Kind::Removed : Kind::Added;
-    return change;
-}
-
-/// A whole row with other values in some columns.
-RowValues overlaid(RowValues row, const RowValues &values) {
-    for (auto value = values.cbegin(); value != values.cend(); ++value) {
-        if (value.value().isValid())
-            row.insert(value.key(), value.value());
-        else
-            row.remove(value.key());
-    }
-    return row;
 }
 
 /// Whether rows of the table are told apart by their places.
@@ -108,7 +74,7 @@ public:
         while (dropDangling() || settleCarried()) {
         }
         for (auto &entry : mRows)
-            write(entry.second);
+            entry.second.appendRest(mMerged.changes);
         return std::move(mMerged);
     }
 
@@ -306,7 +272,7 @@ private:
                                    : takesTheirs                      ? their
                                                                       : our;
             if (!rowvalue::areSame(taken, our))
-                mReverted[&row].insert(column, our);
+                row.replaced.insert(column, our);
             ours.after.insert(column, taken);
             theirs.after.insert(column, taken);
         }
@@ -355,8 +321,8 @@ private:
                 return true;
             }
             // Ours stands in the store as it was.
-            if (side == Ours && !mReverted[&row].contains(column))
-                mReverted[&row].insert(column, change.after.value(column));
+            if (side == Ours && !row.replaced.contains(column))
+                row.replaced.insert(column, change.after.value(column));
             if (change.kind == Kind::Added)
                 change.after.insert(column, qint64(0));
             else
@@ -421,113 +387,11 @@ private:
         return hasDropped;
     }
 
-    /// What is to be done to our version.
-    void write(const Row &row) {
-        const bool hasOurs = !row.changes[Ours].empty();
-        if (row.isOne(Ours, Kind::Removed) && row.isOne(Theirs, Kind::Changed)) {
-            if (row.isDropped[Ours])
-                writeWhole(row, Kind::Added, row.changes[Ours].front().before,
-                           row.has(Theirs) ? row.changes[Theirs].front().after : RowValues());
-        } else if (row.isOne(Ours, Kind::Changed) && row.isOne(Theirs, Kind::Removed)) {
-            if (row.has(Theirs))
-                writeWhole(row, Kind::Removed, row.changes[Theirs].front().before,
-                           stored(row, row.changes[Ours].front()).after);
-            else
-                writeColumns(row);
-        } else if (row.isOne(Ours, Kind::Added) && row.isDropped[Ours] && row.isOne(Theirs, Kind::Added) &&
-                   row.has(Theirs)) {
-            writeReplacement(stored(row, row.changes[Ours].front()), row.changes[Theirs].front());
-        } else if (row.isDropped[Ours] && !row.isOne(Ours, Kind::Changed)) {
-            for (const RowChange &change : row.changes[Ours])
-                mMerged.changes.push_back(inverseOf(stored(row, change)));
-            if (row.has(Theirs))
-                append(row.changes[Theirs]);
-        } else if (hasOurs) {
-            writeColumns(row);
-        } else if (row.has(Theirs)) {
-            append(row.changes[Theirs]);
-        }
-    }
-
-    /// A row becomes another one in its place.
-    void writeReplacement(const RowChange &ours, const RowChange &theirs) {
-        RowChange change = theirs;
-        change.kind = Kind::Changed;
-        change.before.clear();
-        change.after.clear();
-        for (const RowValues &row : {ours.after, theirs.after}) {
-            for (auto value = row.cbegin(); value != row.cend(); ++value) {
-                const QString &column = value.key();
-                if (!rowvalue::areSame(ours.after.value(column), theirs.after.value(column))) {
-                    change.before.insert(column, ours.after.value(column));
-                    change.after.insert(column, theirs.after.value(column));
-                }
-            }
-        }
-        mMerged.changes.push_back(change);
-    }
-
-    void append(const std::vector<RowChange> &changes) {
-        mMerged.changes.insert(mMerged.changes.end(), changes.begin(), changes.end());
-    }
-
-    /// Our change as it is in our version.
-    RowChange stored(const Row &row, RowChange ours) const {
-        const auto reverted = mReverted.find(&row);
-        if (reverted != mReverted.end()) {
-            for (auto value = reverted->second.cbegin(); value != reverted->second.cend(); ++value)
-                ours.after.insert(value.key(), value.value());
-        }
-        return ours;
-    }
-
-    void writeWhole(const Row &row, Kind kind, const RowValues &base, const RowValues &values) {
-        RowChange change = row.any();
-        change.kind = kind;
-        change.before = kind == Kind::Removed ? overlaid(base, values) : RowValues();
-        change.after = kind == Kind::Added ? overlaid(base, values) : RowValues();
-        mMerged.changes.push_back(change);
-    }
-
-    /// What becomes of a row of ours that stays: what theirs has of its columns, and what of ours cannot be.
-    void writeColumns(const Row &row) {
-        const RowChange &ours = row.changes[Ours].front();
-        const auto reverted = mReverted.find(&row);
-        RowValues wanted = row.isDropped[Ours] ? ours.before : RowValues();
-        if (!row.isDropped[Ours] && reverted != mReverted.end()) {
-            for (auto value = reverted->second.cbegin(); value != reverted->second.cend(); ++value)
-                wanted.insert(value.key(), ours.after.value(value.key()));
-        }
-        const bool isChangedByBoth = row.isOne(Ours, Kind::Changed) && row.isOne(Theirs, Kind::Changed);
-        const RowChange *theirs = isChangedByBoth && row.has(Theirs) ? &row.changes[Theirs].front() : nullptr;
-        if (theirs) {
-            for (auto value = theirs->after.cbegin(); value != theirs->after.cend(); ++value)
-                wanted.insert(value.key(), value.value());
-        }
-        const RowValues now = stored(row, ours).after;
-        RowChange change = ours;
-        change.kind = Kind::Changed;
-        change.before.clear();
-        change.after.clear();
-        for (auto value = wanted.cbegin(); value != wanted.cend(); ++value) {
-            const QString &column = value.key();
-            const QVariant is =
-                now.contains(column) || !theirs ? now.value(column) : theirs->before.value(column);
-            if (rowvalue::areSame(is, value.value()))
-                continue;
-            change.before.insert(column, is);
-            change.after.insert(column, value.value());
-        }
-        if (!change.after.isEmpty())
-            mMerged.changes.push_back(change);
-    }
-
     const Answers &mAnswers;
     std::map<Identity, Row> mRows;
     std::map<RowId, Row *> mIds;
     std::map<RowId, std::vector<Row *>> mParts[2]; ///< what a side changes, by what it belongs to
     std::map<RowId, Row *> mCarriers[2];           ///< what a side removes, by what is there for it
-    std::map<const Row *, RowValues> mReverted;    ///< what ours has, of columns that cannot keep it
     MergedChanges mMerged;
 };
 

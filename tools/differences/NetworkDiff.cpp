@@ -10,12 +10,6 @@
 
 namespace moratools {
 
-std::vector<const char *> identityColumns(const catalogue::Table &table, bool hasId) {
-    if (!table.identity.empty())
-        return table.identity;
-    return table.id && hasId ? std::vector<const char *>{table.id} : table.key;
-}
-
 namespace {
 
 bool isAmong(const std::vector<const char *> &columns, const QByteArray &name) {
