@@ -68,8 +68,7 @@ public:
           mHeader(std::move(header)),
           mFitting(fitting),
           mTarget(store),
-          mRows(store.db(), QStringLiteral("the store"), storeTables(store.db()), store.hasSeveralNetworks(),
-                netId),
+          mRows(store.db(), QStringLiteral("the store"), mTarget.tables(), store.hasSeveralNetworks(), netId),
           mPatched(mRows),
           mLanguage(mRows.language()) {}
 

@@ -23,6 +23,8 @@ public:
 
     const StoreSession &store() const { return mStore; }
     const StoreTable *table(const QString &name) const;
+    /// All of them, as storeTables() has them.
+    const QHash<QString, StoreTable> &tables() const { return mTables; }
 
     /// Throws `Failure` when a network has that name.
     void requireFreeName(const QString &name) const;
