@@ -32,7 +32,7 @@ public:
     /// Why the network could not be loaded; empty where it was.
     const QString &refusal() const { return mRefusal; }
 
-    /// What several rules need, made of this when the first asks for it: `checked.made<RoadGraph>()`.
+    /// What several rules need, made of this when the first asks for it: `checked.made<LinkGraph>()`.
     template <class T>
     const T &made() const {
         std::shared_ptr<const void> &slot = mMade[std::type_index(typeid(T))];
