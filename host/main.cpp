@@ -113,6 +113,7 @@ int main(int argc, char **argv) try {
     commands::addInvert(program, run);
     commands::addMerge(program, run);
     commands::addRoundTrip(program, run);
+    commands::addUpdate(program, run);
     commands::addUpgrade(program, run);
     commands::addCompact(program, run);
     commands::addRemove(program, run);

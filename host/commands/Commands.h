@@ -58,6 +58,7 @@ void addApply(CLI::App &program, Run &run);
 void addInvert(CLI::App &program, Run &run);
 void addMerge(CLI::App &program, Run &run);
 void addRoundTrip(CLI::App &program, Run &run);
+void addUpdate(CLI::App &program, Run &run);
 void addUpgrade(CLI::App &program, Run &run);
 void addCompact(CLI::App &program, Run &run);
 void addRemove(CLI::App &program, Run &run);

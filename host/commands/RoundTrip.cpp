@@ -23,7 +23,6 @@ namespace commands {
 
 namespace {
 
-
 struct Options {
     std::string store;
     std::string svg;

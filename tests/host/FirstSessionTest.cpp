@@ -2,6 +2,7 @@
 #include "tests/support/Places.h"
 
 #include <QDir>
+#include <QProcess>
 #include <QRegularExpression>
 
 namespace {
@@ -14,7 +15,7 @@ QStringList rowsOfFirstSession() {
     const int begin = text.indexOf(QLatin1String("## A first session"));
     const int end = text.indexOf(QLatin1String("Where a server runs"), begin);
     EXPECT_TRUE(begin > 0 && end > begin);
-    static const QRegularExpression row(QStringLiteral("^    (morastore [^#\\n]*)"),
+    static const QRegularExpression row(QStringLiteral("^    ((?:morastore|cp|sqlite3) [^#\\n]*)"),
                                         QRegularExpression::MultilineOption);
     QStringList rows;
     for (auto found = row.globalMatch(text.mid(begin, end - begin)); found.hasNext();)
@@ -33,6 +34,11 @@ TEST_F(FirstSession, EveryRowWorksAsItStands) {
     const QStringList rows = rowsOfFirstSession();
     EXPECT_GT(rows.size(), 8);
     for (const QString &row : rows) {
+        if (!row.startsWith(QLatin1String("morastore "))) {
+            EXPECT_EQ(QProcess::execute(QStringLiteral("sh"), {QStringLiteral("-c"), row}), 0)
+                << row.toStdString();
+            continue;
+        }
         const Outcome outcome = run(row.split(QLatin1Char(' '), Qt::SkipEmptyParts).mid(1));
         EXPECT_EQ(outcome.exitCode, 0) << row.toStdString() << '\n' << outcome.err.toStdString();
     }

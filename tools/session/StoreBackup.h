@@ -1,5 +1,7 @@
 #pragma once
 
+#include "tools/MoraToolsExport.h"
+
 #include <QString>
 
 namespace moratools {
@@ -10,6 +12,6 @@ namespace moratools {
 void backUpStore(const QString &path, const QString &copy);
 
 /// The same beside the store, as PATH.before-WHAT-DATE-TIME. Returns the path of the copy.
-QString keepCopy(const QString &path, const QString &what);
+MORATOOLS_EXPORT QString keepCopy(const QString &path, const QString &what);
 
 } // namespace moratools
