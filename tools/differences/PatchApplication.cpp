@@ -28,6 +28,7 @@ struct Line {
 
 std::vector<Line> linesOf(const std::vector<RowChange> &changes) {
     std::vector<Line> lines;
+    lines.reserve(changes.size());
     for (const RowChange &change : changes)
         lines.push_back({0, change});
     return lines;

@@ -51,7 +51,7 @@ Recorder::Recorder(const StoreSession &store, long netId)
         prepare();
         run(QStringLiteral("commit"));
     } catch (const Failure &) {
-        QSqlQuery(QStringLiteral("rollback"), store.db());
+        const QSqlQuery rollback(QStringLiteral("rollback"), store.db());
         throw;
     }
 }
@@ -150,7 +150,8 @@ void Recorder::cancel() {
 void Recorder::stop() {
     mIsRecording = false;
     if (mIsSqlite)
-        QSqlQuery(QStringLiteral("update temp.%1 set isOn = 0").arg(QLatin1String(kSwitch)), mStore.db());
+        const QSqlQuery off(QStringLiteral("update temp.%1 set isOn = 0").arg(QLatin1String(kSwitch)),
+                            mStore.db());
     else
         recordNoRows(mStore.db());
 }
@@ -177,19 +178,19 @@ void Recorder::forget() const {
 }
 
 void Recorder::drop() const {
-    QStringList tables{mTemporary + QLatin1String(kSwitch)};
+    QStringList parts;
     for (const StoreTable &kept : mKept) {
         for (const char *event : kEvents) {
             if (mIsSqlite)
-                QSqlQuery(
-                    QStringLiteral("drop trigger %1%2_%3").arg(mTemporary, kept.name, QLatin1String(event)),
-                    mStore.db());
+                parts.append(
+                    QStringLiteral("trigger %1%2_%3").arg(mTemporary, kept.name, QLatin1String(event)));
         }
-        tables.append(mTemporary + kept.name);
+        parts.append(QStringLiteral("table ") + mTemporary + kept.name);
     }
+    parts.append(QStringLiteral("table ") + mTemporary + QLatin1String(kSwitch));
     // With a connection that is gone they have gone, too.
-    for (const QString &table : qAsConst(tables))
-        QSqlQuery(QStringLiteral("drop table ") + table, mStore.db());
+    for (const QString &part : qAsConst(parts))
+        const QSqlQuery dropped(QStringLiteral("drop ") + part, mStore.db());
 }
 
 void Recorder::requireNoTransaction() const {
