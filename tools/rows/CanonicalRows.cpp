@@ -106,10 +106,8 @@ bool CanonicalRows::nextRow() {
         return false;
     mNextPlace.resize(0);
     for (const int index : qAsConst(mOrder)) {
-        if (mCursor->isNull(index))
+        if (!mCursor->appendCanonical(mNextPlace, index))
             mNextPlace.append(kNothing);
-        else
-            mCursor->appendCanonical(mNextPlace, index);
     }
     return true;
 }
@@ -117,15 +115,14 @@ bool CanonicalRows::nextRow() {
 void CanonicalRows::appendRow() {
     mNextRow.resize(0);
     for (const Counted &column : qAsConst(mColumns)) {
-        if (mCursor->isNull(column.index))
-            continue;
+        const int before = mNextRow.size();
         mNextRow.append(column.name);
-        if (column.isWord) {
+        if (column.isWord && !mCursor->isNull(column.index)) {
             QVariant word = mCursor->value(column.index);
             mWords->apply(word);
             rowvalue::appendCanonical(mNextRow, word);
-        } else {
-            mCursor->appendCanonical(mNextRow, column.index);
+        } else if (!mCursor->appendCanonical(mNextRow, column.index)) {
+            mNextRow.resize(before);
         }
     }
     mGroup.emplace_back(mNextRow.constData(), mNextRow.size());

@@ -32,11 +32,11 @@ struct Question {
         throw Failure(QStringLiteral("%1: the store cannot be read (%2); check it, or the server")
                           .arg(store, reason.simplified()));
     }
-    /// A text or bytes in a column of a row, counted from 0.
+    /// A text or bytes in a column of a row, counted from 1.
     [[noreturn]] void refuse(int column, qint64 row, const QString &objection) const {
         throw Failure(
             QStringLiteral("%1: the text in column %2 of table %3, row %4, %5")
-                .arg(store, table.columns[column].name, table.name, QString::number(row + 1), objection));
+                .arg(store, table.columns[column].name, table.name, QString::number(row), objection));
     }
     [[noreturn]] void refuseLong(int column, qint64 row) const {
         refuse(column, row, QStringLiteral("is longer than %1 characters; shorten it").arg(kLongestText));
@@ -58,8 +58,11 @@ public:
     virtual bool next() = 0;
     virtual bool isNull(int column) const = 0;
     virtual QVariant value(int column) const = 0;
-    virtual void appendCanonical(QByteArray &bytes, int column) const {
-        rowvalue::appendCanonical(bytes, value(column));
+    virtual bool appendCanonical(QByteArray &bytes, int column) const {
+        const QVariant content = value(column);
+        if (content.isValid())
+            rowvalue::appendCanonical(bytes, content);
+        return content.isValid();
     }
 
 protected:
@@ -85,13 +88,13 @@ public:
         const bool hasRow = mQuery.next();
         if (!hasRow && mQuery.lastError().isValid())
             mQuestion.refuse(mQuery.lastError().databaseText());
-        for (int i = 0; hasRow && mIsSqlite && i < mQuestion.table.columns.size(); ++i)
-            requireText(i);
         mRow += hasRow ? 1 : 0;
         return hasRow;
     }
     bool isNull(int column) const override { return !value(column).isValid(); }
     QVariant value(int column) const override {
+        if (mIsSqlite)
+            requireText(column);
         return rowvalue::fromDriver(mQuery.value(column), mIsSqlite, kind(column));
     }
 
@@ -151,8 +154,6 @@ public:
         const int result = sqlite3_step(mStatement);
         if (result != SQLITE_ROW && result != SQLITE_DONE)
             mQuestion.refuse(QString::fromUtf8(sqlite3_errmsg(mEngine)));
-        for (int i = 0; result == SQLITE_ROW && i < mMayBeLonger.size(); ++i)
-            requireText(i);
         mRow += result == SQLITE_ROW ? 1 : 0;
         return result == SQLITE_ROW;
     }
@@ -164,32 +165,35 @@ public:
         case SQLITE_FLOAT:
             return sqlite3_column_double(mStatement, column);
         case SQLITE_TEXT:
+            requireText(column, text(column), SQLITE_TEXT);
             return rowvalue::fromDriver(utf8::decoded(text(column), size(column)), true, kind(column));
         case SQLITE_BLOB:
+            requireText(column, blob(column), SQLITE_BLOB);
             return QByteArray(blob(column), size(column));
         default:
             return {};
         }
     }
-    void appendCanonical(QByteArray &bytes, int column) const override {
-        switch (sqlite3_column_type(mStatement, column)) {
+    bool appendCanonical(QByteArray &bytes, int column) const override {
+        const int type = sqlite3_column_type(mStatement, column);
+        switch (type) {
+        case SQLITE_NULL:
+            return false;
         case SQLITE_INTEGER:
-            return rowvalue::appendInteger(bytes, sqlite3_column_int64(mStatement, column));
+            rowvalue::appendInteger(bytes, sqlite3_column_int64(mStatement, column));
+            return true;
         case SQLITE_FLOAT:
-            return rowvalue::appendReal(bytes, sqlite3_column_double(mStatement, column));
-        case SQLITE_BLOB: {
-            const char *content = blob(column);
-            return rowvalue::appendBytes(bytes, content, size(column));
-        }
-        case SQLITE_TEXT:
-            if (kind(column) != ColumnKind::Date) {
-                const char *content = text(column);
-                return rowvalue::appendBytes(bytes, content, size(column));
-            }
-            [[fallthrough]];
+            rowvalue::appendReal(bytes, sqlite3_column_double(mStatement, column));
+            return true;
         default:
-            rowvalue::appendCanonical(bytes, value(column));
+            break;
         }
+        if (type == SQLITE_TEXT && kind(column) == ColumnKind::Date)
+            return Source::appendCanonical(bytes, column);
+        const char *content = type == SQLITE_TEXT ? text(column) : blob(column);
+        requireText(column, content, type);
+        rowvalue::appendBytes(bytes, content, size(column));
+        return true;
     }
 
 private:
@@ -204,11 +208,7 @@ private:
     }
     int size(int column) const { return sqlite3_column_bytes(mStatement, column); }
 
-    void requireText(int column) const {
-        const int type = sqlite3_column_type(mStatement, column);
-        if (type != SQLITE_TEXT && type != SQLITE_BLOB)
-            return;
-        const char *start = type == SQLITE_TEXT ? text(column) : blob(column);
+    void requireText(int column, const char *start, int type) const {
         const int bytes = size(column);
         const bool isLong = bytes > kLongestText && !mMayBeLonger[column];
         if (type == SQLITE_BLOB || isAscii(start, bytes)) {
@@ -265,8 +265,8 @@ QVariant RowCursor::value(int column) const {
     return mSource->value(column);
 }
 
-void RowCursor::appendCanonical(QByteArray &bytes, int column) const {
-    mSource->appendCanonical(bytes, column);
+bool RowCursor::appendCanonical(QByteArray &bytes, int column) const {
+    return mSource->appendCanonical(bytes, column);
 }
 
 } // namespace moratools

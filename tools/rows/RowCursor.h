@@ -28,15 +28,15 @@ public:
     RowCursor(RowCursor &&other) noexcept;
     ~RowCursor();
 
-    /// False after the last row. Throws `Failure` when the rows cannot be read, and for a text that is not
-    /// valid, or longer than texts are; it names the column and the row.
+    /// False after the last row. Throws `Failure` when the rows cannot be read.
     bool next();
 
-    /// @{ Of the current row, by the place of the column.
+    /// @{ Of the current row, by the place of the column. Throws `Failure` for a text that is not valid, or
+    /// longer than texts are; it names the column and the row.
     bool isNull(int column) const;
     QVariant value(int column) const;
-    /// Appends rowvalue::appendCanonical() of the value.
-    void appendCanonical(QByteArray &bytes, int column) const;
+    /// Appends rowvalue::appendCanonical() of the value; false, and nothing, for NULL.
+    bool appendCanonical(QByteArray &bytes, int column) const;
     /// @}
 
     /// Where rows come from.
