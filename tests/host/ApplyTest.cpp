@@ -1,6 +1,7 @@
 #include "tests/host/Beside.h"
 #include "tests/host/Differences.h"
 
+#include <memory>
 #include <utility>
 
 // Patches are applied, turned round, and refused.
@@ -88,11 +89,11 @@ TEST_F(Apply, AnotherNetworkIsRefusedOrTakesWhatFits) {
     expectRefusal([&] { return apply(other, there); },
                   QStringLiteral("is not the one that the patch was made for"));
     QStringList stores{other};
-    const PostgresDatabase database(PostgresDatabase::hasServer() ? PostgresDatabase::Content::Schema
-                                                                  : PostgresDatabase::Content::Nothing);
+    std::unique_ptr<PostgresDatabase> database;
     if (PostgresDatabase::hasServer()) {
-        ASSERT_EQ(run({QStringLiteral("copy"), other, database.connectionString()}).exitCode, 0);
-        stores.append(database.connectionString());
+        database = std::make_unique<PostgresDatabase>();
+        ASSERT_EQ(run({QStringLiteral("copy"), other, database->connectionString()}).exitCode, 0);
+        stores.append(database->connectionString());
     }
     for (const QString &store : qAsConst(stores)) {
         const Outcome outcome = apply(store, there, {QStringLiteral("--anyway")});
