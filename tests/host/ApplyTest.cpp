@@ -48,7 +48,7 @@ TEST_F(Apply, ThereAndBackOnEitherEngine) {
         value(store, QStringLiteral("select group_concat(distinct typeof(leftBreakPointsJson)) from Lane")),
         value(before, QStringLiteral("select group_concat(distinct typeof(leftBreakPointsJson)) from Lane")));
     // What the host draws next is new.
-    EXPECT_EQ(value(store, QStringLiteral("select ID from IDGenerater where TableName = 'GuideArrow'")),
+    EXPECT_EQ(value(store, QStringLiteral("select max(ID) from IDGenerater where TableName = 'GuideArrow'")),
               QStringLiteral("77"));
     EXPECT_EQ(
         value(store, QStringLiteral("select ID >= 99 from IDGenerater where TableName = 'SignalPhase'")),
