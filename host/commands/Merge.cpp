@@ -1,5 +1,6 @@
 #include "host/ProgressBar.h"
 #include "host/commands/Commands.h"
+#include "host/commands/NewFindings.h"
 #include "host/commands/PatchFile.h"
 #include "tools/differences/NetworkMerge.h"
 #include "tools/reports/Failure.h"
@@ -38,9 +39,12 @@ void merge(const Options &options) {
                                                         : QString::fromStdString(options.conflicts);
     requireOutputPath(conflicts, QStringLiteral("list of conflicts"));
     const NetworkVersion ours = version(options.ours, options.netOurs);
-    ProgressBar bar(QStringLiteral("comparing"));
-    const TwoEdits edits = compareVersions(version(options.base, options.net), ours,
-                                           version(options.theirs, options.netTheirs), bar.hearer());
+    const NetworkVersion theirs = version(options.theirs, options.netTheirs);
+    TwoEdits edits;
+    {
+        ProgressBar bar(QStringLiteral("comparing"));
+        edits = compareVersions(version(options.base, options.net), ours, theirs, bar.hearer());
+    }
     Answers answers;
     if (!options.resolve.empty()) {
         const PatchFile file(QString::fromStdString(options.resolve));
@@ -54,7 +58,11 @@ void merge(const Options &options) {
                            "line of %3 what is to be, and give it with --resolve")
                 .arg(path, QString::number(merged.conflicts.size()), conflicts));
     }
+    NewFindings findings;
+    findings.checkBefore(ours.store, ours.network);
+    findings.checkBefore(theirs.store, theirs.network);
     writeMerged(path, ours, edits, merged.changes);
+    findings.tellAfter(StoreAddress(path), {});
     print(QStringLiteral("%1 changes of ours, %2 of theirs%3%4\n")
               .arg(QString::number(edits.ours.size()), QString::number(edits.theirs.size()),
                    counted(qint64(merged.conflicts.size()), "conflicts resolved"),

@@ -2,6 +2,7 @@
 #include "host/ProgressBar.h"
 #include "host/commands/Commands.h"
 #include "host/commands/CompanionFiles.h"
+#include "host/commands/NewFindings.h"
 #include "host/commands/OpenedStore.h"
 #include "host/commands/PatchFile.h"
 #include "tools/differences/ConflictText.h"
@@ -110,12 +111,17 @@ void update(const Options &options) {
                 .arg(QString::number(merged.conflicts.size()), QString::fromStdString(options.source),
                      conflicts));
     }
-    const OpenedStore store(address, Access::Write);
+    NewFindings findings;
+    findings.checkBefore(address, options.net);
     if (!options.noBackup && !address.isServer())
         tell(QStringLiteral("the store as it was: %1")
                  .arg(keepCopy(address.path(), QStringLiteral("update"))));
-    applyChanges(store, netId, merged.changes,
-                 PatchHeader{change.edits.digests.ours, {}, change.edits.words});
+    {
+        const OpenedStore store(address, Access::Write);
+        applyChanges(store, netId, merged.changes,
+                     PatchHeader{change.edits.digests.ours, {}, change.edits.words});
+    }
+    findings.tellAfter(address, options.net);
     print(QStringLiteral("%1 rows are new or others, %2 edits stay\n")
               .arg(QString::number(merged.changes.size()), QString::number(change.edits.ours.size())),
           QStringLiteral("the network is brought to its new source"));

@@ -33,6 +33,22 @@ protected:
 
 } // namespace
 
+// Each of the two is sound, and they fit together; what comes of them is not.
+TEST_F(MergeCommand, WhatOnlyBothTogetherMakeWrongIsNamed) {
+    const QString base = crossing(QStringLiteral("base"));
+    const QString ours =
+        edited(base, QStringLiteral("ours"),
+               {QStringLiteral("update Link set limitSpeed = 30, desiredSpeed = 30 where linkID in (1, 2)")});
+    const QString theirs = edited(base, QStringLiteral("theirs"),
+                                  {QStringLiteral("update Link set minSpeed = 40 where linkID = 1"),
+                                   QStringLiteral("update Lane set width = 0 where laneID = 5")});
+    const Outcome outcome = merge({base, ours, theirs});
+    EXPECT_EQ(outcome.exitCode, 0) << outcome.err.toStdString();
+    EXPECT_TRUE(outcome.err.contains(QStringLiteral("new warning link.speeds-contradict: link 1 ")))
+        << outcome.err.toStdString();
+    EXPECT_EQ(outcome.err.count(QStringLiteral("new ")), 1) << outcome.err.toStdString();
+}
+
 TEST_F(MergeCommand, WhatEitherDidIsDone) {
     const QString base = crossing(QStringLiteral("base"));
     const QString ours =
