@@ -2,6 +2,8 @@
 #include "tools/differences/NetworkMerge.h"
 #include "tools/reports/Failure.h"
 
+#include <QJsonDocument>
+
 namespace {
 
 class MergeLaws : public EditedNetworks {
