@@ -188,7 +188,8 @@ CopiedNetwork copyWithIds(StoreReader &source, const StoreSession &store, const 
                           const Renumbering &ids) {
     GuardedTransaction transaction(store);
     const CopyTarget target(store);
-    Progression progression(source, {network}, {});
+    const Progress unheard;
+    Progression progression(source, {network}, unheard);
     NetworkCopy copy(source, network, target);
     copy.give(ids);
     const CopiedNetwork copied = copy.run({}, progression);
