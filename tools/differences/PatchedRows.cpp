@@ -2,6 +2,7 @@
 
 #include "store/core/Engine.h"
 #include "store/opening/RecordRows.h"
+#include "tools/reports/Failure.h"
 #include "tools/rows/FormatSchema.h"
 
 #include <QSqlError>
@@ -35,6 +36,13 @@ RowValues keyOf(const RowChange &change, const RowValues &row) {
             key.insert(name, row.value(name));
     }
     return key;
+}
+
+/// What could not be asked is no answer.
+[[noreturn]] void refuseReading(const QSqlQuery &query) {
+    throw Failure(
+        QStringLiteral("the store cannot be read (%1); check it, or the server. Nothing was changed")
+            .arg(query.lastError().databaseText().simplified()));
 }
 
 } // namespace
@@ -152,7 +160,8 @@ QList<PatchedRows::StoredRow> PatchedRows::find(const RowChange &change, const S
                            conditions.join(QStringLiteral(" and "))));
     for (const QVariant &value : qAsConst(values))
         query.addBindValue(value);
-    query.exec();
+    if (!query.exec())
+        refuseReading(query);
     QList<StoredRow> rows;
     while (query.next()) {
         StoredRow row;
@@ -166,6 +175,8 @@ QList<PatchedRows::StoredRow> PatchedRows::find(const RowChange &change, const S
         }
         rows.append(row);
     }
+    if (query.lastError().isValid())
+        refuseReading(query);
     return rows;
 }
 
@@ -234,7 +245,12 @@ bool PatchedRows::hasRow(const catalogue::Table &entry, const char *column, cons
                            net.isEmpty() ? QStringLiteral("where") : QStringLiteral("and"),
                            quotedName(asked->name)));
     query.addBindValue(value);
-    return query.exec() && query.next();
+    if (!query.exec())
+        refuseReading(query);
+    const bool has = query.next();
+    if (!has && query.lastError().isValid())
+        refuseReading(query);
+    return has;
 }
 
 } // namespace moratools

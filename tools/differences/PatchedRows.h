@@ -14,7 +14,7 @@ public:
     explicit PatchedRows(const NetworkRows &rows);
 
     /// Makes a change where what it is about stands there as it says. Otherwise nothing changes, and the reason is
-    /// given, which ends a sentence; empty when it is done.
+    /// given, which ends a sentence; empty when it is done. Both throw `Failure` where the store cannot be read.
     QString make(const RowChange &change);
     /// Why the network would be worse for a change: it refers to what is not there, or takes away what others refer
     /// to; empty where it would not.

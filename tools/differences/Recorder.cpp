@@ -168,6 +168,8 @@ QHash<QString, StoreTable> Recorder::written() const {
     QHash<QString, StoreTable> tables;
     while (query.next())
         tables.insert(query.value(0).toString(), mKept.value(query.value(0).toString()));
+    if (query.lastError().isValid())
+        refuse(query.lastError().databaseText());
     return tables;
 }
 

@@ -15,10 +15,14 @@ namespace moratools {
 
 namespace {
 
-void run(QSqlQuery &query, const QString &sql) {
-    if (!query.exec(sql))
+void check(const QSqlQuery &query, bool done) {
+    if (!done)
         throw Failure(QStringLiteral("the order of rows cannot be kept (%1); nothing was changed")
                           .arg(query.lastError().databaseText().simplified()));
+}
+
+void run(QSqlQuery &query, const QString &sql) {
+    check(query, query.exec(sql));
 }
 
 /// "routingID = 3 and num1 = 1"; identities are whole numbers.
@@ -57,6 +61,7 @@ std::vector<RowPlace> placesIn(const QSqlDatabase &db, const catalogue::Table &e
         RowPlace &row = known.emplace(identity, first).first->second;
         row.after = query.value(0).toBool() ? query.value(1).toLongLong() : 0;
     }
+    check(query, !query.lastError().isValid());
     std::vector<RowPlace> places;
     for (const auto &[identity, row] : known) {
         if (row.before != row.after)
