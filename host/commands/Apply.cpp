@@ -27,7 +27,7 @@ void apply(const Options &options) {
     const QString after = patch.header().after;
     {
         const StoreReader before(address);
-        netId = networkOf(before, options.net).id;
+        netId = before.networkOf(options.net).id;
     }
     {
         const OpenedStore store(address, Access::Write);

@@ -102,8 +102,8 @@ void diff(const Options &options) {
         requirePicturePath(QString::fromStdString(options.picture));
     const StoreReader one(QString::fromStdString(options.one));
     StoreReader given(QString::fromStdString(options.other));
-    const NamedNetwork first = networkOf(one, options.net);
-    const NamedNetwork asGiven = networkOf(given, options.otherNet);
+    const NamedNetwork first = one.networkOf(options.net);
+    const NamedNetwork asGiven = given.networkOf(options.otherNet);
     const std::unique_ptr<AlignedNetwork> aligned = alignedBy(options.by, one, first, given, asGiven);
     const StoreReader &other = aligned ? aligned->store() : given;
     const NamedNetwork &second = aligned ? aligned->network() : asGiven;

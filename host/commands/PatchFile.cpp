@@ -17,9 +17,4 @@ PatchFile::PatchFile(const QString &path) : mFile(path) {
                 .arg(path, mFile.errorString()));
 }
 
-NamedNetwork networkOf(const StoreReader &store, const std::string &wanted) {
-    return store.networksOf(wanted.empty() ? std::vector<std::string>() : std::vector<std::string>{wanted})
-        .first();
-}
-
 } // namespace commands

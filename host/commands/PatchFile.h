@@ -1,10 +1,6 @@
 #pragma once
 
-#include "tools/rows/StoreReader.h"
-
 #include <QFile>
-
-#include <string>
 
 namespace commands {
 
@@ -20,8 +16,5 @@ public:
 private:
     mutable QFile mFile;
 };
-
-/// The network that an option --net names; where it was not given, the store's first.
-moratools::NamedNetwork networkOf(const moratools::StoreReader &store, const std::string &wanted);
 
 } // namespace commands

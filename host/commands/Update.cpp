@@ -80,7 +80,7 @@ void update(const Options &options) {
     long netId = 0;
     {
         const StoreReader store(address);
-        const NamedNetwork network = networkOf(store, options.net);
+        const NamedNetwork network = store.networkOf(options.net);
         netId = network.id;
         base = baseOf(options, store, network);
     }

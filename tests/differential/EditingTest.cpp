@@ -5,6 +5,7 @@
 #include "tests/differential/RandomNet.h"
 #include "tests/differential/StoredRows.h"
 #include "tests/differential/Texts.h"
+#include "tests/support/Setting.h"
 #include "tests/support/StoreFixture.h"
 
 #include <QCoreApplication>
@@ -23,12 +24,6 @@ namespace {
 /// they are.
 class EditingTest : public StoreKindFixture {
 protected:
-    static int setting(const char *name, int standard) {
-        bool isNumber = false;
-        const int value = qEnvironmentVariableIntValue(name, &isNumber);
-        return isNumber ? value : standard;
-    }
-
     void prepare() override {
         if (!isPostgres())
             execute(QStringLiteral("pragma synchronous = off"));

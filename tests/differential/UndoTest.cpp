@@ -3,6 +3,7 @@
 #include "tests/differential/Editor.h"
 #include "tests/differential/StoredRows.h"
 #include "tests/differential/Texts.h"
+#include "tests/support/Setting.h"
 #include "tests/support/StoreFixture.h"
 #include "tools/differences/UndoList.h"
 #include "tools/rows/Digest.h"
@@ -18,12 +19,6 @@ namespace {
 /// MORASTORE_FIRST_SEED which one is the first, MORASTORE_EDITS how long they are.
 class UndoTest : public StoreKindFixture {
 protected:
-    static int setting(const char *name, int standard) {
-        bool isNumber = false;
-        const int value = qEnvironmentVariableIntValue(name, &isNumber);
-        return isNumber ? value : standard;
-    }
-
     void prepare() override {
         if (!isPostgres())
             execute(QStringLiteral("pragma synchronous = off"));

@@ -6,6 +6,7 @@
 #include "tests/differential/SingleOperations.h"
 #include "tests/differential/StoredRows.h"
 #include "tests/differential/Texts.h"
+#include "tests/support/Setting.h"
 #include "tests/support/StoreFixture.h"
 #include "tests/support/Utf16Store.h"
 
@@ -20,12 +21,6 @@ namespace {
 class WholeAndSingleTest : public StoreKindFixture {
 protected:
     static constexpr int kSeeds = 9;
-
-    static int setting(const char *name, int standard) {
-        bool isNumber = false;
-        const int value = qEnvironmentVariableIntValue(name, &isNumber);
-        return isNumber ? value : standard;
-    }
 
     /// Calls @p body with a plan for each seed. The orders of ids go through all combinations.
     template <class Body>

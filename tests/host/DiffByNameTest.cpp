@@ -1,23 +1,16 @@
-#include "tests/host/Morastore.h"
+#include "tests/host/Differences.h"
 
-#include <QFileInfo>
 #include <QRegularExpression>
 
 // Networks that were made independently: their numbers say nothing, their names do.
 
 namespace {
 
-class DiffByName : public Morastore {
+class DiffByName : public Differences {
 protected:
     void SetUp() override {
-        mFirst = newStore(QStringLiteral("first"));
-        const QString folder = QFileInfo(kExample).path();
-        ASSERT_EQ(run({QStringLiteral("import"), mFirst, kExample, QStringLiteral("--additional"),
-                       folder + QStringLiteral("/crossing.add.xml"), QStringLiteral("--routes"),
-                       folder + QStringLiteral("/crossing.rou.xml"), QStringLiteral("--routes"),
-                       folder + QStringLiteral("/turns.xml")})
-                      .exitCode,
-                  0);
+        Differences::SetUp();
+        mFirst = crossing(QStringLiteral("first"));
         // Beside another network, where all of it has other numbers.
         mSecond = newStore(QStringLiteral("second"));
         ASSERT_EQ(run({QStringLiteral("import"), mSecond, kExample}).exitCode, 0);
@@ -30,7 +23,7 @@ protected:
                   0);
     }
 
-    Outcome diff(const QString &by) const {
+    Outcome diffBy(const QString &by) const {
         return run({QStringLiteral("diff"), mFirst, mSecond, QStringLiteral("--net-b"), kName,
                     QStringLiteral("--by"), by});
     }
@@ -46,8 +39,8 @@ const QString kRecord = QStringLiteral("Net: name \"crossing\" -> \"again\"\n");
 } // namespace
 
 TEST_F(DiffByName, OtherNumbersAreNoDifference) {
-    EXPECT_EQ(diff(QStringLiteral("name")).out, kRecord);
-    EXPECT_NE(diff(QStringLiteral("number")).out, kRecord);
+    EXPECT_EQ(diffBy(QStringLiteral("name")).out, kRecord);
+    EXPECT_NE(diffBy(QStringLiteral("number")).out, kRecord);
 }
 
 TEST_F(DiffByName, WhatDiffersIsToldUnderTheNumbersOfTheFirst) {
@@ -74,7 +67,7 @@ TEST_F(DiffByName, WhatDiffersIsToldUnderTheNumbersOfTheFirst) {
     const int counters =
         row(mFirst, QStringLiteral("select count(*) from VehicleQueueCounter")).first().toInt();
     ASSERT_GT(counters, 0);
-    const QString told = diff(QStringLiteral("name")).out;
+    const QString told = diffBy(QStringLiteral("name")).out;
     EXPECT_TRUE(
         told.contains(QStringLiteral("link %1 \"quay_east\": limitSpeed 50.004 -> 30\n").arg(quayEast)))
         << told.toStdString();
@@ -90,7 +83,7 @@ TEST_F(DiffByName, WhatDiffersIsToldUnderTheNumbersOfTheFirst) {
 TEST_F(DiffByName, WhatSeveralAreCalledIsNotGuessed) {
     alter(mSecond, {QStringLiteral(
                        "update Link set linkName = 'quay_east' where NetId = 2 and linkName = 'west_in'")});
-    const Outcome outcome = diff(QStringLiteral("name"));
+    const Outcome outcome = diffBy(QStringLiteral("name"));
     EXPECT_EQ(outcome.exitCode, 0);
     EXPECT_TRUE(outcome.err.contains(QStringLiteral("table Link: 3 rows have no counterpart")))
         << outcome.err.toStdString();
@@ -103,9 +96,9 @@ TEST_F(DiffByName, ALinkOfAnotherNameIsFoundWhereItLies) {
                        "update Link set linkName = 'Promenade' where NetId = 2 and linkName = 'quay_east'")});
     const int quayEast =
         row(mFirst, QStringLiteral("select linkID from Link where linkName = 'quay_east'")).first().toInt();
-    EXPECT_TRUE(diff(QStringLiteral("name"))
+    EXPECT_TRUE(diffBy(QStringLiteral("name"))
                     .out.contains(QStringLiteral("link %1 \"quay_east\" removed").arg(quayEast)));
-    const Outcome outcome = diff(QStringLiteral("geometry"));
+    const Outcome outcome = diffBy(QStringLiteral("geometry"));
     EXPECT_EQ(
         outcome.out,
         kRecord +

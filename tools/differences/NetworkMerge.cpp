@@ -21,11 +21,7 @@ namespace {
 /// A store and the network of it that is meant.
 struct OpenVersion {
     explicit OpenVersion(const NetworkVersion &version)
-        : store(version.store),
-          network(store
-                      .networksOf(version.network.empty() ? std::vector<std::string>()
-                                                          : std::vector<std::string>{version.network})
-                      .first()) {}
+        : store(version.store), network(store.networkOf(version.network)) {}
 
     StoreReader store;
     NamedNetwork network;

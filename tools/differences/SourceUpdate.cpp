@@ -11,13 +11,6 @@ namespace moratools {
 
 namespace {
 
-NamedNetwork networkOf(const StoreReader &store, const NetworkVersion &version) {
-    return store
-        .networksOf(version.network.empty() ? std::vector<std::string>()
-                                            : std::vector<std::string>{version.network})
-        .first();
-}
-
 /// What an import says of itself and no source does.
 struct Provenance {
     QVariant name;
@@ -79,15 +72,15 @@ SourceUpdate compareWithSource(const NetworkVersion &ours, const NetworkVersion 
             QStringLiteral("%1: a store of one network keeps too few numbers to be brought to a new source; "
                            "copy the network into a store made by \"morastore new\" first")
                 .arg(our.name()));
-    const NamedNetwork network = networkOf(our, ours);
+    const NamedNetwork network = our.networkOf(ours.network);
     const Provenance provenance = provenanceOf(our, network);
     settle(base, provenance, true);
     settle(next, provenance, false);
     StoreReader first(base.store);
-    const AlignedNetwork alignedBase(our, network, first, networkOf(first, base));
+    const AlignedNetwork alignedBase(our, network, first, first.networkOf(base.network));
     StoreReader second(next.store);
     const AlignedNetwork alignedNext(alignedBase.store(), alignedBase.network(), second,
-                                     networkOf(second, next));
+                                     second.networkOf(next.network));
     SourceUpdate update;
     update.remarks = alignedBase.alignment().remarks() + alignedNext.alignment().remarks();
     update.edits = compareVersions({alignedBase.address(), {}}, ours, {alignedNext.address(), {}}, progress);

@@ -119,6 +119,10 @@ QList<StoreReader::Network> StoreReader::networksOf(const std::vector<std::strin
     return chosen;
 }
 
+StoreReader::Network StoreReader::networkOf(const std::string &wanted) const {
+    return networksOf(wanted.empty() ? std::vector<std::string>() : std::vector<std::string>{wanted}).first();
+}
+
 bool StoreReader::isSqlite() const {
     return engine::isSqlite(connection());
 }

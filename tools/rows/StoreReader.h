@@ -44,6 +44,8 @@ public:
     /// Those that `wanted` names, by number or name, or all without any. Throws `Failure` for one that the
     /// store does not have.
     QList<Network> networksOf(const std::vector<std::string> &wanted) const;
+    /// The one that `wanted` names, or the first without any. Throws as networksOf() does.
+    Network networkOf(const std::string &wanted) const;
 
     using Order = RowOrder;
     /// The rows of a network, as long as this object lives.

@@ -3,6 +3,7 @@
 #include "store/StoredNet.h"
 #include "tests/differential/Editor.h"
 #include "tests/differential/StoredRows.h"
+#include "tests/support/Setting.h"
 #include "tests/support/StoreFixture.h"
 #include "tests/support/StoreText.h"
 #include "tools/differences/NetworkDiff.h"
@@ -25,12 +26,6 @@ using namespace moratools;
 /// MORASTORE_FIRST_SEED which one is the first.
 class EditedNetworks : public StoreKindFixture {
 protected:
-    static int setting(const char *name, int standard) {
-        bool isNumber = false;
-        const int value = qEnvironmentVariableIntValue(name, &isNumber);
-        return isNumber ? value : standard;
-    }
-
     StoreAddress address() const {
         return isPostgres()
                    ? StoreAddress(QStringLiteral("dbname='%1' host='%2' port=%3 user='%4' password='%5'")
