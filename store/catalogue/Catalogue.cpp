@@ -347,6 +347,15 @@ const std::vector<Kind> &kinds() {
     return kKinds;
 }
 
+bool Reference::saysConnector(const std::function<QVariant(const char *)> &valueOf) const {
+    if (roadType)
+        return !valueOf(roadType).toString().startsWith(QLatin1Char('l'), Qt::CaseInsensitive);
+    return std::any_of(lanes.cbegin(), lanes.cend(), [&](const char *lane) {
+        const QVariant number = valueOf(lane);
+        return !number.isNull() && number.toLongLong() >= firstOfConnector;
+    });
+}
+
 const Reference *Table::owner() const {
     const auto found = std::find_if(references.cbegin(), references.cend(),
                                     [](const Reference &reference) { return reference.bond == Bond::Part; });

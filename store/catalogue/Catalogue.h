@@ -5,6 +5,7 @@
 #include <QString>
 #include <QVariant>
 
+#include <functional>
 #include <vector>
 
 /// What is to be known about the tables of a store and about the kinds of objects in them, once.
@@ -38,6 +39,10 @@ struct Reference {
     int firstOfConnector = 0;
     Bond bond = Bond::Object;
     bool mayBeNone = false; ///< 0 names none; elsewhere a row names one
+
+    /// Whether a row that may stand on a link or a connector says that it is a connector. `valueOf` gives the
+    /// row's value of a column.
+    MORASTORE_EXPORT bool saysConnector(const std::function<QVariant(const char *)> &valueOf) const;
 };
 
 /// A value for a column that generation 6 asks for and older stores need not have.

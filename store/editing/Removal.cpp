@@ -40,15 +40,6 @@ const char *idOf(const Table &table) {
     return qstrcmp(table.name, "LaneConnector") == 0 ? nullptr : table.id;
 }
 
-/// Whether a row that may stand on a link or a connector says that it is a connector.
-bool saysConnector(const Reference &reference, Query &row) {
-    if (reference.roadType)
-        return !row.text(reference.roadType).startsWith(QLatin1Char('l'), Qt::CaseInsensitive);
-    return std::any_of(reference.lanes.cbegin(), reference.lanes.cend(), [&](const char *lane) {
-        return !row.isNull(lane) && row.integer(lane) >= reference.firstOfConnector;
-    });
-}
-
 } // namespace
 
 void Removal::start(const Table &table, Ids ids) {
@@ -149,8 +140,9 @@ bool Removal::findRoadRows(const Table &from, const Reference &reference, const 
         const long id = row.id(from.id);
         const long road = row.id(reference.column);
         const bool isWritten = written != mWritten.end() && contains(written->second, id);
+        const auto valueOf = [&row](const char *column) { return row.value(column); };
         if (!contains(shared, road) ||
-            (isWritten ? isGoing(other, road) : saysConnector(reference, row) == (&to == &connector())))
+            (isWritten ? isGoing(other, road) : reference.saysConnector(valueOf) == (&to == &connector())))
             found.push_back(id);
     });
 }

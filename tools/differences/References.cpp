@@ -2,29 +2,7 @@
 
 #include "tools/rows/FormatSchema.h"
 
-#include <algorithm>
-
 namespace moratools {
-
-namespace {
-
-QVariant valueOf(const catalogue::Table &table, const char *column, const RowValues &row) {
-    return row.value(formatName(QLatin1String(table.name), QLatin1String(column)));
-}
-
-bool saysConnector(const catalogue::Table &table, const catalogue::Reference &reference,
-                   const RowValues &row) {
-    if (reference.roadType) {
-        const QVariant type = valueOf(table, reference.roadType, row);
-        return type.isValid() && !type.toString().startsWith(QLatin1Char('l'), Qt::CaseInsensitive);
-    }
-    return std::any_of(reference.lanes.begin(), reference.lanes.end(), [&](const char *column) {
-        const QVariant lane = valueOf(table, column, row);
-        return lane.isValid() && lane.toLongLong() >= reference.firstOfConnector;
-    });
-}
-
-} // namespace
 
 QString columnOf(const catalogue::Table &table, const catalogue::Reference &reference) {
     return formatName(QLatin1String(table.name), QLatin1String(reference.column));
@@ -35,7 +13,12 @@ RowId referredBy(const catalogue::Table &table, const catalogue::Reference &refe
     if (reference.bond == catalogue::Bond::HostNumber || id.userType() != QMetaType::LongLong ||
         id.toLongLong() == 0)
         return {nullptr, 0};
-    const char *road = saysConnector(table, reference, row) ? "Connector" : "Link";
+    // A change need not say what the road is: most often it is a link.
+    const auto valueOf = [&](const char *column) {
+        const QVariant value = row.value(formatName(QLatin1String(table.name), QLatin1String(column)));
+        return value.isNull() && column == reference.roadType ? QVariant(QStringLiteral("link")) : value;
+    };
+    const char *road = reference.saysConnector(valueOf) ? "Connector" : "Link";
     return {catalogue::find(QLatin1String(reference.table ? reference.table : road)), id.toLongLong()};
 }
 

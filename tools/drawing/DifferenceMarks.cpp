@@ -1,6 +1,7 @@
 #include "tools/drawing/DifferenceMarks.h"
 
 #include "tools/drawing/Shapes.h"
+#include "tools/kinds/Roads.h"
 
 #include <QHash>
 
@@ -16,23 +17,15 @@ const QColor kAdded(0x1a, 0x8f, 0x3c);
 const QColor kRemoved(0xd0, 0x20, 0x20);
 const QColor kChanged(0xe8, 0x95, 0x00);
 
-GeometryLine lineOf(const Link &link) {
-    GeometryLine line = shapes::lineOf(link.centerLinePointsJson);
-    if (line.size() >= 2)
-        return line;
-    line.clear();
-    for (const Vertex *vertex : link.mlVertex) {
-        if (shapes::isOnPlan({vertex->x, vertex->y}))
-            line.append({vertex->x, vertex->y, vertex->z});
-    }
-    return line;
+GeometryLine drawn(const Link &link) {
+    return shapes::onPlan(lineOf(link));
 }
 
-GeometryLine lineOf(const Connector &connector) {
+GeometryLine drawn(const Connector &connector) {
     if (!connector.mpStartLink || !connector.mpEndLink)
         return {};
-    const GeometryLine from = lineOf(*connector.mpStartLink);
-    const GeometryLine to = lineOf(*connector.mpEndLink);
+    const GeometryLine from = drawn(*connector.mpStartLink);
+    const GeometryLine to = drawn(*connector.mpEndLink);
     return from.isEmpty() || to.isEmpty() ? GeometryLine() : GeometryLine{from.last(), to.first()};
 }
 
@@ -62,8 +55,8 @@ public:
     /// A road as a line; empty for all else.
     GeometryLine line(const Difference &object) const {
         if (is<Link>(object))
-            return of<Link>(object, [](const Link &link) { return lineOf(link); });
-        return of<Connector>(object, [](const Connector &connector) { return lineOf(connector); });
+            return of<Link>(object, [](const Link &link) { return drawn(link); });
+        return of<Connector>(object, [](const Connector &connector) { return drawn(connector); });
     }
 
     std::optional<QPointF> place(const Difference &object) const {
@@ -130,9 +123,9 @@ private:
 
     std::optional<QPointF> middleOfRoad(long road) const {
         if (const Link *link = mNetwork.find<Link>(road))
-            return middleOf(lineOf(*link));
+            return middleOf(drawn(*link));
         const Connector *connector = mNetwork.find<Connector>(road);
-        return connector ? middleOf(lineOf(*connector)) : std::nullopt;
+        return connector ? middleOf(drawn(*connector)) : std::nullopt;
     }
 
     const NetworkObjects &mNetwork;

@@ -33,7 +33,10 @@ bool isOnPlan(std::initializer_list<double> metres) {
 }
 
 GeometryLine lineOf(const StoredJson &geometry) {
-    GeometryLine line = geometryjson::points(geometry);
+    return onPlan(geometryjson::points(geometry));
+}
+
+GeometryLine onPlan(const GeometryLine &line) {
     const bool isDrawn = std::all_of(line.begin(), line.end(), [](const GeometryPoint &point) {
         return isOnPlan({point.x, point.y, point.z});
     });

@@ -17,6 +17,8 @@ namespace shapes {
 bool isOnPlan(std::initializer_list<double> metres);
 /// The points of a geometry object; none where one of them is not on a plan.
 GeometryLine lineOf(const StoredJson &geometry);
+/// The line, or none where one of its points is not on a plan.
+GeometryLine onPlan(const GeometryLine &line);
 
 void addLine(QPainterPath &path, const GeometryLine &line);
 /// The area between two borders that run the same way.

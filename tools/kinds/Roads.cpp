@@ -1,5 +1,7 @@
 #include "tools/kinds/Roads.h"
 
+#include "model/GeometryJson.h"
+
 namespace moratools {
 
 namespace {
@@ -17,6 +19,16 @@ void markNoRoad(Link &link) {
     QJsonObject source = link.otherAttrsJson.value(kFormat).toObject();
     source.insert(kNotRoad, true);
     link.otherAttrsJson.insert(kFormat, source);
+}
+
+GeometryLine lineOf(const Link &link) {
+    GeometryLine line = geometryjson::points(link.centerLinePointsJson);
+    if (line.size() >= 2)
+        return line;
+    line.clear();
+    for (const Vertex *vertex : link.mlVertex)
+        line.append({vertex->x, vertex->y, vertex->z});
+    return line;
 }
 
 void keepRoads(NetworkObjects &network) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "model/GeometryLine.h"
 #include "tools/MoraToolsExport.h"
 #include "tools/kinds/NetworkObjects.h"
 
@@ -10,6 +11,9 @@ namespace moratools {
 MORATOOLS_EXPORT bool isRoad(const Link &link);
 MORATOOLS_EXPORT void markNoRoad(Link &link);
 /// @}
+
+/// The link's line: its centre line, or its vertices where it has none.
+GeometryLine lineOf(const Link &link);
 
 /// Takes out of a network in memory what is no road, with all that is on it.
 MORATOOLS_EXPORT void keepRoads(NetworkObjects &network);

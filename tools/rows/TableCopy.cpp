@@ -132,18 +132,8 @@ QString TableCopy::roadTable(const catalogue::Reference &reference, const StoreR
         return link;
     if (!mChanges.ids.has(link, road))
         return connector;
-    return saysConnector(reference, row) ? connector : link;
-}
-
-bool TableCopy::saysConnector(const catalogue::Reference &reference, const StoreReader::Row &row) const {
-    if (reference.roadType) {
-        const QString type = valueOf(row, reference.roadType).toString();
-        return !type.startsWith(QLatin1Char('l'), Qt::CaseInsensitive);
-    }
-    return std::any_of(reference.lanes.begin(), reference.lanes.end(), [&](const char *column) {
-        const QVariant lane = valueOf(row, column);
-        return lane.isValid() && lane.toLongLong() >= reference.firstOfConnector;
-    });
+    const auto ofRow = [&](const char *column) { return valueOf(row, column); };
+    return reference.saysConnector(ofRow) ? connector : link;
 }
 
 QVariant TableCopy::valueOf(const StoreReader::Row &row, const char *column) const {

@@ -69,7 +69,6 @@ private:
     void plan(const StoreTable &target);
     QVariant copied(const Cell &cell, const StoreReader::Row &row);
     QString roadTable(const catalogue::Reference &reference, const StoreReader::Row &row, qint64 road) const;
-    bool saysConnector(const catalogue::Reference &reference, const StoreReader::Row &row) const;
     QVariant valueOf(const StoreReader::Row &row, const char *column) const;
 
     const catalogue::Table &mEntry;

@@ -86,16 +86,6 @@ QJsonObject keptOf(const QJsonObject &attributes) {
     return attributes.value(kSumo).toObject();
 }
 
-GeometryLine lineOf(const Link &link) {
-    GeometryLine line = geometryjson::points(link.centerLinePointsJson);
-    if (line.size() >= 2)
-        return line;
-    line.clear();
-    for (const Vertex *vertex : link.mlVertex)
-        line.append({vertex->x, vertex->y, vertex->z});
-    return line;
-}
-
 QString numberText(double number) {
     return QString::number(number, 'f', QLocale::FloatingPointShortest);
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "model/NetLists.h"
+#include "tools/kinds/Roads.h"
 #include "tools/sumo/export/Names.h"
 #include "tools/sumo/import/LeftOut.h"
 #include "tools/sumo/kept/JunctionInside.h"
@@ -82,9 +83,6 @@ private:
 QJsonObject keptOf(const StoredJson &attributes);
 QJsonObject keptOf(const QJsonObject &attributes);
 /// @}
-
-/// The link's line: its centre line, or its vertices where it has none.
-GeometryLine lineOf(const Link &link);
 
 /// A number as SUMO's files have it, so that it reads back equal.
 QString numberText(double number);
