@@ -1,5 +1,5 @@
 #include "tools/sumo/schema/Schema.h"
-#include "tests/support/Places.h"
+#include "tests/support/Manual.h"
 
 #include <QFile>
 #include <gtest/gtest.h>
@@ -63,19 +63,6 @@ TEST(Schema, SaysWhereEverythingGoes) {
     }
 }
 
-// MORASTORE_WRITE_GOLDEN=1 writes the tables anew.
 TEST(Schema, TheManualHasTheListThatTheImportUses) {
-    QFile manual(sourceFolder() + QStringLiteral("/docs/import.md"));
-    ASSERT_TRUE(manual.open(QIODevice::ReadWrite));
-    const QString text = QString::fromUtf8(manual.readAll());
-    const QString first = QStringLiteral("### Networks\n");
-    const int start = text.indexOf(first);
-    ASSERT_GE(start, 0);
-    if (qEnvironmentVariableIsSet("MORASTORE_WRITE_GOLDEN")) {
-        manual.resize(0);
-        manual.write((text.left(start) + asMarkdown()).toUtf8());
-        return;
-    }
-    EXPECT_TRUE(text.mid(start) == asMarkdown())
-        << "docs/import.md has other tables; write them anew with MORASTORE_WRITE_GOLDEN=1";
+    expectGenerated("import.md", "### Networks\n", asMarkdown());
 }

@@ -1,5 +1,5 @@
 #include "tools/checks/Repair.h"
-#include "tests/support/PostgresDatabase.h"
+#include "tests/host/Beside.h"
 #include "tests/tools/checks/SoundStore.h"
 #include "tools/reports/Failure.h"
 
@@ -178,23 +178,12 @@ TEST_F(Repaired, OnAServerSequencesMoveOn) {
         findings(store, {QStringLiteral("store"), QStringLiteral("references"), QStringLiteral("json")});
     EXPECT_TRUE(found.isEmpty()) << found.firstKey().toStdString();
     database.use();
-    {
-        QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QPSQL"), QStringLiteral("beside"));
-        db.setHostName(PostgresDatabase::host());
-        db.setPort(PostgresDatabase::port());
-        db.setDatabaseName(database.name());
-        db.setUserName(PostgresDatabase::user());
-        db.setPassword(PostgresDatabase::password());
-        ASSERT_TRUE(db.open());
-        QSqlQuery query(db);
-        ASSERT_TRUE(query.exec(QStringLiteral("select setval('seq_link_id', 5)")));
-        ASSERT_TRUE(query.exec(QStringLiteral("update Link set length = 'NaN' where linkID = 1")));
-        found = findings(store, {QStringLiteral("store")});
-        EXPECT_EQ(found.value(QStringLiteral("counter.behind")), 1);
-        EXPECT_EQ(found.value(QStringLiteral("number.not-finite")), 1);
-        EXPECT_EQ(repairStore(store, {}, true).done.size(), 1);
-        ASSERT_TRUE(query.exec(QStringLiteral("select nextval('seq_link_id')")) && query.next());
-        EXPECT_GT(query.value(0).toInt(), 13);
-    }
-    QSqlDatabase::removeDatabase(QStringLiteral("beside"));
+    const Beside beside(database.name());
+    beside.value(QStringLiteral("select setval('seq_link_id', 5)"));
+    beside.value(QStringLiteral("update Link set length = 'NaN' where linkID = 1"));
+    found = findings(store, {QStringLiteral("store")});
+    EXPECT_EQ(found.value(QStringLiteral("counter.behind")), 1);
+    EXPECT_EQ(found.value(QStringLiteral("number.not-finite")), 1);
+    EXPECT_EQ(repairStore(store, {}, true).done.size(), 1);
+    EXPECT_GT(beside.value(QStringLiteral("select nextval('seq_link_id')")).toInt(), 13);
 }

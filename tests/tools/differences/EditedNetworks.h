@@ -65,6 +65,24 @@ protected:
         return patchtext::lineOf(PatchHeader{compared.before, compared.after, compared.words}) + lines;
     }
 
+    /// One random network after the other in the store, until one fails.
+    template <class Use>
+    void forEachNetwork(int seeds, const Use &use) {
+        const int first = setting("MORASTORE_FIRST_SEED", 1);
+        for (int seed = first; seed < first + setting("MORASTORE_SEEDS", seeds) && !HasFailure(); ++seed) {
+            SCOPED_TRACE(testing::Message()
+                         << "to repeat: MORASTORE_FIRST_SEED=" << seed << " MORASTORE_SEEDS=1");
+            if (seed > first)
+                openNewStore();
+            NetPlan plan;
+            plan.seed = quint32(seed);
+            plan.severalNets = hasSeveralNets();
+            RandomNet random(plan);
+            makeNetwork(random);
+            use(random);
+        }
+    }
+
     /// A random network in the store.
     void makeNetwork(RandomNet &random) {
         auto made = random.make();

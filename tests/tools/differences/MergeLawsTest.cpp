@@ -48,17 +48,7 @@ protected:
 } // namespace
 
 TEST_P(MergeLaws, WhatBothDidIsDoneAndNothingRefersToNothing) {
-    const int first = setting("MORASTORE_FIRST_SEED", 1);
-    for (int seed = first; seed < first + setting("MORASTORE_SEEDS", 4) && !HasFailure(); ++seed) {
-        SCOPED_TRACE(testing::Message()
-                     << "to repeat: MORASTORE_FIRST_SEED=" << seed << " MORASTORE_SEEDS=1");
-        if (seed > first)
-            openNewStore();
-        NetPlan plan;
-        plan.seed = quint32(seed);
-        plan.severalNets = hasSeveralNets();
-        RandomNet random(plan);
-        makeNetwork(random);
+    forEachNetwork(4, [this](RandomNet &random) {
         const QString base = twin(QStringLiteral("base"));
         const QString one = twin(QStringLiteral("one"));
         const QString other = twin(QStringLiteral("other"));
@@ -74,7 +64,7 @@ TEST_P(MergeLaws, WhatBothDidIsDoneAndNothingRefersToNothing) {
         const QString back = merged(base, other, one, Answer::Take::Theirs);
         // New numbers go to those of the second.
         EXPECT_TRUE(edits.renumbered > 0 || there == back);
-    }
+    });
 }
 
 INSTANTIATE_TEST_SUITE_P(Stores, MergeLaws, testing::Values(kStoreKinds[1]), storeKindName);

@@ -35,18 +35,7 @@ protected:
 } // namespace
 
 TEST_P(PatchLaws, APatchMakesTheOneOfTheOtherAndItsInverseTakesThatBack) {
-    const int first = setting("MORASTORE_FIRST_SEED", 1);
-    for (int seed = first; seed < first + setting("MORASTORE_SEEDS", isPostgres() ? 1 : 3) && !HasFailure();
-         ++seed) {
-        SCOPED_TRACE(testing::Message()
-                     << "to repeat: MORASTORE_FIRST_SEED=" << seed << " MORASTORE_SEEDS=1");
-        if (seed > first)
-            openNewStore();
-        NetPlan plan;
-        plan.seed = quint32(seed);
-        plan.severalNets = hasSeveralNets();
-        RandomNet random(plan);
-        makeNetwork(random);
+    forEachNetwork(isPostgres() ? 1 : 3, [this](RandomNet &random) {
         const QString other = twin();
         edit(other, random);
         alter(other, random);
@@ -65,7 +54,7 @@ TEST_P(PatchLaws, APatchMakesTheOneOfTheOtherAndItsInverseTakesThatBack) {
         EXPECT_EQ(rowsHere(), before);
         EXPECT_EQ(digest(address()), digestBefore);
         EXPECT_EQ(diff(other, address()), back);
-    }
+    });
 }
 
 INSTANTIATE_TEST_SUITE_P(Stores, PatchLaws, testing::ValuesIn(kStoreKinds), storeKindName);
