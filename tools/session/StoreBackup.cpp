@@ -62,9 +62,10 @@ void backUpStore(const QString &path, const QString &copy) {
 QString keepCopy(const QString &path, const QString &what) {
     const QString absolute = QFileInfo(path).absoluteFilePath();
     const QString now = QDateTime::currentDateTime().toString(QStringLiteral("yyyyMMdd-HHmmss"));
-    QString name = QStringLiteral("%1.before-%2-%3").arg(absolute, what, now);
-    if (QFileInfo::exists(name))
-        throw Failure(QStringLiteral("%1: exists already; nothing was changed, try again").arg(name));
+    const QString ofThisSecond = QStringLiteral("%1.before-%2-%3").arg(absolute, what, now);
+    QString name = ofThisSecond;
+    for (int number = 2; QFileInfo::exists(name); ++number)
+        name = QStringLiteral("%1-%2").arg(ofThisSecond, QString::number(number));
     backUpStore(absolute, name);
     return name;
 }

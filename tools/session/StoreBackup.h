@@ -11,7 +11,8 @@ namespace moratools {
 /// and numbers of rows. An existing file is never touched; on a failure (`Failure`) no file stays behind.
 void backUpStore(const QString &path, const QString &copy);
 
-/// The same beside the store, as PATH.before-WHAT-DATE-TIME. Returns the path of the copy.
+/// The same beside the store, as PATH.before-WHAT-DATE-TIME; where that is taken, with -2, -3, ... after it. Returns
+/// the path of the copy.
 MORATOOLS_EXPORT QString keepCopy(const QString &path, const QString &what);
 
 } // namespace moratools
