@@ -1,7 +1,7 @@
 #include "host/ProgressBar.h"
 #include "host/commands/Commands.h"
+#include "host/commands/Conflicts.h"
 #include "host/commands/NewFindings.h"
-#include "host/commands/PatchFile.h"
 #include "tools/differences/NetworkMerge.h"
 #include "tools/reports/Failure.h"
 #include "tools/reports/OutputFile.h"
@@ -45,19 +45,8 @@ void merge(const Options &options) {
         ProgressBar bar(QStringLiteral("comparing"));
         edits = compareVersions(version(options.base, options.net), ours, theirs, bar.hearer());
     }
-    Answers answers;
-    if (!options.resolve.empty()) {
-        const PatchFile file(QString::fromStdString(options.resolve));
-        answers = readAnswers(file.device(), file.name(), edits.digests);
-    }
-    const MergedChanges merged = mergeChanges(edits.ours, edits.theirs, answers);
-    if (merged.isOpen()) {
-        writeOutputFile(conflicts, textOf(merged.conflicts, edits.digests));
-        throw Incomplete(
-            QStringLiteral("%1: not made, both changed the same (%2 conflicts); say in \"take\" of each "
-                           "line of %3 what is to be, and give it with --resolve")
-                .arg(path, QString::number(merged.conflicts.size()), conflicts));
-    }
+    const MergedChanges merged =
+        mergeWithAnswers(edits, options.resolve, conflicts, QStringLiteral("%1: not made").arg(path));
     NewFindings findings;
     findings.checkBefore(ours.store, ours.network);
     findings.checkBefore(theirs.store, theirs.network);

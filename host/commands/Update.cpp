@@ -2,10 +2,9 @@
 #include "host/ProgressBar.h"
 #include "host/commands/Commands.h"
 #include "host/commands/CompanionFiles.h"
+#include "host/commands/Conflicts.h"
 #include "host/commands/NewFindings.h"
 #include "host/commands/OpenedStore.h"
-#include "host/commands/PatchFile.h"
-#include "tools/differences/ConflictText.h"
 #include "tools/differences/PatchApplication.h"
 #include "tools/differences/SourceUpdate.h"
 #include "tools/reports/OutputFile.h"
@@ -15,6 +14,7 @@
 #include "tools/sumo/import/NetworkImport.h"
 #include "tools/sumo/reader/NetReader.h"
 
+#include <QFile>
 #include <QFileInfo>
 
 using namespace moratools;
@@ -96,31 +96,25 @@ void update(const Options &options) {
     }
     for (const QString &line : qAsConst(change.remarks))
         tell(line);
-    Answers answers;
-    if (!options.resolve.empty()) {
-        const PatchFile file(QString::fromStdString(options.resolve));
-        answers = readAnswers(file.device(), file.name(), change.edits.digests);
-    }
-    const MergedChanges merged = mergeChanges(change.edits.ours, change.edits.theirs, answers);
-    if (merged.isOpen()) {
-        writeOutputFile(conflicts, textOf(merged.conflicts, change.edits.digests));
-        throw Incomplete(
-            QStringLiteral(
-                "the network is as it was: %1 things were edited that are others in %2, too; say in "
-                "\"take\" of each line of %3 what is to be, and give it with --resolve")
-                .arg(QString::number(merged.conflicts.size()), QString::fromStdString(options.source),
-                     conflicts));
-    }
+    const MergedChanges merged = mergeWithAnswers(change.edits, options.resolve, conflicts,
+                                                  QStringLiteral("the network is as it was"));
     NewFindings findings;
     findings.checkBefore(address, options.net);
+    QString copy;
     if (!options.noBackup && !address.isServer())
-        tell(QStringLiteral("the store as it was: %1")
-                 .arg(keepCopy(address.path(), QStringLiteral("update"))));
-    {
+        copy = keepCopy(address.path(), QStringLiteral("update"));
+    try {
         const OpenedStore store(address, Access::Write);
         applyChanges(store, netId, merged.changes,
                      PatchHeader{change.edits.digests.ours, {}, change.edits.words});
+    } catch (...) {
+        // It would be a copy of what is there.
+        if (!copy.isEmpty())
+            QFile::remove(copy);
+        throw;
     }
+    if (!copy.isEmpty())
+        tell(QStringLiteral("the store as it was: %1").arg(copy));
     findings.tellAfter(address, options.net);
     print(QStringLiteral("%1 rows are new or others, %2 edits stay\n")
               .arg(QString::number(merged.changes.size()), QString::number(change.edits.ours.size())),
