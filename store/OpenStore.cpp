@@ -3,6 +3,7 @@
 #include "store/core/ConnectionName.h"
 #include "store/opening/ProcessStore.h"
 #include "store/opening/StoreOpening.h"
+#include "store/server/ConnectionWords.h"
 
 namespace {
 
@@ -41,7 +42,7 @@ void OpenStore::open(const StoreSettings &settings, Access access) {
     state.db = QSqlDatabase::addDatabase(settings.driver, newConnectionName("store"));
     if (state.db.isValid())
         attachState(state.db, &state);
-    opening::nameStore(state.db, settings);
+    connectionwords::nameStore(state.db, settings);
     if (access == Access::Read)
         mIsOpened = opening::forReading(state, state.db, settings.name, true);
     else

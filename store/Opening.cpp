@@ -8,6 +8,7 @@
 #include "store/ids/Identifiers.h"
 #include "store/opening/ProcessStore.h"
 #include "store/opening/StoreOpening.h"
+#include "store/server/ConnectionWords.h"
 
 #include <MoraInterfaces/MoraInterfaces.h>
 
@@ -104,7 +105,7 @@ bool connectDefault(StoreState &state, QSqlDatabase &db, const QString &path) {
     if (isSqlite)
         settings.name = path;
     replaceDefaultConnection(db, settings.driver);
-    opening::nameStore(db, settings);
+    connectionwords::nameStore(db, settings);
     return true;
 }
 
@@ -114,7 +115,7 @@ bool openDefault(const StoreSettings &settings, const OpenOptions &options) {
     forget(state);
     state.settings = settings;
     replaceDefaultConnection(gDB, settings.driver);
-    opening::nameStore(gDB, settings);
+    connectionwords::nameStore(gDB, settings);
     const bool isOpened = options.access == StoreAccess::Read
                               ? opening::forReading(state, gDB, settings.name, true)
                               : opening::forWriting(state, gDB, settings.name, true);
@@ -203,10 +204,9 @@ bool DBTools::transToPostgreSql(QSqlDatabase &db) {
     state.reservedIds.clear();
     state.highestIds.clear();
     // The port is not applied: hosts that switch rely on the driver's default.
-    db.setHostName(settings.host);
-    db.setDatabaseName(settings.name);
-    db.setUserName(settings.user);
-    db.setPassword(settings.password);
+    StoreSettings reached = settings;
+    reached.port = -1;
+    connectionwords::nameStore(db, reached);
     if (!opening::openGuarded(db, state.failures) || !validateDatabase(db) ||
         !schemaguard::hasFittingVersion(db, settings.name, state.failures) ||
         !identifiers::passLaneConnectors(

@@ -10,6 +10,7 @@
 #include "store/ids/Identifiers.h"
 #include "store/protection/FileProtection.h"
 #include "store/schema/Upgrade.h"
+#include "store/server/ConnectionWords.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -56,11 +57,10 @@ bool openWithPlainBackslashes(QSqlDatabase &db) {
             return true;
     }
     db.close();
-    QString options =
-        qEnvironmentVariable("PGOPTIONS") + QStringLiteral(" -c standard_conforming_strings=on");
-    options.replace(QLatin1Char('\\'), QLatin1String("\\\\"))
-        .replace(QLatin1Char('\''), QLatin1String("\\'"));
-    db.setConnectOptions(QStringLiteral("options='%1'").arg(options));
+    ConnectionWords words = connectionwords::parsed(db.connectOptions());
+    const QByteArray options = connectionwords::value(connectionwords::resolved(words), "options");
+    words.append(ConnectionWord{"options", options + " -c standard_conforming_strings=on"});
+    db.setConnectOptions(connectionwords::text(words));
     return db.open();
 }
 
@@ -158,14 +158,6 @@ bool readDatabase(StoreState &state, QSqlDatabase &db, const QString &path, bool
 }
 
 } // namespace
-
-void nameStore(QSqlDatabase &db, const StoreSettings &settings) {
-    db.setHostName(settings.host);
-    db.setPort(settings.port);
-    db.setDatabaseName(settings.name);
-    db.setUserName(settings.user);
-    db.setPassword(settings.password);
-}
 
 bool isWritableStoreFile(const QString &path, FailureList &failures) {
     if (!isStoreFile(path, failures))

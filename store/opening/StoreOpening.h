@@ -9,9 +9,6 @@ class QSqlDatabase;
 /// to the state; false ends the opening, with a record there.
 namespace opening {
 
-/// Gives a connection that is not open the names of @p settings; the port of a server is one of them.
-void nameStore(QSqlDatabase &db, const StoreSettings &settings);
-
 /// @{ Opens @p db, which has its names, judges the store and learns what operations need to know.
 /// @param path of an SQLite file.
 /// @param resetIdCache empty the reserved identifiers once more after connecting.

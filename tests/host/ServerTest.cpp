@@ -1,7 +1,6 @@
 #include "tests/host/Beside.h"
 #include "tests/host/Morastore.h"
 #include "tests/support/PostgresDatabase.h"
-#include "tools/rows/StoreReader.h"
 
 #include <QCoreApplication>
 #include <QElapsedTimer>
@@ -72,7 +71,6 @@ TEST_F(ServerStore, EveryRefusalIsASentenceThatNamesTheServer) {
         {connection(store.name(), wrong), "refuses the user or the password"},
         {connection(QStringLiteral("none")), "has no such database"},
         {connection(empty.name()), "is no store"},
-        {connection(store.name(), QStringLiteral("keepalives=1")), "\"keepalives\" is not supported"},
         {QStringLiteral("host=a password=%1").arg(secret), "cannot be understood"},
     };
     for (const auto &entry : table) {
@@ -106,21 +104,6 @@ TEST_F(ServerStore, EveryRefusalIsASentenceThatNamesTheServer) {
     EXPECT_TRUE(served.out.startsWith(QLatin1String("store       service=mora\n")));
     expectSentence(run({QStringLiteral("protect"), connection(store.name())}),
                    QStringLiteral("only a store file can be protected"));
-}
-
-TEST_F(ServerStore, WhatAnAddressSaysIsNotLeftInTheEnvironment) {
-    const PostgresDatabase database;
-    const Beside beside(database.name());
-    beside.value(QStringLiteral(
-        "insert into Net(NetId, name, sourceType, centerX, centerY, isDefault) values(1, 'n', 's', 0, 0, 'T')"));
-    {
-        const moratools::StoreReader reader(
-            moratools::StoreAddress(connection(database.name(), QStringLiteral("application_name=other"))));
-        EXPECT_EQ(beside.value(QStringLiteral(
-                      "select count(*) from pg_stat_activity where application_name = 'other'")),
-                  QStringLiteral("1"));
-    }
-    EXPECT_FALSE(qEnvironmentVariableIsSet("PGAPPNAME"));
 }
 
 TEST_F(ServerStore, NoConnectionLeft) {

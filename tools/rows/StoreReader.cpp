@@ -4,6 +4,7 @@
 #include "store/core/Engine.h"
 #include "store/guard/ConnectionGuard.h"
 #include "store/guard/SchemaGuard.h"
+#include "store/server/ConnectionWords.h"
 #include "tools/reports/Failure.h"
 #include "tools/session/ConnectionSettings.h"
 #include "tools/session/Server.h"
@@ -46,9 +47,9 @@ StoreReader::~StoreReader() {
 }
 
 void StoreReader::open(const StoreAddress &address) {
-    const ConnectionSettings settings(address);
-    QSqlDatabase db = QSqlDatabase::addDatabase(settings.driver(), mConnection);
-    settings.applyTo(db);
+    const StoreSettings settings = connectionSettings(address);
+    QSqlDatabase db = QSqlDatabase::addDatabase(settings.driver, mConnection);
+    connectionwords::nameStore(db, settings);
     if (!address.isServer()) {
         mFile = std::make_unique<ReadOnlyFile>(address.path());
         if (!mFile->refusal().isEmpty())

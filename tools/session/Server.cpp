@@ -11,13 +11,12 @@
 
 #include <libpq-fe.h>
 
+#include <limits>
 #include <vector>
 
 namespace moratools {
 
 namespace {
-
-constexpr int kDefaultSecondsToConnect = 10;
 
 /// Why a server ends a connection before it is one: the SQLSTATE, all of it or its class
 /// (https://www.postgresql.org/docs/15/errcodes-appendix.html), and what the user is told.
@@ -33,11 +32,20 @@ constexpr struct {
 };
 constexpr char kNoDatabase[] = "3D000";
 
-int secondsToConnect(const StoreAddress &address) {
-    const QString given = address.value("connect_timeout");
-    const int seconds = (given.isEmpty() ? qEnvironmentVariable("PGCONNECT_TIMEOUT") : given).toInt();
-    return seconds > 0 ? seconds : kDefaultSecondsToConnect;
-}
+/// libpq's arrays of words, which end with nulls. They point into @p words.
+struct WordArrays {
+    std::vector<const char *> keywords;
+    std::vector<const char *> values;
+
+    explicit WordArrays(const ConnectionWords &words) {
+        for (const ConnectionWord &word : words) {
+            keywords.push_back(word.keyword.constData());
+            values.push_back(word.value.constData());
+        }
+        keywords.push_back(nullptr);
+        values.push_back(nullptr);
+    }
+};
 
 /// The last error in what libpq says in its verbose form; the code is empty when no server said anything.
 struct Error {
@@ -68,25 +76,11 @@ void Server::Close::operator()(pg_conn *connection) const {
 Server::Server(const StoreAddress &address) : Server(address, false) {}
 
 Server::Server(const StoreAddress &address, bool mayLackDatabase) : mName(address.name()) {
-    std::vector<const char *> keywords;
-    std::vector<const char *> values;
-    const QList<StoreAddress::Option> &options = address.options();
-    for (const StoreAddress::Option &option : options) {
-        keywords.push_back(option.keyword.constData());
-        values.push_back(option.value.constData());
-    }
-    for (const auto &[keyword, value] :
-         {std::pair("fallback_application_name", "morastore"), std::pair("client_encoding", "UTF8"),
-          std::pair<const char *, const char *>(nullptr, nullptr)}) {
-        keywords.push_back(keyword);
-        values.push_back(value);
-    }
-    mConnection.reset(PQconnectStartParams(keywords.data(), values.data(), 0));
-    if (!mConnection)
-        throw std::bad_alloc();
-    // Texts are in the server's language; the code, which only this form has, is not.
-    PQsetErrorVerbosity(mConnection.get(), PQERRORS_VERBOSE);
-    if (connect(secondsToConnect(address)))
+    ConnectionWords words{{"fallback_application_name", "morastore"}};
+    for (const StoreAddress::Option &option : address.options())
+        words.append(ConnectionWord{option.keyword, option.value});
+    words.append(ConnectionWord{"client_encoding", "UTF8"});
+    if (connect(connectionwords::withLimits(words)))
         return;
     if (mayLackDatabase && Error(mConnection.get()).code == QLatin1String(kNoDatabase))
         mConnection.reset();
@@ -99,7 +93,27 @@ std::unique_ptr<Server> Server::open(const StoreAddress &address) {
     return server->mConnection ? std::move(server) : nullptr;
 }
 
-bool Server::connect(int seconds) {
+bool Server::connect(const ConnectionWords &words) {
+    const WordArrays arrays(words);
+    const ConnectionWords all = connectionwords::resolved(words);
+    const QByteArray hosts = connectionwords::value(all, "host") + connectionwords::value(all, "hostaddr");
+    // Only libpq's own waiting goes on to the next of several hosts when one is silent.
+    if (hosts.contains(',')) {
+        mConnection.reset(PQconnectdbParams(arrays.keywords.data(), arrays.values.data(), 0));
+        if (PQstatus(mConnection.get()) == CONNECTION_OK) {
+            PQsetErrorVerbosity(mConnection.get(), PQERRORS_VERBOSE);
+            return true;
+        }
+    }
+    mConnection.reset(PQconnectStartParams(arrays.keywords.data(), arrays.values.data(), 0));
+    if (!mConnection)
+        throw std::bad_alloc();
+    // Texts are in the server's language; the code, which only this form has, is not.
+    PQsetErrorVerbosity(mConnection.get(), PQERRORS_VERBOSE);
+    return await(connectionwords::value(all, "connect_timeout").toInt());
+}
+
+bool Server::await(int seconds) {
     PGconn *connection = mConnection.get();
     if (PQstatus(connection) == CONNECTION_BAD)
         return false;
@@ -107,7 +121,8 @@ bool Server::connect(int seconds) {
     since.start();
     PostgresPollingStatusType wanted = PGRES_POLLING_WRITING;
     while (wanted == PGRES_POLLING_READING || wanted == PGRES_POLLING_WRITING) {
-        const qint64 left = qint64(seconds) * 1000 - since.elapsed();
+        const qint64 left = seconds > 0 ? qint64(seconds) * 1000 - since.elapsed()
+                                        : std::numeric_limits<int>::max(); // 0 is libpq's word for no limit
         if (left <= 0)
             return false;
         const auto event = wanted == PGRES_POLLING_READING ? QSocketNotifier::Read : QSocketNotifier::Write;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "store/server/ConnectionWords.h"
 #include "tools/session/StoreAddress.h"
 #include "tools/session/StoreFile.h"
 
@@ -33,7 +34,8 @@ private:
     };
 
     Server(const StoreAddress &address, bool mayLackDatabase);
-    bool connect(int seconds);
+    bool connect(const ConnectionWords &words);
+    bool await(int seconds);
     [[noreturn]] void refuse();
 
     QString mName;

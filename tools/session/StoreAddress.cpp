@@ -1,5 +1,6 @@
 #include "tools/session/StoreAddress.h"
 
+#include "store/server/ConnectionWords.h"
 #include "tools/reports/Failure.h"
 
 #include <QRegularExpression>
@@ -40,16 +41,6 @@ bool isConnectionString(const QString &text) {
     return false;
 }
 
-/// A value as connection strings spell it. (A pattern's $ would also match before a line break at the end.)
-QString spelled(const QByteArray &value) {
-    QString text = QString::fromUtf8(value);
-    static const QRegularExpression plain(QStringLiteral("\\A[^\\s'\\\\]+\\z"));
-    if (plain.match(text).hasMatch())
-        return text;
-    text.replace(QLatin1Char('\\'), QLatin1String("\\\\")).replace(QLatin1Char('\''), QLatin1String("\\'"));
-    return QLatin1Char('\'') + text + QLatin1Char('\'');
-}
-
 } // namespace
 
 StoreAddress::StoreAddress(const QString &text) : mIsServer(isConnectionString(text)), mName(text) {
@@ -81,12 +72,12 @@ void StoreAddress::nameServer() {
     };
     std::stable_sort(mOptions.begin(), mOptions.end(),
                      [&rank](const Option &a, const Option &b) { return rank(a) < rank(b); });
-    QStringList parts;
+    ConnectionWords words;
     for (const Option &option : qAsConst(mOptions)) {
         if (!option.isSecret)
-            parts.append(QString::fromUtf8(option.keyword) + QLatin1Char('=') + spelled(option.value));
+            words.append(ConnectionWord{option.keyword, option.value});
     }
-    mName = parts.join(QLatin1Char(' '));
+    mName = connectionwords::text(words);
 }
 
 QString StoreAddress::value(const char *keyword) const {

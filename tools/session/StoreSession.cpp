@@ -52,8 +52,7 @@ StoreSession StoreSession::ofProcess(const QString &name) {
 
 StoreSession::StoreSession(const StoreAddress &address, Access access) : mName(address.name()) {
     require(address, access);
-    const ConnectionSettings settings(address);
-    mStore = std::make_unique<OpenStore>(settings.ofLibrary(), ofLibrary(access));
+    mStore = std::make_unique<OpenStore>(connectionSettings(address), ofLibrary(access));
     if (!mStore->isOpen())
         throw Failure(
             QStringLiteral("%1: the store cannot be opened (%2)").arg(address.name(), firstFailureText()));
