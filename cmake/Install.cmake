@@ -23,6 +23,10 @@ if(TARGET morastore)
     install(TARGETS morastore RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
 endif()
 
+# What spreads a store over a Citus cluster, for psql.
+install(FILES ${PROJECT_BINARY_DIR}/resources/EmptyNet/pgsql_db6_citus.sql
+        DESTINATION ${CMAKE_INSTALL_DATADIR}/morastore RENAME citus.sql)
+
 install(DIRECTORY ${PROJECT_SOURCE_DIR}/interfaces/MoraInterfaces ${PROJECT_SOURCE_DIR}/support/MoraSupport
         DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} FILES_MATCHING PATTERN *.h)
 install(DIRECTORY ${PROJECT_BINARY_DIR}/include/ DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})

@@ -1,117 +1,186 @@
-#include "Statements.h"
+#include "PostgresqlSchema.h"
 
 #include <QCoreApplication>
-#include <QRegularExpression>
+#include <QMap>
 #include <QSaveFile>
-#include <QStringList>
 #include <QTextStream>
 
 #include <stdexcept>
 
-/// Makes the SQL text of the PostgreSQL schema from that of the SQLite template.
+/// Makes an SQL text of the PostgreSQL schema from that of the SQLite template.
 ///
-/// Usage: make_postgresql_text OUTPUT FILE.sql...
+/// Usage: make_postgresql_text KIND OUTPUT FILE.sql...
 ///
-/// The text is that of the files but for three things. Types become those that keep what is written
-/// bit for bit (kTypes). Foreign keys are added when all tables are there, since the server asks for the
-/// table that a key refers to. A key that follows a line starting with "-- Not on PostgreSQL:" stays out:
-/// the server enforces every key that it has.
+/// | kind | what |
+/// | --- | --- |
+/// | whole | a store whose tables are plain |
+/// | parents | a store whose networks are spread over partitions: what is there once |
+/// | leaves | what is there for each partition: the tables that hold the rows, with the keys among them |
+/// | net_keys | the keys of those tables to Net, which is there once; "{store}" stands for its schema |
+/// | citus | what spreads a store of plain tables over the machines of a Citus cluster |
 
 namespace {
 
-struct Type {
-    const char *sqlite; ///< as a regular expression
-    const char *postgresql;
-};
+using Schema = std::vector<Piece>;
 
-constexpr Type kTypes[] = {
-    // Room for 64 bits everywhere: SQLite's integers have no narrower kinds.
-    {"Bigint|Integer|int", "bigint"},
-    // Digits behind the point are no limit to SQLite, which keeps every number as it is.
-    {"Numeric\\([0-9,]+\\)|Float", "double precision"},
-    // Neither are lengths; and Char(n) would give texts back filled up with blanks.
-    {"Varchar\\([0-9]+\\)|Char\\([0-9]+\\)|Text", "text"},
-    // The library binds JSON as text here.
-    {"BINARY\\([0-9]+\\)", "text"},
-    {"Byte Varying", "bytea"},
-    {"Date", "date"},
-};
-
-/// "    NAME TYPE NULL-CLAUSE": a column of a table. The type may be missing.
-const QRegularExpression
-    kColumn(QStringLiteral("^    (\\[?\\w+\\]?) (?:(?!not null)(.+?) )?((?:not )?null\\b.*)$"));
-
-QString postgresqlType(const QString &sqlite) {
-    // A column without a type is a network's.
-    if (sqlite.isEmpty())
-        return QStringLiteral("bigint");
-    for (const Type &type : kTypes) {
-        const QRegularExpression whole(QStringLiteral("^(?:%1)$").arg(QLatin1String(type.sqlite)));
-        if (whole.match(sqlite).hasMatch())
-            return QLatin1String(type.postgresql);
+/// Commas go after columns and keys, but for the last; comments have none.
+QString tableText(const Piece &table, const QStringList &body, const QString &end) {
+    QStringList lines = body;
+    bool isLast = true;
+    for (auto line = lines.rbegin(); line != lines.rend(); ++line) {
+        if (line->trimmed().startsWith(QLatin1String("--")))
+            continue;
+        if (!isLast)
+            line->append(QLatin1Char(','));
+        isLast = false;
     }
-    throw std::runtime_error(qPrintable(QStringLiteral("there is no PostgreSQL type for '%1'").arg(sqlite)));
+    lines.prepend(QStringLiteral("create table %1 (").arg(table.table));
+    lines.append(end);
+    return lines.join(QLatin1Char('\n'));
 }
 
-/// The text made so far, with the keys that follow the tables.
-class Text {
-public:
-    void add(const QString &line) {
-        const bool isKept = !mLeaveOut;
-        mLeaveOut = line.trimmed().startsWith(QLatin1String("-- Not on PostgreSQL:"));
-        static const QRegularExpression head(QStringLiteral("^create table (\\w+) \\($"));
-        const QRegularExpressionMatch table = head.match(line);
-        if (table.hasMatch())
-            mTable = table.captured(1);
-        if (!mTable.isEmpty() && line == QLatin1String(");"))
-            endTable();
-        else if (mTable.isEmpty() || table.hasMatch())
-            mLines.append(line);
-        else if (isKept)
-            addToTable(line);
-    }
-    QString text() const { return (mLines + mKeys).join(QLatin1Char('\n')) + QLatin1Char('\n'); }
+QString plainTable(const Piece &table) {
+    QStringList body = table.columns;
+    if (!table.primaryKey.isEmpty())
+        body.append(table.primaryKey);
+    return tableText(table, body, QStringLiteral(");"));
+}
 
-private:
-    void addToTable(QString line) {
-        if (line.trimmed().startsWith(QLatin1String("--"))) {
-            mBody.append(line);
-            return;
+QString keyText(const Piece &table, const ForeignKey &key) {
+    return QStringLiteral("alter table %1 add %2;").arg(table.table, key.text);
+}
+
+/// The record of a network and its counters are the store's: all that is asked about more networks than one
+/// is asked there, whichever servers the other tables are on.
+bool isPartitioned(const Piece &table) {
+    return table.isTable() && table.isLedByNetwork() && table.table != QLatin1String("Net") &&
+           table.table != QLatin1String("IDGenerater");
+}
+
+QStringList partitionedTables(const Schema &schema) {
+    QStringList names;
+    for (const Piece &piece : schema) {
+        if (isPartitioned(piece))
+            names.append(piece.table);
+    }
+    return names;
+}
+
+QStringList whole(const Schema &schema) {
+    QStringList lines;
+    QStringList keys;
+    for (const Piece &piece : schema) {
+        lines.append(piece.isTable() ? plainTable(piece) : piece.line);
+        for (const ForeignKey &key : piece.keys)
+            keys.append(keyText(piece, key));
+    }
+    return lines + keys;
+}
+
+/// A parent has no keys: one that is unique cannot be where a leaf is on another server, and one that refers
+/// to a parent is looked up in every leaf.
+QStringList parents(const Schema &schema) {
+    const QStringList partitioned = partitionedTables(schema);
+    QStringList lines;
+    QStringList keys;
+    for (const Piece &piece : schema) {
+        if (isPartitioned(piece)) {
+            lines.append(tableText(piece, piece.columns,
+                                   QStringLiteral(") partition by hash (%1);").arg(piece.leader())));
+            continue;
         }
-        if (line.endsWith(QLatin1Char(',')))
-            line.chop(1);
-        const QRegularExpressionMatch column = kColumn.match(line);
-        if (line.contains(QLatin1String(" foreign key ")))
-            mKeys.append(QStringLiteral("alter table %1 add %2;").arg(mTable, line.trimmed()));
-        else if (column.hasMatch())
-            mBody.append(QStringLiteral("    %1 %2 %3")
-                             .arg(column.captured(1).remove(QLatin1Char('[')).remove(QLatin1Char(']')),
-                                  postgresqlType(column.captured(2)), column.captured(3)));
-        else
-            mBody.append(line);
+        if (piece.isTable())
+            lines.append(plainTable(piece));
+        else if (!partitioned.contains(piece.table))
+            lines.append(piece.line);
+        for (const ForeignKey &key : piece.keys)
+            keys.append(keyText(piece, key));
     }
+    return lines + keys;
+}
 
-    void endTable() {
-        bool isLast = true;
-        for (auto line = mBody.rbegin(); line != mBody.rend(); ++line) {
-            if (line->trimmed().startsWith(QLatin1String("--")))
+QStringList leaves(const Schema &schema) {
+    const QStringList partitioned = partitionedTables(schema);
+    QStringList lines;
+    QStringList keys;
+    for (const Piece &piece : schema) {
+        if (isPartitioned(piece))
+            lines.append(plainTable(piece));
+        else if (!piece.isTable() && partitioned.contains(piece.table))
+            lines.append(piece.line);
+        for (const ForeignKey &key : piece.keys) {
+            if (partitioned.contains(piece.table) && partitioned.contains(key.references))
+                keys.append(keyText(piece, key));
+        }
+    }
+    return lines + keys;
+}
+
+QStringList netKeys(const Schema &schema) {
+    QStringList keys;
+    for (const Piece &piece : schema) {
+        for (ForeignKey key : piece.keys) {
+            if (!isPartitioned(piece) || key.references != QLatin1String("Net"))
                 continue;
-            if (!isLast)
-                line->append(QLatin1Char(','));
-            isLast = false;
+            key.text.replace(QLatin1String(" references Net "), QLatin1String(" references {store}.Net "));
+            keys.append(keyText(piece, key));
         }
-        mLines += mBody;
-        mLines.append(QStringLiteral(");"));
-        mBody.clear();
-        mTable.clear();
     }
+    return keys;
+}
 
-    QStringList mLines;
-    QStringList mKeys;
-    QString mTable; ///< the table whose lines come
-    QStringList mBody;
-    bool mLeaveOut = false;
-};
+/// Tables that others refer to go first, as the cluster asks for it.
+QStringList citus(const Schema &schema) {
+    QStringList lines{QStringLiteral(
+        "-- Spreads an empty store over the machines of a Citus cluster: each network is on "
+        "one of them as a whole.\n"
+        "-- Run it once in a new store, as the owner of its tables. It ends at the first "
+        "statement that fails, and nothing is changed.\n"
+        "\\set ON_ERROR_STOP on\n"
+        "begin;\n"
+        "-- One connection to a machine: each table refers to tables that the same transaction made.\n"
+        "set local citus.multi_shard_modify_mode to 'sequential';")};
+    QList<const Piece *> left;
+    for (const Piece &piece : schema) {
+        if (piece.isTable())
+            left.append(&piece);
+    }
+    const auto waits = [&left](const Piece &table) {
+        for (const ForeignKey &key : table.keys) {
+            for (const Piece *other : left) {
+                if (other != &table && other->table == key.references)
+                    return true;
+            }
+        }
+        return false;
+    };
+    const auto next = [&] {
+        for (int i = 0; i < left.size(); ++i) {
+            if (!waits(*left[i]))
+                return i;
+        }
+        throw std::runtime_error("tables refer to each other in a circle");
+    };
+    while (!left.isEmpty()) {
+        const Piece &table = *left.takeAt(next());
+        const QString name = table.table.toLower();
+        if (!table.isLedByNetwork())
+            lines.append(QStringLiteral("select create_reference_table('%1');").arg(name));
+        else if (name == QLatin1String("net"))
+            lines.append(QStringLiteral("select create_distributed_table('net', 'netid');"));
+        else
+            lines.append(
+                QStringLiteral("select create_distributed_table('%1', 'netid', colocate_with => 'net');")
+                    .arg(name));
+    }
+    return lines << QStringLiteral("commit;");
+}
+
+const QMap<QString, QStringList (*)(const Schema &)> kKinds{{QStringLiteral("whole"), whole},
+                                                            {QStringLiteral("parents"), parents},
+                                                            {QStringLiteral("leaves"), leaves},
+                                                            {QStringLiteral("net_keys"), netKeys},
+                                                            {QStringLiteral("citus"), citus}};
 
 void write(const QString &path, const QString &text) {
     QSaveFile file(path);
@@ -124,18 +193,16 @@ void write(const QString &path, const QString &text) {
 int main(int argc, char *argv[]) {
     const QCoreApplication app(argc, argv);
     QStringList files = QCoreApplication::arguments().mid(1);
-    if (files.size() < 2) {
-        QTextStream(stderr) << "usage: make_postgresql_text OUTPUT FILE.sql...\n";
+    const auto kind = kKinds.value(files.value(0));
+    if (files.size() < 3 || !kind) {
+        QTextStream(stderr) << "usage: make_postgresql_text KIND OUTPUT FILE.sql...; the kinds are "
+                            << kKinds.keys().join(QStringLiteral(", ")) << '\n';
         return 2;
     }
+    files.removeFirst();
     const QString output = files.takeFirst();
     try {
-        Text text;
-        for (const QString &file : files) {
-            for (const QString &line : readLines(file))
-                text.add(line);
-        }
-        write(output, text.text());
+        write(output, kind(postgresqlSchema(files)).join(QLatin1Char('\n')) + QLatin1Char('\n'));
     } catch (const std::runtime_error &error) {
         QTextStream(stderr) << error.what() << '\n';
         return 1;

@@ -1,5 +1,7 @@
 #include "store/editing/NetRows.h"
 
+#include "store/core/TableNames.h"
+
 namespace {
 
 /// Identifiers of one statement: far below the length that engines take.
@@ -14,7 +16,7 @@ QString listed(const QStringList &parts) {
 NetRows::NetRows(const Store &store) : mStore(store) {
     if (!store.isUsable())
         return;
-    const QStringList tables = store.db().tables();
+    const QStringList tables = tableNames(store.db());
     for (const QString &table : tables)
         mTables.insert(table.toLower());
     // A store has tables: none means that it could not be asked.

@@ -40,10 +40,16 @@ QString namesAsLiterals() {
 /// What stands on the tables of the format that is none of it: kind, name and table of the first.
 QString serverQuestion() {
     return QStringLiteral(
-               "with own as (select oid, relname, relkind from pg_class where pg_table_is_visible(oid) and "
-               "relname in (%1) and relkind <> 'i') "
+               "with recursive own as (select oid, relname, relkind from pg_class where "
+               "pg_table_is_visible(oid) and relname in (%1) and relkind <> 'i' "
+               // What is read with a table: the leaves of a partitioned one, tables that inherit from it.
+               "union all select c.oid, c.relname, c.relkind from pg_inherits join own on inhparent = own.oid "
+               "join pg_class c on c.oid = inhrelid) "
                "select case relkind when 'v' then 'view' when 'm' then 'view' else 'foreign table' end, relname, "
-               "relname from own where relkind not in ('r', 'p') "
+               "relname from own where relkind not in ('r', 'p') and not exists (select 1 from pg_class leaf "
+               "join pg_foreign_table on ftrelid = leaf.oid join pg_foreign_server s on s.oid = ftserver "
+               "join pg_foreign_data_wrapper w on w.oid = srvfdw where leaf.oid = own.oid and "
+               "leaf.relispartition and fdwname = 'postgres_fdw') "
                "union all select 'trigger', tgname, relname from pg_trigger join own on tgrelid = own.oid "
                "where not tgisinternal "
                "union all select 'rule', rulename, relname from pg_rewrite join own on ev_class = own.oid "

@@ -18,7 +18,8 @@ MORASTORE_EXPORT const QStringList &tablesOfTheFormat();
 /// Whether the tables of the format are plain tables: no views, virtual or foreign tables; without triggers,
 /// rules, checks, generated columns, computed defaults, conflict clauses, indexes of expressions or of some
 /// rows. No store has ever had any of these, and each would do what its author wrote, or drop rows unseen,
-/// with the operations of whoever opens the store. Tables of plug-ins are not looked at.
+/// with the operations of whoever opens the store. Tables of plug-ins are not looked at. The leaves of a
+/// partitioned table are held to the same, but that one may be on another PostgreSQL server.
 ///
 /// Otherwise, and when the store cannot be asked, the reason is appended to @p failures; @p name is what it
 /// calls the store; without one the reason stands alone.

@@ -1,5 +1,6 @@
 #include "store/ids/Sequences.h"
 
+#include "store/catalogue/Catalogue.h"
 #include "store/core/Query.h"
 #include "store/core/StorableValue.h"
 #include "store/ids/Identifiers.h"
@@ -47,7 +48,11 @@ std::optional<QString> keyColumn(const Store &store, const QString &schema, cons
         if (column.compare(QLatin1String("netid"), Qt::CaseInsensitive) != 0 || table == QLatin1String("net"))
             return column;
     }
-    return columns.isComplete() ? std::make_optional(QString()) : std::nullopt;
+    if (!columns.isComplete())
+        return std::nullopt;
+    // A partitioned table has no key: its leaves have.
+    const catalogue::Table *entry = catalogue::find(table);
+    return entry && entry->id ? QString::fromLatin1(entry->id).toLower() : QString();
 }
 
 bool largestOf(const Store &store, const QString &schema, const QString &table, const QString &column,

@@ -143,7 +143,7 @@ private:
         if (places.isEmpty())
             return {};
         return QStringLiteral(" where ") + name + QStringLiteral(" = '") +
-               places.at(mRandom.below(places.size())) + QLatin1Char('\'');
+               places.at(mRandom.below(places.size())) + QLatin1Char('\'') + mAnd;
     }
     /// Keys that are in the way leave the row as it is.
     QString run(const QString &sql) {
@@ -384,8 +384,9 @@ void scatterRows(RandomNet &random, long netId, bool severalNets) {
         run(QStringLiteral("create temp table scattered as select * from ") + table +
             QStringLiteral(" limit 0"));
         for (const QString &row : qAsConst(places))
-            run(QStringLiteral("insert into scattered select * from ") + table + QStringLiteral(" where ") +
-                place + QStringLiteral(" = '") + row + QLatin1Char('\''));
+            run(QStringLiteral("insert into scattered select * from ") + table +
+                (where.isEmpty() ? QStringLiteral(" where ") : where + QStringLiteral(" and ")) + place +
+                QStringLiteral(" = '") + row + QLatin1Char('\''));
         run(QStringLiteral("delete from ") + table + where);
         run(QStringLiteral("insert into ") + table + QStringLiteral(" select * from scattered"));
         run(QStringLiteral("drop table scattered"));

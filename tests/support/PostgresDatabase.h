@@ -8,8 +8,11 @@ class PostgresDatabase {
 public:
     enum class Content {
         Nothing,
-        Schema ///< the tables of an empty generation-6 store, by the SQL text
+        Schema,    ///< the tables of an empty generation-6 store, by the SQL text
+        Partitions ///< those of one whose networks are spread over three partitions
     };
+    /// Where MORA_TEST_PARTITIONS is set, Schema is Partitions: suites that are written for a server's store
+    /// run on one that is spread.
     explicit PostgresDatabase(Content content = Content::Schema);
     ~PostgresDatabase();
     PostgresDatabase(const PostgresDatabase &) = delete;

@@ -140,6 +140,8 @@ QList<PatchedRows::StoredRow> PatchedRows::find(const RowChange &change, const S
     for (const StoreColumn &column : table.columns)
         names.append(quotedName(column.name));
     const QString net = mRows.condition(table);
+    // Leaves of a partitioned table count their places each for itself.
+    const QString ofNetwork = QString(net).replace(QLatin1String(" where "), QLatin1String(" and "));
     QStringList conditions{net.isEmpty() ? QStringLiteral(" where 1 = 1") : net};
     QVariantList values;
     for (auto column = key.cbegin(); column != key.cend(); ++column) {
@@ -166,7 +168,7 @@ QList<PatchedRows::StoredRow> PatchedRows::find(const RowChange &change, const S
     while (query.next()) {
         StoredRow row;
         row.place = mIsSqlite ? QStringLiteral("rowid = %1").arg(query.value(0).toLongLong())
-                              : QStringLiteral("ctid = '%1'").arg(query.value(0).toString());
+                              : QStringLiteral("ctid = '%1'%2").arg(query.value(0).toString(), ofNetwork);
         for (int i = 0; i < table.columns.size(); ++i) {
             const StoreColumn &column = table.columns[i];
             if (!isOfStore(*change.table, column.key))

@@ -2,6 +2,7 @@
 
 #include "model/Net.h"
 #include "store/DBTools.h"
+#include "store/core/TableNames.h"
 #include "store/guard/ConnectionGuard.h"
 #include "tools/reports/Failure.h"
 #include "tools/session/GuardedTransaction.h"
@@ -70,7 +71,7 @@ void removeNetwork(const StoreSession &store, long netId) {
     if (!net)
         throw Failure(QStringLiteral("network %1 is gone; nothing was removed").arg(netId));
     const QString ofNetwork = QStringLiteral(" where NetId = %1").arg(netId);
-    QStringList tables = store.db().tables();
+    const QStringList tables = tableNames(store.db());
     // Stores of one network keep its settings, its link types and the usage log: they belong to the store.
     const auto isDeletedFrom = [&store](const QString &table) {
         return table.compare(QLatin1String("Net"), Qt::CaseInsensitive) != 0 &&

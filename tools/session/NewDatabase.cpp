@@ -1,12 +1,16 @@
 #include "tools/session/NewDatabase.h"
 
 #include "tools/reports/Failure.h"
+#include "tools/session/Partitions.h"
 #include "tools/session/Server.h"
 #include "tools/session/StoreSession.h"
 
 #include <QFile>
 #include <QProcess>
 #include <QStandardPaths>
+
+#include <functional>
+#include <memory>
 
 namespace moratools {
 
@@ -107,16 +111,15 @@ void restore(const StoreAddress &address, const QString &name) {
                           .arg(address.name(), QString::fromUtf8(process.readAll()).simplified().left(400)));
 }
 
-} // namespace
-
-QStringList databaseTemplateNames() {
-    return {QStringLiteral("pgsql_db6_empty"), QStringLiteral("pgsql_db6_init")};
+void requireWorking(const StoreAddress &address) {
+    const StoreSession store(address, Access::Write);
+    if (store.unexpectedFailures() > 0)
+        throw Failure(QStringLiteral("%1: the new store does not work (%2)")
+                          .arg(address.name(), store.firstFailureText()));
 }
 
-void makeDatabaseStore(const StoreAddress &address, const QString &name) {
-    if (!databaseTemplateNames().contains(name))
-        throw Failure(QStringLiteral("there is no template \"%1\" for servers; the templates are %2")
-                          .arg(name, databaseTemplateNames().join(QStringLiteral(", "))));
+/// Has `make` fill an empty database, which is made where there is none.
+void fill(const StoreAddress &address, const std::function<void(std::unique_ptr<Server>)> &make) {
     if (!address.isServer())
         throw Failure(QStringLiteral("%1: this is no connection string; give \"dbname=... host=...\"")
                           .arg(address.name()));
@@ -127,15 +130,51 @@ void makeDatabaseStore(const StoreAddress &address, const QString &name) {
         server = std::make_unique<Server>(address);
     }
     requireEmpty(*server, address);
-    server.reset();
-    restore(address, name);
-    {
-        const StoreSession store(address, Access::Write);
-        if (store.unexpectedFailures() > 0)
-            throw Failure(QStringLiteral("%1: the new store does not work (%2)")
-                              .arg(address.name(), store.firstFailureText()));
-    }
+    make(std::move(server));
     database.keep();
+}
+
+/// Makes tables of partitions in one transaction; what fails takes all of them back.
+void inPartitions(Server &server, int partitions, const std::function<void()> &make) {
+    if (partitions < 1 || partitions > kMostPartitions)
+        throw Failure(QStringLiteral("a store has 1 to %1 partitions, not %2")
+                          .arg(QString::number(kMostPartitions), QString::number(partitions)));
+    server.run(QStringLiteral("begin"));
+    make();
+    server.run(QStringLiteral("commit"));
+}
+
+} // namespace
+
+QStringList databaseTemplateNames() {
+    return {QStringLiteral("pgsql_db6_empty"), QStringLiteral("pgsql_db6_init")};
+}
+
+void makeDatabaseStore(const StoreAddress &address, const QString &name) {
+    if (!databaseTemplateNames().contains(name))
+        throw Failure(QStringLiteral("there is no template \"%1\" for servers; the templates are %2")
+                          .arg(name, databaseTemplateNames().join(QStringLiteral(", "))));
+    fill(address, [&](std::unique_ptr<Server> server) {
+        server.reset();
+        restore(address, name);
+        requireWorking(address);
+    });
+}
+
+void makePartitionedStore(const StoreAddress &address, int partitions) {
+    fill(address, [&](std::unique_ptr<Server> server) {
+        inPartitions(*server, partitions, [&] { partitions::makeStore(*server, partitions); });
+        requireWorking(address);
+    });
+}
+
+void makePlaceForPartitions(const StoreAddress &address, int partitions) {
+    fill(address, [&](std::unique_ptr<Server> server) {
+        inPartitions(*server, partitions, [&] {
+            for (int partition = 0; partition < partitions; ++partition)
+                partitions::makeLeaves(*server, partition);
+        });
+    });
 }
 
 } // namespace moratools

@@ -1,0 +1,22 @@
+#include "store/core/TableNames.h"
+
+#include "store/core/Engine.h"
+
+#include <QSqlDatabase>
+#include <QSqlQuery>
+#include <QVariant>
+
+QStringList tableNames(const QSqlDatabase &db) {
+    // Qt's list for a server leaves partitioned tables out, and spells those of most schemas with the schema.
+    if (!engine::isPostgreSql(db))
+        return db.tables();
+    QStringList names;
+    QSqlQuery tables(db);
+    tables.setForwardOnly(true);
+    tables.exec(
+        QStringLiteral("select relname from pg_class where relkind in ('r', 'p') and not relispartition "
+                       "and pg_table_is_visible(oid) and relnamespace <> 'pg_catalog'::regnamespace"));
+    while (tables.next())
+        names.append(tables.value(0).toString());
+    return names;
+}
