@@ -128,8 +128,8 @@ TEST_F(Apply, APatchOfAStrangerIsRefusedByItsLine) {
         {"{\"table\":\"Link\",\"after\":{\"NetId\":2}}\n", "names a column \"NetId\""},
         {"{\"table\":\"Net\",\"key\":{},\"before\":{\"isDefault\":\"T\"},\"after\":{\"isDefault\":\"F\"}}\n",
          "names a column \"isDefault\""},
-        {"{\"table\":\"Link\",\"after\":{\"x\\\" = 1; --\":2}}\n", "names a column"},
-        {"{\"table\":\"Link\",\"after\":{\"rowid\":2}}\n", "names a column \"rowid\""},
+        {"{\"table\":\"Link\",\"after\":{\"x\\\" = 1; --\":2}}\n", "has no column x\" = 1; --"},
+        {"{\"table\":\"Link\",\"after\":{\"rowid\":2}}\n", "has no column rowid"},
         {"{\"table\":\"Link\",\"after\":{\"linkID\":true}}\n", "has no value for column linkID"},
         {"{\"table\":\"Link\",\"after\":{\"linkID\":{\"integer\":\"9223372036854775808\"}}}\n",
          "has no value"},
@@ -180,9 +180,34 @@ TEST_F(Apply, APatchOfAStrangerIsRefusedByItsLine) {
     expectRefusal([&] { return apply(store, file(QStringLiteral("none"))); },
                   QStringLiteral("none: cannot be read"));
     expectRefusal([&] { return apply(store, mFolder.path()); }, QStringLiteral("is a folder"));
-    // A header that lies about what comes of it.
-    const QByteArray lying =
-        QByteArray(header).replace(header.mid(header.indexOf("after") + 8, 8), "00000000");
-    const QString patch = patchOf(lying, good.mid(header.size()));
-    expectRefusal([&] { return apply(store, patch); }, QStringLiteral("does not lead to the network"));
+    // A header that lies about what is there, or about what comes of it.
+    for (const auto &[which, sentence] :
+         {std::make_pair("before", "is not the one that the patch was made for"),
+          std::make_pair("after", "does not lead to the network")}) {
+        const QByteArray lying = QByteArray(header).replace(
+            header.mid(header.indexOf(which) + int(qstrlen(which)) + 3, 8), "00000000");
+        const QString patch = patchOf(lying, good.mid(header.size()));
+        expectRefusal([&] { return apply(store, patch); }, QLatin1String(sentence));
+    }
+    // Every line fits, and something else is another.
+    const QString other = copyOf(store, QStringLiteral("other"),
+                                 {QStringLiteral("update Lane set width = 9 where laneID = 2")});
+    const QString whole = write(QStringLiteral("good"), good);
+    expectRefusal([&] { return apply(other, whole); },
+                  QStringLiteral("is not the one that the patch was made for"));
+}
+
+TEST_F(Apply, ColumnsOfPlugInsAreColumns) {
+    const QString before = crossing(QStringLiteral("before"));
+    alter(before, {QStringLiteral("alter table Lane add column \"noise level\" real"),
+                   QStringLiteral("update Lane set \"noise level\" = 61.5 where laneID in (1, 2)")});
+    const QString after = copyOf(before, QStringLiteral("after"),
+                                 {QStringLiteral("update Lane set \"noise level\" = 58 where laneID = 1"),
+                                  QStringLiteral("update Lane set \"noise level\" = null where laneID = 2")});
+    const QString store = copyOf(before, QStringLiteral("store"), {});
+    const Outcome outcome = apply(store, write(QStringLiteral("there"), patch(before, after)));
+    EXPECT_EQ(outcome.exitCode, 0) << outcome.err.toStdString();
+    EXPECT_EQ(value(store, QStringLiteral("select \"noise level\" from Lane where laneID = 1")),
+              QStringLiteral("58"));
+    EXPECT_EQ(diff(store, after), QString());
 }

@@ -138,10 +138,8 @@ private:
         return change;
     }
 
-    /// A column that the format does not know keeps its name.
     QString spelled(const QByteArray &name) const {
-        const QString known = formatName(QLatin1String(mEntry.name), QString::fromUtf8(name));
-        return known.isEmpty() ? QString::fromUtf8(name) : known;
+        return formatName(QLatin1String(mEntry.name), QString::fromUtf8(name));
     }
 
     const catalogue::Table &mEntry;

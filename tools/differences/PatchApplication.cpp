@@ -7,6 +7,7 @@
 #include "tools/rows/CopyTarget.h"
 #include "tools/rows/Digest.h"
 #include "tools/rows/FormatSchema.h"
+#include "tools/rows/RowsTakenBack.h"
 #include "tools/rows/TableCopy.h"
 #include "tools/session/GuardedTransaction.h"
 #include "tools/session/StoreSession.h"
@@ -70,15 +71,22 @@ public:
           mFitting(fitting),
           mTarget(store),
           mRows(store.db(), QStringLiteral("the store"), mTarget.tables(), store.hasSeveralNetworks(), netId),
-          mPatched(mRows),
-          mLanguage(mRows.language()) {}
+          mLanguage(mRows.language()),
+          mWords(mLanguage, mHeader.words),
+          mTaken(mRows, mWords),
+          mPatched(mRows, isCheckedAtTheEnd() ? &mTaken : nullptr) {}
 
     PatchedNetwork run(std::vector<Line> &lines, const Progress &progress);
     void putInPlaces(const std::vector<RowPlace> &places) const { moratools::putInPlaces(mRows, places); }
 
 private:
-    QString digest() const;
-    void requireFitting() const;
+    /// Whether the digests before and after are taken together, in one pass over the changed network.
+    bool isCheckedAtTheEnd() const {
+        return mFitting == Fitting::Whole && !mHeader.before.isEmpty() && !mHeader.after.isEmpty();
+    }
+    void requireFitting();
+    void requireDigests(const Progress &progress);
+    [[noreturn]] void refuse(const QString &objection);
     void translate(RowChange &change);
     void make(const Line &line);
     QString tried(const RowChange &change);
@@ -91,16 +99,19 @@ private:
     Fitting mFitting;
     CopyTarget mTarget;
     NetworkRows mRows;
-    PatchedRows mPatched;
     Language mLanguage;
+    Translation mWords; ///< into those of the patch
+    RowsTakenBack mTaken;
+    PatchedRows mPatched;
     QMap<const catalogue::Table *, qint64> mLargest;
     PatchedNetwork mResult;
 };
 
 PatchedNetwork PatchApplication::run(std::vector<Line> &lines, const Progress &progress) {
     reportShare(progress, 0);
-    const bool hasDigests = !mHeader.before.isEmpty();
-    if (hasDigests && mFitting == Fitting::Whole)
+    if (isCheckedAtTheEnd())
+        execute("savepoint patch");
+    else if (mFitting == Fitting::Whole && !mHeader.before.isEmpty())
         requireFitting();
     constexpr double asMuch = 1.0 / 3; // the digests take the rest
     const std::vector<const Line *> ordered = inOrder(lines);
@@ -108,26 +119,38 @@ PatchedNetwork PatchApplication::run(std::vector<Line> &lines, const Progress &p
         translate(line.change);
     for (std::size_t i = 0; i < ordered.size(); ++i) {
         make(*ordered[i]);
-        reportShare(progress, asMuch * (1 + double(i) / double(ordered.size())));
+        reportShare(progress, asMuch * double(i + 1) / double(ordered.size()));
     }
     raiseCounters();
-    if (!hasDigests)
-        return mResult;
-    mResult.digest = digest();
-    if (mFitting == Fitting::Whole && !mHeader.after.isEmpty() && mResult.digest != mHeader.after)
-        throw Failure(
-            QStringLiteral("the patch does not lead to the network whose digest it has; write it anew. "
-                           "Nothing was changed"));
+    const auto rest = [&](double share) { reportShare(progress, asMuch + (1 - asMuch) * share); };
+    if (isCheckedAtTheEnd())
+        requireDigests(rest);
+    else if (mFitting == Fitting::Anyway)
+        mResult.digest = digestOf(mRows, mWords);
     return mResult;
 }
 
-QString PatchApplication::digest() const {
-    Translation words(mLanguage, mHeader.words);
-    return digestOf(mRows, words);
+void PatchApplication::requireDigests(const Progress &progress) {
+    const TwoDigests digests = digestsOf(mRows, mWords, mTaken, progress);
+    mResult.digest = digests.now;
+    if (digests.before != mHeader.before || digests.now != mHeader.after)
+        refuse(QStringLiteral("the patch does not lead to the network whose digest it has; write it anew. "
+                              "Nothing was changed"));
 }
 
-void PatchApplication::requireFitting() const {
-    const QString now = digest();
+/// Says first whether the network is the one that the patch is for.
+void PatchApplication::refuse(const QString &objection) {
+    if (isCheckedAtTheEnd()) {
+        // Where that is refused, too, the engine has ended the transaction: the objection says why.
+        QSqlQuery query(mStore.db());
+        if (query.exec(QStringLiteral("rollback to savepoint patch")))
+            requireFitting();
+    }
+    throw Failure(objection);
+}
+
+void PatchApplication::requireFitting() {
+    const QString now = digestOf(mRows, mWords);
     if (now == mHeader.before)
         return;
     throw Failure(
@@ -166,8 +189,7 @@ void PatchApplication::make(const Line &line) {
                           .arg(what));
     what.prepend(QStringLiteral("line %1, ").arg(line.number));
     if (mFitting == Fitting::Whole)
-        throw Failure(
-            QStringLiteral("the patch does not fit (%1); write it anew. Nothing was changed").arg(what));
+        refuse(QStringLiteral("the patch does not fit (%1); write it anew. Nothing was changed").arg(what));
     mResult.leftOut.append(what);
 }
 

@@ -232,7 +232,7 @@ RowValues PatchReader::valuesOf(const QJsonValue &json, const catalogue::Table &
     for (auto column = object.constBegin(); column != object.constEnd(); ++column) {
         const QString key = column.key().toLower();
         const QString name = formatName(QLatin1String(table.name), key);
-        if (name.isEmpty() || key == QLatin1String("netid") ||
+        if (key == QLatin1String("netid") ||
             (key == QLatin1String("isdefault") && qstrcmp(table.name, "Net") == 0))
             refuse(QStringLiteral(
                        "names a column \"%1\" that table %2 of a network does not have; correct the patch")

@@ -47,7 +47,8 @@ RowValues keyOf(const RowChange &change, const RowValues &row) {
 
 } // namespace
 
-PatchedRows::PatchedRows(const NetworkRows &rows) : mRows(rows), mIsSqlite(engine::isSqlite(rows.db())) {}
+PatchedRows::PatchedRows(const NetworkRows &rows, RowsTakenBack *taken)
+    : mRows(rows), mTaken(taken), mIsSqlite(engine::isSqlite(rows.db())) {}
 
 QString PatchedRows::make(const RowChange &change) {
     const StoreTable *table = mRows.table(QLatin1String(change.table->name));
@@ -88,7 +89,7 @@ QString PatchedRows::add(const RowChange &change, const StoreTable &table) {
     }
     return run(QStringLiteral("insert into %1(%2) values(%3)")
                    .arg(quotedName(table.name), names.join(QLatin1Char(',')), places.join(QLatin1Char(','))),
-               values, 1);
+               values, {&change, {}, change.after});
 }
 
 QString PatchedRows::update(const RowChange &change, const StoreTable &table) {
@@ -98,6 +99,7 @@ QString PatchedRows::update(const RowChange &change, const StoreTable &table) {
                               : QStringLiteral("%1 rows answer to it").arg(rows.size());
     QStringList assignments;
     QVector<Binding> values;
+    RowValues changed = rows.first().values;
     for (auto column = change.before.cbegin(); column != change.before.cend(); ++column) {
         const QVariant stored = rows.first().values.value(column.key());
         if (!rowvalue::areSame(stored, column.value()))
@@ -106,13 +108,14 @@ QString PatchedRows::update(const RowChange &change, const StoreTable &table) {
         const StoreColumn *target = table.column(column.key());
         assignments.append(quotedName(target->name) + QStringLiteral(" = ?"));
         values.append({target, change.after.value(column.key())});
+        changed.insert(column.key(), change.after.value(column.key()));
     }
     if (assignments.isEmpty())
         return {};
     return run(
         QStringLiteral("update %1 set %2 where %3")
             .arg(quotedName(table.name), assignments.join(QLatin1Char(',')), rows.first().place.toString()),
-        values, 1);
+        values, {&change, rows.first().values, changed});
 }
 
 QString PatchedRows::remove(const RowChange &change, const StoreTable &table) {
@@ -129,7 +132,7 @@ QString PatchedRows::remove(const RowChange &change, const StoreTable &table) {
         return rows.isEmpty() ? QStringLiteral("there is no such row")
                               : QStringLiteral("the row is another one");
     return run(QStringLiteral("delete from %1 where %2").arg(quotedName(table.name), row->place.toString()),
-               {}, 1);
+               {}, {&change, row->values, {}});
 }
 
 /// The rows with these values in their columns, with all that counts.
@@ -182,7 +185,7 @@ QList<PatchedRows::StoredRow> PatchedRows::find(const RowChange &change, const S
     return rows;
 }
 
-QString PatchedRows::run(const QString &sql, QVector<Binding> values, int rows) const {
+QString PatchedRows::run(const QString &sql, QVector<Binding> values, const Effect &effect) const {
     QSqlQuery query(mRows.db());
     query.prepare(asRecorded(mRows.db(), sql));
     for (auto &[column, value] : values) {
@@ -192,7 +195,21 @@ QString PatchedRows::run(const QString &sql, QVector<Binding> values, int rows) 
     }
     if (!query.exec())
         return QStringLiteral("the store refuses it (%1)").arg(query.lastError().databaseText().simplified());
-    return query.numRowsAffected() == rows ? QString() : QStringLiteral("the store has not made the change");
+    if (query.numRowsAffected() != 1)
+        return QStringLiteral("the store has not made the change");
+    if (mTaken) {
+        const catalogue::Table &table = *effect.change->table;
+        const auto valuesOf = [&table](const RowValues &row) {
+            return [&table, &row](const StoreColumn &column) {
+                return row.value(formatName(QLatin1String(table.name), column.key));
+            };
+        };
+        if (!effect.before.isEmpty())
+            mTaken->was(table, valuesOf(effect.before));
+        if (!effect.after.isEmpty())
+            mTaken->is(table, valuesOf(effect.after));
+    }
+    return {};
 }
 
 QString PatchedRows::danglingAfter(const RowChange &change) const {

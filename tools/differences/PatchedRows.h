@@ -2,6 +2,7 @@
 
 #include "tools/differences/RowChange.h"
 #include "tools/rows/NetworkRows.h"
+#include "tools/rows/RowsTakenBack.h"
 
 #include <QSqlQuery>
 #include <QVector>
@@ -11,7 +12,8 @@ namespace moratools {
 /// The rows of a network in a store that is open for writing, one by one.
 class PatchedRows {
 public:
-    explicit PatchedRows(const NetworkRows &rows);
+    /// `taken`, which may be null, hears of every row that changes. Both outlive this.
+    PatchedRows(const NetworkRows &rows, RowsTakenBack *taken);
 
     /// Makes a change where what it is about stands there as it says. Otherwise nothing changes, and the reason is
     /// given, which ends a sentence; empty when it is done. Both throw `Failure` where the store cannot be read.
@@ -31,12 +33,19 @@ private:
     QString update(const RowChange &change, const StoreTable &table);
     QString remove(const RowChange &change, const StoreTable &table);
     QList<StoredRow> find(const RowChange &change, const StoreTable &table, const RowValues &key) const;
+    /// What a statement makes of a row; none is there before it is added and after it is removed.
+    struct Effect {
+        const RowChange *change;
+        RowValues before;
+        RowValues after;
+    };
     /// Executes a statement with these values in the order of its placeholders.
-    QString run(const QString &sql, QVector<Binding> values, int rows) const;
+    QString run(const QString &sql, QVector<Binding> values, const Effect &effect) const;
     bool isReferredTo(const catalogue::Table &to, const QVariant &id) const;
     bool hasRow(const catalogue::Table &table, const char *column, const QVariant &value) const;
 
-    NetworkRows mRows;
+    const NetworkRows &mRows;
+    RowsTakenBack *mTaken;
     bool mIsSqlite;
 };
 

@@ -72,6 +72,7 @@ int compareValues(const QVariant &one, const QVariant &other) {
 }
 
 constexpr char kNothing = 'n';
+constexpr int kEnough = 1 << 20; ///< bytes, to be hashed at once
 
 QVariant takePlace(const char *&at) {
     if (*at != kNothing)
@@ -82,10 +83,8 @@ QVariant takePlace(const char *&at) {
 
 } // namespace
 
-CanonicalRows::CanonicalRows(const NetworkRows &rows, const catalogue::Table &entry, Covered covered,
-                             Translation *words)
-    : mWords(words) {
-    const StoreTable *table = rows.table(QLatin1String(entry.name));
+CanonicalForm::CanonicalForm(const StoreTable *table, const catalogue::Table &entry, Covered covered,
+                             bool words) {
     if (!table)
         return;
     const QMap<QByteArray, int> counted =
@@ -97,6 +96,40 @@ CanonicalRows::CanonicalRows(const NetworkRows &rows, const catalogue::Table &en
         if (index >= 0)
             mOrder.append(index);
     }
+}
+
+CanonicalForm::Row CanonicalForm::rowOf(const std::function<QVariant(int)> &valueOf,
+                                        Translation *words) const {
+    Row row;
+    for (const int index : mOrder) {
+        const QVariant value = valueOf(index);
+        if (value.isValid())
+            rowvalue::appendCanonical(row.place, value);
+        else
+            row.place.append(kNothing);
+    }
+    for (const Counted &column : mColumns) {
+        QVariant value = valueOf(column.index);
+        if (!value.isValid())
+            continue;
+        if (column.isWord)
+            words->apply(value);
+        row.bytes.append(column.name);
+        rowvalue::appendCanonical(row.bytes, value);
+    }
+    return row;
+}
+
+CanonicalRows::CanonicalRows(const NetworkRows &rows, const catalogue::Table &entry, Covered covered,
+                             Translation *words)
+    : mWords(words && words->isNeeded() ? words : nullptr),
+      mForm(rows.table(QLatin1String(entry.name)), entry, covered, mWords != nullptr) {
+    const StoreTable *table = rows.table(QLatin1String(entry.name));
+    if (!table)
+        return;
+    constexpr int enough = 64;
+    mNextPlace.reserve(enough);
+    mPlace.reserve(enough);
     mCursor.emplace(rows.read(*table, entry, RowOrder::Canonical));
     mHasRow = nextRow();
 }
@@ -105,39 +138,48 @@ bool CanonicalRows::nextRow() {
     if (!mCursor->next())
         return false;
     mNextPlace.resize(0);
-    for (const int index : qAsConst(mOrder)) {
+    for (const int index : mForm.order()) {
         if (!mCursor->appendCanonical(mNextPlace, index))
             mNextPlace.append(kNothing);
     }
     return true;
 }
 
-void CanonicalRows::appendRow() {
-    mNextRow.resize(0);
-    for (const Counted &column : qAsConst(mColumns)) {
-        const int before = mNextRow.size();
-        mNextRow.append(column.name);
+void CanonicalRows::takeRow() {
+    if (mSpare.empty()) {
+        // What is reserved stays when the row is emptied: most rows need no memory of their own.
+        constexpr int enough = 512;
+        mSpare.emplace_back().reserve(enough);
+    }
+    QByteArray row = std::move(mSpare.back());
+    mSpare.pop_back();
+    row.resize(0);
+    for (const CanonicalForm::Counted &column : mForm.columns()) {
+        const int before = row.size();
+        row.append(column.name);
         if (column.isWord && !mCursor->isNull(column.index)) {
             QVariant word = mCursor->value(column.index);
             mWords->apply(word);
-            rowvalue::appendCanonical(mNextRow, word);
-        } else if (!mCursor->appendCanonical(mNextRow, column.index)) {
-            mNextRow.resize(before);
+            rowvalue::appendCanonical(row, word);
+        } else if (!mCursor->appendCanonical(row, column.index)) {
+            row.resize(before);
         }
     }
-    mGroup.emplace_back(mNextRow.constData(), mNextRow.size());
+    mGroup.push_back(std::move(row));
 }
 
 bool CanonicalRows::next() {
+    std::move(mGroup.begin(), mGroup.end(), std::back_inserter(mSpare));
     mGroup.clear();
     if (!mHasRow)
         return false;
-    mPlace = mNextPlace;
-    while (mHasRow && mNextPlace == mPlace) {
-        appendRow();
+    mPlace.swap(mNextPlace);
+    do {
+        takeRow();
         mHasRow = nextRow();
-    }
-    std::sort(mGroup.begin(), mGroup.end());
+    } while (mHasRow && mNextPlace == mPlace);
+    if (mGroup.size() > 1)
+        std::sort(mGroup.begin(), mGroup.end());
     return true;
 }
 
@@ -168,26 +210,61 @@ QVector<QPair<QByteArray, QVariant>> CanonicalRows::columnsOf(const QByteArray &
     return columns;
 }
 
-NetworkDigest::NetworkDigest() : mHash(std::make_unique<Sha256>()) {}
+NetworkDigest::NetworkDigest(int networks) {
+    for (int i = 0; i < networks; ++i)
+        mHashes.push_back(std::make_unique<Sha256>());
+    for (Portion *portion : {&mWaiting, &mBeingHashed})
+        portion->bytes.reserve(kEnough);
+}
 
 NetworkDigest::~NetworkDigest() = default;
 
-void NetworkDigest::add(const catalogue::Table &entry, const std::vector<QByteArray> &group) {
-    constexpr int enough = 1 << 16;
+void NetworkDigest::add(const catalogue::Table &entry, const std::vector<QByteArray> &group, int network) {
+    if (mEntry != &entry) {
+        mEntry = &entry;
+        mTable = QByteArray(entry.name).toLower() + '\0';
+    }
+    QByteArray &bytes = mWaiting.bytes;
+    if (mWaiting.parts.empty() || mWaiting.parts.back().network != network)
+        mWaiting.parts.push_back({bytes.size(), network});
     for (const QByteArray &row : group) {
-        mWaiting.append(QByteArray(entry.name).toLower()).append('\0');
-        rowvalue::appendInteger(mWaiting, row.size());
-        mWaiting.append(row);
-        if (mWaiting.size() < enough)
-            continue;
-        mHash->add(mWaiting);
-        mWaiting.resize(0);
+        bytes.append(mTable);
+        rowvalue::appendInteger(bytes, row.size());
+        bytes.append(row);
+        if (bytes.size() >= kEnough) {
+            handOver();
+            mWaiting.parts.push_back({0, network});
+        }
     }
 }
 
-QString NetworkDigest::result() {
-    mHash->add(mWaiting);
-    return mHash->result();
+void NetworkDigest::handOver() {
+    if (mHashing.valid())
+        mHashing.get();
+    std::swap(mBeingHashed, mWaiting);
+    mWaiting.bytes.resize(0);
+    mWaiting.parts.clear();
+    mHashing = std::async(std::launch::async, [this] { hash(mBeingHashed); });
+}
+
+void NetworkDigest::hash(const Portion &portion) {
+    for (auto part = portion.parts.begin(); part != portion.parts.end(); ++part) {
+        const int end = part + 1 == portion.parts.end() ? portion.bytes.size() : (part + 1)->begin;
+        const QByteArray bytes =
+            QByteArray::fromRawData(portion.bytes.constData() + part->begin, end - part->begin);
+        for (std::size_t i = 0; i < mHashes.size(); ++i) {
+            if (part->network == kAll || std::size_t(part->network) == i)
+                mHashes[i]->add(bytes);
+        }
+    }
+}
+
+QString NetworkDigest::result(int network) {
+    if (mHashing.valid())
+        mHashing.get();
+    hash(mWaiting);
+    mWaiting = {};
+    return mHashes[std::size_t(network)]->result();
 }
 
 } // namespace moratools

@@ -7,6 +7,8 @@
 #include <QPair>
 #include <QVector>
 
+#include <functional>
+#include <future>
 #include <optional>
 #include <vector>
 
@@ -14,6 +16,34 @@ namespace moratools {
 
 class Sha256;
 class Translation;
+
+/// The canonical form of the rows of a table: which columns count, and which give a row its place.
+class CanonicalForm {
+public:
+    /// `words`: whether words are to be put into another language.
+    CanonicalForm(const StoreTable *table, const catalogue::Table &entry, Covered covered, bool words);
+
+    struct Counted {
+        QByteArray name; ///< and a NUL
+        int index;
+        bool isWord;
+    };
+    /// By name: that does not depend on the order in which a store has them.
+    const QVector<Counted> &columns() const { return mColumns; }
+    /// Of the columns of the key, as far as the store has them.
+    const QVector<int> &order() const { return mOrder; }
+
+    struct Row {
+        QByteArray place;
+        QByteArray bytes;
+    };
+    /// A row whose values are at hand, `valueOf` a column's place.
+    Row rowOf(const std::function<QVariant(int)> &valueOf, Translation *words) const;
+
+private:
+    QVector<Counted> mColumns;
+    QVector<int> mOrder;
+};
 
 /// The rows of a table of a network as its digest sees them, in groups of equal `catalogue::Table::key`: each
 /// row is its columns that count and are not NULL, ordered by name, in a form that is the same on every engine.
@@ -39,40 +69,56 @@ public:
     static QVector<QPair<QByteArray, QVariant>> columnsOf(const QByteArray &row);
 
 private:
-    struct Counted {
-        QByteArray name; ///< and a NUL
-        int index;
-        bool isWord;
-    };
-
     bool nextRow();
-    void appendRow();
+    void takeRow();
 
-    QVector<Counted> mColumns;
-    QVector<int> mOrder;
+    Translation *mWords; ///< null where words stay
+    CanonicalForm mForm;
     std::optional<RowCursor> mCursor;
-    Translation *mWords;
     bool mHasRow = false;
     QByteArray mNextPlace;
-    QByteArray mNextRow;
     QByteArray mPlace;
     std::vector<QByteArray> mGroup;
+    std::vector<QByteArray> mSpare; ///< rows of groups before, for their memory
 };
 
-/// The digest of a network, group by group and table by table in the order of the catalogue.
+/// The digest of a network, group by group and table by table in the order of the catalogue; or those of several that
+/// have most rows in common.
 class NetworkDigest {
 public:
-    NetworkDigest();
+    static constexpr int kAll = -1;
+
+    explicit NetworkDigest(int networks = 1);
     ~NetworkDigest();
 
-    void add(const catalogue::Table &entry, const std::vector<QByteArray> &group);
-    QString result();
+    /// Rows of all the networks, or of one.
+    void add(const catalogue::Table &entry, const std::vector<QByteArray> &group, int network = kAll);
+    /// Asked once all rows are there.
+    QString result(int network = 0);
 
 private:
     Q_DISABLE_COPY(NetworkDigest)
 
-    std::unique_ptr<Sha256> mHash;
-    QByteArray mWaiting;
+    /// Bytes on their way into the hashes.
+    struct Portion {
+        struct Part {
+            int begin;
+            int network;
+        };
+        QByteArray bytes;
+        std::vector<Part> parts; ///< each up to the next one
+    };
+
+    void hash(const Portion &portion);
+    void handOver();
+
+    std::vector<std::unique_ptr<Sha256>> mHashes;
+    const catalogue::Table *mEntry = nullptr;
+    QByteArray mTable; ///< its name in lower case, and a NUL
+    Portion mWaiting;
+    Portion mBeingHashed;
+    /// A thread of its own hashes while further rows are read. It ends before what it works on goes.
+    std::future<void> mHashing;
 };
 
 } // namespace moratools

@@ -7,6 +7,7 @@
 
 namespace moratools {
 
+class RowsTakenBack;
 class Translation;
 
 /// What a digest covers.
@@ -25,5 +26,14 @@ MORATOOLS_EXPORT QString digestOf(const StoreReader &store, const StoreReader::N
 /// The same, of rows as any connection sees them, once `words` has put the words of the fixed vocabulary into
 /// another language.
 QString digestOf(const NetworkRows &rows, Translation &words);
+
+/// The digests of a network as it is, and as it was before changes.
+struct TwoDigests {
+    QString before;
+    QString now;
+};
+/// Both in one pass over the rows as they are.
+TwoDigests digestsOf(const NetworkRows &rows, Translation &words, const RowsTakenBack &changes,
+                     const Progress &progress);
 
 } // namespace moratools

@@ -76,7 +76,7 @@ QString formatName(const QString &table, const QString &column) {
         if (name.compare(column, Qt::CaseInsensitive) == 0)
             return name;
     }
-    return {};
+    return column;
 }
 
 } // namespace moratools

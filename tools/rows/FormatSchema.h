@@ -34,7 +34,7 @@ struct DeclaredSchema {
 const DeclaredSchema &formatSchema();
 
 /// How the format spells a column, whose name may be in upper or lower case: servers know lower case alone, and
-/// older generations have spellings of their own. Empty where the table has no such column.
+/// older generations have spellings of their own. A column that the format does not have keeps its name.
 QString formatName(const QString &table, const QString &column);
 
 } // namespace moratools

@@ -15,6 +15,7 @@ class Translation {
 public:
     /// Translates nothing unless both languages are known and differ.
     Translation(Language from, Language to);
+    bool isNeeded() const { return mIsNeeded; }
     /// Whether `word` was put into the other language.
     bool apply(QVariant &word);
 
