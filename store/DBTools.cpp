@@ -202,6 +202,10 @@ long DBTools::selectMaxNetId(QSqlDatabase &db) {
     return networks::largestNetworkId(ownStore(db, 0));
 }
 
+QList<QPair<long, QString>> DBTools::selectNetNames(QSqlDatabase &db) {
+    return networks::readNames(ownStore(db, 0));
+}
+
 QList<Net> DBTools::selectNets(QSqlDatabase &db) {
     return networks::readNetworks(ownStore(db, 0));
 }

@@ -24,12 +24,14 @@
 #include "model/VehicleQueueCounter.h"
 #include "model/VehicleTravelDetector.h"
 #include "model/VehicleType.h"
+#include "store/core/StorableValue.h"
 #include "store/families/Networks.h"
 #include "store/ids/IdSlots.h"
 #include "store/ids/Identifiers.h"
 #include "store/opening/ProcessStore.h"
 #include "store/opening/StoreOpening.h"
 
+#include <algorithm>
 #include <unordered_set>
 
 namespace {
@@ -230,6 +232,20 @@ QList<long> NetIds::next(Table table, int count) const {
     QList<long> ids;
     if (count > 0 && networks::requireNetwork(store) &&
         !identifiers::draw(store, nameOf(table), {}, count, ids))
+        ids.clear();
+    return ids;
+}
+
+std::optional<long> NetIds::lastGiven(const QString &table) const {
+    const Store store = opening::storeByVersion(stateOf(mDb), mDb, mNetId, "nextId");
+    const auto last = identifiers::lastGiven(store, table);
+    return last ? std::make_optional(long(std::min(*last, storablevalue::kLargestId))) : std::nullopt;
+}
+
+QList<long> NetIds::nextAbove(const QString &table, long floor, int count) const {
+    const Store store = opening::storeByVersion(stateOf(mDb), mDb, mNetId, "nextId");
+    QList<long> ids;
+    if (count > 0 && networks::requireNetwork(store) && !identifiers::take(store, table, floor, count, ids))
         ids.clear();
     return ids;
 }

@@ -65,6 +65,16 @@ public:
     /// @p count of them, ascending; empty when refused.
     QList<long> next(Table table, int count) const;
 
+    /// @{ For programs that number objects in memory first and ask the store once: what has been given out of a
+    /// table is at most lastGiven(), and @p count identifiers above that and above @p floor are drawn with a
+    /// few statements, whatever the count. Nothing else draws between the two in a transaction on a file; on a
+    /// server others may, and the identifiers are not the ones expected then.
+    ///
+    /// None when the store cannot be asked; empty when refused. Both are recorded.
+    std::optional<long> lastGiven(const QString &table) const;
+    QList<long> nextAbove(const QString &table, long floor, int count) const;
+    /// @}
+
     /// Gives identifiers to the object and its parts where they are 0; those that are not 0 stay. Parts that
     /// name their owner by a number which is 0 get the owner's. A route that gets a number here is not named
     /// by the flow ratios that are there: make these afterwards, and draw once more.

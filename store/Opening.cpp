@@ -82,8 +82,7 @@ bool isOfProcess(const QSqlDatabase &db, FailureList &failures) {
 
 /// What is known of the store that was open is not that of the next one.
 void forget(StoreState &state) {
-    state.reservedIds.clear();
-    state.highestIds.clear();
+    state.forgetIdentifiers();
     state.failures.clear();
     state.severalNetsFailures->clear();
 }
@@ -162,8 +161,7 @@ bool stores::open(const StoreSettings &settings, const OpenOptions &options) {
 void stores::close() {
     StoreState &state = processStore().state;
     removeDefaultConnection();
-    state.reservedIds.clear();
-    state.highestIds.clear();
+    state.forgetIdentifiers();
     gNet = Net();
     gNet.releaseNet();
     ghVehicleType.clear();
@@ -201,8 +199,7 @@ bool DBTools::transToPostgreSql(QSqlDatabase &db) {
     // Of whatever name: what was read of the file is not to be written to any more.
     db.close();
     replaceDefaultConnection(db, settings.driver);
-    state.reservedIds.clear();
-    state.highestIds.clear();
+    state.forgetIdentifiers();
     // The port is not applied: hosts that switch rely on the driver's default.
     StoreSettings reached = settings;
     reached.port = -1;

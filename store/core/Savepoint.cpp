@@ -6,6 +6,7 @@
 #include <QSqlDriver>
 #include <QSqlError>
 #include <QSqlQuery>
+#include <QVariant>
 
 namespace {
 
@@ -24,8 +25,15 @@ bool serverIsInsideTransaction(const QSqlDatabase &db) {
     return query.exec(QStringLiteral("release savepoint row"));
 }
 
+/// A property of the driver, which all handles of a connection share.
+constexpr const char *kWithout = "moraWithoutSavepoints";
+
+bool isServer(const QSqlDatabase &db) {
+    return db.isOpen() && db.driver()->dbmsType() == QSqlDriver::PostgreSQL;
+}
+
 bool mayNeedSavepoint(const QSqlDatabase &db) {
-    if (!db.isOpen() || db.driver()->dbmsType() != QSqlDriver::PostgreSQL)
+    if (!isServer(db) || db.driver()->property(kWithout).toBool())
         return false;
     const TransactionState state = enginehandle::transactionState(db);
     return state == TransactionState::Open || state == TransactionState::Unknown;
@@ -54,4 +62,16 @@ bool Savepoint::end(bool done) {
         query.exec(QStringLiteral("rollback to savepoint row"));
     query.exec(QStringLiteral("release savepoint row"));
     return done;
+}
+
+WithoutSavepoints::WithoutSavepoints(const QSqlDatabase &db) {
+    if (!isServer(db) || db.driver()->property(kWithout).toBool())
+        return;
+    mDriver = db.driver();
+    mDriver->setProperty(kWithout, true);
+}
+
+WithoutSavepoints::~WithoutSavepoints() {
+    if (mDriver)
+        mDriver->setProperty(kWithout, {});
 }

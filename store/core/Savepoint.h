@@ -1,6 +1,11 @@
 #pragma once
 
+#include "model/MoraStoreExport.h"
+
+#include <QPointer>
+
 class QSqlDatabase;
+class QSqlDriver;
 
 /// Keeps the failure of a statement from ending the transaction around it.
 ///
@@ -26,4 +31,17 @@ public:
 private:
     const QSqlDatabase &mDb;
     bool mSet = false;
+};
+
+/// While it lives, statements on a connection get no savepoints: for work that is taken back as a whole once one of
+/// them has failed. On a server that is far away, two of three messages are about savepoints.
+class MORASTORE_EXPORT WithoutSavepoints {
+public:
+    explicit WithoutSavepoints(const QSqlDatabase &db);
+    ~WithoutSavepoints();
+    WithoutSavepoints(const WithoutSavepoints &) = delete;
+    WithoutSavepoints &operator=(const WithoutSavepoints &) = delete;
+
+private:
+    QPointer<QSqlDriver> mDriver; ///< null where another one lives already, and on SQLite
 };

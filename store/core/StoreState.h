@@ -47,6 +47,13 @@ struct StoreState : StoreFacts, NetScope {
     /// for 0 with those that the host has recorded itself.
     FailureList failuresAfter(quint64 number) const;
 
+    /// Another store counts its identifiers by itself.
+    void forgetIdentifiers() {
+        reservedIds.clear();
+        highestIds.clear();
+        sequences.clear();
+    }
+
     /// What must outlive the connection: the private copy of a file that is read from one.
     std::shared_ptr<void> fileCopy;
     QSqlDatabase db;
@@ -63,6 +70,8 @@ struct StoreState : StoreFacts, NetScope {
     /// Network id (0 in stores of one network) to table name to the highest identifier that was reserved or
     /// handed out.
     QHash<long, QHash<QString, long>> highestIds;
+    /// On a server: table in lower case to the sequence that its identifiers come from, once it was looked for.
+    QHash<QString, QString> sequences;
 
     SpecialWords words; ///< in the store's language
 };

@@ -222,6 +222,16 @@ std::optional<bool> isAnyNetworkThere(const Store &store) {
     return Query(store, kSelectAll).returnsRow();
 }
 
+QList<QPair<long, QString>> readNames(const Store &store) {
+    QList<QPair<long, QString>> names;
+    Query rows(store, "select NetId, name from Net order by NetId");
+    if (!rows.exec())
+        return names;
+    while (rows.next())
+        names.append({rows.id("NetId"), rows.text("name")});
+    return names;
+}
+
 QList<Net> readNetworks(const Store &store) {
     QList<Net> nets;
     Query rows(store, kSelectAll);

@@ -207,6 +207,16 @@ bool take(const Store &store, const QString &table, long floor, int count, QList
     return true;
 }
 
+std::optional<qint64> lastGiven(const Store &store, const QString &table) {
+    const qint64 byProcess = highestReserved(store, table);
+    if (store.isPostgreSql()) {
+        const auto last = sequences::last(store, table);
+        return last ? std::make_optional(std::max(*last, byProcess)) : std::nullopt;
+    }
+    const auto counter = readCounter(store, table);
+    return counter ? std::make_optional(std::max(counter->stored, byProcess)) : std::nullopt;
+}
+
 bool draw(const Store &store, const QString &table, const std::unordered_set<long> &brought, int count,
           QList<long> &ids) {
     // In a block, or in memory, one after the other costs nothing; elsewhere each is a statement or more.

@@ -23,6 +23,10 @@ bool next(const Store &store, const QString &table, long &id);
 /// in use. Reserved ones of the process stay reserved.
 bool take(const Store &store, const QString &table, long floor, int count, QList<long> &ids);
 
+/// The highest identifier for @p table in the store's network that the counter or the sequence has given out, or
+/// this process; none when the store cannot be asked. Rows that were written without it may have higher ones.
+std::optional<qint64> lastGiven(const Store &store, const QString &table);
+
 /// Appends @p count new identifiers for @p table in the store's network, ascending, none of them among
 /// @p brought, which objects have already that may not be in the store. From the reserved ones of the process
 /// where these are few.

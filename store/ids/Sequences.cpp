@@ -138,8 +138,8 @@ QString textOf(const QString &name) {
     return quoted(identifierAsStored(name));
 }
 
-/// The sequence that identifiers of @p table come from; empty without one, which is recorded.
-QString nameFor(const Store &store, const QString &table) {
+/// Looks for the sequence that identifiers of @p table come from; empty without one, which is recorded.
+QString lookFor(const Store &store, const QString &table) {
     const QString own = QStringLiteral("seq_%1_id").arg(table.toLower());
     const QString shared = QStringLiteral("seq_table_id");
     for (const QString &name : {own, shared}) {
@@ -153,6 +153,22 @@ QString nameFor(const Store &store, const QString &table) {
         store.fail({}, QStringLiteral("There is neither a sequence %1 nor %2").arg(own, shared), 0,
                    FailureKind::Damaged);
     return {};
+}
+
+/// The same, asking the catalogue once.
+QString nameFor(const Store &store, const QString &table) {
+    QString &known = store.state().sequences[table.toLower()];
+    if (known.isEmpty())
+        known = lookFor(store, table);
+    return known;
+}
+
+/// What the sequence @p name has handed out last.
+std::optional<qint64> lastValue(const Store &store, const QString &name) {
+    Query state(store,
+                QStringLiteral("select case when is_called then last_value else last_value - 1 end from %1")
+                    .arg(identifierAsStored(name)));
+    return state.execAndNext() ? std::make_optional(state.firstInteger()) : std::nullopt;
 }
 
 bool drawFrom(const Store &store, const QString &name, const QString &table, int count, QList<long> &ids) {
@@ -175,6 +191,11 @@ bool draw(const Store &store, const QString &table, int count, QList<long> &ids)
     return !name.isEmpty() && drawFrom(store, name, table, count, ids);
 }
 
+std::optional<qint64> last(const Store &store, const QString &table) {
+    const QString name = nameFor(store, table);
+    return name.isEmpty() ? std::nullopt : lastValue(store, name);
+}
+
 bool drawGeneral(const Store &store, long &id) {
     // The sequence is named "seg", not "seq", in databases and hosts alike.
     QList<long> ids;
@@ -190,11 +211,10 @@ bool pass(const Store &store, const QString &table, qint64 floor) {
     const QString name = nameFor(store, table);
     if (name.isEmpty())
         return false;
-    Query state(store, QStringLiteral("select last_value, is_called from %1").arg(identifierAsStored(name)));
-    if (!state.execAndNext())
+    const auto handedOut = lastValue(store, name);
+    if (!handedOut)
         return false;
-    const qint64 missing = floor - state.firstInteger() + (state.value("is_called").toBool() ? 0 : 1);
-    state.finish();
+    const qint64 missing = floor - *handedOut;
     if (missing <= 0)
         return true;
     // Setting a sequence takes no notice of what other processes have drawn since it was looked at, and would

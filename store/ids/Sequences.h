@@ -2,6 +2,8 @@
 
 #include "store/core/Store.h"
 
+#include <optional>
+
 /// The sequences of a PostgreSQL store, which serve all its networks.
 namespace sequences {
 
@@ -10,6 +12,8 @@ namespace sequences {
 
 /// Appends @p count values of the sequence of @p table to @p ids: nobody else gets them, rolled back or not.
 bool draw(const Store &store, const QString &table, int count, QList<long> &ids);
+/// The value that the sequence of @p table has handed out last; 0 for a new one, none when it cannot be asked.
+std::optional<qint64> last(const Store &store, const QString &table);
 /// Later values of the sequence of @p table are above @p floor.
 bool pass(const Store &store, const QString &table, qint64 floor);
 /// @}

@@ -283,8 +283,7 @@ bool passFirstGeneration(StoreState &state, QSqlDatabase &db, const QString &pat
         bringFirstGenerationForward(state, db);
     db.close();
     // Identifiers are counted anew in what has become of the store.
-    state.reservedIds.clear();
-    state.highestIds.clear();
+    state.forgetIdentifiers();
     return isFirst.has_value();
 }
 

@@ -173,7 +173,10 @@ bool saveWholeNet(const Store &store, NetContents &contents, bool useTransaction
     std::optional<OperationSavepoint> savepoint;
     if (!ownTransaction)
         savepoint.emplace(store);
-    saveAll(net);
+    {
+        const WithoutSavepoints without(store.db());
+        saveAll(net);
+    }
     const bool isKept = savepoint ? savepoint->end(net.isGood()) : transaction.commitIfGood(net.isGood());
     if (!isKept)
         return false;

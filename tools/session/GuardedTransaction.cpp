@@ -65,8 +65,10 @@ void GuardedTransaction::beginServer() {
     // Writers go one at a time, as they do in a file: they take the numbers of new networks from what is
     // there.
     QSqlQuery lock(mDb);
-    if (lock.exec(QStringLiteral("lock table Net in share row exclusive mode nowait")))
+    if (lock.exec(QStringLiteral("lock table Net in share row exclusive mode nowait"))) {
+        mWithoutSavepoints.emplace(mDb);
         return;
+    }
     const bool isTaken = lock.lastError().nativeErrorCode() == QLatin1String("55P03");
     const QSqlError error = lock.lastError();
     const QSqlQuery rollback(QStringLiteral("rollback"), mDb);
@@ -77,6 +79,7 @@ void GuardedTransaction::beginServer() {
 }
 
 GuardedTransaction::~GuardedTransaction() {
+    mWithoutSavepoints.reset();
     if (mOpen)
         const QSqlQuery rollback(QStringLiteral("rollback"), mDb);
 }
@@ -107,6 +110,7 @@ void GuardedTransaction::commit() {
                                          "\"morastore info\" whether the changes are there"));
         refuse(end.lastError());
     }
+    mWithoutSavepoints.reset();
     mOpen = false;
 }
 

@@ -1,12 +1,14 @@
 #pragma once
 
 #include "store/core/CommitGuard.h"
+#include "store/core/Savepoint.h"
 #include "tools/MoraToolsExport.h"
 
 #include <QSqlDatabase>
 #include <QString>
 
 #include <memory>
+#include <optional>
 
 class QSqlError;
 
@@ -64,6 +66,7 @@ private:
     QSqlDatabase &mDb;
     std::unique_ptr<CommitGuard> mGuard; ///< SQLite only
     std::unique_ptr<Reader> mReader;     ///< SQLite only, and only where the guard cannot be had
+    std::optional<WithoutSavepoints> mWithoutSavepoints; ///< servers only: what fails ends all
     int mFailuresBefore;
     bool mOpen = false;
 };

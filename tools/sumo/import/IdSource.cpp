@@ -2,62 +2,131 @@
 
 #include "model/Net.h"
 #include "store/DBTools.h"
-#include "store/DBTools_V6.h"
+#include "store/NetIds.h"
 #include "store/catalogue/Catalogue.h"
+#include "store/core/Engine.h"
 #include "tools/reports/Failure.h"
-#include "tools/rows/CopyTarget.h"
 #include "tools/session/StoreSession.h"
 
 #include <QSqlError>
 #include <QSqlQuery>
 #include <QVariant>
 
+#include <algorithm>
 #include <limits>
 
 namespace moratools {
 
-long IdSource::next(const char *table) {
-    // The name is a literal: its address serves as the key without a copy.
-    const QByteArray key = QByteArray::fromRawData(table, int(qstrlen(table)));
-    if (!mPassed.contains(key)) {
-        pass(table);
-        mPassed.insert(key);
-    }
-    const QString name = QLatin1String(table);
-    long id = 0;
-    // Asking the twin outright spares reading the store's version for each of many thousand ids.
-    const bool drawn = mStore.hasSeveralNetworks()
-                           ? DBTools_V6::getIDByTableName(mStore.db(), mStore.net().id(), name, id)
-                           : DBTools::getIDByTableName(mStore.db(), name, id);
-    if (!drawn) {
-        mStore.requireServerAlive();
-        throw Failure(QStringLiteral("the store gives no identifier for table %1; it may be damaged or full, "
-                                     "so check it and import into a copy")
-                          .arg(name));
-    }
-    return id;
+namespace {
+
+constexpr qint64 kLargest = std::numeric_limits<qint32>::max();
+
+/// Stores of one network number lane connectors in memory: they have no such column, and nothing is in use.
+bool isNumberedInMemory(const StoreSession &store, const char *table) {
+    return !store.hasSeveralNetworks() && qstrcmp(table, "LaneConnector") == 0;
 }
 
-void IdSource::pass(const char *table) const {
-    const QString name = QLatin1String(table);
-    const catalogue::Table &entry = *catalogue::find(name);
-    // Stores of one network number lane connectors in memory: they have no such column, and nothing is in
-    // use.
-    if (!mStore.hasSeveralNetworks() && name == QLatin1String("LaneConnector"))
-        return;
-    QSqlQuery query(mStore.db());
-    if (!query.exec(QStringLiteral("select max(%1) from %2").arg(QLatin1String(entry.id), name)) ||
-        !query.next())
-        mStore.refuseReading(name, query.lastError().databaseText());
-    const qint64 highest = query.value(0).toLongLong();
-    if (highest >= std::numeric_limits<qint32>::max())
+[[noreturn]] void refuse(const StoreSession &store, const QString &table) {
+    store.requireServerAlive();
+    const QString reason = store.firstFailureText().simplified();
+    throw Failure(QStringLiteral("the store gives no identifier for table %1%2; it may be damaged or full, "
+                                 "so check it and import into a copy")
+                      .arg(table, reason.isEmpty() ? QString() : QStringLiteral(" (%1)").arg(reason)));
+}
+
+/// The largest identifier in use. In a file, tables are ordered by network first: the last row of each network is
+/// asked for, which takes no longer the more rows there are. On a server there is an index.
+QString largestOf(const StoreSession &store, const catalogue::Table &table) {
+    const bool byNetwork = store.hasSeveralNetworks() && engine::isSqlite(store.db());
+    return (byNetwork
+                ? QStringLiteral("select max((select max(%1) from %2 where %2.NetId = Net.NetId)) from Net")
+                : QStringLiteral("select max(%1) from %2"))
+        .arg(QLatin1String(table.id), QLatin1String(table.name));
+}
+
+} // namespace
+
+long IdSource::next(const char *table) {
+    if (isNumberedInMemory(mStore, table)) {
+        long id = 0;
+        if (!DBTools::getIDByTableName(mStore.db(), QLatin1String(table), id))
+            refuse(mStore, QLatin1String(table));
+        return id;
+    }
+    // The name is a literal: its address serves as the key without a copy.
+    const QByteArray key = QByteArray::fromRawData(table, int(qstrlen(table)));
+    auto ids = mTables.find(key);
+    if (ids == mTables.end())
+        ids = mTables.insert(key, {floorOf(table), 0, {}});
+    if (ids->floor + ids->count >= kLargest)
         throw Failure(
             QStringLiteral("table %1 of the store has the identifier %2, and none can follow it: %3 "
                            "is the largest; import into a new store")
-                .arg(name, QString::number(highest), QString::number(std::numeric_limits<qint32>::max())));
+                .arg(QLatin1String(table), QString::number(ids->floor + ids->count),
+                     QString::number(kLargest)));
+    return ids->at(ids->count++);
+}
+
+qint64 IdSource::floorOf(const char *table) const {
+    const QString name = QLatin1String(table);
+    QSqlQuery query(mStore.db());
+    if (!query.exec(largestOf(mStore, *catalogue::find(name))) || !query.next())
+        mStore.refuseReading(name, query.lastError().databaseText());
+    const qint64 highest = query.value(0).toLongLong();
     query.finish();
-    if (highest > 0 && mStore.hasSeveralNetworks())
-        CopyTarget(mStore).raiseCounters(mStore.net().id(), entry, highest);
+    if (highest >= kLargest)
+        return highest;
+    const auto given = NetIds(mStore.db(), mStore.net().id()).lastGiven(name);
+    if (!given)
+        refuse(mStore, name);
+    return std::max(highest, qint64(*given));
+}
+
+bool IdSource::draw() {
+    bool isAsGiven = true;
+    for (auto ids = mTables.begin(); ids != mTables.end(); ++ids)
+        isAsGiven = draw(ids.key(), *ids) && isAsGiven;
+    if (isAsGiven) {
+        passInOtherNetworks();
+    } else {
+        for (OfTable &ids : mTables)
+            ids.count = 0;
+    }
+    return isAsGiven;
+}
+
+bool IdSource::draw(const QByteArray &table, OfTable &ids) const {
+    const int known = ids.drawn.size();
+    const int missing = ids.count - known;
+    if (missing <= 0)
+        return true;
+    const QList<long> drawn = NetIds(mStore.db(), mStore.net().id())
+                                  .nextAbove(QString::fromLatin1(table), long(ids.floor), missing);
+    if (drawn.isEmpty())
+        refuse(mStore, QString::fromLatin1(table));
+    bool isAsGiven = true;
+    for (int i = 0; i < missing; ++i)
+        isAsGiven = isAsGiven && drawn.at(i) == ids.at(known + i);
+    ids.drawn += drawn;
+    return isAsGiven;
+}
+
+void IdSource::passInOtherNetworks() const {
+    if (mTables.isEmpty() || !mStore.hasSeveralNetworks() || !engine::isSqlite(mStore.db()))
+        return;
+    QStringList names;
+    QStringList last;
+    for (auto ids = mTables.begin(); ids != mTables.end(); ++ids) {
+        names.append(QStringLiteral("'%1'").arg(QLatin1String(ids.key())));
+        last.append(
+            QStringLiteral("when %1 then %2").arg(names.last(), QString::number(ids->at(ids->count - 1))));
+    }
+    const QString sql =
+        QStringLiteral("update IDGenerater set ID = max(ID, case TableName %1 end) where TableName in (%2)");
+    QSqlQuery update(mStore.db());
+    if (!update.exec(sql.arg(last.join(QLatin1Char(' ')), names.join(QLatin1Char(',')))))
+        throw Failure(QStringLiteral("the store refuses a statement (%1); nothing was changed")
+                          .arg(update.lastError().databaseText().simplified()));
 }
 
 } // namespace moratools

@@ -81,10 +81,19 @@ QPointF centreOf(const SumoNet &net) {
     return {(low.x + high.x) / 2, (low.y + high.y) / 2};
 }
 
+/// Ids and names. One that is not read may have the name, or be the default.
+QList<QPair<long, QString>> networksOf(const StoreSession &store) {
+    const int failures = store.unexpectedFailures();
+    const auto names = DBTools::selectNetNames(store.db());
+    if (store.unexpectedFailures() > failures)
+        store.refuseReading(QStringLiteral("the list of networks"));
+    return names;
+}
+
 /// The record that the new network gets in a store of one network: the one that is there already (the upgrade
 /// of the oldest stores makes it), or a new one without what such a store has no place for.
-NetRecord recordOfOneNetwork(const StoreSession &store, const QList<Net> &present, NetRecord record) {
-    if (!present.isEmpty() && DBTools::selectNetById(store.db(), present.first().id()))
+NetRecord recordOfOneNetwork(const StoreSession &store, NetRecord record) {
+    if (DBTools::selectNetIdByName(store.db(), {}))
         return store.net().record();
     record.sourceUrl.clear();
     record.isDefault = false;
@@ -93,7 +102,6 @@ NetRecord recordOfOneNetwork(const StoreSession &store, const QList<Net> &presen
 
 NetRecord recordFor(const StoreSession &store, const SumoNet &net, const QString &name) {
     requirePlaceFor(store, name);
-    const QList<Net> present = DBTools::selectNets(store.db());
     NetRecord record;
     record.netId = DBTools::selectMaxNetId(store.db()) + 1;
     record.name = name;
@@ -101,8 +109,8 @@ NetRecord recordFor(const StoreSession &store, const SumoNet &net, const QString
     record.sourceUrl = net.path;
     record.centerX = centreOf(net).x();
     record.centerY = centreOf(net).y();
-    record.isDefault = present.isEmpty();
-    return store.hasSeveralNetworks() ? record : recordOfOneNetwork(store, present, record);
+    record.isDefault = networksOf(store).isEmpty();
+    return store.hasSeveralNetworks() ? record : recordOfOneNetwork(store, record);
 }
 
 void insertRecord(const StoreSession &store, const NetRecord &record) {
@@ -122,6 +130,22 @@ void insertRecord(const StoreSession &store, const NetRecord &record) {
     requireWritten(store, DBTools::initDictionary(store.db(), record.netId, false), "network's dictionaries");
 }
 
+/// Makes the objects in memory. @return what the record keeps of the junctions.
+QJsonArray build(const SumoNet &net, const CompanionPlan &plan, IdSource &ids, NetworkObjects &network,
+                 const Progress &progress) {
+    const NetRecord record = network.record;
+    network = NetworkObjects();
+    network.record = record;
+    NetworkBuilder builder(net, ids, !ids.store().hasSeveralNetworks());
+    network.links = builder.buildLinks();
+    reportShare(progress, 0.2);
+    network.connectors = builder.buildConnectors(network.links);
+    const QJsonArray junctions = builder.keepJunctions(network);
+    reportShare(progress, 0.4);
+    buildTraffic(ids.store(), net, plan, ids, network);
+    return junctions;
+}
+
 } // namespace
 
 QString networkNameOf(const QString &path) {
@@ -134,13 +158,9 @@ QString networkNameOf(const QString &path) {
 }
 
 void requirePlaceFor(const StoreSession &store, const QString &name) {
-    const int failures = store.unexpectedFailures();
-    const QList<Net> present = DBTools::selectNets(store.db());
-    // One that is not read may have the name, or be the default.
-    if (store.unexpectedFailures() > failures)
-        store.refuseReading(QStringLiteral("the list of networks"));
-    for (const Net &other : present) {
-        if (other.netName() == name)
+    const auto present = networksOf(store);
+    for (const auto &other : present) {
+        if (other.second == name)
             throw Failure(
                 QStringLiteral("the store has a network \"%1\" already; give another name").arg(name));
     }
@@ -164,13 +184,10 @@ NetworkObjects importNetwork(const StoreSession &store, const SumoNet &net, cons
     insertRecord(store, network.record);
 
     IdSource ids(store);
-    NetworkBuilder builder(net, ids, !store.hasSeveralNetworks());
-    network.links = builder.buildLinks();
-    reportShare(progress, 0.2);
-    network.connectors = builder.buildConnectors(network.links);
-    const QJsonArray junctions = builder.keepJunctions(network);
-    reportShare(progress, 0.4);
-    buildTraffic(store, net, plan, ids, network);
+    QJsonArray junctions;
+    do {
+        junctions = build(net, plan, ids, network, progress);
+    } while (!ids.draw());
     requireWritten(store, DBTools::saveNet(store.db(), netId, network, false, ShareOfSteps(progress, 0.5, 1)),
                    "network");
     QJsonObject kept = keptOf(net, junctions);
@@ -179,7 +196,6 @@ NetworkObjects importNetwork(const StoreSession &store, const SumoNet &net, cons
         kept.insert(part.key(), part.value());
     network.record.otherAttrsJson.insert(QStringLiteral("sumo"), kept);
     requireWritten(store, StoredNet(store.db(), netId).saveChanges(network), "network's attributes");
-    requireWritten(store, DBTools::updateIds(store.db(), false), "identifiers");
     transaction.commit();
     current.keep();
     return network;
