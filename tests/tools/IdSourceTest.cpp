@@ -32,7 +32,7 @@ SumoNet chain(int count) {
         edge.from = QStringLiteral("j%1").arg(i);
         edge.to = QStringLiteral("j%1").arg(i + 1);
         edge.lanes = {lane};
-        net.edgeIndex.insert(edge.id, net.edges.size());
+        net.edgeIndex.insert(edge.id, i);
         net.edges.push_back(edge);
         if (i == 0)
             continue;
