@@ -116,6 +116,7 @@ int main(int argc, char **argv) try {
     commands::addUpdate(program, run);
     commands::addUpgrade(program, run);
     commands::addCompact(program, run);
+    commands::addPlace(program, run);
     commands::addRemove(program, run);
     commands::addProtect(program, run);
     commands::addUnprotect(program, run);

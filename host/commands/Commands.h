@@ -61,6 +61,7 @@ void addRoundTrip(CLI::App &program, Run &run);
 void addUpdate(CLI::App &program, Run &run);
 void addUpgrade(CLI::App &program, Run &run);
 void addCompact(CLI::App &program, Run &run);
+void addPlace(CLI::App &program, Run &run);
 void addRemove(CLI::App &program, Run &run);
 void addProtect(CLI::App &program, Run &run);
 void addUnprotect(CLI::App &program, Run &run);

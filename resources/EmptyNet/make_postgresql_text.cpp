@@ -50,11 +50,13 @@ QString keyText(const Piece &table, const ForeignKey &key) {
     return QStringLiteral("alter table %1 add %2;").arg(table.table, key.text);
 }
 
-/// The record of a network and its counters are the store's: all that is asked about more networks than one
-/// is asked there, whichever servers the other tables are on.
+/// What is asked of all networks at once is the store's own, whichever servers the rest is on: the records of
+/// networks, their counters, and link types, which say in which language a store keeps its words.
+const QStringList kOfTheStore{QStringLiteral("Net"), QStringLiteral("IDGenerater"),
+                              QStringLiteral("LinkType")};
+
 bool isPartitioned(const Piece &table) {
-    return table.isTable() && table.isLedByNetwork() && table.table != QLatin1String("Net") &&
-           table.table != QLatin1String("IDGenerater");
+    return table.isTable() && table.isLedByNetwork() && !kOfTheStore.contains(table.table);
 }
 
 QStringList partitionedTables(const Schema &schema) {

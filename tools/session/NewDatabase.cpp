@@ -172,7 +172,7 @@ void makePlaceForPartitions(const StoreAddress &address, int partitions) {
     fill(address, [&](std::unique_ptr<Server> server) {
         inPartitions(*server, partitions, [&] {
             for (int partition = 0; partition < partitions; ++partition)
-                partitions::makeLeaves(*server, partition);
+                partitions::makeLeaves(*server, partitions::schemaOf(partition));
         });
     });
 }

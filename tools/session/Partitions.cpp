@@ -39,9 +39,9 @@ QString schemaOf(int partition) {
     return QStringLiteral("part_%1").arg(partition);
 }
 
-void makeLeaves(Server &server, int partition) {
-    server.run(QStringLiteral("create schema %1").arg(schemaOf(partition)));
-    InSchema leaves(server, schemaOf(partition));
+void makeLeaves(Server &server, const QString &schema) {
+    server.run(QStringLiteral("create schema %1").arg(schema));
+    InSchema leaves(server, schema);
     server.run(carried("leaves"));
     leaves.end();
 }
@@ -66,7 +66,7 @@ void attachLeaves(Server &server, int partition, int count) {
 void makeStore(Server &server, int count) {
     server.run(carried("parents"));
     for (int partition = 0; partition < count; ++partition) {
-        makeLeaves(server, partition);
+        makeLeaves(server, schemaOf(partition));
         attachLeaves(server, partition, count);
     }
 }

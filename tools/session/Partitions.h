@@ -10,8 +10,9 @@ class Server;
 ///
 /// Each table of a network's rows is a parent without rows of its own, partitioned by hash of the network. The
 /// rows of partition K, counted from 0, are in tables of the same names in schema part_K, its leaves, with all
-/// keys among them: a network has all its rows in one partition. The records of networks, their counters and
-/// what belongs to no network are plain tables, and identifiers come from sequences, as in other stores.
+/// keys among them: a network has all its rows in one partition. What is asked of all networks at once (their
+/// records, counters and link types) and what belongs to none are plain tables, and identifiers come from
+/// sequences, as in other stores.
 namespace partitions {
 
 /// The schema of a partition's leaves.
@@ -21,8 +22,8 @@ QString schemaOf(int partition);
 
 /// Makes the tables of a store of `count` partitions in the schema of the session.
 void makeStore(Server &server, int count);
-/// Makes the schema and the tables of a partition's leaves, which belong to no store yet.
-void makeLeaves(Server &server, int partition);
+/// Makes a schema and in it the tables of a partition's leaves, which belong to no store yet.
+void makeLeaves(Server &server, const QString &schema);
 /// Makes leaves that are on this server the store's: their networks must have records.
 void attachLeaves(Server &server, int partition, int count);
 /// @}
