@@ -11,12 +11,12 @@
 /// A connection beside the program's.
 class Beside {
 public:
-    explicit Beside(const QString &database) {
+    explicit Beside(const QString &database, const QString &user = PostgresDatabase::user()) {
         QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QPSQL"), QStringLiteral("beside"));
         db.setHostName(PostgresDatabase::host());
         db.setPort(PostgresDatabase::port());
         db.setDatabaseName(database);
-        db.setUserName(PostgresDatabase::user());
+        db.setUserName(user);
         db.setPassword(PostgresDatabase::password());
         EXPECT_TRUE(db.open()) << db.lastError().text().toStdString();
     }

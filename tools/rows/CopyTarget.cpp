@@ -4,6 +4,7 @@
 #include "tools/reports/Failure.h"
 #include "tools/rows/Renumbering.h"
 #include "tools/session/StoreSession.h"
+#include "tools/session/UnusedNumber.h"
 
 #include <QSqlError>
 #include <QSqlQuery>
@@ -59,9 +60,11 @@ void CopyTarget::requireFreeName(const QString &name) const {
 long CopyTarget::networkId(long wanted) const {
     const bool isFree =
         wanted > 0 && number(QStringLiteral("select count(*) from Net where NetId = %1").arg(wanted)) == 0;
-    return isFree ? wanted
-                  : long(Renumbering::firstAfter(number(QStringLiteral("select max(NetId) from Net")), 1,
-                                                 QStringLiteral("Net")));
+    const long chosen =
+        isFree ? wanted
+               : long(Renumbering::firstAfter(number(QStringLiteral("select max(NetId) from Net")), 1,
+                                              QStringLiteral("Net")));
+    return unusedNumber(mStore, chosen);
 }
 
 bool CopyTarget::hasDefaultNetwork() const {

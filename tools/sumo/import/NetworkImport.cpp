@@ -7,6 +7,7 @@
 #include "tools/reports/ShareOfSteps.h"
 #include "tools/session/GuardedTransaction.h"
 #include "tools/session/StoreSession.h"
+#include "tools/session/UnusedNumber.h"
 #include "tools/sumo/import/KeptCompanions.h"
 #include "tools/sumo/import/NetworkBuilder.h"
 #include "tools/sumo/import/RefusedInsert.h"
@@ -103,7 +104,7 @@ NetRecord recordOfOneNetwork(const StoreSession &store, NetRecord record) {
 NetRecord recordFor(const StoreSession &store, const SumoNet &net, const QString &name) {
     requirePlaceFor(store, name);
     NetRecord record;
-    record.netId = DBTools::selectMaxNetId(store.db()) + 1;
+    record.netId = unusedNumber(store, DBTools::selectMaxNetId(store.db()) + 1);
     record.name = name;
     record.sourceType = QStringLiteral("SUMO");
     record.sourceUrl = net.path;
