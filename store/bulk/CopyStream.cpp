@@ -1,6 +1,7 @@
 #include "store/bulk/CopyStream.h"
 
 #include "store/core/EngineHandle.h"
+#include "store/server/ServerWatch.h"
 
 #ifdef MORASTORE_WITH_POSTGRESQL
 
@@ -54,6 +55,7 @@ CopyStream::CopyStream(const QSqlDatabase &db, const QString &table, const QStri
       mValues(std::size_t(columns.size())) {
     PGresult *result = PQexec(mConnection, mSql.toUtf8().constData());
     mIsOpen = PQresultStatus(result) == PGRES_COPY_IN;
+    serverwatch::makesRows(mConnection, mIsOpen);
     if (!mIsOpen)
         mError = QString::fromUtf8(PQresultErrorMessage(result)).simplified();
     mErrorCode = QString::fromLatin1(PQresultErrorField(result, PG_DIAG_SQLSTATE));
@@ -117,7 +119,9 @@ bool CopyStream::finish() {
 }
 
 bool CopyStream::send() {
+    serverwatch::makesRows(mConnection, false);
     const bool sent = PQputCopyData(mConnection, mBuffer.constData(), mBuffer.size()) == 1;
+    serverwatch::makesRows(mConnection, true);
     mBuffer.resize(0);
     if (!sent) {
         const QString reason = QString::fromUtf8(PQerrorMessage(mConnection)).simplified();
@@ -130,6 +134,7 @@ bool CopyStream::send() {
 /// Ends the stream. @param reason why it is to fail; null for a good end.
 bool CopyStream::end(const char *reason) {
     mIsOpen = false;
+    serverwatch::makesRows(mConnection, false);
     bool good = PQputCopyEnd(mConnection, reason) == 1;
     while (PGresult *result = PQgetResult(mConnection)) {
         const ExecStatusType status = PQresultStatus(result);

@@ -2,6 +2,7 @@
 
 #include "store/core/Engine.h"
 #include "store/core/EngineHandle.h"
+#include "store/server/ServerWatch.h"
 
 #include <QSqlDatabase>
 #include <QSqlQuery>
@@ -32,6 +33,7 @@ bool open(QSqlDatabase &db) {
     if (!db.open())
         return false;
     harden(db);
+    serverwatch::watch(db);
     return true;
 }
 

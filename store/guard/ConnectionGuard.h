@@ -12,7 +12,8 @@ struct sqlite3;
 /// where the library does not have the engine's handle (store/core/EngineHandle.h).
 namespace connectionguard {
 
-/// Opens @p db and hardens it; false where it cannot be opened. All that opens a store does it here.
+/// Opens @p db and hardens it, and has a server watched (store/server/ServerWatch.h); false where it cannot be
+/// opened. All that opens a store does it here.
 MORASTORE_EXPORT bool open(QSqlDatabase &db);
 
 /// What a file brings along may call harmless functions only; its pages are looked at with care; neither

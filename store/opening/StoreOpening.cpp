@@ -61,7 +61,7 @@ bool openWithPlainBackslashes(QSqlDatabase &db) {
     const QByteArray options = connectionwords::value(connectionwords::resolved(words), "options");
     words.append(ConnectionWord{"options", options + " -c standard_conforming_strings=on"});
     db.setConnectOptions(connectionwords::text(words));
-    return db.open();
+    return connectionguard::open(db);
 }
 
 bool execute(const QSqlDatabase &db, const char *sql, FailureList &failures) {

@@ -12,7 +12,6 @@
 
 #include <algorithm>
 #include <memory>
-#include <vector>
 
 namespace connectionwords {
 
@@ -74,21 +73,12 @@ QString text(const ConnectionWords &words) {
 
 ConnectionWords resolved(const ConnectionWords &given) {
 #ifdef MORASTORE_WITH_POSTGRESQL
-    std::vector<const char *> keywords;
-    std::vector<const char *> values;
-    for (const ConnectionWord &word : given) {
-        keywords.push_back(word.keyword.constData());
-        values.push_back(word.value.constData());
-    }
     // Only the start of a connection looks into service files. A word that libpq refuses ends it after that.
-    for (const auto &[keyword, value] : {std::pair("target_session_attrs", "none of them"),
-                                         std::pair<const char *, const char *>(nullptr, nullptr)}) {
-        keywords.push_back(keyword);
-        values.push_back(value);
-    }
+    const ConnectionWords asked = given + ConnectionWords{{"target_session_attrs", "none of them"}};
+    const Arrays arrays(asked);
     const std::unique_ptr<PGconn, decltype(&PQfinish)> refused(
-        PQconnectStartParams(keywords.data(), values.data(), 0), PQfinish);
-    ConnectionWords words = wordsOf(Options(PQconninfo(refused.get()), PQconninfoFree));
+        PQconnectStartParams(arrays.keywords.data(), arrays.values.data(), 0), PQfinish);
+    ConnectionWords words = of(refused.get());
     for (ConnectionWord &word : words) {
         if (word.keyword == "target_session_attrs")
             word.value = connectionwords::value(given, "target_session_attrs");
@@ -97,6 +87,24 @@ ConnectionWords resolved(const ConnectionWords &given) {
 #else
     return given;
 #endif
+}
+
+ConnectionWords of(pg_conn *connection) {
+#ifdef MORASTORE_WITH_POSTGRESQL
+    return wordsOf(Options(PQconninfo(connection), PQconninfoFree));
+#else
+    Q_UNUSED(connection)
+    return {};
+#endif
+}
+
+Arrays::Arrays(const ConnectionWords &words) {
+    for (const ConnectionWord &word : words) {
+        keywords.push_back(word.keyword.constData());
+        values.push_back(word.value.constData());
+    }
+    keywords.push_back(nullptr);
+    values.push_back(nullptr);
 }
 
 QByteArray value(const ConnectionWords &words, const char *keyword) {

@@ -6,6 +6,8 @@
 #include <QList>
 #include <QString>
 
+#include <vector>
+
 /// One of libpq's words for a connection, with its value in UTF-8:
 /// https://www.postgresql.org/docs/15/libpq-connect.html#LIBPQ-PARAMKEYWORDS
 struct ConnectionWord {
@@ -16,6 +18,7 @@ struct ConnectionWord {
 using ConnectionWords = QList<ConnectionWord>;
 
 class QSqlDatabase;
+struct pg_conn;
 struct StoreSettings;
 
 /// What connections to a server are asked for. Nothing here connects to one.
@@ -32,8 +35,19 @@ MORASTORE_EXPORT QString spelled(const QByteArray &value);
 /// All that a connection goes by which is asked for by @p given: also what its service file and the environment
 /// say.
 MORASTORE_EXPORT ConnectionWords resolved(const ConnectionWords &given);
+/// All that a connection which is there goes by.
+ConnectionWords of(pg_conn *connection);
 /// The value of a keyword; empty where the words do not have it.
 MORASTORE_EXPORT QByteArray value(const ConnectionWords &words, const char *keyword);
+
+/// libpq's arrays of words, which end with nulls and point into the words.
+struct MORASTORE_EXPORT Arrays {
+    explicit Arrays(const ConnectionWords &words);
+    explicit Arrays(ConnectionWords &&) = delete;
+
+    std::vector<const char *> keywords;
+    std::vector<const char *> values;
+};
 
 /// @p given with limits on how long a server may be silent, each where nobody has set it: 10 s for an answer
 /// to a new connection, and 45 s on one that is there (store/server/ServerWatch.h).

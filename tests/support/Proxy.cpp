@@ -7,7 +7,10 @@
 #include <QTimer>
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 Proxy::Proxy(QString host, int port) : mHost(std::move(host)), mServerPort(port) {
+    mClock.start();
     start();
     while (mPort == 0)
         QThread::msleep(1);
@@ -83,7 +86,7 @@ void Proxy::accept(QIODevice *client) {
 }
 
 bool Proxy::isToStall(const Pair &pair, const QByteArray &bytes, bool isFromClient) {
-    if (mIsSilent || pair.isStalled || (mStallsAll && mStalls > 0))
+    if (mIsSilent || pair.isStalled || mAreAllStalled)
         return true;
     if (!isFromClient)
         return mStallAfter >= 0 && pair.received > mStallAfter;
@@ -104,10 +107,23 @@ void Proxy::forward(const std::shared_ptr<Pair> &pair, QIODevice *from, QIODevic
     if (isToStall(*pair, bytes, isFromClient)) {
         pair->isStalled = true;
         ++mStalls;
+        mAreAllStalled = mStallsAll.load();
         return;
     }
-    if (mDelay == 0)
+    send(*pair, to, bytes);
+}
+
+void Proxy::send(Pair &pair, QIODevice *to, const QByteArray &bytes) {
+    if (mDelay == 0 && mRate == 0) {
         to->write(bytes);
-    else // Timers of one length end in the order in which they were begun.
-        QTimer::singleShot(mDelay.load(), Qt::PreciseTimer, to, [to, bytes] { to->write(bytes); });
+        return;
+    }
+    constexpr int piece = 4096;
+    for (int at = 0; at < bytes.size(); at += piece) {
+        const QByteArray part = bytes.mid(at, piece);
+        pair.due = std::max(pair.due, mClock.elapsed()) + (mRate > 0 ? part.size() * 1000 / mRate : 0);
+        // Timers that end at one time do so in the order in which they were begun.
+        const int wait = int(pair.due - mClock.elapsed()) + mDelay;
+        QTimer::singleShot(wait, Qt::PreciseTimer, to, [to, part] { to->write(part); });
+    }
 }

@@ -3,6 +3,7 @@
 #include "tests/support/PostgresDatabase.h"
 
 #include <QByteArray>
+#include <QElapsedTimer>
 #include <QThread>
 
 #include <atomic>
@@ -28,6 +29,8 @@ public:
 
     /// What is forwarded arrives so much later, in either direction.
     void delay(int milliseconds) { mDelay = milliseconds; }
+    /// So many bytes a second get through in each direction; 0: all.
+    void limitTo(int bytesPerSecond) { mRate = bytesPerSecond; }
     /// Whether connections are accepted and then told nothing.
     void beSilent(bool isSilent) { mIsSilent = isSilent; }
     /// A connection whose client sends @p text is silent from there on, in both directions; the text does
@@ -35,8 +38,11 @@ public:
     void stallAt(const QByteArray &text);
     /// A connection is silent once the server has sent so many bytes on it; -1: never.
     void stallAfter(qint64 bytes) { mStallAfter = bytes; }
-    /// Whether a connection stalls all, those to come too, or itself alone.
-    void stallAll(bool all) { mStallsAll = all; }
+    /// Whether the next connection that stalls takes all along, those to come too.
+    void stallAll(bool all) {
+        mStallsAll = all;
+        mAreAllStalled = false;
+    }
     /// How many connections have stalled.
     int stalls() const { return mStalls; }
 
@@ -49,22 +55,27 @@ private:
         QIODevice *client;
         QIODevice *server;
         qint64 received = 0;
+        qint64 due = 0; ///< when what was forwarded last arrives, in milliseconds
         bool isStalled = false;
     };
 
     void accept(QIODevice *client);
     QIODevice *connectToServer();
     void forward(const std::shared_ptr<Pair> &pair, QIODevice *from, QIODevice *to);
+    void send(Pair &pair, QIODevice *to, const QByteArray &bytes);
     bool isToStall(const Pair &pair, const QByteArray &bytes, bool isFromClient);
 
     QString mHost;
     int mServerPort;
     std::atomic<int> mPort{0};
     std::atomic<int> mDelay{0};
+    std::atomic<int> mRate{0};
     std::atomic<int> mStalls{0};
     std::atomic<qint64> mStallAfter{-1};
     std::atomic<bool> mIsSilent{false};
     std::atomic<bool> mStallsAll{false};
+    std::atomic<bool> mAreAllStalled{false};
     std::mutex mMutex;
     QByteArray mStallAt; ///< under the mutex
+    QElapsedTimer mClock;
 };

@@ -5,6 +5,7 @@
 #include "tools/reports/Failure.h"
 #include "tools/rows/StoreReader.h"
 #include "tools/session/GuardedTransaction.h"
+#include "tools/session/ServerFailure.h"
 #include "tools/session/StoreBackup.h"
 #include "tools/session/StoreSession.h"
 
@@ -42,7 +43,7 @@ void run(const StoreSession &store, const RepairStep &step) {
         query.addBindValue(value);
     if (query.exec())
         return;
-    store.requireServerAlive();
+    requireServer(query);
     throw Failure(QStringLiteral("the store refuses a repair (%1); nothing was changed")
                       .arg(query.lastError().databaseText().simplified()));
 }

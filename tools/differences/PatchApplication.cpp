@@ -10,6 +10,7 @@
 #include "tools/rows/RowsTakenBack.h"
 #include "tools/rows/TableCopy.h"
 #include "tools/session/GuardedTransaction.h"
+#include "tools/session/ServerFailure.h"
 #include "tools/session/StoreSession.h"
 
 #include <QSqlError>
@@ -211,9 +212,11 @@ QString PatchApplication::tried(const RowChange &change) {
 
 void PatchApplication::execute(const char *sql) const {
     QSqlQuery query(mStore.db());
-    if (!query.exec(QLatin1String(sql)))
-        throw Failure(QStringLiteral("the store cannot be written (%1); nothing was changed")
-                          .arg(query.lastError().databaseText().simplified()));
+    if (query.exec(QLatin1String(sql)))
+        return;
+    requireServer(query);
+    throw Failure(QStringLiteral("the store cannot be written (%1); nothing was changed")
+                      .arg(query.lastError().databaseText().simplified()));
 }
 
 void PatchApplication::note(const RowChange &change) {

@@ -4,6 +4,7 @@
 #include "store/opening/RecordRows.h"
 #include "tools/reports/Failure.h"
 #include "tools/rows/FormatSchema.h"
+#include "tools/session/ServerFailure.h"
 
 #include <QSqlError>
 
@@ -40,6 +41,7 @@ RowValues keyOf(const RowChange &change, const RowValues &row) {
 
 /// What could not be asked is no answer.
 [[noreturn]] void refuseReading(const QSqlQuery &query) {
+    requireServer(query);
     throw Failure(
         QStringLiteral("the store cannot be read (%1); check it, or the server. Nothing was changed")
             .arg(query.lastError().databaseText().simplified()));
@@ -193,8 +195,10 @@ QString PatchedRows::run(const QString &sql, QVector<Binding> values, const Effe
             return QStringLiteral("column %1 cannot keep the value \"%2\"").arg(column->name, shown(value));
         query.addBindValue(value);
     }
-    if (!query.exec())
+    if (!query.exec()) {
+        requireServer(query);
         return QStringLiteral("the store refuses it (%1)").arg(query.lastError().databaseText().simplified());
+    }
     if (query.numRowsAffected() != 1)
         return QStringLiteral("the store has not made the change");
     if (mTaken) {

@@ -2,6 +2,7 @@
 
 #include "tools/reports/Failure.h"
 #include "tools/rows/FormatSchema.h"
+#include "tools/session/ServerFailure.h"
 
 #include <QSqlError>
 #include <QSqlQuery>
@@ -16,9 +17,11 @@ namespace moratools {
 namespace {
 
 void check(const QSqlQuery &query, bool done) {
-    if (!done)
-        throw Failure(QStringLiteral("the order of rows cannot be kept (%1); nothing was changed")
-                          .arg(query.lastError().databaseText().simplified()));
+    if (done)
+        return;
+    requireServer(query);
+    throw Failure(QStringLiteral("the order of rows cannot be kept (%1); nothing was changed")
+                      .arg(query.lastError().databaseText().simplified()));
 }
 
 void run(QSqlQuery &query, const QString &sql) {

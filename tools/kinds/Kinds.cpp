@@ -35,7 +35,7 @@ QList<NamedObject> listOf(const StoreSession &store, const char *table, const ch
                     .arg(QString::number(list.last().id), QString::number(storablevalue::kLongestText)));
     }
     if (rows.lastError().isValid())
-        store.refuseReading(QLatin1String(table), rows.lastError().databaseText());
+        store.refuseReading(QLatin1String(table), rows);
     return list;
 }
 

@@ -39,7 +39,7 @@ QSqlQuery rowsOfNetwork(const StoreSession &store, const QString &columns, const
     query.setForwardOnly(true);
     if (!query.exec(sql + end)) {
         if (!isTableMissing(query.lastError()))
-            store.refuseReading(QLatin1String(table), query.lastError().databaseText());
+            store.refuseReading(QLatin1String(table), query);
         return QSqlQuery(store.db());
     }
     return query;

@@ -3,6 +3,7 @@
 #include "store/catalogue/Catalogue.h"
 #include "tools/reports/Failure.h"
 #include "tools/rows/Renumbering.h"
+#include "tools/session/ServerFailure.h"
 #include "tools/session/StoreSession.h"
 #include "tools/session/UnusedNumber.h"
 
@@ -42,7 +43,7 @@ QSqlQuery CopyTarget::run(const QString &sql) const {
     query.setForwardOnly(true);
     if (query.exec(sql))
         return query;
-    mStore.requireServerAlive();
+    requireServer(query);
     throw Failure(QStringLiteral("the store refuses a statement (%1); nothing was changed")
                       .arg(query.lastError().databaseText().simplified()));
 }

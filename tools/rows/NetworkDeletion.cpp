@@ -2,10 +2,12 @@
 
 #include "model/Net.h"
 #include "store/DBTools.h"
+#include "store/core/Engine.h"
 #include "store/core/TableNames.h"
 #include "store/guard/ConnectionGuard.h"
 #include "tools/reports/Failure.h"
 #include "tools/session/GuardedTransaction.h"
+#include "tools/session/ServerFailure.h"
 #include "tools/session/StoreSession.h"
 
 #include <QSqlError>
@@ -41,9 +43,26 @@ void deleteFrom(const StoreSession &store, const QString &table, const QString &
     QSqlQuery query(store.db());
     if (query.exec(QStringLiteral("delete from %1%2").arg(table, condition)))
         return;
-    store.requireServerAlive();
+    requireServer(query);
     throw Failure(QStringLiteral("table %1 keeps its rows (%2); nothing was removed")
                       .arg(table, query.lastError().databaseText()));
+}
+
+/// The library's removal goes on past a table that keeps its rows, and reports what comes of that.
+void requireRightToDelete(const StoreSession &store, const QStringList &tables) {
+    if (engine::isSqlite(store.db()))
+        return;
+    QSqlQuery query(store.db());
+    query.prepare(QStringLiteral("select name from unnest(string_to_array(:names, '/')) name where not "
+                                 "has_table_privilege(quote_ident(name), 'delete') limit 1"));
+    query.bindValue(QStringLiteral(":names"), tables.join(QLatin1Char('/')));
+    query.exec();
+    requireServer(query);
+    if (query.next())
+        throw Failure(
+            QStringLiteral("the user has no right to do this (no right to delete from table %1); ask the "
+                           "owner of the store to grant it. Nothing was changed")
+                .arg(query.value(0).toString()));
 }
 
 /// The library's removal reports the last statement of each group; what others refused shows in the rows.
@@ -80,6 +99,8 @@ void removeNetwork(const StoreSession &store, long netId) {
     QStringList led;
     if (store.hasSeveralNetworks())
         std::copy_if(tables.cbegin(), tables.cend(), std::back_inserter(led), isDeletedFrom);
+
+    requireRightToDelete(store, led);
 
     const int failures = store.unexpectedFailures();
     // What a plug-in's table would do to the others when its rows go is not asked for.

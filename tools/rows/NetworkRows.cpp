@@ -2,6 +2,7 @@
 
 #include "store/core/Engine.h"
 #include "tools/reports/Failure.h"
+#include "tools/session/ServerFailure.h"
 
 #include <QSqlError>
 #include <QSqlQuery>
@@ -63,9 +64,11 @@ Language NetworkRows::language() const {
     QSqlQuery rows(mDb);
     if (!rows.exec(QStringLiteral("select count(*), count(case when %1 = '高速路' then 1 end) from %2%3")
                        .arg(quotedName(name->name), quotedName(types->name), condition(*types))) ||
-        !rows.next())
+        !rows.next()) {
+        requireServer(rows, mStore);
         throw Failure(QStringLiteral("%1: the store cannot be read (%2); check it, or the server")
                           .arg(mStore, rows.lastError().databaseText().simplified()));
+    }
     if (rows.value(0).toLongLong() == 0)
         return Language::Unknown;
     return rows.value(1).toLongLong() > 0 ? Language::Chinese : Language::English;

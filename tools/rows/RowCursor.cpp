@@ -5,6 +5,7 @@
 #include "store/core/StorableValue.h"
 #include "store/core/Utf8.h"
 #include "tools/reports/Failure.h"
+#include "tools/session/ServerFailure.h"
 
 #include <QSqlError>
 #include <QSqlQuery>
@@ -31,6 +32,10 @@ struct Question {
     [[noreturn]] void refuse(const QString &reason) const {
         throw Failure(QStringLiteral("%1: the store cannot be read (%2); check it, or the server")
                           .arg(store, reason.simplified()));
+    }
+    [[noreturn]] void refuse(const QSqlQuery &failed) const {
+        requireServer(failed, store);
+        refuse(failed.lastError().databaseText());
     }
     /// A text or bytes in a column of a row, counted from 1.
     [[noreturn]] void refuse(int column, qint64 row, const QString &objection) const {
@@ -81,13 +86,13 @@ public:
         // Of a server this takes the rows one by one.
         mQuery.setForwardOnly(question.pull == RowCursor::Pull::Single || mIsSqlite);
         if (!mQuery.exec(question.sql))
-            question.refuse(mQuery.lastError().databaseText());
+            question.refuse(mQuery);
     }
 
     bool next() override {
         const bool hasRow = mQuery.next();
         if (!hasRow && mQuery.lastError().isValid())
-            mQuestion.refuse(mQuery.lastError().databaseText());
+            mQuestion.refuse(mQuery);
         mRow += hasRow ? 1 : 0;
         return hasRow;
     }

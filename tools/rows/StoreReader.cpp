@@ -8,6 +8,7 @@
 #include "tools/reports/Failure.h"
 #include "tools/session/ConnectionSettings.h"
 #include "tools/session/Server.h"
+#include "tools/session/ServerFailure.h"
 #include "tools/session/StoreFile.h"
 
 #include <QFileInfo>
@@ -241,6 +242,7 @@ QSqlQuery StoreReader::run(const QString &sql) const {
 }
 
 void StoreReader::check(const QSqlQuery &query) const {
+    requireServer(query, mName);
     if (query.lastError().isValid())
         throw Failure(QStringLiteral("%1: the store cannot be read (%2); check it, or the server")
                           .arg(mName, query.lastError().databaseText().simplified()));

@@ -2,6 +2,7 @@
 
 #include "store/core/Engine.h"
 #include "tools/reports/Failure.h"
+#include "tools/session/ServerFailure.h"
 
 #include <QSqlError>
 #include <QSqlQuery>
@@ -65,9 +66,11 @@ QHash<QString, StoreTable> storeTables(const QSqlDatabase &db) {
     const bool isSqlite = engine::isSqlite(db);
     QSqlQuery query(db);
     query.setForwardOnly(true);
-    if (!query.exec(QLatin1String(isSqlite ? kSqliteColumns : kServerColumns)))
+    if (!query.exec(QLatin1String(isSqlite ? kSqliteColumns : kServerColumns))) {
+        requireServer(query);
         throw Failure(QStringLiteral("the tables of the store cannot be read (%1)")
                           .arg(query.lastError().databaseText().simplified()));
+    }
     QHash<QString, StoreTable> tables;
     while (query.next()) {
         const QString name = query.value(0).toString();

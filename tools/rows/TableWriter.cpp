@@ -2,6 +2,7 @@
 
 #include "store/core/Engine.h"
 #include "tools/reports/Failure.h"
+#include "tools/session/ServerFailure.h"
 #include "tools/session/StoreSession.h"
 
 #include <QSqlError>
@@ -77,16 +78,19 @@ void TableWriter::write(QVector<QVariant> &row) {
             mInsert.bindValue(i, row[i]);
     }
     if (mIsServer ? !mStream->write() : !mInsert.exec())
-        refuse(mIsServer ? mStream->error() : mInsert.lastError().databaseText().simplified());
+        mIsServer ? refuse(mStream->error(), mStream->errorCode())
+                  : refuse(mInsert.lastError().databaseText().simplified());
 }
 
 void TableWriter::finish() {
     if (mStream && !mStream->finish())
-        refuse(mStream->error());
+        refuse(mStream->error(), mStream->errorCode());
 }
 
-void TableWriter::refuse(const QString &reason) const {
+void TableWriter::refuse(const QString &reason, const QString &code) const {
     mStore.requireServerAlive();
+    if (mIsServer)
+        requireServer(code, reason);
     throw Failure(
         QStringLiteral("a row of table %1 is refused (%2); correct it in the source. Nothing was copied")
             .arg(mTable, reason));

@@ -28,7 +28,8 @@ public:
 
 private:
     void open();
-    [[noreturn]] void refuse(const QString &reason) const;
+    /// @param code of a server.
+    [[noreturn]] void refuse(const QString &reason, const QString &code = {}) const;
 
     const StoreSession &mStore;
     QSqlDatabase &mDb;

@@ -4,6 +4,7 @@
 #include "store/core/Engine.h"
 #include "store/guard/ConnectionGuard.h"
 #include "tools/reports/Failure.h"
+#include "tools/session/ServerFailure.h"
 #include "tools/session/StoreSession.h"
 
 #include <QSqlError>
@@ -99,6 +100,8 @@ void GuardedTransaction::commit() {
     } else {
         run("select 1");
         if (mStore.unexpectedFailures() > mFailuresBefore)
+            mStore.requireServerAlive();
+        if (mStore.unexpectedFailures() > mFailuresBefore)
             throw Failure(QStringLiteral("the store refused a statement (%1); nothing was changed")
                               .arg(mStore.firstFailureText().simplified()));
     }
@@ -122,6 +125,8 @@ void GuardedTransaction::run(const char *sql) {
 
 void GuardedTransaction::refuse(const QSqlError &error) {
     mStore.requireServerAlive();
+    if (!engine::isSqlite(mDb))
+        requireServer(error.nativeErrorCode(), error.databaseText());
     // The result code of SQLite for a lock that another connection has, https://www.sqlite.org/rescode.html.
     constexpr int busy = 5;
     const bool isFile = engine::isSqlite(mDb);

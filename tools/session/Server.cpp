@@ -1,18 +1,14 @@
 #include "tools/session/Server.h"
 
 #include "store/core/StoreVersion.h"
+#include "store/server/ServerWatch.h"
+#include "store/server/SilentWait.h"
 #include "tools/reports/Failure.h"
+#include "tools/session/ServerFailure.h"
 
-#include <QElapsedTimer>
-#include <QEventLoop>
 #include <QRegularExpression>
-#include <QSocketNotifier>
-#include <QTimer>
 
 #include <libpq-fe.h>
-
-#include <limits>
-#include <vector>
 
 namespace moratools {
 
@@ -24,28 +20,17 @@ constexpr struct {
     const char *code;
     const char *sentence;
 } kRefusals[] = {
-    {"28", "the server refuses the user or the password; give the password in PGPASSWORD, the password file "
-           "or the service file, and check the user"},
+    {"28P01",
+     "the server refuses the user or the password; give the password in PGPASSWORD, the password file "
+     "or the service file, and check the user"},
+    {"28",
+     "the server does not let this user in from here in this way (%1); check the user and sslmode, or ask its "
+     "administrator for a line in pg_hba.conf"},
     {"3D000", "the server has no such database; make it with \"morastore new --postgres\""},
     {"53", "the server has no connection left; close other programs that use it, or raise max_connections"},
     {"57P03", "the server is starting or stopping; try again in a moment"},
 };
 constexpr char kNoDatabase[] = "3D000";
-
-/// libpq's arrays of words, which end with nulls. They point into @p words.
-struct WordArrays {
-    std::vector<const char *> keywords;
-    std::vector<const char *> values;
-
-    explicit WordArrays(const ConnectionWords &words) {
-        for (const ConnectionWord &word : words) {
-            keywords.push_back(word.keyword.constData());
-            values.push_back(word.value.constData());
-        }
-        keywords.push_back(nullptr);
-        values.push_back(nullptr);
-    }
-};
 
 /// The last error in what libpq says in its verbose form; the code is empty when no server said anything.
 struct Error {
@@ -80,12 +65,15 @@ Server::Server(const StoreAddress &address, bool mayLackDatabase) : mName(addres
     for (const StoreAddress::Option &option : address.options())
         words.append(ConnectionWord{option.keyword, option.value});
     words.append(ConnectionWord{"client_encoding", "UTF8"});
-    if (connect(connectionwords::withLimits(words)))
+    const silentwait::Reached reached = connect(connectionwords::withLimits(words));
+    if (reached == silentwait::Reached::Connection) {
+        serverwatch::watch(mConnection.get());
         return;
+    }
     if (mayLackDatabase && Error(mConnection.get()).code == QLatin1String(kNoDatabase))
         mConnection.reset();
     else
-        refuse();
+        refuse(reached);
 }
 
 std::unique_ptr<Server> Server::open(const StoreAddress &address) {
@@ -93,8 +81,8 @@ std::unique_ptr<Server> Server::open(const StoreAddress &address) {
     return server->mConnection ? std::move(server) : nullptr;
 }
 
-bool Server::connect(const ConnectionWords &words) {
-    const WordArrays arrays(words);
+silentwait::Reached Server::connect(const ConnectionWords &words) {
+    const connectionwords::Arrays arrays(words);
     const ConnectionWords all = connectionwords::resolved(words);
     const QByteArray hosts = connectionwords::value(all, "host") + connectionwords::value(all, "hostaddr");
     // Only libpq's own waiting goes on to the next of several hosts when one is silent.
@@ -102,7 +90,7 @@ bool Server::connect(const ConnectionWords &words) {
         mConnection.reset(PQconnectdbParams(arrays.keywords.data(), arrays.values.data(), 0));
         if (PQstatus(mConnection.get()) == CONNECTION_OK) {
             PQsetErrorVerbosity(mConnection.get(), PQERRORS_VERBOSE);
-            return true;
+            return silentwait::Reached::Connection;
         }
     }
     mConnection.reset(PQconnectStartParams(arrays.keywords.data(), arrays.values.data(), 0));
@@ -110,37 +98,11 @@ bool Server::connect(const ConnectionWords &words) {
         throw std::bad_alloc();
     // Texts are in the server's language; the code, which only this form has, is not.
     PQsetErrorVerbosity(mConnection.get(), PQERRORS_VERBOSE);
-    return await(connectionwords::value(all, "connect_timeout").toInt());
+    const int seconds = connectionwords::value(all, "connect_timeout").toInt(); // 0: no limit
+    return silentwait::connect(mConnection.get(), seconds > 0 ? seconds * 1000 : -1);
 }
 
-bool Server::await(int seconds) {
-    PGconn *connection = mConnection.get();
-    if (PQstatus(connection) == CONNECTION_BAD)
-        return false;
-    QElapsedTimer since;
-    since.start();
-    PostgresPollingStatusType wanted = PGRES_POLLING_WRITING;
-    while (wanted == PGRES_POLLING_READING || wanted == PGRES_POLLING_WRITING) {
-        const qint64 left = seconds > 0 ? qint64(seconds) * 1000 - since.elapsed()
-                                        : std::numeric_limits<int>::max(); // 0 is libpq's word for no limit
-        if (left <= 0)
-            return false;
-        const auto event = wanted == PGRES_POLLING_READING ? QSocketNotifier::Read : QSocketNotifier::Write;
-        QSocketNotifier ready(PQsocket(connection), event);
-        QEventLoop loop;
-        QObject::connect(&ready, SIGNAL(activated(int)), &loop, SLOT(quit()));
-        QTimer timeout;
-        timeout.setSingleShot(true);
-        QObject::connect(&timeout, SIGNAL(timeout()), &loop, SLOT(quit()));
-        timeout.start(int(left));
-        loop.exec();
-        ready.setEnabled(false);
-        wanted = PQconnectPoll(connection);
-    }
-    return wanted == PGRES_POLLING_OK;
-}
-
-void Server::refuse() {
+void Server::refuse(silentwait::Reached reached) {
     const Error error(mConnection.get());
     if (PQconnectionNeedsPassword(mConnection.get()))
         throw Failure(QStringLiteral("%1: the server asks for a password; give it in PGPASSWORD, the "
@@ -148,21 +110,31 @@ void Server::refuse() {
                           .arg(mName));
     for (const auto &refusal : kRefusals) {
         if (!error.code.isEmpty() && error.code.startsWith(QLatin1String(refusal.code)))
-            throw Failure(QStringLiteral("%1: %2").arg(mName, QLatin1String(refusal.sentence)));
+            throw Failure(QStringLiteral("%1: %2").arg(
+                mName, QString::fromLatin1(refusal.sentence).replace(QLatin1String("%1"), error.text)));
     }
-    throw Failure((error.code.isEmpty()
-                       ? QStringLiteral("%1: no server answers; check host and port and that it runs (%2)")
-                       : QStringLiteral("%1: the server refuses the connection (%2); ask its administrator"))
-                      .arg(mName, error.text));
+    throw Failure(
+        (reached == silentwait::Reached::Encryption && error.code.isEmpty()
+             ? QStringLiteral("%1: no encrypted connection to the server comes about (%2); check sslmode "
+                              "and the certificates")
+         : error.code.isEmpty()
+             ? QStringLiteral("%1: no server answers; check host and port and that it runs (%2)")
+             : QStringLiteral("%1: the server refuses the connection (%2); ask its administrator"))
+            .arg(mName, error.text));
 }
 
 QString Server::value(const QString &sql) {
     const std::unique_ptr<PGresult, decltype(&PQclear)> result(
         PQexec(mConnection.get(), sql.toUtf8().constData()), PQclear);
     const ExecStatusType status = PQresultStatus(result.get());
-    if (status != PGRES_TUPLES_OK && status != PGRES_COMMAND_OK)
+    if (status != PGRES_TUPLES_OK && status != PGRES_COMMAND_OK) {
+        const QString code = QString::fromLatin1(PQresultErrorField(result.get(), PG_DIAG_SQLSTATE));
+        if (code.isEmpty())
+            throw Failure(lostConnection(mName));
+        requireServer(code, Error(mConnection.get()).text, mName);
         throw Failure(QStringLiteral("%1: the server refuses a statement (%2)")
                           .arg(mName, Error(mConnection.get()).text));
+    }
     return PQntuples(result.get()) > 0 ? QString::fromUtf8(PQgetvalue(result.get(), 0, 0)) : QString();
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "store/server/ConnectionWords.h"
+#include "store/server/SilentWait.h"
 #include "tools/session/StoreAddress.h"
 #include "tools/session/StoreFile.h"
 
@@ -34,9 +35,8 @@ private:
     };
 
     Server(const StoreAddress &address, bool mayLackDatabase);
-    bool connect(const ConnectionWords &words);
-    bool await(int seconds);
-    [[noreturn]] void refuse();
+    silentwait::Reached connect(const ConnectionWords &words);
+    [[noreturn]] void refuse(silentwait::Reached reached);
 
     QString mName;
     std::unique_ptr<pg_conn, Close> mConnection;

@@ -10,6 +10,7 @@
 #include "tools/reports/Failure.h"
 #include "tools/session/ConnectionSettings.h"
 #include "tools/session/Server.h"
+#include "tools/session/ServerFailure.h"
 
 #include <QSqlError>
 #include <QSqlQuery>
@@ -53,6 +54,12 @@ StoreSession StoreSession::ofProcess(const QString &name) {
 StoreSession::StoreSession(const StoreAddress &address, Access access) : mName(address.name()) {
     require(address, access);
     mStore = std::make_unique<OpenStore>(connectionSettings(address), ofLibrary(access));
+    if (!mStore->isOpen() && address.isServer() && !failures().isEmpty()) {
+        const CallDbResult &reason = failures().first();
+        if (reason.kind == FailureKind::Lost && reason.code.isEmpty())
+            throw Failure(lostConnection(mName));
+        requireServer(reason.code, reason.error, mName);
+    }
     if (!mStore->isOpen())
         throw Failure(
             QStringLiteral("%1: the store cannot be opened (%2)").arg(address.name(), firstFailureText()));
@@ -108,9 +115,15 @@ void StoreSession::requireServerAlive() const {
     QSqlQuery question(db());
     // A server that refuses to answer in a transaction that failed is alive, and gives a code.
     if (!question.exec(QStringLiteral("select 1")) && question.lastError().nativeErrorCode().isEmpty())
-        throw Failure(QStringLiteral("%1: the connection to the server is lost, and nothing was changed; try "
-                                     "again when the server runs")
-                          .arg(mName));
+        throw Failure(lostConnection(mName));
+    // Later failures may be what the first one led to.
+    for (const CallDbResult &failure : failures())
+        requireServer(failure.code, failure.error, mName);
+}
+
+void StoreSession::refuseReading(const QString &what, const QSqlQuery &failed) const {
+    requireServer(failed, mName);
+    refuseReading(what, failed.lastError().databaseText());
 }
 
 void StoreSession::refuseReading(const QString &what, const QString &reason) const {

@@ -13,6 +13,7 @@
 
 class Net;
 class OpenStore;
+class QSqlQuery;
 class SpecialWords;
 
 namespace moratools {
@@ -57,12 +58,14 @@ public:
     /// The engine's text of the first of them; empty without any.
     QString firstFailureText() const;
 
-    /// Throws `Failure` when the server of the store is gone; what was not committed is gone with it.
+    /// Throws `Failure` when the server of the store is gone (what was not committed is gone with it), and when the
+    /// what is recorded is a failure of the server's own (requireServer()).
     void requireServerAlive() const;
     /// @{ Throws `Failure`: `what` cannot be read, since the server is gone, a statement failed for `reason`
     /// (the first failure's, where none is given), or the rows are not what they must be.
     [[noreturn]] void refuseReading(const QString &what) const { refuseReading(what, firstFailureText()); }
     [[noreturn]] void refuseReading(const QString &what, const QString &reason) const;
+    [[noreturn]] void refuseReading(const QString &what, const QSqlQuery &failed) const;
     /// @}
 
 private:

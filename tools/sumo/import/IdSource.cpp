@@ -71,7 +71,7 @@ qint64 IdSource::floorOf(const char *table) const {
     const QString name = QLatin1String(table);
     QSqlQuery query(mStore.db());
     if (!query.exec(largestOf(mStore, *catalogue::find(name))) || !query.next())
-        mStore.refuseReading(name, query.lastError().databaseText());
+        mStore.refuseReading(name, query);
     const qint64 highest = query.value(0).toLongLong();
     query.finish();
     if (highest >= kLargest)

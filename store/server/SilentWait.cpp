@@ -1,0 +1,76 @@
+#include "store/server/SilentWait.h"
+
+#ifdef MORASTORE_WITH_POSTGRESQL
+
+#include <QDeadlineTimer>
+#include <QEventLoop>
+#include <QSocketNotifier>
+#include <QTimer>
+
+#include <libpq-fe.h>
+
+#include <algorithm>
+
+namespace silentwait {
+
+namespace {
+
+/// How soon a wait that is no longer wanted ends.
+constexpr qint64 kSlice = 100;
+
+/// Whether the socket was ready before its time was over.
+bool await(int socket, QSocketNotifier::Type event, const QDeadlineTimer &deadline, Wanted wanted) {
+    bool isReady = false;
+    while (!isReady && !deadline.hasExpired() && (!wanted || *wanted)) {
+        QSocketNotifier ready(socket, event);
+        QEventLoop loop;
+        QObject::connect(&ready, &QSocketNotifier::activated, &loop, [&] {
+            isReady = true;
+            loop.quit();
+        });
+        QTimer slice;
+        slice.setSingleShot(true);
+        QObject::connect(&slice, &QTimer::timeout, &loop, &QEventLoop::quit);
+        const qint64 left = deadline.remainingTime(); // -1 for ever
+        slice.start(int(left < 0 ? kSlice : std::min(left, kSlice)));
+        loop.exec();
+        ready.setEnabled(false);
+    }
+    return isReady;
+}
+
+} // namespace
+
+Reached connect(pg_conn *connection, int milliseconds, Wanted wanted) {
+    if (PQstatus(connection) == CONNECTION_BAD)
+        return Reached::Nothing;
+    const QDeadlineTimer deadline(milliseconds);
+    PostgresPollingStatusType state = PGRES_POLLING_WRITING;
+    ConnStatusType phase = PQstatus(connection);
+    while (state == PGRES_POLLING_READING || state == PGRES_POLLING_WRITING) {
+        const auto event = state == PGRES_POLLING_READING ? QSocketNotifier::Read : QSocketNotifier::Write;
+        if (!await(PQsocket(connection), event, deadline, wanted))
+            return Reached::Nothing;
+        phase = PQstatus(connection);
+        state = PQconnectPoll(connection);
+    }
+    if (state == PGRES_POLLING_OK)
+        return Reached::Connection;
+    return phase == CONNECTION_SSL_STARTUP ? Reached::Encryption : Reached::Nothing;
+}
+
+bool ask(pg_conn *connection, const char *sql, int milliseconds, Wanted wanted) {
+    const QDeadlineTimer deadline(milliseconds);
+    if (!PQsendQuery(connection, sql))
+        return false;
+    while (PQisBusy(connection)) {
+        if (!await(PQsocket(connection), QSocketNotifier::Read, deadline, wanted) ||
+            !PQconsumeInput(connection))
+            return false;
+    }
+    return true;
+}
+
+} // namespace silentwait
+
+#endif
