@@ -1,4 +1,5 @@
 #include "tests/host/Differences.h"
+#include "tests/support/OldStores.h"
 
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -101,6 +102,58 @@ TEST_F(MergeCommand, WhatEitherDidIsDone) {
             return run({QStringLiteral("merge"), base, ours, theirs, QStringLiteral("-o"), result()});
         },
         QStringLiteral("is there already"));
+}
+
+TEST_F(MergeCommand, StoresOfOneNetworkGiveNewNumbers) {
+    const QString base = file(QStringLiteral("base"));
+    copyTemplate("EmptyNet_V3.0.0", base);
+    ASSERT_EQ(run({QStringLiteral("import"), base, kExample}).exitCode, 0);
+    const QString arrow = QStringLiteral(
+        "insert into GuideArrow(guideArrowId, laneID, length, distToTerminal, arrowType) values(70, %1, 1, 1, 1)");
+    const QString ours = edited(base, QStringLiteral("ours"), {arrow.arg(1)});
+    const QString theirs = edited(base, QStringLiteral("theirs"), {arrow.arg(2)});
+    const Outcome outcome = merge({base, ours, theirs});
+    EXPECT_EQ(outcome.exitCode, 0) << outcome.err.toStdString();
+    EXPECT_EQ(outcome.out, QStringLiteral("1 changes of ours, 1 of theirs, 1 new identifiers\n"));
+    EXPECT_EQ(value(QStringLiteral("select group_concat(guideArrowId || '-' || laneID) from GuideArrow")),
+              QStringLiteral("70-1,71-2"));
+}
+
+// A counter says that it stands on a connector, and only a link has the number of its road; then it is moved.
+TEST_F(MergeCommand, WhatARoadIsDoesNotDependOnWhatChanged) {
+    const QString base = crossing(QStringLiteral("base"));
+    alter(base,
+          {QStringLiteral("create temp table road as select * from Link where linkID = 1"),
+           QStringLiteral("update road set linkID = 900, linkName = 'spare'"),
+           QStringLiteral("insert into Link select * from road"),
+           QStringLiteral("create temp table path as select * from Connector where connID = "
+                          "(select min(connID) from Connector)"),
+           QStringLiteral("update path set connID = 901"),
+           QStringLiteral("insert into Connector select * from path"),
+           QStringLiteral("insert into VehicleQueueCounter(NetId, QueueCounterID, name, roadID, laneNumber, "
+                          "toLaneNumber, x, y, speedLowLimit, speedUpLimit, maxDistInterval, maxQueueLength, "
+                          "startTime, endTime, distance, dataInterval, countInterval) "
+                          "values(1, 90, 'c', 900, 1, 7, 0, 0, 1, 2, 3, 4, 0, 1, 0, 1, 1)")});
+    const QString renamed = edited(base, QStringLiteral("renamed"),
+                                   {QStringLiteral("update VehicleQueueCounter set name = 'd'")});
+    const QString without = edited(base, QStringLiteral("without"),
+                                   {QStringLiteral("delete from VehicleQueueCounter"),
+                                    QStringLiteral("delete from Link where linkID = 900")});
+    EXPECT_EQ(merge({base, renamed, without}).exitCode, 3);
+    const Outcome kept = merge({base, renamed, without}, {QStringLiteral("--resolve"), answered("\"ours\"")});
+    EXPECT_EQ(kept.exitCode, 0) << kept.err.toStdString();
+    EXPECT_EQ(value(QStringLiteral(
+                  "select name || (select linkName from Link where linkID = 900) from VehicleQueueCounter")),
+              QStringLiteral("dspare"));
+
+    const QString moved = edited(base, QStringLiteral("moved"),
+                                 {QStringLiteral("update VehicleQueueCounter set roadID = 901")});
+    const QString closed =
+        edited(base, QStringLiteral("closed"), {QStringLiteral("delete from Connector where connID = 901")});
+    EXPECT_EQ(merge({base, moved, closed}).exitCode, 3);
+    EXPECT_TRUE(read(result() + QStringLiteral(".conflicts"))
+                    .contains("\"conflict\":\"removed\",\"key\":{\"connID\":901}"))
+        << read(result() + QStringLiteral(".conflicts")).constData();
 }
 
 TEST_F(MergeCommand, AConflictIsNamedAndTakesAnAnswer) {

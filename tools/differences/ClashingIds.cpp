@@ -73,7 +73,7 @@ private:
             const auto &references = change.table->references;
             const auto parts = mTheirs.parts.find(id);
             const bool refers = std::any_of(references.begin(), references.end(), [&](const auto &reference) {
-                return mClashing.count(referredBy(*change.table, reference, change.after)) > 0;
+                return mClashing.count(referredBy(change, reference, change.after)) > 0;
             });
             const bool consists =
                 parts != mTheirs.parts.end() &&

@@ -94,7 +94,7 @@ private:
                     mParts[side][owner].push_back(&row);
                 for (const catalogue::Reference &reference : change.table->references) {
                     if (reference.bond == catalogue::Bond::Carried && change.kind == Kind::Removed)
-                        mCarriers[side][referredBy(*change.table, reference, change.before)] = &row;
+                        mCarriers[side][referredBy(change, reference, change.before)] = &row;
                 }
             }
         }
@@ -144,7 +144,7 @@ private:
                 dispute(&row, row);
             for (const RowChange &change : row.changes[other]) {
                 for (const catalogue::Reference &reference : change.table->references) {
-                    Row *removed = removedBy(side, referredBy(*change.table, reference, change.after));
+                    Row *removed = removedBy(side, referredBy(change, reference, change.after));
                     if (removed && reference.bond != catalogue::Bond::Carried)
                         dispute(removed, row);
                 }
@@ -189,7 +189,7 @@ private:
             if (parts != mParts[side].end())
                 kept.insert(kept.end(), parts->second.begin(), parts->second.end());
             for (const catalogue::Reference &reference : change.table->references) {
-                if (Row *target = removedBy(side, referredBy(*change.table, reference, change.before)))
+                if (Row *target = removedBy(side, referredBy(change, reference, change.before)))
                     kept.push_back(target);
             }
         }
@@ -275,6 +275,7 @@ private:
                 row.replaced.insert(column, our);
             ours.after.insert(column, taken);
             theirs.after.insert(column, taken);
+            ours.roads.insert(theirs.roads);
         }
     }
 
@@ -308,7 +309,7 @@ private:
         for (const catalogue::Reference &reference : change.table->references) {
             const QString column = columnOf(*change.table, reference);
             if (change.kind == Kind::Removed || reference.bond == catalogue::Bond::Carried ||
-                !isGone(referredBy(*change.table, reference, change.after)))
+                !isGone(referredBy(change, reference, change.after)))
                 continue;
             if (reference.bond == catalogue::Bond::Owner) {
                 // Without one of its roads a route is another one: the object stays as it was.
@@ -358,8 +359,7 @@ private:
                 for (const RowChange &change : row.changes[side]) {
                     for (const catalogue::Reference &reference : change.table->references) {
                         if (reference.bond == catalogue::Bond::Carried && (isBase || row.has(side)))
-                            ids.insert(
-                                referredBy(*change.table, reference, isBase ? change.before : change.after));
+                            ids.insert(referredBy(change, reference, isBase ? change.before : change.after));
                     }
                 }
             }

@@ -1,5 +1,6 @@
 #include "tools/differences/NetworkDiff.h"
 
+#include "tools/differences/References.h"
 #include "tools/rows/CanonicalRows.h"
 #include "tools/rows/FormatSchema.h"
 #include "tools/rows/TableCopy.h"
@@ -17,11 +18,41 @@ bool isAmong(const std::vector<const char *> &columns, const QByteArray &name) {
                        [&name](const char *column) { return qstricmp(column, name.constData()) == 0; });
 }
 
+/// The numbers of the links and connectors of both networks, which come before what stands on them. Most often only
+/// one of the two has a number, whatever a row says of its road.
+class RoadNumbers {
+public:
+    void add(const catalogue::Table &entry, const QByteArray &place) {
+        std::vector<qint64> *ids = qstrcmp(entry.name, "Link") == 0        ? &mLinks
+                                   : qstrcmp(entry.name, "Connector") == 0 ? &mConnectors
+                                                                           : nullptr;
+        if (!ids)
+            return;
+        const char *at = place.constData();
+        ids->push_back(rowvalue::takeCanonical(at).toLongLong());
+    }
+
+    const catalogue::Table *roadOf(const catalogue::Reference &reference, qint64 id,
+                                   const std::function<QVariant(const char *)> &valueOf) const {
+        const bool isLink = std::binary_search(mLinks.begin(), mLinks.end(), id);
+        const bool isConnector = std::binary_search(mConnectors.begin(), mConnectors.end(), id);
+        if (isLink == isConnector)
+            return roadBySign(reference, valueOf);
+        return catalogue::find(isLink ? QStringLiteral("Link") : QStringLiteral("Connector"));
+    }
+
+private:
+    // Ascending, as rows come.
+    std::vector<qint64> mLinks;
+    std::vector<qint64> mConnectors;
+};
+
 /// What differs in one table.
 class TableDiff {
 public:
-    TableDiff(const catalogue::Table &entry, bool hasId, const std::function<void(const RowChange &)> &use)
-        : mEntry(entry), mUse(use), mIdentity(identityColumns(entry, hasId)) {
+    TableDiff(const catalogue::Table &entry, bool hasId, const RoadNumbers &roads,
+              const std::function<void(const RowChange &)> &use)
+        : mEntry(entry), mRoads(roads), mUse(use), mIdentity(identityColumns(entry, hasId)) {
         const auto isNoIdentity = [this](const char *column) { return !isAmong(mIdentity, column); };
         mLeading = std::find_if(entry.key.begin(), entry.key.end(), isNoIdentity) - entry.key.begin();
     }
@@ -95,7 +126,22 @@ private:
         RowValues &values = row.isBefore ? change.before : change.after;
         for (const auto &[name, value] : row.columns)
             values.insert(spelled(name), value);
+        noteRoads(change, row);
         mUse(change);
+    }
+
+    void noteRoads(RowChange &change, const Row &row) const {
+        const auto valueOf = [&row](const char *column) {
+            const auto found =
+                std::find_if(row.columns.begin(), row.columns.end(),
+                             [column](const auto &value) { return qstricmp(value.first, column) == 0; });
+            return found == row.columns.end() ? QVariant() : found->second;
+        };
+        for (const catalogue::Reference &reference : mEntry.references) {
+            const QVariant id = reference.table ? QVariant() : valueOf(reference.column);
+            if (id.userType() == QMetaType::LongLong)
+                change.roads.insert(id.toLongLong(), mRoads.roadOf(reference, id.toLongLong(), valueOf));
+        }
     }
 
     void tellChange(const Row &before, const Row &after) const {
@@ -118,6 +164,8 @@ private:
             if (!change.before.contains(column.key()))
                 change.before.insert(column.key(), QVariant());
         }
+        noteRoads(change, before);
+        noteRoads(change, after);
         mUse(change);
     }
 
@@ -143,6 +191,7 @@ private:
     }
 
     const catalogue::Table &mEntry;
+    const RoadNumbers &mRoads;
     const std::function<void(const RowChange &)> &mUse;
     std::vector<const char *> mIdentity;
     /// How many columns of the key lead it and belong to the identity: rows that they tell apart are not the
@@ -161,7 +210,7 @@ public:
 
     void compare(const catalogue::Table &entry) {
         const bool hasId = entry.id && hasColumn(mOne, entry) && hasColumn(mOther, entry);
-        TableDiff diff(entry, hasId, mUse);
+        TableDiff diff(entry, hasId, mRoads, mUse);
         CanonicalRows before(mOne, entry, Covered::AllOfIt);
         CanonicalRows after(mOther, entry, Covered::AllOfIt, &mWords);
         bool hasBefore = before.next();
@@ -171,6 +220,7 @@ public:
                               : !hasAfter ? -1
                                           : CanonicalRows::compare(before.place(), after.place());
             static const std::vector<QByteArray> none;
+            mRoads.add(entry, order <= 0 ? before.place() : after.place());
             diff.add(order <= 0 ? before.place() : after.place(), order <= 0 ? before.group() : none,
                      order >= 0 ? after.group() : none);
             if (order <= 0) {
@@ -198,6 +248,7 @@ private:
     NetworkRows mOther;
     Translation &mWords;
     const std::function<void(const RowChange &)> &mUse;
+    RoadNumbers mRoads;
     NetworkDigest mBefore;
     NetworkDigest mAfter;
 };

@@ -2,17 +2,17 @@
 
 #include "tools/differences/NetworkDiff.h"
 #include "tools/differences/PatchApplication.h"
-#include "tools/reports/Failure.h"
+#include "tools/differences/References.h"
 #include "tools/rows/NetworkCopy.h"
 #include "tools/session/FileInMaking.h"
 #include "tools/session/NewStore.h"
 #include "tools/session/StoreBackup.h"
 #include "tools/session/StoreSession.h"
-#include "tools/session/TemporaryFolder.h"
 
 #include <QFile>
 
 #include <algorithm>
+#include <map>
 
 namespace moratools {
 
@@ -47,21 +47,55 @@ qint64 largestOf(const OpenVersion &version, const catalogue::Table &entry) {
     return id ? version.store.largest(*table, *id, version.network) : 0;
 }
 
-/// New identifiers behind those of both versions.
-Renumbering numbersFor(const QHash<const catalogue::Table *, std::vector<qint64>> &clashing,
-                       const OpenVersion &ours, const OpenVersion &theirs) {
-    Renumbering numbers;
-    for (const catalogue::Table &entry : catalogue::tables()) {
-        const StoreTable *table = theirs.store.table(QLatin1String(entry.name));
-        const StoreColumn *id = entry.uniqueId() && table ? table->column(QLatin1String(entry.id)) : nullptr;
-        if (!id)
-            continue;
-        const QString name = QLatin1String(entry.name);
-        const bool isRoad = name == QLatin1String("Link") || name == QLatin1String("Connector");
-        numbers.add(name, isRoad ? theirs.store.integers(*table, *id, theirs.network) : std::vector<qint64>(),
-                    clashing.value(&entry), std::max(largestOf(ours, entry), largestOf(theirs, entry)));
+using NewIds = std::map<RowId, qint64>;
+
+/// Behind those of both versions.
+NewIds newIdsFor(const QHash<const catalogue::Table *, std::vector<qint64>> &clashing,
+                 const OpenVersion &ours, const OpenVersion &theirs) {
+    const auto largestOfBoth = [&](const catalogue::Table &entry) {
+        return std::max(largestOf(ours, entry), largestOf(theirs, entry));
+    };
+    const catalogue::Table *const roads[] = {catalogue::find(QStringLiteral("Link")),
+                                             catalogue::find(QStringLiteral("Connector"))};
+    // One number for a link and a connector would leave it to other columns which of them is meant.
+    qint64 road = std::max(largestOfBoth(*roads[0]), largestOfBoth(*roads[1]));
+    NewIds numbers;
+    for (auto ids = clashing.cbegin(); ids != clashing.cend(); ++ids) {
+        const bool isRoad = ids.key() == roads[0] || ids.key() == roads[1];
+        qint64 own = largestOfBoth(*ids.key());
+        qint64 &last = isRoad ? road : own;
+        for (const qint64 id : ids.value())
+            numbers[{ids.key(), id}] = ++last;
     }
     return numbers;
+}
+
+/// New rows get their new identifiers, and what refers to them follows.
+void renumber(std::vector<RowChange> &changes, const NewIds &numbers) {
+    for (RowChange &change : changes) {
+        if (change.kind == RowChange::Kind::Removed)
+            continue;
+        const RowChange said = change;
+        const auto replace = [&](const QString &column, const RowId &id) {
+            const auto number = numbers.find(id);
+            if (number == numbers.end())
+                return;
+            change.after.insert(column, number->second);
+            change.roads.insert(number->second, id.first);
+            if (change.key.contains(column))
+                change.key.insert(column, number->second);
+        };
+        if (change.kind == RowChange::Kind::Added) {
+            const auto owner = numbers.find(ownerOf(change));
+            if (owner != numbers.end())
+                change.owner = owner->second;
+            const RowId id = idOf(said);
+            if (id.first)
+                replace(said.key.firstKey(), id);
+        }
+        for (const catalogue::Reference &reference : change.table->references)
+            replace(columnOf(*change.table, reference), referredBy(said, reference, said.after));
+    }
 }
 
 } // namespace
@@ -70,34 +104,19 @@ TwoEdits compareVersions(const NetworkVersion &base, const NetworkVersion &ours,
                          const Progress &progress) {
     const OpenVersion first(base);
     const OpenVersion our(ours);
-    OpenVersion their(theirs);
+    const OpenVersion their(theirs);
     Edits mine =
-        editsOf(first, our.store, our.network, [&](double share) { reportShare(progress, share / 3); });
+        editsOf(first, our.store, our.network, [&](double share) { reportShare(progress, share / 2); });
     Edits others = editsOf(first, their.store, their.network,
-                           [&](double share) { reportShare(progress, (1 + share) / 3); });
+                           [&](double share) { reportShare(progress, (1 + share) / 2); });
     TwoEdits edits;
     edits.words = mine.compared.words;
     edits.digests = {mine.compared.before, mine.compared.after, others.compared.after};
     const auto clashing = clashingIds(mine.changes, others.changes);
     if (!clashing.isEmpty()) {
-        if (!their.store.hasSeveralNetworks())
-            throw Failure(
-                QStringLiteral("%1: new objects have the identifiers of other new ones, and a store of one "
-                               "network keeps too few for new ones; copy the three networks into stores "
-                               "made by \"morastore new\" first")
-                    .arg(their.store.name()));
-        const Renumbering numbers = numbersFor(clashing, our, their);
-        edits.renumbered = numbers.count();
-        TemporaryFolder folder;
-        const QString path = folder.newFile(QStringLiteral("renumbered.db"));
-        makeStore(path, newestTemplate());
-        {
-            const StoreSession copy(StoreAddress(path), Access::Write);
-            copyWithIds(their.store, copy, their.network, numbers);
-        }
-        const StoreReader copy{StoreAddress(path)};
-        others = editsOf(first, copy, copy.networks().first(),
-                         [&](double share) { reportShare(progress, (2 + share) / 3); });
+        const NewIds numbers = newIdsFor(clashing, our, their);
+        edits.renumbered = qint64(numbers.size());
+        renumber(others.changes, numbers);
     }
     edits.ours = std::move(mine.changes);
     edits.theirs = std::move(others.changes);

@@ -8,18 +8,32 @@ QString columnOf(const catalogue::Table &table, const catalogue::Reference &refe
     return formatName(QLatin1String(table.name), QLatin1String(reference.column));
 }
 
-RowId referredBy(const catalogue::Table &table, const catalogue::Reference &reference, const RowValues &row) {
+RowId referredBy(const RowChange &change, const catalogue::Reference &reference, const RowValues &row) {
+    const catalogue::Table &table = *change.table;
     const QVariant id = row.value(columnOf(table, reference));
     if (reference.bond == catalogue::Bond::HostNumber || id.userType() != QMetaType::LongLong ||
         id.toLongLong() == 0)
         return {nullptr, 0};
-    // A change need not say what the road is: most often it is a link.
-    const auto valueOf = [&](const char *column) {
-        const QVariant value = row.value(formatName(QLatin1String(table.name), QLatin1String(column)));
+    if (reference.table)
+        return {catalogue::find(QLatin1String(reference.table)), id.toLongLong()};
+    if (const catalogue::Table *road = change.roads.value(id.toLongLong()))
+        return {road, id.toLongLong()};
+    return {roadBySign(reference,
+                       [&](const char *column) {
+                           return row.value(formatName(QLatin1String(table.name), QLatin1String(column)));
+                       }),
+            id.toLongLong()};
+}
+
+const catalogue::Table *roadBySign(const catalogue::Reference &reference,
+                                   const std::function<QVariant(const char *)> &valueOf) {
+    // Older stores need not say what the road is: most often it is a link.
+    const auto said = [&](const char *column) {
+        const QVariant value = valueOf(column);
         return value.isNull() && column == reference.roadType ? QVariant(QStringLiteral("link")) : value;
     };
-    const char *road = reference.saysConnector(valueOf) ? "Connector" : "Link";
-    return {catalogue::find(QLatin1String(reference.table ? reference.table : road)), id.toLongLong()};
+    return catalogue::find(reference.saysConnector(said) ? QStringLiteral("Connector")
+                                                         : QStringLiteral("Link"));
 }
 
 RowId idOf(const RowChange &change) {

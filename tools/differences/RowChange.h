@@ -27,10 +27,11 @@ struct RowChange {
     /// Of an added row all that is not NULL; of a changed one the same columns as `before`.
     RowValues after;
 
-    /// @{ For people, and no part of the change: the identifier of what the row is a part of, and the name of
-    /// the object.
+    /// @{ No part of the change: the identifier of what the row is a part of, the name of the object, and whether the
+    /// roads that the row names are links or connectors, as far as known.
     QVariant owner = {};
     QString name = {};
+    QMap<qint64, const catalogue::Table *> roads = {};
     /// @}
 };
 

@@ -67,4 +67,4 @@ TEST_P(MergeLaws, WhatBothDidIsDoneAndNothingRefersToNothing) {
     });
 }
 
-INSTANTIATE_TEST_SUITE_P(Stores, MergeLaws, testing::Values(kStoreKinds[1]), storeKindName);
+INSTANTIATE_TEST_SUITE_P(Stores, MergeLaws, testing::Values(kStoreKinds[0], kStoreKinds[1]), storeKindName);
