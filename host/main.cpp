@@ -2,6 +2,7 @@
 #include "host/commands/Commands.h"
 #include "host/commands/OpenedStore.h"
 #include "tools/reports/Failure.h"
+#include "tools/session/Patience.h"
 #include "tools/session/TemporaryFolder.h"
 
 #include <QFile>
@@ -99,6 +100,13 @@ int main(int argc, char **argv) try {
         .add_option("--lang", language, "Language of the host's words: zh, or another; default: the locale's")
         ->type_name("LANG");
     program.add_flag("--verbose", verbose, "Show the statements that a store refused");
+    int wait = 30;
+    program
+        .add_option(
+            "--wait", wait,
+            "How long a command that writes waits for another program that holds the store; default: 30")
+        ->type_name("SECONDS")
+        ->check(CLI::Range(0, 86400));
     commands::Run run;
     commands::addNew(program, run);
     commands::addImport(program, run);
@@ -132,6 +140,12 @@ int main(int argc, char **argv) try {
         commands::tell(QStringLiteral("morastore: %1").arg(sentenceFor(program, error)));
         return WrongUsage;
     }
+    patience::set(wait, [wait, isTold = false]() mutable {
+        if (!isTold)
+            commands::tell(
+                QStringLiteral("another program holds the store; waiting, for up to %1 s").arg(wait));
+        isTold = true;
+    });
     TemporaryFolder::removeAbandoned();
     std::unique_ptr<TemporaryFolder> runtimeFolder;
     if (run.paints) {

@@ -202,8 +202,8 @@ long DBTools::selectMaxNetId(QSqlDatabase &db) {
     return networks::largestNetworkId(ownStore(db, 0));
 }
 
-QList<QPair<long, QString>> DBTools::selectNetNames(QSqlDatabase &db) {
-    return networks::readNames(ownStore(db, 0));
+QList<NetRecord> DBTools::selectNetRecords(QSqlDatabase &db) {
+    return networks::readBriefRecords(currentStoreOf(db));
 }
 
 QList<Net> DBTools::selectNets(QSqlDatabase &db) {

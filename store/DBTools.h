@@ -167,8 +167,9 @@ public:
     static long selectMaxNetId(QSqlDatabase &db);
     /// All networks by id, each with id, name and further attributes only.
     static QList<Net> selectNets(QSqlDatabase &db);
-    /// Ids and names of all networks by id. Attributes, which may be as large as a network's file, are not read.
-    static QList<QPair<long, QString>> selectNetNames(QSqlDatabase &db);
+    /// The records of all networks by id. In a store of several networks without caption and further attributes,
+    /// which may be as large as the file that a network came from.
+    static QList<NetRecord> selectNetRecords(QSqlDatabase &db);
     /// The background image of the scene configuration; empty without one.
     static QByteArray selectBackgroundMap(QSqlDatabase &db, long netId);
     /// @}

@@ -1,6 +1,7 @@
 #include "store/Transaction.h"
 
 #include "store/core/Engine.h"
+#include "store/core/EngineHandle.h"
 #include "store/core/Failures.h"
 #include "store/core/OpenTransactions.h"
 #include "store/core/Savepoint.h"
@@ -112,15 +113,20 @@ Transaction::Transaction(QSqlDatabase &db) {
     if (!checkConnection(db, stateOf(db).failures))
         return;
     OpenTransactions &open = OpenTransactions::of(db.driver());
-    // SQLite begins one with the savepoint where none is open.
-    const bool begins = !engine::isSqlite(db) && !Savepoint::isInsideTransaction(db);
+    // Where SQLite does not tell whether one is open, it begins one with the savepoint.
+    const bool isFile = engine::isSqlite(db);
+    const bool begins = isFile ? enginehandle::transactionState(db) == enginehandle::TransactionState::None
+                               : !Savepoint::isInsideTransaction(db);
     Level level{++begun, begins, lastFailureNumber()};
     if (open.levels.empty() && engine::isSqlite(db))
         level.guard = std::make_unique<CommitGuard>(db);
     // One that the host has begun is the host's to commit.
     if (level.guard && level.guard->isInTransaction())
         level.guard.reset();
-    if (begins && !runOrRecord(db.driver(), QStringLiteral("begin")))
+    // A file's write lock is taken at once: what reads before it writes would be refused where another program writes
+    // in between.
+    if (begins &&
+        !runOrRecord(db.driver(), isFile ? QStringLiteral("begin immediate") : QStringLiteral("begin")))
         return;
     if (!runOrRecord(db.driver(), savepoint(level.number))) {
         if (begins)

@@ -10,7 +10,7 @@ QString textOf(const StoreInfo &info) {
     QString text = QStringLiteral("store       %1\ngeneration  %2\nlanguage    %3\nnetworks    %4\n")
                        .arg(printable::line(info.path), QString::number(info.generation),
                             info.isEnglish ? QStringLiteral("English") : QStringLiteral("Chinese"),
-                            QString::number(info.networks.size()));
+                            QString::number(info.networkCount));
     for (const NetworkInfo &network : info.networks) {
         text += QStringLiteral("\nnetwork %1: %2%3\n")
                     .arg(QString::number(network.id), printable::line(network.name),

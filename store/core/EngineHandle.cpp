@@ -81,6 +81,10 @@ pg_conn *postgresql(const QSqlDatabase &db) {
 }
 
 TransactionState transactionState(const QSqlDatabase &db) {
+#ifdef MORASTORE_WITH_SQLITE
+    if (sqlite3 *connection = sqlite(db))
+        return sqlite3_get_autocommit(connection) != 0 ? TransactionState::None : TransactionState::Open;
+#endif
 #ifdef MORASTORE_WITH_POSTGRESQL
     if (const PGconn *connection = postgresql(db)) {
         switch (PQtransactionStatus(connection)) {

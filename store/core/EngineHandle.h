@@ -28,15 +28,15 @@ int extendedErrorCode(const QSqlDriver *driver);
 /// without libpq's headers. libpq is a shared library everywhere: the driver's is ours.
 pg_conn *postgresql(const QSqlDatabase &db);
 
-/// What becomes of the next statement on a PostgreSQL connection.
+/// What becomes of the next statement on a connection.
 enum class TransactionState {
     None,   ///< it is a transaction of its own
     Open,   ///< it is part of a transaction
     Failed, ///< a transaction is open and takes no further statement
-    Unknown ///< without libpq's headers, on a lost connection, and while another statement runs
+    Unknown ///< without the engine's own handle, on a lost connection, and while another statement runs
 };
 
-/// Known to the client library; nothing is sent to the server.
+/// Known to the engine's library; nothing is sent to a server.
 TransactionState transactionState(const QSqlDatabase &db);
 
 } // namespace enginehandle

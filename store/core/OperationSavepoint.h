@@ -18,4 +18,5 @@ public:
 private:
     const Store &mStore;
     bool mSet = false;
+    bool mBegins = false; ///< it is a transaction of its own
 };

@@ -15,14 +15,15 @@ bool isInsideAnother(const Store &store) {
 
 /// SQLite refuses a second begin. As a statement, the refusal stays with the statement; Qt's driver would keep
 /// it as its own error until the connection is opened again, and every later operation would be refused.
-bool begin(const Store &store) {
+bool begin(const Store &store, OperationTransaction::Lock lock) {
     if (isInsideAnother(store))
         return store.fail({}, QStringLiteral("cannot start a transaction within a transaction"), 0,
                           FailureKind::Other);
     if (!store.isSqlite())
         return store.db().transaction() || store.fail({}, store.db().lastError());
     QSqlQuery query(store.db());
-    if (query.exec(QStringLiteral("BEGIN")))
+    const bool isAtOnce = lock == OperationTransaction::Lock::AtOnce;
+    if (query.exec(isAtOnce ? QStringLiteral("BEGIN IMMEDIATE") : QStringLiteral("BEGIN")))
         return true;
     // In the driver's words for it.
     const QSqlError error = query.lastError();
@@ -32,10 +33,10 @@ bool begin(const Store &store) {
 
 } // namespace
 
-OperationTransaction::OperationTransaction(const Store &store, bool wanted) : mStore(store) {
+OperationTransaction::OperationTransaction(const Store &store, bool wanted, Lock lock) : mStore(store) {
     if (!wanted || !store.isUsable())
         return;
-    mOpen = begin(store);
+    mOpen = begin(store, lock);
     store.setOwnTransaction(mOpen);
     if (!mOpen)
         store.giveUp();

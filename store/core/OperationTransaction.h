@@ -11,7 +11,11 @@
 /// runs, and a transaction of the caller stays as it is.
 class OperationTransaction {
 public:
-    OperationTransaction(const Store &store, bool wanted);
+    /// When a file's write lock is taken: what reads before it writes is refused where another program has taken it
+    /// in between, however long it would wait. Does not matter on a server.
+    enum class Lock { WithTheFirstRow, AtOnce };
+
+    OperationTransaction(const Store &store, bool wanted, Lock lock = Lock::WithTheFirstRow);
     ~OperationTransaction();
     OperationTransaction(const OperationTransaction &) = delete;
     OperationTransaction &operator=(const OperationTransaction &) = delete;

@@ -26,6 +26,10 @@ constexpr const char *kUpdateWithoutCaption =
     "update Net set name = :name, sourceUrl = :sourceUrl, sourceType = :sourceType, backgroundUrl = :backgroundUrl, centerX = :centerX, centerY = :centerY, otherAttrsJson = :otherAttrsJson, isDefault = :isDefault where NetId = %0";
 
 constexpr const char *kSelectAll = "select * from Net order by NetId";
+/// Captions, which some stores have no column for, and attributes may be long.
+constexpr Sql kSelectBrief = {
+    kSelectAll,
+    "select NetId, name, sourceUrl, sourceType, backgroundUrl, centerX, centerY, isDefault from Net order by NetId"};
 
 constexpr Sql kBackgroundMap = {"select backgroundMap from Configuration",
                                 "select backgroundMap from Configuration where NetId = %0"};
@@ -222,16 +226,6 @@ std::optional<bool> isAnyNetworkThere(const Store &store) {
     return Query(store, kSelectAll).returnsRow();
 }
 
-QList<QPair<long, QString>> readNames(const Store &store) {
-    QList<QPair<long, QString>> names;
-    Query rows(store, "select NetId, name from Net order by NetId");
-    if (!rows.exec())
-        return names;
-    while (rows.next())
-        names.append({rows.id("NetId"), rows.text("name")});
-    return names;
-}
-
 QList<Net> readNetworks(const Store &store) {
     QList<Net> nets;
     Query rows(store, kSelectAll);
@@ -255,6 +249,16 @@ QList<NetRecord> readRecords(const Store &store) {
     while (rows.next())
         records.append(readRecord(rows));
     return rows.isComplete() ? records : QList<NetRecord>();
+}
+
+QList<NetRecord> readBriefRecords(const Store &store) {
+    QList<NetRecord> records;
+    Query rows(store, kSelectBrief);
+    if (!rows.exec())
+        return records;
+    while (rows.next())
+        records.append(readRecord(rows));
+    return records;
 }
 
 QByteArray readBackgroundMap(const Store &store) {

@@ -57,10 +57,10 @@ bool requireNetwork(const Store &store);
 long largestNetworkId(const Store &store);
 /// All networks with id, name and further attributes.
 QList<Net> readNetworks(const Store &store);
-/// Ids and names alone.
-QList<QPair<long, QString>> readNames(const Store &store);
 /// The complete records of all networks by id; none beside a recorded failure.
 QList<NetRecord> readRecords(const Store &store);
+/// The same without caption and attributes in a store of several networks; what was read before a failure.
+QList<NetRecord> readBriefRecords(const Store &store);
 
 QByteArray readBackgroundMap(const Store &store);
 

@@ -168,7 +168,7 @@ bool saveWholeNet(const Store &store, NetContents &contents, bool useTransaction
     const bool ownTransaction =
         useTransaction || (store.isPostgreSql() && !Savepoint::isInsideTransaction(store.db()));
     identifiers::Reservations reserved(store);
-    OperationTransaction transaction(store, ownTransaction);
+    OperationTransaction transaction(store, ownTransaction, OperationTransaction::Lock::AtOnce);
     NetSave net(store, contents, progress);
     std::optional<OperationSavepoint> savepoint;
     if (!ownTransaction)

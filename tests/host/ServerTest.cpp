@@ -117,7 +117,8 @@ TEST_F(ServerStore, NoConnectionLeft) {
 TEST_F(ServerStore, AConnectionThatIsLostLeavesNothing) {
     const PostgresDatabase store;
     const Beside beside(store.name());
-    const QStringList import{QStringLiteral("import"), connection(store.name()), kExample};
+    const QStringList import{QStringLiteral("import"), connection(store.name()), kExample,
+                             QStringLiteral("--wait"), QStringLiteral("0")};
     const char *const lost = "the connection to the server is lost";
     const struct {
         const char *held;

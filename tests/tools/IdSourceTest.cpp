@@ -156,8 +156,8 @@ TEST_F(IdSourceTest, OnAServerAFailureEndsTheWhole) {
     EXPECT_FALSE(DBTools::selectNets(gDB).isEmpty());
     {
         const ServerTrace trace(gDB);
-        DBTools::selectNetNames(gDB);
-        EXPECT_EQ(naming(trace.statements(), QStringLiteral("savepoint row")), 2);
+        DBTools::selectNetRecords(gDB);
+        EXPECT_GE(naming(trace.statements(), QStringLiteral("savepoint row")), 2);
     }
     EXPECT_TRUE(gDB.rollback());
 }

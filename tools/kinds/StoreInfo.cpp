@@ -5,10 +5,14 @@
 #include "store/catalogue/Catalogue.h"
 #include "tools/session/StoreSession.h"
 
+#include <QHash>
 #include <QJsonArray>
 #include <QSqlError>
 #include <QSqlQuery>
 #include <QVariant>
+
+#include <algorithm>
+#include <functional>
 
 namespace moratools {
 
@@ -19,13 +23,6 @@ bool isTableMissing(const QSqlError &error) {
     constexpr const char *undefinedTable = "42P01";
     return error.nativeErrorCode() == QLatin1String(undefinedTable) ||
            error.databaseText().startsWith(QLatin1String("no such table"));
-}
-
-/// The first row; invalid when there is no such table.
-QSqlQuery selectOf(const StoreSession &store, const char *columns, const char *table, long netId) {
-    QSqlQuery query = rowsOfNetwork(store, QLatin1String(columns), table, netId);
-    query.next();
-    return query;
 }
 
 } // namespace
@@ -45,45 +42,119 @@ QSqlQuery rowsOfNetwork(const StoreSession &store, const QString &columns, const
     return query;
 }
 
-NetworkInfo takeStockOf(const StoreSession &store, const Net &net) {
-    NetworkInfo info;
-    info.id = net.id();
-    info.name = net.netName();
-    info.sourceType = net.type();
-    info.sourceUrl = net.url();
-    info.isDefault = net.isDefault;
-    for (const catalogue::Kind &kind : catalogue::kinds()) {
-        const QSqlQuery count = selectOf(store, "count(*)", kind.table, info.id);
-        if (count.isValid())
-            info.rows.append({QLatin1String(kind.plural), count.value(0).toLongLong()});
+namespace {
+
+/// Takes stock of some networks at once: a statement a table, whatever their number.
+class Stocktaking {
+public:
+    /// `records` are all that the store has, or one.
+    Stocktaking(const StoreSession &store, const QList<NetRecord> &records);
+    QList<NetworkInfo> take();
+
+private:
+    using Reader = std::function<void(NetworkInfo &, const QSqlQuery &)>;
+    /// Reads the row that each network has of `columns` in a table; a network without rows has none. False when there
+    /// is no such table.
+    bool readEach(const QString &columns, const char *table, const Reader &read);
+
+    const StoreSession &mStore;
+    QList<NetworkInfo> mNetworks;
+    QHash<qint64, int> mPlaces; ///< of networks, by id
+};
+
+Stocktaking::Stocktaking(const StoreSession &store, const QList<NetRecord> &records) : mStore(store) {
+    for (const NetRecord &record : records) {
+        NetworkInfo info;
+        info.id = record.netId;
+        info.name = record.name;
+        info.sourceType = record.sourceType;
+        info.sourceUrl = record.sourceUrl;
+        info.isDefault = record.isDefault;
+        mPlaces.insert(record.netId, mNetworks.size());
+        mNetworks.append(info);
     }
-    info.linkLength = selectOf(store, "coalesce(sum(length), 0)", "Link", info.id).value(0).toDouble();
-    const QSqlQuery extent =
-        selectOf(store, "min(X), min(Y), min(Z), max(X), max(Y), max(Z)", "Vertex", info.id);
-    info.hasExtent = extent.isValid() && !extent.value(0).isNull();
-    for (int i = 0; info.hasExtent && i < 3; ++i) {
-        info.low[i] = extent.value(i).toDouble();
-        info.high[i] = extent.value(3 + i).toDouble();
-    }
-    return info;
 }
 
-StoreInfo takeStock(const StoreSession &store, const QString &path) {
+bool Stocktaking::readEach(const QString &columns, const char *table, const Reader &read) {
+    // In a store of one network every row belongs to it.
+    const bool hasOne = !mStore.hasSeveralNetworks();
+    QString sql =
+        (hasOne ? QStringLiteral("select 0, %1 from %2") : QStringLiteral("select NetId, %1 from %2"))
+            .arg(columns, QLatin1String(table));
+    if (!hasOne && mNetworks.size() == 1)
+        sql += QStringLiteral(" where NetId = %1").arg(mNetworks.first().id);
+    if (!hasOne)
+        sql += QStringLiteral(" group by NetId");
+    QSqlQuery rows(mStore.db());
+    rows.setForwardOnly(true);
+    if (!rows.exec(sql)) {
+        if (!isTableMissing(rows.lastError()))
+            mStore.refuseReading(QLatin1String(table), rows.lastError().databaseText());
+        return false;
+    }
+    while (rows.next()) {
+        if (hasOne) {
+            for (NetworkInfo &network : mNetworks)
+                read(network, rows);
+            continue;
+        }
+        const auto place = mPlaces.constFind(rows.value(0).toLongLong());
+        if (place != mPlaces.constEnd())
+            read(mNetworks[*place], rows);
+    }
+    if (rows.lastError().isValid())
+        mStore.refuseReading(QLatin1String(table), rows.lastError().databaseText());
+    return true;
+}
+
+QList<NetworkInfo> Stocktaking::take() {
+    if (mNetworks.isEmpty())
+        return {};
+    for (const catalogue::Kind &kind : catalogue::kinds()) {
+        QHash<long, qint64> counts;
+        if (!readEach(QStringLiteral("count(*)"), kind.table,
+                      [&](const NetworkInfo &network, const QSqlQuery &row) {
+                          counts.insert(network.id, row.value(1).toLongLong());
+                      }))
+            continue;
+        for (NetworkInfo &network : mNetworks)
+            network.rows.append({QLatin1String(kind.plural), counts.value(network.id)});
+    }
+    readEach(
+        QStringLiteral("coalesce(sum(length), 0)"), "Link",
+        [](NetworkInfo &network, const QSqlQuery &row) { network.linkLength = row.value(1).toDouble(); });
+    readEach(QStringLiteral("min(X), min(Y), min(Z), max(X), max(Y), max(Z)"), "Vertex",
+             [](NetworkInfo &network, const QSqlQuery &row) {
+                 network.hasExtent = !row.value(1).isNull();
+                 for (int i = 0; network.hasExtent && i < 3; ++i) {
+                     network.low[i] = row.value(1 + i).toDouble();
+                     network.high[i] = row.value(4 + i).toDouble();
+                 }
+             });
+    return mNetworks;
+}
+
+} // namespace
+
+NetworkInfo takeStockOf(const StoreSession &store, const NetRecord &record) {
+    return Stocktaking(store, {record}).take().first();
+}
+
+StoreInfo takeStock(const StoreSession &store, const QString &path, std::optional<long> netId) {
     StoreInfo info;
     info.path = path;
     info.generation = store.generation();
     info.isEnglish = store.isEnglish();
-    const NetRecord before = store.net().record();
     const int failuresBefore = store.unexpectedFailures();
-    const QList<Net> nets = DBTools::selectNets(store.db());
-    for (const Net &listed : nets) {
-        // The list gives id and name alone.
-        const Net *net = DBTools::selectNetById(store.db(), listed.id());
-        info.networks.append(takeStockOf(store, net ? *net : listed));
-    }
-    store.net().loadRecord(before);
+    QList<NetRecord> records = DBTools::selectNetRecords(store.db());
     if (store.unexpectedFailures() > failuresBefore)
         store.refuseReading(QStringLiteral("the list of networks"));
+    info.networkCount = records.size();
+    if (netId)
+        records.erase(std::remove_if(records.begin(), records.end(),
+                                     [netId](const NetRecord &record) { return record.netId != *netId; }),
+                      records.end());
+    info.networks = Stocktaking(store, records).take();
     return info;
 }
 

@@ -6,8 +6,10 @@
 #include <QList>
 #include <QString>
 
-class Net;
+#include <optional>
+
 class QSqlQuery;
+struct NetRecord;
 
 namespace moratools {
 
@@ -32,6 +34,7 @@ struct MORATOOLS_EXPORT StoreInfo {
     QString path;
     int generation = 0;
     bool isEnglish = false; ///< language of the stored words, else Chinese
+    int networkCount = 0;   ///< of the store, of which one may have been asked for
     QList<NetworkInfo> networks;
 
     QJsonObject toJson() const;
@@ -44,9 +47,11 @@ MORATOOLS_EXPORT QSqlQuery rowsOfNetwork(const StoreSession &store, const QStrin
                                          long netId, const QString &end = {});
 
 /// Takes stock of one network of the store.
-MORATOOLS_EXPORT NetworkInfo takeStockOf(const StoreSession &store, const Net &net);
+MORATOOLS_EXPORT NetworkInfo takeStockOf(const StoreSession &store, const NetRecord &record);
 
-/// Takes stock of the store. In a store of one network every row belongs to it.
-MORATOOLS_EXPORT StoreInfo takeStock(const StoreSession &store, const QString &path);
+/// Takes stock of the store, of network `netId` alone where that is given. In a store of one network every row
+/// belongs to it.
+MORATOOLS_EXPORT StoreInfo takeStock(const StoreSession &store, const QString &path,
+                                     std::optional<long> netId = std::nullopt);
 
 } // namespace moratools

@@ -4,6 +4,7 @@
 #include "store/core/Engine.h"
 #include "store/guard/ConnectionGuard.h"
 #include "tools/reports/Failure.h"
+#include "tools/session/Patience.h"
 #include "tools/session/ServerFailure.h"
 #include "tools/session/StoreSession.h"
 
@@ -15,6 +16,15 @@ namespace moratools {
 namespace {
 
 constexpr char kIsWriting[] = "another program is writing to the store; try again when it has finished";
+
+/// How long, in milliseconds, is waited for others at least: for one that writes, for one that reads.
+constexpr int kQuick = 500;
+constexpr int kWhileReading = 2000;
+
+/// Whether another session has the lock on a server.
+bool isTaken(const QSqlError &error) {
+    return error.nativeErrorCode() == QLatin1String("55P03");
+}
 
 } // namespace
 
@@ -47,7 +57,7 @@ GuardedTransaction::GuardedTransaction(const StoreSession &store)
 }
 
 void GuardedTransaction::beginSqlite() {
-    run("begin immediate");
+    runPatiently("begin immediate", kQuick);
     mOpen = true;
     // Changed pages that the cache has no room for are written early where nobody reads the store, and wait
     // in memory where somebody does: neither waits for the reader.
@@ -65,18 +75,33 @@ void GuardedTransaction::beginServer() {
     mOpen = true;
     // Writers go one at a time, as they do in a file: they take the numbers of new networks from what is
     // there.
-    QSqlQuery lock(mDb);
-    if (lock.exec(QStringLiteral("lock table Net in share row exclusive mode nowait"))) {
-        mWithoutSavepoints.emplace(mDb);
-        return;
+    const QString lock = QStringLiteral("lock table Net in share row exclusive mode");
+    QSqlError error = tryOnServer({lock + QStringLiteral(" nowait")});
+    if (isTaken(error) && patience::most() > 0) {
+        patience::tellWaiting();
+        run("begin");
+        mOpen = true;
+        error = tryOnServer({QStringLiteral("set local lock_timeout = %1").arg(patience::most()), lock,
+                             QStringLiteral("set local lock_timeout to default")});
     }
-    const bool isTaken = lock.lastError().nativeErrorCode() == QLatin1String("55P03");
-    const QSqlError error = lock.lastError();
-    const QSqlQuery rollback(QStringLiteral("rollback"), mDb);
-    mOpen = false;
-    if (isTaken)
+    if (isTaken(error))
         throw Failure(QLatin1String(kIsWriting));
-    refuse(error);
+    if (error.isValid())
+        refuse(error);
+    mWithoutSavepoints.emplace(mDb);
+}
+
+QSqlError GuardedTransaction::tryOnServer(const QStringList &statements) {
+    QSqlQuery query(mDb);
+    for (const QString &sql : statements) {
+        if (query.exec(sql))
+            continue;
+        const QSqlError error = query.lastError();
+        const QSqlQuery rollback(QStringLiteral("rollback"), mDb);
+        mOpen = false;
+        return error;
+    }
+    return {};
 }
 
 GuardedTransaction::~GuardedTransaction() {
@@ -86,40 +111,54 @@ GuardedTransaction::~GuardedTransaction() {
 }
 
 void GuardedTransaction::commit() {
-    if (mGuard) {
-        if (mGuard->isRolledBack())
-            throw Failure(QStringLiteral("the store cannot be written (%1); nothing was changed")
-                              .arg(mStore.unexpectedFailures() > mFailuresBefore
-                                       ? mStore.firstFailureText().simplified()
-                                       : QStringLiteral("the engine took the changes back")));
-        mGuard->allow();
-        if (mReader)
-            mReader->close();
-        // Another program may be reading for a moment.
-        run("pragma busy_timeout = 2000");
-    } else {
-        run("select 1");
-        if (mStore.unexpectedFailures() > mFailuresBefore)
-            mStore.requireServerAlive();
-        if (mStore.unexpectedFailures() > mFailuresBefore)
-            throw Failure(QStringLiteral("the store refused a statement (%1); nothing was changed")
-                              .arg(mStore.firstFailureText().simplified()));
+    if (mGuard)
+        commitFile();
+    else
+        commitOnServer();
+    mOpen = false;
+}
+
+void GuardedTransaction::commitFile() {
+    if (mGuard->isRolledBack())
+        throw Failure(QStringLiteral("the store cannot be written (%1); nothing was changed")
+                          .arg(mStore.unexpectedFailures() > mFailuresBefore
+                                   ? mStore.firstFailureText().simplified()
+                                   : QStringLiteral("the engine took the changes back")));
+    mGuard->allow();
+    if (mReader)
+        mReader->close();
+    // Another program may be reading for a moment.
+    runPatiently("commit", kWhileReading);
+}
+
+void GuardedTransaction::commitOnServer() {
+    // What failed first has ended the transaction, and says why.
+    if (mStore.unexpectedFailures() > mFailuresBefore) {
+        mStore.requireServerAlive();
+        throw Failure(QStringLiteral("the store refused a statement (%1); nothing was changed")
+                          .arg(mStore.firstFailureText().simplified()));
     }
+    run("select 1");
     QSqlQuery end(mDb);
     if (!end.exec(QStringLiteral("commit"))) {
         // The answer is lost, not necessarily what it is about.
-        if (!mGuard && end.lastError().nativeErrorCode().isEmpty())
+        if (end.lastError().nativeErrorCode().isEmpty())
             throw Failure(QStringLiteral("the connection to the server was lost at the very end; see with "
                                          "\"morastore info\" whether the changes are there"));
         refuse(end.lastError());
     }
     mWithoutSavepoints.reset();
-    mOpen = false;
 }
 
 void GuardedTransaction::run(const char *sql) {
     QSqlQuery query(mDb);
     if (!query.exec(QLatin1String(sql)))
+        refuse(query.lastError());
+}
+
+void GuardedTransaction::runPatiently(const char *sql, int quick) {
+    const QSqlQuery query = patience::exec(mDb, QLatin1String(sql), quick);
+    if (query.lastError().isValid())
         refuse(query.lastError());
 }
 

@@ -5,7 +5,7 @@
 #include "tools/MoraToolsExport.h"
 
 #include <QSqlDatabase>
-#include <QString>
+#include <QStringList>
 
 #include <memory>
 #include <optional>
@@ -33,7 +33,8 @@ class StoreSession;
 /// dead.
 class MORATOOLS_EXPORT GuardedTransaction {
 public:
-    /// Takes the store's write lock at once. `store` must outlive this object. Throws `Failure` when another program holds it.
+    /// Takes the store's write lock at once, or as soon as another program lets go of it (Patience.h). `store` must
+    /// outlive this object. Throws `Failure` when another program holds it.
     explicit GuardedTransaction(const StoreSession &store);
     /// Rolls back what was not committed.
     ~GuardedTransaction();
@@ -59,7 +60,12 @@ private:
 
     void beginSqlite();
     void beginServer();
+    void commitFile();
+    void commitOnServer();
+    /// The error of the first statement that fails; the transaction is rolled back then.
+    QSqlError tryOnServer(const QStringList &statements);
     void run(const char *sql);
+    void runPatiently(const char *sql, int quick);
     [[noreturn]] void refuse(const QSqlError &error);
 
     const StoreSession &mStore;

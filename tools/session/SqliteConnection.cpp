@@ -3,6 +3,7 @@
 #include "store/core/ConnectionName.h"
 #include "store/guard/ConnectionGuard.h"
 #include "tools/reports/Failure.h"
+#include "tools/session/Patience.h"
 
 #include <QSqlDatabase>
 #include <QSqlError>
@@ -10,10 +11,17 @@
 
 namespace moratools {
 
+namespace {
+
+/// How long, in milliseconds, statements wait for other programs.
+constexpr int kQuick = 500;
+
+} // namespace
+
 SqliteConnection::SqliteConnection(const QString &path) : mName(newConnectionName("file")) {
     QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), mName);
     db.setDatabaseName(path);
-    db.setConnectOptions(QStringLiteral("QSQLITE_BUSY_TIMEOUT=500"));
+    db.setConnectOptions(QStringLiteral("QSQLITE_BUSY_TIMEOUT=%1").arg(kQuick));
     connectionguard::open(db);
 }
 
@@ -26,6 +34,12 @@ QSqlQuery SqliteConnection::run(const QString &sql) const {
     if (!query.exec(sql))
         throw Failure(query.lastError().databaseText());
     return query;
+}
+
+void SqliteConnection::runPatiently(const QString &sql) const {
+    const QSqlQuery query = patience::exec(QSqlDatabase::database(mName), sql, kQuick);
+    if (query.lastError().isValid())
+        throw Failure(query.lastError().databaseText());
 }
 
 void SqliteConnection::requireIntegrity() const {

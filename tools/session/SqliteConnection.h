@@ -15,6 +15,8 @@ public:
 
     /// Executes a statement. Throws `Failure` with the engine's words.
     QSqlQuery run(const QString &sql) const;
+    /// The same where the file is to be written to, which may take other programs to let go of it (Patience.h).
+    void runPatiently(const QString &sql) const;
     /// Throws `Failure` with the engine's words when the file is damaged.
     void requireIntegrity() const;
 

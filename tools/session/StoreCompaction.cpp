@@ -32,7 +32,7 @@ Compaction compactStore(const QString &path) {
     try {
         const SqliteConnection store(file);
         store.requireIntegrity();
-        store.run(QStringLiteral("vacuum"));
+        store.runPatiently(QStringLiteral("vacuum"));
         store.requireIntegrity();
     } catch (const Failure &failure) {
         throw Failure(

@@ -8,6 +8,7 @@
 #include "store/guard/SchemaGuard.h"
 #include "store/schema/Upgrade.h"
 #include "tools/reports/Failure.h"
+#include "tools/session/Patience.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -73,6 +74,9 @@ void requireWholeFile(const QString &path) {
 // Result codes of SQLite, https://www.sqlite.org/rescode.html.
 constexpr int kGeneralError = 1;
 
+/// How long, in milliseconds, readings wait for a program that writes.
+constexpr int kQuick = 500;
+
 /// The low byte, which is the primary code.
 int codeOf(const QSqlError &error) {
     return error.nativeErrorCode().toInt() & 0xff;
@@ -109,6 +113,13 @@ void run(QSqlDatabase &db, const QString &path, const char *sql) {
         refuse(path, query.lastError());
 }
 
+/// The same for as long as the process waits for others.
+void runPatiently(const QSqlDatabase &db, const QString &path, const char *sql) {
+    const QSqlQuery query = patience::exec(db, QLatin1String(sql), kQuick);
+    if (query.lastError().isValid())
+        refuse(path, query.lastError());
+}
+
 bool isLedByNetwork(const QSqlDatabase &db) {
     QSqlQuery column(
         QStringLiteral("select 1 from pragma_table_info('Link') where pk > 0 and lower(name) = 'netid'"), db);
@@ -116,18 +127,21 @@ bool isLedByNetwork(const QSqlDatabase &db) {
 }
 
 /// The store is one that the library would open, asked without a trace.
-Age judge(const QString &path) {
+Age judge(const QString &path, Access access) {
     const ReadOnlyFile file(path);
     if (!file.refusal().isEmpty())
         throw Failure(QStringLiteral("%1: %2").arg(path, file.refusal()));
     const Probe probe;
     QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), probe.name);
     file.applyTo(db);
-    db.setConnectOptions(db.connectOptions() + QStringLiteral(";QSQLITE_BUSY_TIMEOUT=500"));
+    db.setConnectOptions(db.connectOptions() + QStringLiteral(";QSQLITE_BUSY_TIMEOUT=%1").arg(kQuick));
     if (!connectionguard::open(db))
         throw Failure(QStringLiteral("%1: cannot be opened (%2)").arg(path, db.lastError().databaseText()));
     const connectionguard::QuickQuestions quick(db);
-    run(db, path, "select count(*) from sqlite_master");
+    if (access != Access::Read)
+        runPatiently(db, path, "select count(*) from sqlite_master");
+    else
+        run(db, path, "select count(*) from sqlite_master");
     FailureList reasons;
     if (!schemaguard::hasPlainTables(db, path, reasons) || !schemaguard::hasFittingVersion(db, path, reasons))
         throw Failure(reasons.last().error);
@@ -154,10 +168,9 @@ void requireWriteLock(const QString &path) {
     const Probe probe;
     QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), probe.name);
     db.setDatabaseName(path);
-    db.setConnectOptions(QStringLiteral("QSQLITE_BUSY_TIMEOUT=500"));
     if (!connectionguard::open(db))
         throw Failure(QStringLiteral("%1: cannot be opened (%2)").arg(path, db.lastError().databaseText()));
-    run(db, path, "begin immediate");
+    runPatiently(db, path, "begin immediate");
     run(db, path, "rollback");
 }
 
@@ -168,7 +181,7 @@ Age requireStore(const QString &path, Access access) {
     requireWholeFile(path);
     if (access != Access::Read)
         requireNoGuest(path);
-    const Age age = judge(path);
+    const Age age = judge(path, access);
     if (access != Access::Read)
         requireWriteLock(path);
     return age;

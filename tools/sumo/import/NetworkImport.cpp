@@ -82,13 +82,13 @@ QPointF centreOf(const SumoNet &net) {
     return {(low.x + high.x) / 2, (low.y + high.y) / 2};
 }
 
-/// Ids and names. One that is not read may have the name, or be the default.
-QList<QPair<long, QString>> networksOf(const StoreSession &store) {
+/// The networks that the store has. One that is not read may have the name, or be the default.
+QList<NetRecord> networksOf(const StoreSession &store) {
     const int failures = store.unexpectedFailures();
-    const auto names = DBTools::selectNetNames(store.db());
+    const QList<NetRecord> present = DBTools::selectNetRecords(store.db());
     if (store.unexpectedFailures() > failures)
         store.refuseReading(QStringLiteral("the list of networks"));
-    return names;
+    return present;
 }
 
 /// The record that the new network gets in a store of one network: the one that is there already (the upgrade
@@ -159,9 +159,9 @@ QString networkNameOf(const QString &path) {
 }
 
 void requirePlaceFor(const StoreSession &store, const QString &name) {
-    const auto present = networksOf(store);
-    for (const auto &other : present) {
-        if (other.second == name)
+    const QList<NetRecord> present = networksOf(store);
+    for (const NetRecord &other : present) {
+        if (other.name == name)
             throw Failure(
                 QStringLiteral("the store has a network \"%1\" already; give another name").arg(name));
     }

@@ -1,0 +1,55 @@
+#include "tools/session/Patience.h"
+
+#include <QSqlDatabase>
+#include <QSqlError>
+#include <QSqlQuery>
+#include <QString>
+
+#include <utility>
+
+namespace moratools::patience {
+
+namespace {
+
+struct State {
+    int milliseconds = 0;
+    std::function<void()> isWaiting;
+};
+
+State &state() {
+    static State ofProcess;
+    return ofProcess;
+}
+
+} // namespace
+
+void set(int seconds, std::function<void()> isWaiting) {
+    state() = {seconds * 1000, std::move(isWaiting)};
+}
+
+int most() {
+    return state().milliseconds;
+}
+
+void tellWaiting() {
+    if (state().isWaiting)
+        state().isWaiting();
+}
+
+QSqlQuery exec(const QSqlDatabase &db, const QString &sql, int quick) {
+    // The result code of SQLite for a lock that another connection has, https://www.sqlite.org/rescode.html.
+    constexpr int busy = 5;
+    const QString limit = QStringLiteral("pragma busy_timeout = %1");
+    QSqlQuery(db).exec(limit.arg(quick));
+    QSqlQuery query(db);
+    if (query.exec(sql) || (query.lastError().nativeErrorCode().toInt() & 0xff) != busy || most() <= quick)
+        return query;
+    tellWaiting();
+    query.finish();
+    QSqlQuery(db).exec(limit.arg(most()));
+    query.exec(sql);
+    QSqlQuery(db).exec(limit.arg(quick));
+    return query;
+}
+
+} // namespace moratools::patience
