@@ -11,6 +11,7 @@ class StoreInfoTest : public StoreFixture {
 protected:
     /// Networks with as many vertices as their number says, and a link of that many metres for every second one.
     void addNetworks(int first, int last) {
+        ASSERT_TRUE(gDB.transaction());
         for (int id = first; id <= last; ++id) {
             const auto add = [&](const char *sql) { execute(QString::fromLatin1(sql).arg(id)); };
             add("insert into Net(NetId, name, sourceType, centerX, centerY, isDefault) values(%1, 'n%1', 's', 0, 0, 'F')");
@@ -26,6 +27,7 @@ protected:
                             .arg(QString::number(id), QLatin1String(node)));
             add("insert into Link(NetId, linkID, StartNodeID, EndNodeID, length) values(%1, 1, 1, 2, %1.5)");
         }
+        ASSERT_TRUE(gDB.commit());
     }
     static qint64 rowsOf(const NetworkInfo &network, const char *kind) {
         for (const auto &each : network.rows) {
