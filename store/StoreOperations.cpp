@@ -83,7 +83,11 @@ bool StoreOperations<Facade>::validateQuery(QSqlQuery &query) {
 
 template <class Facade>
 bool StoreOperations<Facade>::initDictionary(QSqlDatabase &db, long netId, bool useTransaction) {
-    return dictionaries::seedDictionaries(Facade::storeOf(db, netId), useTransaction);
+    Store store = Facade::storeOf(db, netId);
+    // Each preparation is a message to the server, and so is its end.
+    if (store.isPostgreSql())
+        store.keepStatements();
+    return dictionaries::seedDictionaries(store, useTransaction);
 }
 
 template <class Facade>

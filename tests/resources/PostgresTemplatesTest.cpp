@@ -107,6 +107,21 @@ TEST_F(PostgresTemplates, TheInitialisedOneHoldsNetwork1WithItsDictionaries) {
     gDB.close();
 }
 
+TEST_F(PostgresTemplates, AnIndexAnswersForTheLargestIdentifierOfEachTable) {
+    const PostgresDatabase database;
+    open(database);
+    // What a sequence numbers, by the column that follows the network's in its key.
+    const QString numbered = QStringLiteral(
+        "from pg_class t join pg_constraint k on k.conrelid = t.oid and k.contype = 'p' and cardinality(conkey) = 2 and relname <> 'logger' "
+        "where exists (select 1 from pg_sequences where sequencename = 'seq_' || relname || '_id')");
+    EXPECT_EQ(rows(QStringLiteral("select count(*) ") + numbered), QStringList(QStringLiteral("28")));
+    EXPECT_EQ(rows(QStringLiteral("select relname ") + numbered +
+                   QStringLiteral(" and not exists (select 1 from pg_index where indrelid = t.oid "
+                                  "and indkey[0] = conkey[2])")),
+              QStringList());
+    gDB.close();
+}
+
 /// The keys of the format but for those that no store could keep.
 TEST_F(PostgresTemplates, EveryKeyThatCanHoldIsDeclaredAndIndexed) {
     const PostgresDatabase database;
