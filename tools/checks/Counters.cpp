@@ -20,7 +20,7 @@ QHash<QString, qint64> valuesOf(const Checked &checked) {
     if (!store.isSqlite()) {
         QSqlQuery rows =
             store.run(QStringLiteral("select sequencename, coalesce(last_value, 0) from pg_sequences "
-                                     "where schemaname = current_schema()"));
+                                     "where pg_table_is_visible(format('%I.%I', schemaname, sequencename)::regclass)"));
         while (rows.next()) {
             QString name = rows.value(0).toString();
             name.remove(QLatin1String("seq_")).chop(int(qstrlen("_id")));

@@ -1,6 +1,7 @@
 #include "tools/rows/StoreTables.h"
 
 #include "store/core/Engine.h"
+#include "store/core/TableNames.h"
 #include "tools/reports/Failure.h"
 #include "tools/session/ServerFailure.h"
 
@@ -45,11 +46,16 @@ constexpr const char *kSqliteColumns =
     "select m.name, c.name, c.type from sqlite_master m, pragma_table_info(m.name) c "
     // A virtual table of a plug-in's would run its module.
     "where m.type = 'table' and m.sql like 'create table%' and m.name not like 'sqlite\\_%' escape '\\' order by m.name, c.cid";
-constexpr const char *kServerColumns =
-    "select c.table_name, c.column_name, c.data_type from information_schema.columns c "
-    "join information_schema.tables t on t.table_schema = c.table_schema and t.table_name = c.table_name "
-    "where c.table_schema = current_schema() and t.table_type = 'BASE TABLE' "
-    "order by c.table_name, c.ordinal_position";
+
+/// Tables that the user may not look into are none, but for the owner's.
+QString serverColumns() {
+    return QStringLiteral(
+               "select relname, attname, format_type(atttypid, null) from pg_class join pg_attribute on "
+               "attrelid = pg_class.oid where %1 and attnum > 0 and not attisdropped and "
+               "(pg_has_role(relowner, 'usage') or has_any_column_privilege(pg_class.oid, 'select')) "
+               "order by relname, attnum")
+        .arg(tablesOnServer());
+}
 
 } // namespace
 
@@ -66,7 +72,7 @@ QHash<QString, StoreTable> storeTables(const QSqlDatabase &db) {
     const bool isSqlite = engine::isSqlite(db);
     QSqlQuery query(db);
     query.setForwardOnly(true);
-    if (!query.exec(QLatin1String(isSqlite ? kSqliteColumns : kServerColumns))) {
+    if (!query.exec(isSqlite ? QLatin1String(kSqliteColumns) : serverColumns())) {
         requireServer(query);
         throw Failure(QStringLiteral("the tables of the store cannot be read (%1)")
                           .arg(query.lastError().databaseText().simplified()));

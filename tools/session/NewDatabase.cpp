@@ -77,6 +77,24 @@ void requireEmpty(Server &server, const StoreAddress &address) {
                           .arg(address.name()));
 }
 
+/// Where the tables are to go is asked before any is made: a store that statements do not find is none.
+void requireSchema(Server &server, const StoreAddress &address, const QString &wanted) {
+    const QString found = server.value(
+        wanted.isEmpty()
+            ? QStringLiteral("select current_schema()")
+            : QStringLiteral("select %1 = any(current_schemas(false))").arg(server.literal(wanted)));
+    if (!wanted.isEmpty() && found != QLatin1String("t"))
+        throw Failure(
+            QStringLiteral("%1: the template goes into schema \"%2\", which the search path of this user "
+                           "does not have (\"%3\"); give options='-c search_path=%2', or make the store "
+                           "with --partitions, which goes into the first schema of the path")
+                .arg(address.name(), wanted, server.value(QStringLiteral("show search_path"))));
+    if (found.isEmpty())
+        throw Failure(QStringLiteral("%1: no schema of the search path exists (\"%2\"); make one, or give "
+                                     "options='-c search_path=...'")
+                          .arg(address.name(), server.value(QStringLiteral("show search_path"))));
+}
+
 /// An environment with the secrets of the connection string: what stands on a command line is everybody's to
 /// read.
 QProcessEnvironment environmentOf(const StoreAddress &address) {
@@ -155,6 +173,7 @@ void makeDatabaseStore(const StoreAddress &address, const QString &name) {
         throw Failure(QStringLiteral("there is no template \"%1\" for servers; the templates are %2")
                           .arg(name, databaseTemplateNames().join(QStringLiteral(", "))));
     fill(address, [&](std::unique_ptr<Server> server) {
+        requireSchema(*server, address, QStringLiteral("public"));
         server.reset();
         restore(address, name);
         requireWorking(address);
@@ -163,6 +182,7 @@ void makeDatabaseStore(const StoreAddress &address, const QString &name) {
 
 void makePartitionedStore(const StoreAddress &address, int partitions) {
     fill(address, [&](std::unique_ptr<Server> server) {
+        requireSchema(*server, address, {});
         inPartitions(*server, partitions, [&] { partitions::makeStore(*server, partitions); });
         requireWorking(address);
     });
