@@ -11,6 +11,7 @@
 #include "store/protection/FileProtection.h"
 #include "store/schema/Upgrade.h"
 #include "store/server/ConnectionWords.h"
+#include "store/server/Pooler.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -169,6 +170,8 @@ bool isWritableStoreFile(const QString &path, FailureList &failures) {
 bool openGuarded(QSqlDatabase &db, FailureList &failures) {
     if (!openWithPlainBackslashes(db))
         return true;
+    if (const QString objection = pooler::objection(db); !objection.isEmpty())
+        return recordFailure(failures, {}, QStringLiteral("%1: %2").arg(db.databaseName(), objection));
     const connectionguard::QuickQuestions quick(db);
     return schemaguard::hasPlainTables(db, QDir::toNativeSeparators(db.databaseName()), failures);
 }

@@ -98,6 +98,23 @@ ConnectionWords of(pg_conn *connection) {
 #endif
 }
 
+ConnectionWords beside(pg_conn *connection) {
+    ConnectionWords words = of(connection);
+#ifdef MORASTORE_WITH_POSTGRESQL
+    const auto isOfPlace = [](const ConnectionWord &word) {
+        return word.keyword == "host" || word.keyword == "hostaddr" || word.keyword == "port" ||
+               word.keyword == "target_session_attrs" || word.keyword == "options";
+    };
+    words.erase(std::remove_if(words.begin(), words.end(), isOfPlace), words.end());
+    const QByteArray host = PQhost(connection);
+    words.append(ConnectionWord{"host", host});
+    words.append(ConnectionWord{"port", PQport(connection)});
+    if (!host.startsWith('/'))
+        words.append(ConnectionWord{"hostaddr", PQhostaddr(connection)});
+#endif
+    return words;
+}
+
 Arrays::Arrays(const ConnectionWords &words) {
     for (const ConnectionWord &word : words) {
         keywords.push_back(word.keyword.constData());

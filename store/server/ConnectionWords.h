@@ -37,6 +37,8 @@ MORASTORE_EXPORT QString spelled(const QByteArray &value);
 MORASTORE_EXPORT ConnectionWords resolved(const ConnectionWords &given);
 /// All that a connection which is there goes by.
 ConnectionWords of(pg_conn *connection);
+/// What leads to where that connection does, past names that may lead elsewhere the next time.
+ConnectionWords beside(pg_conn *connection);
 /// The value of a keyword; empty where the words do not have it.
 MORASTORE_EXPORT QByteArray value(const ConnectionWords &words, const char *keyword);
 

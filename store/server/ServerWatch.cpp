@@ -94,7 +94,7 @@ private:
 };
 
 void Watch::identify(PGconn *connection) {
-    const QByteArray session = SessionInquiry::identify(connection);
+    const QByteArray session = mInquiry.identify(connection);
     const std::lock_guard<std::mutex> lock(mMutex);
     mSession = session;
 }

@@ -3,6 +3,7 @@
 #ifdef MORASTORE_WITH_POSTGRESQL
 
 #include <QElapsedTimer>
+#include <QRegularExpression>
 
 #include <libpq-fe.h>
 
@@ -17,20 +18,11 @@ QByteArray text(const Result &result, int column) {
                                                 : QByteArray(PQgetvalue(result.get(), 0, column));
 }
 
-/// Leads to where the connection does, past names that may lead elsewhere the next time.
-ConnectionWords wordsBeside(PGconn *connection) {
-    ConnectionWords words = connectionwords::of(connection);
-    const auto isOfPlace = [](const ConnectionWord &word) {
-        return word.keyword == "host" || word.keyword == "hostaddr" || word.keyword == "port" ||
-               word.keyword == "target_session_attrs" || word.keyword == "options";
-    };
-    words.erase(std::remove_if(words.begin(), words.end(), isOfPlace), words.end());
-    const QByteArray host = PQhost(connection);
-    words.append(ConnectionWord{"host", host});
-    words.append(ConnectionWord{"port", PQport(connection)});
-    if (!host.startsWith('/'))
-        words.append(ConnectionWord{"hostaddr", PQhostaddr(connection)});
-    return words;
+/// Whether a server said why it refuses the connection, whatever its language.
+bool isRefused(PGconn *connection) {
+    static const QRegularExpression state(QStringLiteral(":\\s+[0-9A-Z]{5}\\s*\\z"));
+    return PQstatus(connection) == CONNECTION_BAD &&
+           QString::fromUtf8(PQerrorMessage(connection)).contains(state);
 }
 
 } // namespace
@@ -39,7 +31,7 @@ void SessionInquiry::Close::operator()(pg_conn *connection) const {
     PQfinish(connection);
 }
 
-SessionInquiry::SessionInquiry(pg_conn *connection) : mWords(wordsBeside(connection)) {}
+SessionInquiry::SessionInquiry(pg_conn *connection) : mWords(connectionwords::beside(connection)) {}
 
 QByteArray SessionInquiry::identify(pg_conn *connection) {
     const Result answer(PQexec(connection, "select pid, backend_start, pg_postmaster_start_time() from "
@@ -47,6 +39,7 @@ QByteArray SessionInquiry::identify(pg_conn *connection) {
                         PQclear);
     if (PQresultStatus(answer.get()) != PGRES_TUPLES_OK || PQntuples(answer.get()) != 1)
         return {};
+    mIsPooled = text(answer, 0).toInt() != PQbackendPID(connection);
     return "pid = " + text(answer, 0) + " and backend_start = '" + text(answer, 1) +
            "' and pg_postmaster_start_time() = '" + text(answer, 2) + "'";
 }
@@ -54,6 +47,7 @@ QByteArray SessionInquiry::identify(pg_conn *connection) {
 bool SessionInquiry::connect(int milliseconds, silentwait::Wanted wanted) {
     const connectionwords::Arrays arrays(mWords);
     mSecond.reset(PQconnectStartParams(arrays.keywords.data(), arrays.values.data(), 0));
+    PQsetErrorVerbosity(mSecond.get(), PQERRORS_SQLSTATE);
     return silentwait::connect(mSecond.get(), milliseconds, wanted) == silentwait::Reached::Connection;
 }
 
@@ -63,17 +57,17 @@ SessionInquiry::Answer SessionInquiry::ask(const QByteArray &session, int millis
     since.start();
     if (!connect(milliseconds, wanted)) {
         // A refusal (no connection left, say) comes from a server, too; silence does not.
-        const bool isRefused = PQstatus(mSecond.get()) == CONNECTION_BAD &&
-                               QByteArray(PQerrorMessage(mSecond.get())).contains("FATAL");
+        const bool hasAnswered = isRefused(mSecond.get());
         mSecond.reset();
-        return isRefused ? Answer::Works : Answer::None;
+        return hasAnswered ? Answer::Works : Answer::None;
     }
     const QByteArray sql = "select state, wait_event_type from pg_stat_activity where " +
                            (session.isEmpty() ? QByteArray("false") : session);
     const int left = std::max(milliseconds - int(since.elapsed()), 1);
     if (!silentwait::ask(mSecond.get(), sql.constData(), left, wanted)) {
         mSecond.reset();
-        return Answer::None;
+        // A pool that has let the connection in may have no session for it yet.
+        return mIsPooled ? Answer::Works : Answer::None;
     }
     const Result answer(PQgetResult(mSecond.get()), PQclear);
     if (PQresultStatus(answer.get()) != PGRES_TUPLES_OK || session.isEmpty())

@@ -5,6 +5,7 @@
 
 #include <QByteArray>
 
+#include <atomic>
 #include <memory>
 
 struct pg_conn;
@@ -23,7 +24,7 @@ public:
     explicit SessionInquiry(pg_conn *connection);
 
     /// Asks the session who it is; empty without an answer.
-    static QByteArray identify(pg_conn *connection);
+    QByteArray identify(pg_conn *connection);
 
     /// @param session what identify() gave. Without it only None and Works are told apart.
     Answer ask(const QByteArray &session, int milliseconds, silentwait::Wanted wanted);
@@ -39,4 +40,5 @@ private:
 
     ConnectionWords mWords;
     std::unique_ptr<pg_conn, Close> mSecond;
+    std::atomic<bool> mIsPooled{false}; ///< a pool stands between
 };

@@ -1,6 +1,7 @@
 #include "tools/session/Server.h"
 
 #include "store/core/StoreVersion.h"
+#include "store/server/Pooler.h"
 #include "store/server/ServerWatch.h"
 #include "store/server/SilentWait.h"
 #include "tools/reports/Failure.h"
@@ -138,6 +139,11 @@ QString Server::value(const QString &sql) {
     return PQntuples(result.get()) > 0 ? QString::fromUtf8(PQgetvalue(result.get(), 0, 0)) : QString();
 }
 
+void Server::requireOwnSession() {
+    if (const QString objection = pooler::objection(mConnection.get()); !objection.isEmpty())
+        throw Failure(QStringLiteral("%1: %2").arg(mName, objection));
+}
+
 void Server::run(const QString &sql) {
     value(sql);
 }
@@ -158,6 +164,7 @@ QString Server::identifier(const QString &name) {
 
 void requireServerStore(const StoreAddress &address, Access access) {
     Server server(address);
+    server.requireOwnSession();
     const QString tables =
         server.value(QStringLiteral("select count(*) from unnest(array['dbversion', 'net', 'idgenerater']) "
                                     "name where to_regclass(name) is not null"));

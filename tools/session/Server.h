@@ -21,6 +21,8 @@ public:
     /// A session, or none when the server has no such database.
     static std::unique_ptr<Server> open(const StoreAddress &address);
 
+    /// Throws `Failure` where a pool before the server mixes sessions.
+    void requireOwnSession();
     /// Runs a statement. Throws `Failure` with the server's words.
     void run(const QString &sql);
     /// The first value that a statement returns; empty without one. Throws as run() does.
