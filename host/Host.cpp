@@ -22,13 +22,11 @@ namespace {
 
 QtMessageHandler defaultHandler = nullptr;
 
-/// Drops what is none of the user's concern. What
-/// Qt's drivers say besides of a statement that failed or a server that is gone has a sentence of its own.
+/// Drops what Qt's drivers say besides, in whatever words and language: of a statement that failed or a server that is
+/// gone a sentence of our own tells. What we log has a category.
 void dropAsides(QtMsgType type, const QMessageLogContext &context, const QString &text) {
-    for (const char *beginning : {"Unable to free statement", "QSqlQuery::"}) {
-        if (text.startsWith(QLatin1String(beginning)))
-            return;
-    }
+    if (type == QtWarningMsg && qstrcmp(context.category, "default") == 0)
+        return;
     defaultHandler(type, context, printable::lines(text));
 }
 

@@ -194,6 +194,8 @@ int onEvent(PGEventId event, void *info, void *) {
 } // namespace
 
 void watch(pg_conn *connection) {
+    PQsetNoticeReceiver(
+        connection, [](void *, const PGresult *) {}, nullptr);
     const ConnectionWords words = connectionwords::of(connection);
     const int limit = connectionwords::value(words, "tcp_user_timeout").toInt();
     if (limit <= 0 || PQstatus(connection) != CONNECTION_OK ||

@@ -20,7 +20,8 @@ struct pg_conn;
 /// default), which the whole takes but for a tenth more. 0 leaves all waiting to TCP and the server.
 namespace serverwatch {
 
-/// @{ Watches a connection from here on until it is closed. Does nothing for other engines, and when the library
+/// @{ Watches a connection from here on until it is closed, and keeps libpq from writing to stderr what the server
+/// says beside its answers: a statement that fails says it, too. Does nothing for other engines, and when the library
 /// was built without libpq's headers.
 MORASTORE_EXPORT void watch(const QSqlDatabase &db);
 MORASTORE_EXPORT void watch(pg_conn *connection);

@@ -44,6 +44,9 @@ bool await(int socket, QSocketNotifier::Type event, const QDeadlineTimer &deadli
 Reached connect(pg_conn *connection, int milliseconds, Wanted wanted) {
     if (PQstatus(connection) == CONNECTION_BAD)
         return Reached::Nothing;
+    // What the server says beside its answers would go to stderr; a failure says it, too.
+    PQsetNoticeReceiver(
+        connection, [](void *, const PGresult *) {}, nullptr);
     const QDeadlineTimer deadline(milliseconds);
     PostgresPollingStatusType state = PGRES_POLLING_WRITING;
     ConnStatusType phase = PQstatus(connection);

@@ -104,6 +104,11 @@ void Proxy::forward(const std::shared_ptr<Pair> &pair, QIODevice *from, QIODevic
     const QByteArray bytes = from->readAll();
     if (!isFromClient)
         pair->received += bytes.size();
+    if (mCutAfter >= 0 && pair->received > mCutAfter) {
+        pair->server->close();
+        pair->client->close();
+        return;
+    }
     if (isToStall(*pair, bytes, isFromClient)) {
         pair->isStalled = true;
         ++mStalls;
@@ -115,7 +120,8 @@ void Proxy::forward(const std::shared_ptr<Pair> &pair, QIODevice *from, QIODevic
 
 void Proxy::send(Pair &pair, QIODevice *to, const QByteArray &bytes) {
     if (mDelay == 0 && mRate == 0) {
-        to->write(bytes);
+        if (to->isOpen())
+            to->write(bytes);
         return;
     }
     constexpr int piece = 4096;
@@ -124,6 +130,9 @@ void Proxy::send(Pair &pair, QIODevice *to, const QByteArray &bytes) {
         pair.due = std::max(pair.due, mClock.elapsed()) + (mRate > 0 ? part.size() * 1000 / mRate : 0);
         // Timers that end at one time do so in the order in which they were begun.
         const int wait = int(pair.due - mClock.elapsed()) + mDelay;
-        QTimer::singleShot(wait, Qt::PreciseTimer, to, [to, part] { to->write(part); });
+        QTimer::singleShot(wait, Qt::PreciseTimer, to, [to, part] {
+            if (to->isOpen())
+                to->write(part);
+        });
     }
 }

@@ -38,6 +38,8 @@ public:
     void stallAt(const QByteArray &text);
     /// A connection is silent once the server has sent so many bytes on it; -1: never.
     void stallAfter(qint64 bytes) { mStallAfter = bytes; }
+    /// A connection is cut once the server has sent so many bytes on it; -1: never.
+    void cutAfter(qint64 bytes) { mCutAfter = bytes; }
     /// Whether the next connection that stalls takes all along, those to come too.
     void stallAll(bool all) {
         mStallsAll = all;
@@ -72,6 +74,7 @@ private:
     std::atomic<int> mRate{0};
     std::atomic<int> mStalls{0};
     std::atomic<qint64> mStallAfter{-1};
+    std::atomic<qint64> mCutAfter{-1};
     std::atomic<bool> mIsSilent{false};
     std::atomic<bool> mStallsAll{false};
     std::atomic<bool> mAreAllStalled{false};
