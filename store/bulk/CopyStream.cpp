@@ -5,6 +5,9 @@
 
 #ifdef MORASTORE_WITH_POSTGRESQL
 
+#include <QSqlDriver>
+#include <QVariant>
+
 #include <libpq-fe.h>
 
 #include <charconv>
@@ -43,6 +46,20 @@ void appendEscaped(QByteArray &value, const QByteArray &text) {
     }
 }
 
+/// Whether tables of the database are on another server. Asked once for a connection: that they are there is a
+/// matter of speed alone.
+bool hasTablesElsewhere(const QSqlDatabase &db, PGconn *connection) {
+    constexpr char known[] = "morastoreHasTablesElsewhere";
+    QVariant answer = db.driver()->property(known);
+    if (!answer.isValid()) {
+        PGresult *result = PQexec(connection, "select 1 from pg_foreign_table limit 1");
+        answer = PQntuples(result) > 0;
+        PQclear(result);
+        db.driver()->setProperty(known, answer);
+    }
+    return answer.toBool();
+}
+
 } // namespace
 
 bool CopyStream::serves(const QSqlDatabase &db) {
@@ -53,14 +70,37 @@ CopyStream::CopyStream(const QSqlDatabase &db, const QString &table, const QStri
     : mConnection(enginehandle::postgresql(db)),
       mSql(QStringLiteral("copy %1(%2) from stdin").arg(table, columns.join(QLatin1String(", ")))),
       mValues(std::size_t(columns.size())) {
-    PGresult *result = PQexec(mConnection, mSql.toUtf8().constData());
-    mIsOpen = PQresultStatus(result) == PGRES_COPY_IN;
+    mBuffer.reserve(2 * kChunk);
+    QString copy = mSql;
+    if (hasTablesElsewhere(db, mConnection) &&
+        enginehandle::transactionState(db) == enginehandle::TransactionState::Open) {
+        const QString listed = columns.join(QLatin1String(", "));
+        const auto filled = [&](const char *sql) {
+            return QString::fromLatin1(sql)
+                .replace(QLatin1String("{table}"), table)
+                .replace(QLatin1String("{columns}"), listed);
+        };
+        if (!execute(
+                filled("create temp table morastore_rows on commit drop as select {columns} from {table} "
+                       "with no data")))
+            return;
+        copy = filled("copy morastore_rows({columns}) from stdin");
+        mPassOn = filled("insert into {table}({columns}) select {columns} from morastore_rows; "
+                         "drop table morastore_rows");
+    }
+    mIsOpen = execute(copy);
     serverwatch::makesRows(mConnection, mIsOpen);
-    if (!mIsOpen)
+}
+
+bool CopyStream::execute(const QString &sql) {
+    PGresult *result = PQexec(mConnection, sql.toUtf8().constData());
+    const ExecStatusType status = PQresultStatus(result);
+    const bool good = status == PGRES_COPY_IN || status == PGRES_COMMAND_OK;
+    if (!good)
         mError = QString::fromUtf8(PQresultErrorMessage(result)).simplified();
     mErrorCode = QString::fromLatin1(PQresultErrorField(result, PG_DIAG_SQLSTATE));
     PQclear(result);
-    mBuffer.reserve(2 * kChunk);
+    return good;
 }
 
 CopyStream::~CopyStream() {
@@ -115,7 +155,7 @@ bool CopyStream::write() {
 }
 
 bool CopyStream::finish() {
-    return mIsOpen && send() && end(nullptr);
+    return mIsOpen && send() && end(nullptr) && (mPassOn.isEmpty() || execute(mPassOn));
 }
 
 bool CopyStream::send() {

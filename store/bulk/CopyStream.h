@@ -12,6 +12,9 @@ struct pg_conn;
 
 /// Rows on their way into one table by PostgreSQL's COPY, many times faster than inserts. While one is open
 /// the connection runs no other statement. Values are by number of column; each row sets every one.
+///
+/// Where tables of the database are on another server, rows of a transaction wait in a temporary table for the
+/// last one: the server would pass each on by itself, and so it passes them on by the thousand.
 class MORASTORE_EXPORT CopyStream {
 public:
     /// Whether the connection is one whose rows can be streamed.
@@ -50,9 +53,11 @@ private:
     QByteArray &emptied(int column);
     bool send();
     bool end(const char *reason);
+    bool execute(const QString &sql);
 
     pg_conn *mConnection; ///< the driver's
     QString mSql;
+    QString mPassOn; ///< what brings the rows from where they wait into the table; empty where they do not
     QString mError;
     QString mErrorCode;
     std::vector<QByteArray> mValues;
