@@ -80,6 +80,16 @@ pg_conn *postgresql(const QSqlDatabase &db) {
 #endif
 }
 
+void dropRemarks(const QSqlDatabase &db) {
+#ifdef MORASTORE_WITH_POSTGRESQL
+    if (PGconn *connection = postgresql(db))
+        PQsetNoticeProcessor(
+            connection, [](void *, const char *) {}, nullptr);
+#else
+    Q_UNUSED(db)
+#endif
+}
+
 TransactionState transactionState(const QSqlDatabase &db) {
 #ifdef MORASTORE_WITH_SQLITE
     if (sqlite3 *connection = sqlite(db))

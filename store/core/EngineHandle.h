@@ -28,6 +28,10 @@ int extendedErrorCode(const QSqlDriver *driver);
 /// without libpq's headers. libpq is a shared library everywhere: the driver's is ours.
 pg_conn *postgresql(const QSqlDatabase &db);
 
+/// What a PostgreSQL server remarks beside its answers (notices, warnings) goes nowhere from here on; libpq
+/// would write it to stderr, which is the program's.
+void dropRemarks(const QSqlDatabase &db);
+
 /// What becomes of the next statement on a connection.
 enum class TransactionState {
     None,   ///< it is a transaction of its own

@@ -33,6 +33,7 @@ bool open(QSqlDatabase &db) {
     if (!db.open())
         return false;
     harden(db);
+    enginehandle::dropRemarks(db);
     serverwatch::watch(db);
     return true;
 }

@@ -141,8 +141,10 @@ void GuardedTransaction::commitOnServer() {
     run("select 1");
     QSqlQuery end(mDb);
     if (!end.exec(QStringLiteral("commit"))) {
-        // The answer is lost, not necessarily what it is about.
-        if (end.lastError().nativeErrorCode().isEmpty())
+        // The answer is lost, not necessarily what it is about. Class 08 is the loss of another server that holds
+        // a part of the store.
+        const QString code = end.lastError().nativeErrorCode();
+        if (code.isEmpty() || code.startsWith(QLatin1String("08")))
             throw Failure(QStringLiteral("the connection to the server was lost at the very end; see with "
                                          "\"morastore info\" whether the changes are there"));
         refuse(end.lastError());

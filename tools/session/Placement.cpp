@@ -61,7 +61,6 @@ public:
     /// Begins a transaction that keeps others from writing to the store.
     void begin() {
         mServer.run(QStringLiteral("begin"));
-        mServer.run(QStringLiteral("set local client_min_messages = warning"));
         mServer.run(QStringLiteral("set local lock_timeout = '10s'"));
         mServer.run(QStringLiteral("lock table Net in share row exclusive mode"));
         mTables = orderedParents();
