@@ -87,6 +87,26 @@ bool cross(const GeometryLine &a, const GeometryLine &b) {
     return false;
 }
 
+bool isGreenAtOnceAfter(const SignalPhase &next, const SignalPhase &phase, long cycle) {
+    if (cycle <= 0)
+        return false;
+    using Greens = std::vector<std::pair<long, long>>;
+    const auto begins = [](const Greens &greens, long moment) {
+        return std::any_of(greens.begin(), greens.end(),
+                           [moment](const auto &green) { return green.first == moment; });
+    };
+    const auto ends = [cycle](const Greens &greens, long moment) {
+        return std::any_of(greens.begin(), greens.end(),
+                           [cycle, moment](const auto &green) { return green.second % cycle == moment; });
+    };
+    const Greens greens = greensOf(phase);
+    const Greens others = greensOf(next);
+    // One green may follow another one, in both.
+    return std::any_of(others.begin(), others.end(), [&](const auto &green) {
+        return !ends(others, green.first) && ends(greens, green.first) && !begins(greens, green.first);
+    });
+}
+
 bool areGreenTogether(const SignalPhase &a, const SignalPhase &b) {
     const auto others = greensOf(b);
     for (const auto &green : greensOf(a)) {

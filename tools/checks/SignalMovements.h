@@ -54,4 +54,7 @@ bool cross(const GeometryLine &a, const GeometryLine &b);
 /// Whether both phases are green at a moment of their cycle.
 bool areGreenTogether(const SignalPhase &a, const SignalPhase &b);
 
+/// Whether `next` turns green at the moment in which the green of `phase` ends. The cycle is in seconds.
+bool isGreenAtOnceAfter(const SignalPhase &next, const SignalPhase &phase, long cycle);
+
 } // namespace moratools

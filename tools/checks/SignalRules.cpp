@@ -239,7 +239,9 @@ bool areInConflict(const LaneConnector &a, const GeometryLine &lineA, const Lane
     return a.mpStartLane != b.mpStartLane && (a.mpEndLane == b.mpEndLane || cross(lineA, lineB));
 }
 
-void checkConflicts(const Checked &checked, Reporter &reporter) {
+/// Calls `use` with each two lamps of a group whose ways meet, of those for whose phases `isAskedFor`.
+template <class IsAskedFor, class Use>
+void forEachConflict(const Checked &checked, const IsAskedFor &isAskedFor, const Use &use) {
     const auto &movements = checked.made<SignalMovements>();
     forEachGroup(checked, [&](const SignalGroup &group) {
         struct Lit {
@@ -254,14 +256,37 @@ void checkConflicts(const Checked &checked, Reporter &reporter) {
         }
         for (auto a = lit.begin(); a != lit.end(); ++a) {
             for (auto b = std::next(a); b != lit.end(); ++b) {
-                if (areGreenTogether(*a->lamp->mpPhase, *b->lamp->mpPhase) &&
+                if (isAskedFor(*a->lamp->mpPhase, *b->lamp->mpPhase, group) &&
                     areInConflict(*a->way, a->line, *b->way, b->line))
-                    findLamp(reporter, *a->lamp,
-                             QStringLiteral("is green together with %1, and their ways meet")
-                                 .arg(called(*b->lamp)));
+                    use(*a->lamp, *b->lamp);
             }
         }
     });
+}
+
+void checkConflicts(const Checked &checked, Reporter &reporter) {
+    forEachConflict(
+        checked,
+        [](const SignalPhase &a, const SignalPhase &b, const SignalGroup &) {
+            return areGreenTogether(a, b);
+        },
+        [&reporter](const SignalLamp &a, const SignalLamp &b) {
+            findLamp(reporter, a,
+                     QStringLiteral("is green together with %1, and their ways meet").arg(called(b)));
+        });
+}
+
+void checkClearance(const Checked &checked, Reporter &reporter) {
+    forEachConflict(
+        checked,
+        [](const SignalPhase &a, const SignalPhase &b, const SignalGroup &group) {
+            return isGreenAtOnceAfter(a, b, group.timeLength) || isGreenAtOnceAfter(b, a, group.timeLength);
+        },
+        [&reporter](const SignalLamp &a, const SignalLamp &b) {
+            findLamp(reporter, a,
+                     QStringLiteral("and %1 take turns without a second in between, and their ways meet")
+                         .arg(called(b)));
+        });
 }
 
 std::vector<Rule> planRules() {
@@ -317,6 +342,11 @@ std::vector<Rule> lampRules() {
          "Two ways that cross or end in one lane are green together; who yields is not in the store.",
          "Nothing has to be done where one of them yields, as a left turn does; else change the phases.",
          checkConflicts},
+        {"signal-lamp.clearance-missing", "signals", Severity::Warning, Scope::Objects,
+         "Of two ways that cross or end in one lane one turns green in the second in which the green of the other ends: "
+         "who drove last is still on the crossing.",
+         "Put yellow, and where the crossing is wide a few seconds of red for both, between the greens.",
+         checkClearance},
     };
 }
 

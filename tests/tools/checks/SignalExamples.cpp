@@ -6,6 +6,8 @@
 std::vector<Example> signalExamples() {
     const QString colour =
         QStringLiteral("update SignalColor set %1 where signalPhaseID = 29 and serialNumber = %2");
+    const QString second = QStringLiteral(
+        "update SignalColor set timeLength = %1 where signalPhaseID = 17 and serialNumber = %2");
     const QString addGroup = QStringLiteral("insert into SignalGroup values (1, 3, 'spare', 60, 0, 86400)");
     const QString countGroup =
         QStringLiteral("update IDGenerater set ID = 3 where TableName = 'SignalGroup'");
@@ -76,5 +78,11 @@ std::vector<Example> signalExamples() {
         {"signal-lamp.conflicting-green",
          {QStringLiteral("update SignalColor set color = 'Green' where signalPhaseID = 21")},
          {QStringLiteral("update SignalColor set color = 'Red' where signalPhaseID = 21")}},
+        // Phase 17 is green after 29, from second 23 on; lamps 1 and 5 lead to lane 25.
+        {"signal-lamp.clearance-missing",
+         {second.arg(QStringLiteral("20"), QStringLiteral("1")),
+          second.arg(QStringLiteral("23"), QStringLiteral("2"))},
+         {second.arg(QStringLiteral("21"), QStringLiteral("1")),
+          second.arg(QStringLiteral("22"), QStringLiteral("2"))}},
     };
 }
