@@ -5,11 +5,13 @@
 #include <QDeadlineTimer>
 #include <QEventLoop>
 #include <QSocketNotifier>
+#include <QThread>
 #include <QTimer>
 
 #include <libpq-fe.h>
 
 #include <algorithm>
+#include <memory>
 
 namespace silentwait {
 
@@ -39,9 +41,18 @@ bool await(int socket, QSocketNotifier::Type event, const QDeadlineTimer &deadli
     return isReady;
 }
 
-} // namespace
+/// In a thread of its own: a loop that waits for a socket would hand out the events of the caller's thread in the
+/// middle of an opening, clicks on a window and timers.
+template <class Work>
+auto apart(const Work &work) {
+    decltype(work()) result{};
+    const std::unique_ptr<QThread> thread(QThread::create([&] { result = work(); }));
+    thread->start();
+    thread->wait();
+    return result;
+}
 
-Reached connect(pg_conn *connection, int milliseconds, Wanted wanted) {
+Reached connectHere(pg_conn *connection, int milliseconds, Wanted wanted) {
     if (PQstatus(connection) == CONNECTION_BAD)
         return Reached::Nothing;
     // What the server says beside its answers would go to stderr; a failure says it, too.
@@ -62,7 +73,7 @@ Reached connect(pg_conn *connection, int milliseconds, Wanted wanted) {
     return phase == CONNECTION_SSL_STARTUP ? Reached::Encryption : Reached::Nothing;
 }
 
-bool ask(pg_conn *connection, const char *sql, int milliseconds, Wanted wanted) {
+bool askHere(pg_conn *connection, const char *sql, int milliseconds, Wanted wanted) {
     const QDeadlineTimer deadline(milliseconds);
     if (!PQsendQuery(connection, sql))
         return false;
@@ -72,6 +83,16 @@ bool ask(pg_conn *connection, const char *sql, int milliseconds, Wanted wanted) 
             return false;
     }
     return true;
+}
+
+} // namespace
+
+Reached connect(pg_conn *connection, int milliseconds, Wanted wanted) {
+    return apart([=] { return connectHere(connection, milliseconds, wanted); });
+}
+
+bool ask(pg_conn *connection, const char *sql, int milliseconds, Wanted wanted) {
+    return apart([=] { return askHere(connection, sql, milliseconds, wanted); });
 }
 
 } // namespace silentwait
