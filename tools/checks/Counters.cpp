@@ -18,9 +18,9 @@ QHash<QString, qint64> valuesOf(const Checked &checked) {
     const StoreReader &store = checked.rows();
     QHash<QString, qint64> values;
     if (!store.isSqlite()) {
-        QSqlQuery rows =
-            store.run(QStringLiteral("select sequencename, coalesce(last_value, 0) from pg_sequences "
-                                     "where pg_table_is_visible(format('%I.%I', schemaname, sequencename)::regclass)"));
+        QSqlQuery rows = store.run(
+            QStringLiteral("select sequencename, coalesce(last_value, 0) from pg_sequences "
+                           "where pg_table_is_visible(format('%I.%I', schemaname, sequencename)::regclass)"));
         while (rows.next()) {
             QString name = rows.value(0).toString();
             name.remove(QLatin1String("seq_")).chop(int(qstrlen("_id")));

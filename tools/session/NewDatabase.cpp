@@ -123,7 +123,16 @@ void restore(const StoreAddress &address, const QString &name) {
                             QStringLiteral("--no-password"), QStringLiteral("--dbname=") + address.name()});
     process.write(dump.readAll());
     process.closeWriteChannel();
-    process.waitForFinished(-1);
+    // It waits for a silent server for ever: while it works the server is asked now and then whether it is there.
+    constexpr int patience = 20000;
+    try {
+        while (process.state() != QProcess::NotRunning && !process.waitForFinished(patience))
+            Server(address).run(QStringLiteral("select 1"));
+    } catch (const Failure &) {
+        process.kill();
+        process.waitForFinished();
+        throw;
+    }
     if (process.exitStatus() != QProcess::NormalExit || process.exitCode() != 0)
         throw Failure(QStringLiteral("%1: the store cannot be made (%2); nothing was changed")
                           .arg(address.name(), QString::fromUtf8(process.readAll()).simplified().left(400)));
