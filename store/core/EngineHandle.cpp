@@ -22,11 +22,15 @@ namespace {
 
 /// The pointer in a driver's handle, whose type goes by a name: https://doc.qt.io/qt-5/qsqldriver.html#handle
 template <class T>
-T *handleOf(const QSqlDriver *driver, const char *typeName) {
-    const QVariant handle = driver->isOpen() ? driver->handle() : QVariant();
+T *pointerIn(const QVariant &handle, const char *typeName) {
     if (!handle.isValid() || std::strcmp(handle.typeName(), typeName) != 0)
         return nullptr;
     return *static_cast<T *const *>(handle.constData());
+}
+
+template <class T>
+T *handleOf(const QSqlDriver *driver, const char *typeName) {
+    return driver->isOpen() ? pointerIn<T>(driver->handle(), typeName) : nullptr;
 }
 
 #ifdef MORASTORE_WITH_SQLITE
@@ -73,20 +77,19 @@ int extendedErrorCode(const QSqlDriver *driver) {
 
 pg_conn *postgresql(const QSqlDatabase &db) {
 #ifdef MORASTORE_WITH_POSTGRESQL
-    return handleOf<pg_conn>(db.driver(), "PGconn*");
+    return db.isOpen() ? postgresql(*db.driver()) : nullptr;
 #else
     Q_UNUSED(db)
     return nullptr;
 #endif
 }
 
-void dropRemarks(const QSqlDatabase &db) {
+pg_conn *postgresql(const QSqlDriver &driver) {
 #ifdef MORASTORE_WITH_POSTGRESQL
-    if (PGconn *connection = postgresql(db))
-        PQsetNoticeProcessor(
-            connection, [](void *, const char *) {}, nullptr);
+    return pointerIn<pg_conn>(driver.handle(), "PGconn*");
 #else
-    Q_UNUSED(db)
+    Q_UNUSED(driver)
+    return nullptr;
 #endif
 }
 

@@ -28,9 +28,8 @@ int extendedErrorCode(const QSqlDriver *driver);
 /// without libpq's headers. libpq is a shared library everywhere: the driver's is ours.
 pg_conn *postgresql(const QSqlDatabase &db);
 
-/// What a PostgreSQL server remarks beside its answers (notices, warnings) goes nowhere from here on; libpq
-/// would write it to stderr, which is the program's.
-void dropRemarks(const QSqlDatabase &db);
+/// The same of a driver, also while it opens the connection.
+pg_conn *postgresql(const QSqlDriver &driver);
 
 /// What becomes of the next statement on a connection.
 enum class TransactionState {

@@ -2,6 +2,7 @@
 
 #include "store/core/Engine.h"
 #include "store/core/EngineHandle.h"
+#include "store/server/OpeningWatch.h"
 #include "store/server/ServerWatch.h"
 
 #include <QSqlDatabase>
@@ -30,10 +31,10 @@ constexpr int kSteps = 2000;
 } // namespace
 
 bool open(QSqlDatabase &db) {
+    const OpeningWatch watch(db);
     if (!db.open())
         return false;
     harden(db);
-    enginehandle::dropRemarks(db);
     serverwatch::watch(db);
     return true;
 }

@@ -68,8 +68,6 @@ Server::Server(const StoreAddress &address, bool mayLackDatabase) : mName(addres
     words.append(ConnectionWord{"client_encoding", "UTF8"});
     const silentwait::Reached reached = connect(connectionwords::withLimits(words));
     if (reached == silentwait::Reached::Connection) {
-        PQsetNoticeProcessor(
-            mConnection.get(), [](void *, const char *) {}, nullptr);
         serverwatch::watch(mConnection.get());
         return;
     }
