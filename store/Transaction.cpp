@@ -115,7 +115,8 @@ Transaction::Transaction(QSqlDatabase &db) {
     OpenTransactions &open = OpenTransactions::of(db.driver());
     // Where SQLite does not tell whether one is open, it begins one with the savepoint.
     const bool isFile = engine::isSqlite(db);
-    const bool begins = isFile ? enginehandle::transactionState(db) == enginehandle::TransactionState::None
+    const bool begins = isFile ? !stateOf(db).isReadOnly && enginehandle::transactionState(db) ==
+                                                                enginehandle::TransactionState::None
                                : !Savepoint::isInsideTransaction(db);
     Level level{++begun, begins, lastFailureNumber()};
     if (open.levels.empty() && engine::isSqlite(db))

@@ -3,6 +3,9 @@
 
 #include <QElapsedTimer>
 
+#include <memory>
+#include <vector>
+
 // Commands that write, while another program holds the store.
 
 namespace {
@@ -27,6 +30,24 @@ protected:
         EXPECT_TRUE(process.waitForFinished(120000));
         return {process.exitCode(), QString::fromUtf8(process.readAllStandardOutput()),
                 QString::fromUtf8(said + process.readAllStandardError())};
+    }
+
+    /// Six imports that are started together, and all that they say on stderr but that they wait.
+    static QString importSix(const QString &store) {
+        std::vector<std::unique_ptr<QProcess>> imports;
+        for (int i = 0; i < 6; ++i) {
+            imports.push_back(std::make_unique<QProcess>());
+            imports.back()->start(morastoreProgram(),
+                                  {QStringLiteral("import"), store, kExample, QStringLiteral("--name"),
+                                   QString::number(i), QStringLiteral("--wait"), QStringLiteral("60")});
+        }
+        QString said;
+        for (const auto &import : imports) {
+            EXPECT_TRUE(import->waitForFinished(200000));
+            EXPECT_EQ(import->exitCode(), 0);
+            said += QString::fromUtf8(import->readAllStandardError()).remove(kWaiting);
+        }
+        return said;
     }
 
     static QStringList impatient(const QStringList &command) {
@@ -89,6 +110,9 @@ TEST_F(WaitingWriter, GoesOnInAFileWhenAnotherHasFinished) {
     EXPECT_EQ(
         row(store, QStringLiteral("select group_concat(name) from (select name from Net order by name)")),
         QVariantList{QStringLiteral("b,crossing")});
+    EXPECT_EQ(importSix(store), QString());
+    EXPECT_EQ(row(store, QStringLiteral("select count(*), count(distinct NetId) from Lane")),
+              (QVariantList{8 * 28, 8}));
 }
 
 TEST_F(WaitingWriter, GoesOnOnAServerWhenAnotherHasFinished) {
@@ -105,5 +129,9 @@ TEST_F(WaitingWriter, GoesOnOnAServerWhenAnotherHasFinished) {
     const Outcome outcome = runUntilItWaits(import, [&] { beside.value(QStringLiteral("rollback")); });
     EXPECT_EQ(outcome.exitCode, 0);
     EXPECT_EQ(outcome.err, kWaiting);
-    EXPECT_EQ(beside.value(QStringLiteral("select count(*) from Net")), QStringLiteral("1"));
+    EXPECT_EQ(importSix(store.connectionString()), QString());
+    EXPECT_EQ(
+        beside.value(QStringLiteral("select string_agg(name || count, ' ' order by name) from (select name, "
+                                    "count(*) from Net join Lane using (NetId) group by name) as t")),
+        QStringLiteral("028 128 228 328 428 528 crossing28"));
 }

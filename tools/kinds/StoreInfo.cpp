@@ -89,7 +89,7 @@ bool Stocktaking::readEach(const QString &columns, const char *table, const Read
     rows.setForwardOnly(true);
     if (!rows.exec(sql)) {
         if (!isTableMissing(rows.lastError()))
-            mStore.refuseReading(QLatin1String(table), rows.lastError().databaseText());
+            mStore.refuseReading(QLatin1String(table), rows);
         return false;
     }
     while (rows.next()) {
@@ -103,7 +103,7 @@ bool Stocktaking::readEach(const QString &columns, const char *table, const Read
             read(mNetworks[*place], rows);
     }
     if (rows.lastError().isValid())
-        mStore.refuseReading(QLatin1String(table), rows.lastError().databaseText());
+        mStore.refuseReading(QLatin1String(table), rows);
     return true;
 }
 
