@@ -206,6 +206,10 @@ QList<NetRecord> DBTools::selectNetRecords(QSqlDatabase &db) {
     return networks::readBriefRecords(currentStoreOf(db));
 }
 
+QList<QPair<long, QString>> DBTools::selectNetNames(QSqlDatabase &db) {
+    return networks::readNames(ownStore(db, 0));
+}
+
 QList<Net> DBTools::selectNets(QSqlDatabase &db) {
     return networks::readNetworks(ownStore(db, 0));
 }

@@ -170,6 +170,8 @@ public:
     /// The records of all networks by id. In a store of several networks without caption and further attributes,
     /// which may be as large as the file that a network came from.
     static QList<NetRecord> selectNetRecords(QSqlDatabase &db);
+    /// Ids and names of all networks by id.
+    static QList<QPair<long, QString>> selectNetNames(QSqlDatabase &db);
     /// The background image of the scene configuration; empty without one.
     static QByteArray selectBackgroundMap(QSqlDatabase &db, long netId);
     /// @}

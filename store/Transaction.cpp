@@ -113,13 +113,14 @@ Transaction::Transaction(QSqlDatabase &db) {
     if (!checkConnection(db, stateOf(db).failures))
         return;
     OpenTransactions &open = OpenTransactions::of(db.driver());
-    // Where SQLite does not tell whether one is open, it begins one with the savepoint.
+    // Where SQLite does not tell whether one is open, it begins one with the savepoint; so it does where nobody is to
+    // write.
     const bool isFile = engine::isSqlite(db);
-    const bool begins = isFile ? !stateOf(db).isReadOnly && enginehandle::transactionState(db) ==
-                                                                enginehandle::TransactionState::None
-                               : !Savepoint::isInsideTransaction(db);
+    const bool isInside = isFile ? enginehandle::transactionState(db) != enginehandle::TransactionState::None
+                                 : Savepoint::isInsideTransaction(db);
+    const bool begins = !isInside && !(isFile && stateOf(db).isReadOnly);
     Level level{++begun, begins, lastFailureNumber()};
-    if (open.levels.empty() && engine::isSqlite(db))
+    if (open.levels.empty() && isFile)
         level.guard = std::make_unique<CommitGuard>(db);
     // One that the host has begun is the host's to commit.
     if (level.guard && level.guard->isInTransaction())

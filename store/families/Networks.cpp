@@ -261,6 +261,16 @@ QList<NetRecord> readBriefRecords(const Store &store) {
     return records;
 }
 
+QList<QPair<long, QString>> readNames(const Store &store) {
+    QList<QPair<long, QString>> names;
+    Query rows(store, "select NetId, name from Net order by NetId");
+    if (!rows.exec())
+        return names;
+    while (rows.next())
+        names.append({rows.firstId(), rows.text("name")});
+    return names;
+}
+
 QByteArray readBackgroundMap(const Store &store) {
     Query map(store, kBackgroundMap);
     return map.execAndNext() ? map.value("backgroundMap").toByteArray() : QByteArray();

@@ -61,6 +61,8 @@ QList<Net> readNetworks(const Store &store);
 QList<NetRecord> readRecords(const Store &store);
 /// The same without caption and attributes in a store of several networks; what was read before a failure.
 QList<NetRecord> readBriefRecords(const Store &store);
+/// Ids and names alone; what was read before a failure.
+QList<QPair<long, QString>> readNames(const Store &store);
 
 QByteArray readBackgroundMap(const Store &store);
 

@@ -1,6 +1,5 @@
 #include "tools/session/NetworkChoice.h"
 
-#include "model/Net.h"
 #include "store/DBTools.h"
 #include "tools/reports/Failure.h"
 #include "tools/session/StoreSession.h"
@@ -34,9 +33,9 @@ NamedNetwork networkCalled(const QString &wanted, const QList<NamedNetwork> &pre
 long networkIdOf(const StoreSession &store, const QString &wanted) {
     const int failuresBefore = store.unexpectedFailures();
     QList<NamedNetwork> present;
-    const QList<NetRecord> records = DBTools::selectNetRecords(store.db());
-    for (const NetRecord &record : records)
-        present.append({record.netId, record.name});
+    const auto names = DBTools::selectNetNames(store.db());
+    for (const auto &[id, name] : names)
+        present.append({id, name});
     if (store.unexpectedFailures() > failuresBefore)
         store.refuseReading(QStringLiteral("the list of networks"));
     return networkCalled(wanted, present).id;

@@ -83,11 +83,28 @@ QPointF centreOf(const SumoNet &net) {
 }
 
 /// The networks that the store has. One that is not read may have the name, or be the default.
-QList<NetRecord> networksOf(const StoreSession &store) {
+QList<QPair<long, QString>> networksOf(const StoreSession &store) {
     const int failures = store.unexpectedFailures();
-    const QList<NetRecord> present = DBTools::selectNetRecords(store.db());
+    const auto present = DBTools::selectNetNames(store.db());
     if (store.unexpectedFailures() > failures)
         store.refuseReading(QStringLiteral("the list of networks"));
+    return present;
+}
+
+/// The networks that the store has beside a new one called `name`. Throws where it has no place for it.
+QList<QPair<long, QString>> networksBeside(const StoreSession &store, const QString &name) {
+    const auto present = networksOf(store);
+    for (const auto &other : present) {
+        if (other.second == name)
+            throw Failure(
+                QStringLiteral("the store has a network \"%1\" already; give another name").arg(name));
+    }
+    QList<long> links;
+    if (!store.hasSeveralNetworks() && (!DBTools::selectLinkIDs(store.db(), 0, links) || !links.isEmpty()))
+        throw Failure(
+            QStringLiteral("the store is of generation %1, which holds one network, and has one; import "
+                           "into a new store")
+                .arg(store.generation()));
     return present;
 }
 
@@ -102,7 +119,7 @@ NetRecord recordOfOneNetwork(const StoreSession &store, NetRecord record) {
 }
 
 NetRecord recordFor(const StoreSession &store, const SumoNet &net, const QString &name) {
-    requirePlaceFor(store, name);
+    const auto present = networksBeside(store, name);
     NetRecord record;
     record.netId = unusedNumber(store, DBTools::selectMaxNetId(store.db()) + 1);
     record.name = name;
@@ -110,7 +127,7 @@ NetRecord recordFor(const StoreSession &store, const SumoNet &net, const QString
     record.sourceUrl = net.path;
     record.centerX = centreOf(net).x();
     record.centerY = centreOf(net).y();
-    record.isDefault = networksOf(store).isEmpty();
+    record.isDefault = present.isEmpty();
     return store.hasSeveralNetworks() ? record : recordOfOneNetwork(store, record);
 }
 
@@ -159,20 +176,7 @@ QString networkNameOf(const QString &path) {
 }
 
 void requirePlaceFor(const StoreSession &store, const QString &name) {
-    const QList<NetRecord> present = networksOf(store);
-    for (const NetRecord &other : present) {
-        if (other.name == name)
-            throw Failure(
-                QStringLiteral("the store has a network \"%1\" already; give another name").arg(name));
-    }
-    if (store.hasSeveralNetworks())
-        return;
-    QList<long> links;
-    if (!DBTools::selectLinkIDs(store.db(), 0, links) || !links.isEmpty())
-        throw Failure(
-            QStringLiteral("the store is of generation %1, which holds one network, and has one; import "
-                           "into a new store")
-                .arg(store.generation()));
+    networksBeside(store, name);
 }
 
 NetworkObjects importNetwork(const StoreSession &store, const SumoNet &net, const CompanionPlan &plan,
