@@ -31,19 +31,20 @@ constexpr int kLooksBeforeQuestion = 3;
 constexpr int kLooksOfQuestion = 2;
 constexpr int kQuestions = 2;
 
-/// Counts a row of a result that comes row by row while somebody is at it. The result has it, which may outlive
-/// its connection.
+/// The number of the result that came last, while it is one row of several and somebody is at it; else 0.
+using RowAtHand = std::shared_ptr<std::atomic<quint64>>;
+
+/// Ends that with the result, which has it and may outlive its connection.
 class RowInUse {
 public:
-    using Count = std::shared_ptr<std::atomic<int>>;
-
-    explicit RowInUse(Count count) : mCount(std::move(count)) { ++*mCount; }
-    ~RowInUse() { --*mCount; }
+    RowInUse(RowAtHand row, quint64 number) : mRow(std::move(row)), mNumber(number) {}
+    ~RowInUse() { mRow->compare_exchange_strong(mNumber, 0); }
 
 private:
     Q_DISABLE_COPY(RowInUse)
 
-    Count mCount;
+    RowAtHand mRow;
+    quint64 mNumber;
 };
 
 int onEvent(PGEventId event, void *info, void *);
@@ -86,17 +87,19 @@ private:
     SessionInquiry mInquiry;
     std::mutex mMutex; ///< held while the thread looks at the connection, which therefore lives
     std::condition_variable mWake;
-    QByteArray mSession; ///< whom to ask about; under the mutex
+    QByteArray mSession;        ///< whom to ask about; under the mutex
+    bool mIsIdentified = false; ///< the first statement is over; under the mutex
     std::atomic<bool> mIsWanted{true};
     std::atomic<bool> mMakesRows{false};
     std::atomic<quint64> mResults{0}; ///< that have come
-    const RowInUse::Count mRowsInUse = std::make_shared<std::atomic<int>>(0);
+    const RowAtHand mRowAtHand = std::make_shared<std::atomic<quint64>>(0);
 };
 
 void Watch::identify(PGconn *connection) {
     const QByteArray session = mInquiry.identify(connection);
     const std::lock_guard<std::mutex> lock(mMutex);
     mSession = session;
+    mIsIdentified = true;
 }
 
 Watch::~Watch() {
@@ -109,15 +112,17 @@ Watch::~Watch() {
 }
 
 void Watch::count(PGresult *result) {
-    ++mResults;
-    if (PQresultStatus(result) == PGRES_SINGLE_TUPLE)
-        PQresultSetInstanceData(result, onEvent, new RowInUse(mRowsInUse)); // onEvent() deletes it
+    const quint64 number = ++mResults;
+    const bool isRow = PQresultStatus(result) == PGRES_SINGLE_TUPLE;
+    *mRowAtHand = isRow ? number : 0;
+    if (isRow)
+        PQresultSetInstanceData(result, onEvent, new RowInUse(mRowAtHand, number)); // onEvent() deletes it
 }
 
 Watch::Sight Watch::look() const {
     Sight sight;
     // The state is a word that another thread writes: what it was a moment ago is as good.
-    if (!mIsWanted || PQtransactionStatus(mConnection) != PQTRANS_ACTIVE || mMakesRows || *mRowsInUse > 0)
+    if (!mIsWanted || PQtransactionStatus(mConnection) != PQTRANS_ACTIVE || mMakesRows || *mRowAtHand > 0)
         return sight;
     const int socket = PQsocket(mConnection);
     sight.isWaiting = socket >= 0 && !socketstate::hasUnread(socket);
@@ -132,6 +137,9 @@ bool Watch::isLost(const Sight &now, std::unique_lock<std::mutex> &lock) {
     lock.unlock();
     const SessionInquiry::Answer answer = mInquiry.ask(session, patience(), &mIsWanted);
     lock.lock();
+    // The first statement takes no time.
+    if (!mIsIdentified)
+        return true;
     switch (answer) {
     case SessionInquiry::Answer::None:
     case SessionInquiry::Answer::Idle:

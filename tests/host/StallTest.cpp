@@ -68,7 +68,8 @@ TEST_F(Stalls, WritingEndsSoonAndLeavesNeitherRowsNorLocks) {
                                      "where relname = 'net'")),
                   QStringLiteral("0"));
     };
-    for (const char *at : {"DATESTYLE", "dbversion", "from LinkType where", "lock table Net", "copy Lane("}) {
+    for (const char *at : {"pg_postmaster_start_time", "DATESTYLE", "dbversion", "from LinkType where",
+                           "lock table Net", "copy Lane("}) {
         mProxy.stallAt(at);
         expectEnd(import(), kLost);
         expectNothing();
