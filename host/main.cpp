@@ -82,6 +82,37 @@ int execute(const std::function<void()> &work) {
     return LeftOut;
 }
 
+/// What holds for every command.
+struct Options {
+    std::string language;
+    bool verbose = false;
+    int wait = 30; ///< seconds
+};
+
+void addOptions(CLI::App &program, Options &options) {
+    program
+        .add_option("--lang", options.language,
+                    "Language of the host's words: zh, or another; default: the locale's")
+        ->type_name("LANG");
+    program.add_flag("--verbose", options.verbose, "Show the statements that a store refused");
+    program
+        .add_option(
+            "--wait", options.wait,
+            "How long a command that writes waits for another program that holds the store; default: 30")
+        ->type_name("SECONDS")
+        ->check(CLI::Range(0, 86400));
+}
+
+/// A wait is told once.
+void setPatience(int seconds) {
+    patience::set(seconds, [seconds, isTold = false]() mutable {
+        if (!isTold)
+            commands::tell(
+                QStringLiteral("another program holds the store; waiting, for up to %1 s").arg(seconds));
+        isTold = true;
+    });
+}
+
 } // namespace
 
 int main(int argc, char **argv) try {
@@ -94,19 +125,8 @@ int main(int argc, char **argv) try {
     program.set_version_flag("--version", commands::versionText());
     program.require_subcommand(1);
     program.fallthrough();
-    std::string language;
-    bool verbose = false;
-    program
-        .add_option("--lang", language, "Language of the host's words: zh, or another; default: the locale's")
-        ->type_name("LANG");
-    program.add_flag("--verbose", verbose, "Show the statements that a store refused");
-    int wait = 30;
-    program
-        .add_option(
-            "--wait", wait,
-            "How long a command that writes waits for another program that holds the store; default: 30")
-        ->type_name("SECONDS")
-        ->check(CLI::Range(0, 86400));
+    Options options;
+    addOptions(program, options);
     commands::Run run;
     commands::addNew(program, run);
     commands::addImport(program, run);
@@ -140,12 +160,7 @@ int main(int argc, char **argv) try {
         commands::tell(QStringLiteral("morastore: %1").arg(sentenceFor(program, error)));
         return WrongUsage;
     }
-    patience::set(wait, [wait, isTold = false]() mutable {
-        if (!isTold)
-            commands::tell(
-                QStringLiteral("another program holds the store; waiting, for up to %1 s").arg(wait));
-        isTold = true;
-    });
+    setPatience(options.wait);
     TemporaryFolder::removeAbandoned();
     std::unique_ptr<TemporaryFolder> runtimeFolder;
     if (run.paints) {
@@ -160,7 +175,7 @@ int main(int argc, char **argv) try {
 #endif
         application = std::make_unique<QGuiApplication>(argc, argv);
     }
-    const host::Session session(QString::fromStdString(language), verbose);
+    const host::Session session(QString::fromStdString(options.language), options.verbose);
     return execute(run.work);
 } catch (const std::exception &error) {
     commands::tell(QStringLiteral("morastore: %1").arg(QString::fromUtf8(error.what())));

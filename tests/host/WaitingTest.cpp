@@ -87,8 +87,8 @@ TEST_F(WaitingWriter, GoesOnInAFileWhenAnotherHasFinished) {
               0);
     const struct {
         QStringList command;
-        const char *held;
-        const char *refusal;
+        const char *held = nullptr;
+        const char *refusal = nullptr;
     } table[] = {
         {{QStringLiteral("copy"), other, store}, "begin immediate", "another program holds the store"},
         {{QStringLiteral("compact"), store}, "begin immediate", "another program holds the store"},

@@ -30,8 +30,7 @@ bool save(int way, long netId) {
     if (way == 1)
         return DBTools::saveNet(gDB, netId, contents, false);
     Transaction transaction(gDB);
-    const bool isSaved =
-        DBTools::selectNets(gDB).size() >= 1 && DBTools::saveNet(gDB, netId, contents, false);
+    const bool isSaved = !DBTools::selectNets(gDB).isEmpty() && DBTools::saveNet(gDB, netId, contents, false);
     return transaction.commit() && isSaved;
 }
 

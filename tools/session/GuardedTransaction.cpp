@@ -96,7 +96,7 @@ QSqlError GuardedTransaction::tryOnServer(const QStringList &statements) {
     for (const QString &sql : statements) {
         if (query.exec(sql))
             continue;
-        const QSqlError error = query.lastError();
+        QSqlError error = query.lastError();
         const QSqlQuery rollback(QStringLiteral("rollback"), mDb);
         mOpen = false;
         return error;

@@ -158,7 +158,7 @@ QJsonArray build(const SumoNet &net, const CompanionPlan &plan, IdSource &ids, N
     network.links = builder.buildLinks();
     reportShare(progress, 0.2);
     network.connectors = builder.buildConnectors(network.links);
-    const QJsonArray junctions = builder.keepJunctions(network);
+    QJsonArray junctions = builder.keepJunctions(network);
     reportShare(progress, 0.4);
     buildTraffic(ids.store(), net, plan, ids, network);
     return junctions;
