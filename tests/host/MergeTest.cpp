@@ -156,6 +156,43 @@ TEST_F(MergeCommand, WhatARoadIsDoesNotDependOnWhatChanged) {
         << read(result() + QStringLiteral(".conflicts")).constData();
 }
 
+// Theirs led a line and a counter from a road that goes to one that ours removed.
+TEST_F(MergeCommand, WhatIsAsItWasKeepsWhatItStoodOn) {
+    const QString base = crossing(QStringLiteral("base"));
+    QStringList roads;
+    for (const QString &id : {QStringLiteral("900"), QStringLiteral("901")}) {
+        for (const char *sql : {"create temp table road%1 as select * from Link where linkID = 1",
+                                "update road%1 set linkID = %1", "insert into Link select * from road%1"})
+            roads.append(QString::fromLatin1(sql).replace(QLatin1String("%1"), id));
+    }
+    alter(base,
+          roads + QStringList{
+                      QStringLiteral("create temp table line as select * from BusLine limit 1"),
+                      QStringLiteral("update line set busLineID = 90"),
+                      QStringLiteral("insert into BusLine select * from line"),
+                      QStringLiteral("insert into BusLineRoad(NetId, busLineID, serialNumber, roadID) "
+                                     "values(1, 90, 1, 900)"),
+                      QStringLiteral(
+                          "update VehicleQueueCounter set roadID = 900, laneNumber = 1, toLaneNumber = 0"),
+                  });
+    const QString ours =
+        edited(base, QStringLiteral("ours"), {QStringLiteral("delete from Link where linkID = 901")});
+    const QString theirs = edited(base, QStringLiteral("theirs"),
+                                  {QStringLiteral("update BusLineRoad set roadID = 901 where busLineID = 90"),
+                                   QStringLiteral("update VehicleQueueCounter set roadID = 901"),
+                                   QStringLiteral("delete from Link where linkID = 900")});
+    EXPECT_EQ(merge({base, ours, theirs}).exitCode, 3);
+    for (const auto &[take, road] : {std::pair("\"ours\"", "900"), std::pair("\"theirs\"", "901")}) {
+        const Outcome outcome = merge({base, ours, theirs}, {QStringLiteral("--resolve"), answered(take)});
+        EXPECT_EQ(outcome.exitCode, 0) << outcome.err.toStdString();
+        EXPECT_EQ(value(QStringLiteral("select group_concat(linkID) from Link where linkID >= 900")),
+                  QLatin1String(road));
+        EXPECT_EQ(value(QStringLiteral("select roadID from VehicleQueueCounter")), QLatin1String(road));
+        EXPECT_EQ(value(QStringLiteral("select roadID from BusLineRoad where busLineID = 90")),
+                  QLatin1String(road));
+    }
+}
+
 TEST_F(MergeCommand, AConflictIsNamedAndTakesAnAnswer) {
     const QString base = crossing(QStringLiteral("base"));
     const QString ours = edited(

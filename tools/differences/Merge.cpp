@@ -195,6 +195,14 @@ private:
         }
     }
 
+    /// A row that is as it was needs what it stood on, which the side may have removed.
+    void keepFor(const RowChange &change, Side side) {
+        for (const catalogue::Reference &reference : change.table->references) {
+            if (Row *target = removedBy(side, referredBy(change, reference, change.before)))
+                keep(*target, side);
+        }
+    }
+
     /// Places in a list mean nothing without the other ones: a list that both changed is theirs or ours.
     void settleLists() {
         std::map<std::pair<const catalogue::Table *, RowId>, std::vector<Row *>> lists;
@@ -221,7 +229,7 @@ private:
                              {QStringLiteral("id"), list.second.second}};
             const Side dropped = askFor(text, changes[Ours], changes[Theirs]);
             for (Row *row : rows)
-                row->isDropped[dropped] = true;
+                drop(*row, dropped);
         }
     }
 
@@ -314,37 +322,49 @@ private:
             if (reference.bond == catalogue::Bond::Owner) {
                 // Without one of its roads a route is another one: the object stays as it was.
                 dropObject(ownerOf(change), side);
-                row.isDropped[side] = true;
+                drop(row, side);
                 return true;
             }
             if (change.kind == Kind::Added && reference.bond != catalogue::Bond::Named) {
                 row.isDropped[side] = true;
                 return true;
             }
+            const QVariant value = change.kind == Kind::Added ? qint64(0) : change.before.value(column);
+            // Where that is gone as well, by both, nothing is left to choose: the check after a merge names it.
+            if (rowvalue::areSame(change.after.value(column), value))
+                continue;
+            if (change.kind == Kind::Changed)
+                keepFor(change, side);
             // Ours stands in the store as it was.
             if (side == Ours && !row.replaced.contains(column))
                 row.replaced.insert(column, change.after.value(column));
-            if (change.kind == Kind::Added)
-                change.after.insert(column, qint64(0));
-            else
-                change.after.insert(column, change.before.value(column));
+            change.after.insert(column, value);
             return true;
         }
         return false;
+    }
+
+    /// What a side did to a row, which is as it was then unless the other one did something to it, too.
+    void drop(Row &row, Side side) {
+        row.isDropped[side] = true;
+        if (row.has(otherOf(side)))
+            return;
+        for (const RowChange &change : row.changes[side])
+            keepFor(change, side);
     }
 
     /// All that a side did to an object.
     void dropObject(const RowId &id, Side side) {
         const auto row = mIds.find(id);
         if (row != mIds.end())
-            row->second->isDropped[side] = true;
+            drop(*row->second, side);
         const auto parts = mParts[side].find(id);
         if (parts == mParts[side].end())
             return;
         for (Row *part : parts->second) {
             if (part->isDropped[side])
                 continue;
-            part->isDropped[side] = true;
+            drop(*part, side);
             dropObject(idOf(part->changes[side].front()), side);
         }
     }
