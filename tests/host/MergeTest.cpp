@@ -160,7 +160,7 @@ TEST_F(MergeCommand, WhatARoadIsDoesNotDependOnWhatChanged) {
 TEST_F(MergeCommand, WhatIsAsItWasKeepsWhatItStoodOn) {
     const QString base = crossing(QStringLiteral("base"));
     QStringList roads;
-    for (const QString &id : {QStringLiteral("900"), QStringLiteral("901")}) {
+    for (const QString &id : {QStringLiteral("900"), QStringLiteral("901"), QStringLiteral("902")}) {
         for (const char *sql : {"create temp table road%1 as select * from Link where linkID = 1",
                                 "update road%1 set linkID = %1", "insert into Link select * from road%1"})
             roads.append(QString::fromLatin1(sql).replace(QLatin1String("%1"), id));
@@ -171,7 +171,7 @@ TEST_F(MergeCommand, WhatIsAsItWasKeepsWhatItStoodOn) {
                       QStringLiteral("update line set busLineID = 90"),
                       QStringLiteral("insert into BusLine select * from line"),
                       QStringLiteral("insert into BusLineRoad(NetId, busLineID, serialNumber, roadID) "
-                                     "values(1, 90, 1, 900)"),
+                                     "values(1, 90, 1, 902)"),
                       QStringLiteral(
                           "update VehicleQueueCounter set roadID = 900, laneNumber = 1, toLaneNumber = 0"),
                   });
@@ -180,16 +180,24 @@ TEST_F(MergeCommand, WhatIsAsItWasKeepsWhatItStoodOn) {
     const QString theirs = edited(base, QStringLiteral("theirs"),
                                   {QStringLiteral("update BusLineRoad set roadID = 901 where busLineID = 90"),
                                    QStringLiteral("update VehicleQueueCounter set roadID = 901"),
-                                   QStringLiteral("delete from Link where linkID = 900")});
+                                   QStringLiteral("delete from Link where linkID in (900, 902)")});
     EXPECT_EQ(merge({base, ours, theirs}).exitCode, 3);
-    for (const auto &[take, road] : {std::pair("\"ours\"", "900"), std::pair("\"theirs\"", "901")}) {
-        const Outcome outcome = merge({base, ours, theirs}, {QStringLiteral("--resolve"), answered(take)});
+    const struct {
+        const char *take;
+        const char *links;
+        const char *counter;
+        const char *line;
+    } answers[] = {{"\"ours\"", "900,902", "900", "902"}, {"\"theirs\"", "901", "901", "901"}};
+    for (const auto &expected : answers) {
+        const Outcome outcome =
+            merge({base, ours, theirs}, {QStringLiteral("--resolve"), answered(expected.take)});
         EXPECT_EQ(outcome.exitCode, 0) << outcome.err.toStdString();
         EXPECT_EQ(value(QStringLiteral("select group_concat(linkID) from Link where linkID >= 900")),
-                  QLatin1String(road));
-        EXPECT_EQ(value(QStringLiteral("select roadID from VehicleQueueCounter")), QLatin1String(road));
+                  QLatin1String(expected.links));
+        EXPECT_EQ(value(QStringLiteral("select roadID from VehicleQueueCounter")),
+                  QLatin1String(expected.counter));
         EXPECT_EQ(value(QStringLiteral("select roadID from BusLineRoad where busLineID = 90")),
-                  QLatin1String(road));
+                  QLatin1String(expected.line));
     }
 }
 
