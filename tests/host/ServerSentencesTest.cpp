@@ -5,6 +5,7 @@
 #include "tests/support/Proxy.h"
 
 #include <QDir>
+#include <QSharedPointer>
 #include <QStandardPaths>
 
 #include <unistd.h>
