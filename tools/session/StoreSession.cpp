@@ -55,7 +55,7 @@ StoreSession::StoreSession(const StoreAddress &address, Access access) : mName(a
     require(address, access);
     mStore = std::make_unique<OpenStore>(connectionSettings(address), ofLibrary(access));
     if (!mStore->isOpen() && address.isServer() && !failures().isEmpty()) {
-        const CallDbResult &reason = failures().first();
+        const CallDbResult reason = failures().first();
         if (reason.kind == FailureKind::Lost && reason.code.isEmpty())
             throw Failure(lostConnection(mName));
         requireServer(reason.code, reason.error, mName);
