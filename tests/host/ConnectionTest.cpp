@@ -1,8 +1,7 @@
 #include "store/OpenStore.h"
 #include "store/server/ConnectionWords.h"
 #include "tests/host/Beside.h"
-#include "tests/host/Morastore.h"
-#include "tests/support/PostgresDatabase.h"
+#include "tests/host/OnServer.h"
 #include "tests/support/Proxy.h"
 #include "tools/session/StoreSession.h"
 
@@ -12,14 +11,8 @@
 
 namespace {
 
-class Connections : public Morastore {
+class Connections : public OnServer {
 protected:
-    void SetUp() override {
-        if (!PostgresDatabase::hasServer())
-            GTEST_SKIP() << "no PostgreSQL server";
-        qputenv("PGPASSWORD", PostgresDatabase::password().toUtf8());
-    }
-
     /// What the server answers the library's own connection.
     static QString asked(const QString &address, const QString &sql) {
         const moratools::StoreSession store(address, moratools::Access::Read);

@@ -1,19 +1,13 @@
 #include "store/DBTools.h"
 #include "tests/host/Beside.h"
-#include "tests/host/Morastore.h"
+#include "tests/host/OnServer.h"
 
 // Stores whose networks are spread over partitions: every command serves them as it serves others.
 
 namespace {
 
-class Partitions : public Morastore {
+class Partitions : public OnServer {
 protected:
-    void SetUp() override {
-        if (!PostgresDatabase::hasServer())
-            GTEST_SKIP() << "no PostgreSQL server";
-        qputenv("PGPASSWORD", PostgresDatabase::password().toUtf8());
-    }
-
     static QString succeed(const QStringList &command) {
         const Outcome outcome = run(command);
         EXPECT_EQ(outcome.exitCode, 0) << command.join(QLatin1Char(' ')).toStdString() << "\n"

@@ -1,5 +1,5 @@
 #include "tests/host/Beside.h"
-#include "tests/host/Morastore.h"
+#include "tests/host/OnServer.h"
 
 // Partitions of a store on another server. That is another database of the test server here, reached by a
 // connection of the server's own, as any other one is.
@@ -8,12 +8,12 @@ namespace {
 
 constexpr char kOwner[] = "postgres"; ///< extensions are the administrator's to make
 
-class Placement : public Morastore {
+class Placement : public OnServer {
 protected:
     void SetUp() override {
-        if (!PostgresDatabase::hasServer())
-            GTEST_SKIP() << "no PostgreSQL server";
-        qputenv("PGPASSWORD", PostgresDatabase::password().toUtf8());
+        OnServer::SetUp();
+        if (IsSkipped())
+            return;
         mHere = std::make_unique<PostgresDatabase>(PostgresDatabase::Content::Partitions);
         mThere = std::make_unique<PostgresDatabase>(PostgresDatabase::Content::Nothing);
         mStore = connectionTo(*mHere);

@@ -1,19 +1,12 @@
 #include "tests/host/Beside.h"
-#include "tests/host/Morastore.h"
-#include "tests/support/PostgresDatabase.h"
+#include "tests/host/OnServer.h"
 
 // Stores in a schema of their own: found by the search path, whatever else the database has.
 
 namespace {
 
-class OwnSchema : public Morastore {
+class OwnSchema : public OnServer {
 protected:
-    void SetUp() override {
-        if (!PostgresDatabase::hasServer())
-            GTEST_SKIP() << "no PostgreSQL server";
-        qputenv("PGPASSWORD", PostgresDatabase::password().toUtf8());
-    }
-
     static QString in(const PostgresDatabase &database, const char *path) {
         return database.connectionString() +
                QStringLiteral(" options='-c search_path=%1'").arg(QLatin1String(path));

@@ -1,7 +1,6 @@
 #include "tests/host/Beside.h"
-#include "tests/host/Morastore.h"
+#include "tests/host/OnServer.h"
 #include "tests/support/OwnServer.h"
-#include "tests/support/PostgresDatabase.h"
 #include "tests/support/Proxy.h"
 
 #include <QDir>
@@ -14,14 +13,8 @@
 
 namespace {
 
-class ServerSentences : public Morastore {
+class ServerSentences : public OnServer {
 protected:
-    void SetUp() override {
-        if (!PostgresDatabase::hasServer())
-            GTEST_SKIP() << "no PostgreSQL server";
-        qputenv("PGPASSWORD", PostgresDatabase::password().toUtf8());
-    }
-
     static QStringList import(const QString &address, const char *name) {
         return {QStringLiteral("import"), address, kExample, QStringLiteral("--name"), QLatin1String(name)};
     }

@@ -1,6 +1,5 @@
 #include "tests/host/Beside.h"
-#include "tests/host/Morastore.h"
-#include "tests/support/PostgresDatabase.h"
+#include "tests/host/OnServer.h"
 
 #include <QCoreApplication>
 #include <QElapsedTimer>
@@ -11,14 +10,8 @@
 
 namespace {
 
-class ServerStore : public Morastore {
+class ServerStore : public OnServer {
 protected:
-    void SetUp() override {
-        if (!PostgresDatabase::hasServer())
-            GTEST_SKIP() << "no PostgreSQL server";
-        qputenv("PGPASSWORD", PostgresDatabase::password().toUtf8());
-    }
-
     static QString connection(const QString &database, const QString &more = {}) {
         return QStringLiteral("dbname=%1 host=%2 port=%3 user=%4 %5")
             .arg(database, PostgresDatabase::host(), QString::number(PostgresDatabase::port()),

@@ -1,8 +1,7 @@
 #include "store/DBTools.h"
 #include "store/bulk/CopyStream.h"
 #include "tests/host/Beside.h"
-#include "tests/host/Morastore.h"
-#include "tests/support/PostgresDatabase.h"
+#include "tests/host/OnServer.h"
 #include "tests/support/Proxy.h"
 #include "tools/session/StoreSession.h"
 
@@ -17,12 +16,12 @@ using namespace moratools;
 
 namespace {
 
-class Stalls : public Morastore {
+class Stalls : public OnServer {
 protected:
     void SetUp() override {
-        if (!PostgresDatabase::hasServer())
-            GTEST_SKIP() << "no PostgreSQL server";
-        qputenv("PGPASSWORD", PostgresDatabase::password().toUtf8());
+        OnServer::SetUp();
+        if (IsSkipped())
+            return;
         mDatabase = std::make_unique<PostgresDatabase>();
     }
 

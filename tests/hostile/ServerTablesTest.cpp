@@ -1,18 +1,12 @@
 #include "store/DBTools.h"
-#include "tests/host/Morastore.h"
-#include "tests/support/PostgresDatabase.h"
+#include "tests/host/OnServer.h"
 
 // Databases whose tables are more than tables.
 
 namespace {
 
-class ServerTables : public Morastore {
+class ServerTables : public OnServer {
 protected:
-    void SetUp() override {
-        if (!PostgresDatabase::hasServer())
-            GTEST_SKIP() << "no PostgreSQL server";
-        qputenv("PGPASSWORD", PostgresDatabase::password().toUtf8());
-    }
     void TearDown() override {
         gDB.close();
         gDB = QSqlDatabase();

@@ -168,10 +168,7 @@ void GuardedTransaction::refuse(const QSqlError &error) {
     mStore.requireServerAlive();
     if (!engine::isSqlite(mDb))
         requireServer(error.nativeErrorCode(), error.databaseText());
-    // The result code of SQLite for a lock that another connection has, https://www.sqlite.org/rescode.html.
-    constexpr int busy = 5;
-    const bool isFile = engine::isSqlite(mDb);
-    if (isFile && (error.nativeErrorCode().toInt() & 0xff) == busy)
+    else if (patience::isHeld(error))
         throw Failure(mOpen
                           ? QStringLiteral("another program is reading the store and does not let go of it; "
                                            "nothing was changed, close it there and try again")

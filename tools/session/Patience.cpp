@@ -36,13 +36,16 @@ void tellWaiting() {
         state().isWaiting();
 }
 
-QSqlQuery exec(const QSqlDatabase &db, const QString &sql, int quick) {
-    // The result code of SQLite for a lock that another connection has, https://www.sqlite.org/rescode.html.
+bool isHeld(const QSqlError &error) {
     constexpr int busy = 5;
+    return (error.nativeErrorCode().toInt() & 0xff) == busy;
+}
+
+QSqlQuery exec(const QSqlDatabase &db, const QString &sql, int quick) {
     const QString limit = QStringLiteral("pragma busy_timeout = %1");
     QSqlQuery(db).exec(limit.arg(quick));
     QSqlQuery query(db);
-    if (query.exec(sql) || (query.lastError().nativeErrorCode().toInt() & 0xff) != busy || most() <= quick)
+    if (query.exec(sql) || !isHeld(query.lastError()) || most() <= quick)
         return query;
     tellWaiting();
     query.finish();

@@ -5,6 +5,7 @@
 #include <functional>
 
 class QSqlDatabase;
+class QSqlError;
 class QSqlQuery;
 class QString;
 
@@ -26,6 +27,9 @@ MORATOOLS_EXPORT void set(int seconds, std::function<void()> isWaiting);
 int most();
 /// Somebody waits now.
 void tellWaiting();
+/// Whether SQLite refuses a statement for a lock that another connection has: its result code, of which the low
+/// byte is the primary one, https://www.sqlite.org/rescode.html.
+bool isHeld(const QSqlError &error);
 /// Executes a statement on an SQLite file. Where another program holds that, it is tried for @p quick milliseconds,
 /// and then for as long as the process waits.
 QSqlQuery exec(const QSqlDatabase &db, const QString &sql, int quick);
