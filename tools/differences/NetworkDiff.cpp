@@ -204,13 +204,13 @@ private:
 
 class NetworkDiff {
 public:
-    NetworkDiff(const NetworkRows &one, const NetworkRows &other, Translation &words,
+    NetworkDiff(const NetworkRows &one, const NetworkRows &other, Translation &words, Roads roads,
                 const std::function<void(const RowChange &)> &use)
-        : mOne(one), mOther(other), mWords(words), mUse(use) {}
+        : mOne(one), mOther(other), mWords(words), mRoads(roads), mUse(use) {}
 
     void compare(const catalogue::Table &entry) {
         const bool hasId = entry.id && hasColumn(mOne, entry) && hasColumn(mOther, entry);
-        TableDiff diff(entry, hasId, mRoads, mUse);
+        TableDiff diff(entry, hasId, mNumbers, mUse);
         CanonicalRows before(mOne, entry, Covered::AllOfIt);
         CanonicalRows after(mOther, entry, Covered::AllOfIt, &mWords);
         bool hasBefore = before.next();
@@ -220,7 +220,8 @@ public:
                               : !hasAfter ? -1
                                           : CanonicalRows::compare(before.place(), after.place());
             static const std::vector<QByteArray> none;
-            mRoads.add(entry, order <= 0 ? before.place() : after.place());
+            if (mRoads == Roads::LookedUp)
+                mNumbers.add(entry, order <= 0 ? before.place() : after.place());
             diff.add(order <= 0 ? before.place() : after.place(), order <= 0 ? before.group() : none,
                      order >= 0 ? after.group() : none);
             if (order <= 0) {
@@ -247,8 +248,9 @@ private:
     NetworkRows mOne;
     NetworkRows mOther;
     Translation &mWords;
+    Roads mRoads;
     const std::function<void(const RowChange &)> &mUse;
-    RoadNumbers mRoads;
+    RoadNumbers mNumbers; ///< with Roads::LookedUp
     NetworkDigest mBefore;
     NetworkDigest mAfter;
 };
@@ -257,11 +259,11 @@ private:
 
 ComparedNetworks diffNetworks(const StoreReader &one, const NamedNetwork &first, const StoreReader &other,
                               const NamedNetwork &second, const std::function<void(const RowChange &)> &use,
-                              const Progress &progress) {
+                              const Progress &progress, Roads roads) {
     ComparedNetworks compared;
     compared.words = one.language(first);
     Translation words(other.language(second), compared.words);
-    NetworkDiff diff(one.rowsOf(first), other.rowsOf(second), words, use);
+    NetworkDiff diff(one.rowsOf(first), other.rowsOf(second), words, roads, use);
     const std::vector<catalogue::Table> &tables = catalogue::tables();
     for (std::size_t i = 0; i < tables.size(); ++i) {
         reportShare(progress, double(i) / double(tables.size()));
@@ -275,7 +277,7 @@ ComparedNetworks diffNetworks(const StoreReader &one, const NamedNetwork &first,
 void diffRows(const NetworkRows &before, const NetworkRows &after,
               const std::function<void(const RowChange &)> &use) {
     Translation words(Language::Unknown, Language::Unknown);
-    NetworkDiff diff(before, after, words, use);
+    NetworkDiff diff(before, after, words, Roads::AsSaid, use);
     for (const catalogue::Table &entry : catalogue::tables())
         diff.compare(entry);
 }

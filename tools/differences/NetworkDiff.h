@@ -16,6 +16,12 @@ struct ComparedNetworks {
     Language words; ///< the language of the first
 };
 
+/// How RowChange::roads is found out.
+enum class Roads {
+    AsSaid,  ///< as the rows say, which the numbers of roads need not bear out
+    LookedUp ///< in the numbers of both networks, of which each takes eight bytes meanwhile
+};
+
 /// Compares two networks of any stores row by row, in one pass over both whose memory does not grow with
 /// them, and calls `use` with what differs: by table in the order of the catalogue, and by key. Rows are the
 /// same by their identifiers, and those without by `catalogue::Table::identity` or `key`. Rows that these do
@@ -25,7 +31,7 @@ struct ComparedNetworks {
 MORATOOLS_EXPORT ComparedNetworks diffNetworks(const StoreReader &one, const NamedNetwork &first,
                                                const StoreReader &other, const NamedNetwork &second,
                                                const std::function<void(const RowChange &)> &use,
-                                               const Progress &progress = {});
+                                               const Progress &progress = {}, Roads roads = Roads::AsSaid);
 
 /// The same of rows on any connection, be it of one and the same; words stay as they are.
 void diffRows(const NetworkRows &before, const NetworkRows &after,

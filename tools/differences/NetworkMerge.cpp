@@ -37,7 +37,7 @@ Edits editsOf(const OpenVersion &base, const StoreReader &store, const NamedNetw
     Edits edits;
     edits.compared = diffNetworks(
         base.store, base.network, store, network,
-        [&edits](const RowChange &change) { edits.changes.push_back(change); }, progress);
+        [&edits](const RowChange &change) { edits.changes.push_back(change); }, progress, Roads::LookedUp);
     return edits;
 }
 

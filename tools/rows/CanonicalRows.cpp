@@ -72,7 +72,7 @@ int compareValues(const QVariant &one, const QVariant &other) {
 }
 
 constexpr char kNothing = 'n';
-constexpr int kEnough = 1 << 20; ///< bytes, to be hashed at once
+constexpr int kEnough = 1 << 18; ///< bytes, to be hashed at once
 
 QVariant takePlace(const char *&at) {
     if (*at != kNothing)
