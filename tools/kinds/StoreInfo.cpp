@@ -12,7 +12,8 @@
 #include <QVariant>
 
 #include <algorithm>
-#include <functional>
+#include <cstddef>
+#include <vector>
 
 namespace moratools {
 
@@ -23,6 +24,11 @@ bool isTableMissing(const QSqlError &error) {
     constexpr const char *undefinedTable = "42P01";
     return error.nativeErrorCode() == QLatin1String(undefinedTable) ||
            error.databaseText().startsWith(QLatin1String("no such table"));
+}
+
+/// A query that has been read to its end. Where the connection was lost before, there is no error.
+bool isWhole(const QSqlQuery &query) {
+    return query.isActive() && !query.lastError().isValid();
 }
 
 } // namespace
@@ -44,7 +50,7 @@ QSqlQuery rowsOfNetwork(const StoreSession &store, const QString &columns, const
 
 namespace {
 
-/// Takes stock of some networks at once: a statement a table, whatever their number.
+/// Takes stock of some networks at once: with one statement, whatever their number.
 class Stocktaking {
 public:
     /// `records` are all that the store has, or one.
@@ -52,10 +58,14 @@ public:
     QList<NetworkInfo> take();
 
 private:
-    using Reader = std::function<void(NetworkInfo &, const QSqlQuery &)>;
-    /// Reads the row that each network has of `columns` in a table; a network without rows has none. False when there
-    /// is no such table.
-    bool readEach(const QString &columns, const char *table, const Reader &read);
+    /// Columns of the answer: which kind it is about, the network, the rows, and what is asked of roads besides.
+    enum Column { Kind, NetId, Count, Length, Low, High = Low + 3 };
+
+    /// Asks about the kind at a place of the catalogue: a row for each network that has any.
+    QString question(std::size_t place) const;
+    /// Takes the answers to some questions in. @return what is not whole, and nothing learned, when the store refuses.
+    QSqlQuery ask(const QString &questions);
+    static void learn(NetworkInfo &network, const QSqlQuery &row);
 
     const StoreSession &mStore;
     QList<NetworkInfo> mNetworks;
@@ -70,67 +80,91 @@ Stocktaking::Stocktaking(const StoreSession &store, const QList<NetRecord> &reco
         info.sourceType = record.sourceType;
         info.sourceUrl = record.sourceUrl;
         info.isDefault = record.isDefault;
+        for (const catalogue::Kind &kind : catalogue::kinds())
+            info.rows.append({QLatin1String(kind.plural), 0});
         mPlaces.insert(record.netId, mNetworks.size());
         mNetworks.append(info);
     }
 }
 
-bool Stocktaking::readEach(const QString &columns, const char *table, const Reader &read) {
+QString Stocktaking::question(std::size_t place) const {
+    const char *table = catalogue::kinds()[place].table;
+    QStringList columns{QString::number(place), {}, QStringLiteral("count(*)")};
+    // Servers keep decimal numbers, which they compare and add more slowly.
+    const auto append = [&](const char *function, const char *column, const char *ofTable) {
+        const bool isAsked = qstrcmp(table, ofTable) == 0;
+        columns.append(
+            QStringLiteral("%1(cast(%2 as double precision))")
+                .arg(QLatin1String(isAsked ? function : ""), QLatin1String(isAsked ? column : "null")));
+    };
+    append("sum", "length", "Link");
+    for (const char *function : {"min", "max"}) {
+        for (const char *column : {"X", "Y", "Z"})
+            append(function, column, "Vertex");
+    }
     // In a store of one network every row belongs to it.
-    const bool hasOne = !mStore.hasSeveralNetworks();
+    const bool hasSeveral = mStore.hasSeveralNetworks();
+    columns[NetId] = hasSeveral ? QStringLiteral("NetId") : QString::number(mNetworks.first().id);
     QString sql =
-        (hasOne ? QStringLiteral("select 0, %1 from %2") : QStringLiteral("select NetId, %1 from %2"))
-            .arg(columns, QLatin1String(table));
-    if (!hasOne && mNetworks.size() == 1)
+        QStringLiteral("select %1 from %2").arg(columns.join(QLatin1Char(',')), QLatin1String(table));
+    if (hasSeveral && mNetworks.size() == 1)
         sql += QStringLiteral(" where NetId = %1").arg(mNetworks.first().id);
-    if (!hasOne)
-        sql += QStringLiteral(" group by NetId");
+    return hasSeveral ? sql + QStringLiteral(" group by NetId") : sql;
+}
+
+void Stocktaking::learn(NetworkInfo &network, const QSqlQuery &row) {
+    network.rows[row.value(Kind).toInt()].second = row.value(Count).toLongLong();
+    network.linkLength += row.value(Length).toDouble();
+    if (row.value(Low).isNull())
+        return;
+    network.hasExtent = true;
+    for (int i = 0; i < 3; ++i) {
+        network.low[i] = row.value(Low + i).toDouble();
+        network.high[i] = row.value(High + i).toDouble();
+    }
+}
+
+QSqlQuery Stocktaking::ask(const QString &questions) {
+    const QList<NetworkInfo> before = mNetworks;
     QSqlQuery rows(mStore.db());
     rows.setForwardOnly(true);
-    if (!rows.exec(sql)) {
-        if (!isTableMissing(rows.lastError()))
-            mStore.refuseReading(QLatin1String(table), rows);
-        return false;
-    }
-    while (rows.next()) {
-        if (hasOne) {
+    for (bool isThere = rows.exec(questions) && rows.next(); isThere; isThere = rows.next()) {
+        if (!mStore.hasSeveralNetworks()) {
             for (NetworkInfo &network : mNetworks)
-                read(network, rows);
-            continue;
+                learn(network, rows);
+        } else if (const auto place = mPlaces.constFind(rows.value(NetId).toLongLong());
+                   place != mPlaces.constEnd()) {
+            learn(mNetworks[*place], rows);
         }
-        const auto place = mPlaces.constFind(rows.value(0).toLongLong());
-        if (place != mPlaces.constEnd())
-            read(mNetworks[*place], rows);
     }
-    if (rows.lastError().isValid())
-        mStore.refuseReading(QLatin1String(table), rows);
-    return true;
+    if (!isWhole(rows))
+        mNetworks = before;
+    return rows;
 }
 
 QList<NetworkInfo> Stocktaking::take() {
     if (mNetworks.isEmpty())
         return {};
-    for (const catalogue::Kind &kind : catalogue::kinds()) {
-        QHash<long, qint64> counts;
-        if (!readEach(QStringLiteral("count(*)"), kind.table,
-                      [&](const NetworkInfo &network, const QSqlQuery &row) {
-                          counts.insert(network.id, row.value(1).toLongLong());
-                      }))
+    const std::vector<catalogue::Kind> &kinds = catalogue::kinds();
+    QStringList questions;
+    for (std::size_t place = 0; place < kinds.size(); ++place)
+        questions.append(question(place));
+    if (isWhole(ask(questions.join(QStringLiteral(" union all ")))))
+        return mNetworks;
+    // Each by itself tells which table cannot be read, or is not there.
+    QList<int> missing;
+    for (int place = 0; place < questions.size(); ++place) {
+        const QSqlQuery answer = ask(questions[place]);
+        if (isWhole(answer))
             continue;
-        for (NetworkInfo &network : mNetworks)
-            network.rows.append({QLatin1String(kind.plural), counts.value(network.id)});
+        if (!isTableMissing(answer.lastError()))
+            mStore.refuseReading(QLatin1String(kinds[std::size_t(place)].table), answer);
+        missing.prepend(place);
     }
-    readEach(
-        QStringLiteral("coalesce(sum(length), 0)"), "Link",
-        [](NetworkInfo &network, const QSqlQuery &row) { network.linkLength = row.value(1).toDouble(); });
-    readEach(QStringLiteral("min(X), min(Y), min(Z), max(X), max(Y), max(Z)"), "Vertex",
-             [](NetworkInfo &network, const QSqlQuery &row) {
-                 network.hasExtent = !row.value(1).isNull();
-                 for (int i = 0; network.hasExtent && i < 3; ++i) {
-                     network.low[i] = row.value(1 + i).toDouble();
-                     network.high[i] = row.value(4 + i).toDouble();
-                 }
-             });
+    for (NetworkInfo &network : mNetworks) {
+        for (const int place : qAsConst(missing))
+            network.rows.removeAt(place);
+    }
     return mNetworks;
 }
 
