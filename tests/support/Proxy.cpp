@@ -27,9 +27,9 @@ QString Proxy::connectionString(const QString &database, const QString &more) co
         .arg(database, QString::number(port()), PostgresDatabase::user(), more);
 }
 
-void Proxy::stallAt(const QByteArray &text) {
+void Proxy::stall(const Words &words) {
     const std::lock_guard<std::mutex> lock(mMutex);
-    mStallAt = text;
+    mWords = words;
 }
 
 void Proxy::run() {
@@ -85,13 +85,17 @@ void Proxy::accept(QIODevice *client) {
     forwardBoth();
 }
 
-bool Proxy::isToStall(const Pair &pair, const QByteArray &bytes, bool isFromClient) {
+bool Proxy::isToStall(Pair &pair, const QByteArray &bytes, bool isFromClient, bool &arrives) {
     if (mIsSilent || pair.isStalled || mAreAllStalled)
         return true;
     if (!isFromClient)
         return mStallAfter >= 0 && pair.received > mStallAfter;
     const std::lock_guard<std::mutex> lock(mMutex);
-    return !mStallAt.isEmpty() && bytes.contains(mStallAt);
+    arrives = !mWords.first.isEmpty();
+    const bool isIt =
+        !mWords.last.isEmpty() && (!arrives || pair.hasSentFirst) && bytes.contains(mWords.last);
+    pair.hasSentFirst = pair.hasSentFirst || (arrives && bytes.contains(mWords.first));
+    return isIt;
 }
 
 void Proxy::forward(const std::shared_ptr<Pair> &pair, QIODevice *from, QIODevice *to) {
@@ -109,7 +113,10 @@ void Proxy::forward(const std::shared_ptr<Pair> &pair, QIODevice *from, QIODevic
         pair->client->close();
         return;
     }
-    if (isToStall(*pair, bytes, isFromClient)) {
+    bool arrives = false;
+    if (isToStall(*pair, bytes, isFromClient, arrives)) {
+        if (arrives)
+            send(*pair, to, bytes);
         pair->isStalled = true;
         ++mStalls;
         mAreAllStalled = mStallsAll.load();

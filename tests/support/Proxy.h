@@ -35,7 +35,9 @@ public:
     void beSilent(bool isSilent) { mIsSilent = isSilent; }
     /// A connection whose client sends @p text is silent from there on, in both directions; the text does
     /// not arrive.
-    void stallAt(const QByteArray &text);
+    void stallAt(const QByteArray &text) { stall({text, {}}); }
+    /// The same for one whose client has sent @p first before; what makes it silent arrives.
+    void stallBehind(const QByteArray &text, const QByteArray &first) { stall({text, first}); }
     /// A connection is silent once the server has sent so many bytes on it; -1: never.
     void stallAfter(qint64 bytes) { mStallAfter = bytes; }
     /// A connection is cut once the server has sent so many bytes on it; -1: never.
@@ -59,13 +61,21 @@ private:
         qint64 received = 0;
         qint64 due = 0; ///< when what was forwarded last arrives, in milliseconds
         bool isStalled = false;
+        bool hasSentFirst = false; ///< the first of the words
+    };
+    /// What makes a connection silent, and what must have come before.
+    struct Words {
+        QByteArray last;
+        QByteArray first;
     };
 
     void accept(QIODevice *client);
     QIODevice *connectToServer();
     void forward(const std::shared_ptr<Pair> &pair, QIODevice *from, QIODevice *to);
     void send(Pair &pair, QIODevice *to, const QByteArray &bytes);
-    bool isToStall(const Pair &pair, const QByteArray &bytes, bool isFromClient);
+    void stall(const Words &words);
+    /// @param arrives is set when @p bytes are to arrive all the same.
+    bool isToStall(Pair &pair, const QByteArray &bytes, bool isFromClient, bool &arrives);
 
     QString mHost;
     int mServerPort;
@@ -79,6 +89,6 @@ private:
     std::atomic<bool> mStallsAll{false};
     std::atomic<bool> mAreAllStalled{false};
     std::mutex mMutex;
-    QByteArray mStallAt; ///< under the mutex
+    Words mWords; ///< under the mutex
     QElapsedTimer mClock;
 };
