@@ -6,6 +6,7 @@
 #include "store/core/Probes.h"
 #include "store/core/Query.h"
 #include "store/core/StorableValue.h"
+#include "store/ids/LargestIds.h"
 #include "store/ids/Sequences.h"
 
 #include <algorithm>
@@ -274,8 +275,9 @@ bool passLaneConnectors(const Store &store) {
     if (!store.hasSeveralNets())
         return true;
     FailureList unanswered;
-    auto largest = probes::number(store.db(), QStringLiteral("select max(laneConnId) from LaneConnector"),
-                                  unanswered, kLaneConnector);
+    auto largest =
+        probes::number(store.db(), largestOfAllNets(store.db(), *catalogue::find(kLaneConnector), true),
+                       unanswered, kLaneConnector);
     // Networks that are on another server are not there while that is away; the store's others are. What was
     // drawn is known here, which not every user may read.
     if (!largest && store.isPostgreSql() && unanswered.last().code.startsWith(QLatin1String("08"))) {

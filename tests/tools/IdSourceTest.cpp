@@ -86,6 +86,30 @@ TEST_F(IdSourceTest, AFileIsAskedTheSameWhateverTheSizeOfTheNetworkAndTheIdentif
         << "nothing is drawn and thrown away";
 }
 
+TEST_F(IdSourceTest, AFileOfAnEarlierReleaseIsLookedThroughNetworkByNetwork) {
+    openTemplate("EmptyNet_V6.0.0");
+    execute(QStringLiteral("drop index IX_VERTEX_LARGEST"));
+    import(chain(3), "first");
+    import(chain(3), "second");
+    execute(QStringLiteral(
+        "insert into Vertex select NetId, 40000000, X, Y, Z from Vertex where NetId = 3 limit 1"));
+    import(chain(3), "third");
+    EXPECT_EQ(rows(QStringLiteral("select min(vertexID), max(vertexID) from Vertex where NetId = 4")),
+              QStringList(QStringLiteral("40000001|40000006")));
+}
+
+TEST_F(IdSourceTest, CountersOfOtherNetworksThatAreBehindMoveFurtherThanTheyMust) {
+    openTemplate("EmptyNet_V6.0.0");
+    const QString counters =
+        QStringLiteral("select NetId, ID from IDGenerater where TableName = 'Vertex' order by NetId");
+    import(chain(3), "first");
+    import(chain(3), "second");
+    EXPECT_EQ(rows(counters), QStringList({QStringLiteral("2|10012"), QStringLiteral("3|12")}));
+    import(chain(3), "third");
+    EXPECT_EQ(rows(counters),
+              QStringList({QStringLiteral("2|10012"), QStringLiteral("3|10018"), QStringLiteral("4|18")}));
+}
+
 TEST_F(IdSourceTest, AServerIsAskedTheSameWhateverTheSizeOfTheNetwork) {
     openPostgres();
     if (IsSkipped() || HasFatalFailure())

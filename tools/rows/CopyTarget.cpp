@@ -1,10 +1,12 @@
 #include "tools/rows/CopyTarget.h"
 
 #include "store/catalogue/Catalogue.h"
+#include "store/ids/LargestIds.h"
 #include "tools/reports/Failure.h"
 #include "tools/rows/Renumbering.h"
 #include "tools/session/ServerFailure.h"
 #include "tools/session/StoreSession.h"
+#include "tools/session/TextLiteral.h"
 #include "tools/session/UnusedNumber.h"
 
 #include <QSqlError>
@@ -13,15 +15,6 @@
 #include <algorithm>
 
 namespace moratools {
-
-namespace {
-
-QString textLiteral(const QString &text) {
-    return QLatin1Char('\'') + QString(text).replace(QLatin1Char('\''), QLatin1String("''")) +
-           QLatin1Char('\'');
-}
-
-} // namespace
 
 CopyTarget::CopyTarget(const StoreSession &store) : mStore(store), mDb(store.db()) {
     mTables = storeTables(mDb);
@@ -51,11 +44,6 @@ QSqlQuery CopyTarget::run(const QString &sql) const {
 qint64 CopyTarget::number(const QString &sql) const {
     QSqlQuery query = run(sql);
     return query.next() ? query.value(0).toLongLong() : 0;
-}
-
-void CopyTarget::requireFreeName(const QString &name) const {
-    if (number(QStringLiteral("select count(*) from Net where name = %1").arg(textLiteral(name))) > 0)
-        throw Failure(QStringLiteral("the store has a network \"%1\" already; give another name").arg(name));
 }
 
 long CopyTarget::networkId(long wanted) const {
@@ -100,7 +88,7 @@ std::vector<qint64> CopyTarget::taken(const catalogue::Table &entry, const std::
 
 qint64 CopyTarget::largest(const catalogue::Table &entry) const {
     const QString name = QLatin1String(entry.name);
-    qint64 value = number(QStringLiteral("select max(%1) from %2").arg(QLatin1String(entry.id), name));
+    qint64 value = number(identifiers::largestOfAllNets(mDb, entry, mStore.hasSeveralNetworks()));
     value = std::max(
         value,
         number(

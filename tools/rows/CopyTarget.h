@@ -26,8 +26,6 @@ public:
     /// All of them, as storeTables() has them.
     const QHash<QString, StoreTable> &tables() const { return mTables; }
 
-    /// Throws `Failure` when a network has that name.
-    void requireFreeName(const QString &name) const;
     /// `wanted` when no network has it, else the next free one.
     long networkId(long wanted) const;
     bool hasDefaultNetwork() const;

@@ -72,7 +72,7 @@ CopiedNetwork NetworkCopy::run(const QString &name, Progression &progression) {
     mResult.from = mNetwork.id;
     mResult.id = mChanges.netId;
     mResult.name = name.isEmpty() ? mNetwork.name : name;
-    mTarget.requireFreeName(mResult.name);
+    requireFreeName(mTarget.store(), mResult.name);
     renumber();
     for (const catalogue::Table &entry : catalogue::tables())
         copyTable(entry, progression);
@@ -171,11 +171,10 @@ void NetworkCopy::settleRecord(TableCopy &copy, const StoreTable &source) const 
 
 void requireFreeNames(const StoreSession &store, const QList<StoreReader::Network> &networks,
                       const QString &name) {
-    const CopyTarget target(store);
     QSet<QString> names;
     for (const StoreReader::Network &network : networks) {
         const QString own = name.isEmpty() ? network.name : name;
-        target.requireFreeName(own);
+        requireFreeName(store, own);
         if (names.contains(own))
             throw Failure(QStringLiteral("two of the networks are called \"%1\"; copy them one by "
                                          "one, and give one of them another name")

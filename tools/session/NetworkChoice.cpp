@@ -3,6 +3,9 @@
 #include "store/DBTools.h"
 #include "tools/reports/Failure.h"
 #include "tools/session/StoreSession.h"
+#include "tools/session/TextLiteral.h"
+
+#include <QSqlQuery>
 
 #include <algorithm>
 #include <iterator>
@@ -43,6 +46,15 @@ long networkIdOf(const StoreSession &store, const QString &wanted) {
 
 long chosenNetwork(const StoreSession &store, const std::string &wanted) {
     return wanted.empty() ? 0 : networkIdOf(store, QString::fromStdString(wanted));
+}
+
+void requireFreeName(const StoreSession &store, const QString &name) {
+    QSqlQuery taken(store.db());
+    if (!taken.exec(QStringLiteral("select count(*) from Net where name = %1").arg(textLiteral(name))) ||
+        !taken.next())
+        store.refuseReading(QStringLiteral("the list of networks"), taken);
+    if (taken.value(0).toInt() > 0)
+        throw Failure(QStringLiteral("the store has a network \"%1\" already; give another name").arg(name));
 }
 
 } // namespace moratools

@@ -27,4 +27,7 @@ MORATOOLS_EXPORT long networkIdOf(const StoreSession &store, const QString &want
 /// The same for an option --net: 0, which stands for the store's first network, where it was not given.
 MORATOOLS_EXPORT long chosenNetwork(const StoreSession &store, const std::string &wanted);
 
+/// Throws `Failure` where a network of the store is called `name`, and where that cannot be read.
+MORATOOLS_EXPORT void requireFreeName(const StoreSession &store, const QString &name);
+
 } // namespace moratools

@@ -3,6 +3,7 @@
 #include "tools/reports/Failure.h"
 #include "tools/session/FileInMaking.h"
 #include "tools/session/SqliteConnection.h"
+#include "tools/session/TextLiteral.h"
 
 #include <QDateTime>
 #include <QFileInfo>
@@ -12,10 +13,6 @@
 namespace moratools {
 
 namespace {
-
-QString literal(QString text) {
-    return QLatin1Char('\'') + text.replace(QLatin1Char('\''), QLatin1String("''")) + QLatin1Char('\'');
-}
 
 /// What the copy must have in common with the store: every table and index by the text that creates it, and
 /// the number of rows of every table. SQLite's own tables are its own affair.
@@ -39,7 +36,7 @@ QStringList contentsOf(const SqliteConnection &store) {
 
 void copyAndCheck(const QString &path, const QString &copy) {
     const SqliteConnection source(path);
-    source.run(QStringLiteral("vacuum into ") + literal(copy));
+    source.run(QStringLiteral("vacuum into ") + textLiteral(copy));
     const SqliteConnection written(copy);
     written.requireIntegrity();
     if (contentsOf(written) != contentsOf(source))

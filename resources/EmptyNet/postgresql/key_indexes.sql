@@ -20,5 +20,3 @@ create index IX_VEHICLEDETECTOR_SIGNALGROUPID on VehicleDetector (NetId, signalG
 create index IX_DETECTORVEHITYPE_VEHICLETYPECODE on DetectorVehiType (NetId, vehicleTypeCode);
 create index IX_BUSSTATIONLINE_BUSSTATIONID on BusStationLine (NetId, busStationID);
 create index IX_VEHICLEDRIVING_VEHIID on VehicleDriving (VehiID);
--- Opening asks all networks at once whether link types have their Chinese names.
-create index IX_LINKTYPE_NAME on LinkType (typeName);

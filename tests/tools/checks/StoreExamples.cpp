@@ -12,7 +12,8 @@ const QStringList kWithoutKey{
                    "length Numeric(6,2), distToTerminal Numeric(6,2), arrowType int)"),
     QStringLiteral("insert into GuideArrow select * from Arrows"),
     QStringLiteral("drop table Arrows"),
-    QStringLiteral("create index IX_GUIDEARROW_LANE on GuideArrow (NetId, laneID)")};
+    QStringLiteral("create index IX_GUIDEARROW_LANE on GuideArrow (NetId, laneID)"),
+    QStringLiteral("create index IX_GUIDEARROW_LARGEST on GuideArrow (guideArrowID)")};
 
 } // namespace
 

@@ -5,6 +5,7 @@
 #include "store/NetIds.h"
 #include "store/catalogue/Catalogue.h"
 #include "store/core/Engine.h"
+#include "store/ids/LargestIds.h"
 #include "tools/reports/Failure.h"
 #include "tools/session/StoreSession.h"
 
@@ -21,6 +22,9 @@ namespace {
 
 constexpr qint64 kLargest = std::numeric_limits<qint32>::max();
 
+/// How far ahead the counters of other networks are moved: an import that fits in leaves them alone.
+constexpr qint64 kAhead = 10000;
+
 /// Stores of one network number lane connectors in memory: they have no such column, and nothing is in use.
 bool isNumberedInMemory(const StoreSession &store, const char *table) {
     return !store.hasSeveralNetworks() && qstrcmp(table, "LaneConnector") == 0;
@@ -32,16 +36,6 @@ bool isNumberedInMemory(const StoreSession &store, const char *table) {
     throw Failure(QStringLiteral("the store gives no identifier for table %1%2; it may be damaged or full, "
                                  "so check it and import into a copy")
                       .arg(table, reason.isEmpty() ? QString() : QStringLiteral(" (%1)").arg(reason)));
-}
-
-/// The largest identifier in use. In a file, tables are ordered by network first: the last row of each network is
-/// asked for, which takes no longer the more rows there are. On a server there is an index.
-QString largestOf(const StoreSession &store, const catalogue::Table &table) {
-    const bool byNetwork = store.hasSeveralNetworks() && engine::isSqlite(store.db());
-    return (byNetwork
-                ? QStringLiteral("select max((select max(%1) from %2 where %2.NetId = Net.NetId)) from Net")
-                : QStringLiteral("select max(%1) from %2"))
-        .arg(QLatin1String(table.id), QLatin1String(table.name));
 }
 
 } // namespace
@@ -70,7 +64,9 @@ long IdSource::next(const char *table) {
 qint64 IdSource::floorOf(const char *table) const {
     const QString name = QLatin1String(table);
     QSqlQuery query(mStore.db());
-    if (!query.exec(largestOf(mStore, *catalogue::find(name))) || !query.next())
+    if (!query.exec(identifiers::largestOfAllNets(mStore.db(), *catalogue::find(name),
+                                                  mStore.hasSeveralNetworks())) ||
+        !query.next())
         mStore.refuseReading(name, query);
     const qint64 highest = query.value(0).toLongLong();
     query.finish();
@@ -116,15 +112,20 @@ void IdSource::passInOtherNetworks() const {
         return;
     QStringList names;
     QStringList last;
+    QStringList ahead;
     for (auto ids = mTables.begin(); ids != mTables.end(); ++ids) {
+        const qint64 own = ids->at(ids->count - 1);
         names.append(QStringLiteral("'%1'").arg(QLatin1String(ids.key())));
-        last.append(
-            QStringLiteral("when %1 then %2").arg(names.last(), QString::number(ids->at(ids->count - 1))));
+        last.append(QStringLiteral("when %1 then %2").arg(names.last(), QString::number(own)));
+        ahead.append(QStringLiteral("when %1 then %2")
+                         .arg(names.last(), QString::number(std::min(own + kAhead, kLargest))));
     }
     const QString sql =
-        QStringLiteral("update IDGenerater set ID = max(ID, case TableName %1 end) where TableName in (%2)");
+        QStringLiteral("update IDGenerater set ID = case TableName %1 end where TableName in (%2) "
+                       "and ID < case TableName %3 end")
+            .arg(ahead.join(QLatin1Char(' ')), names.join(QLatin1Char(',')), last.join(QLatin1Char(' ')));
     QSqlQuery update(mStore.db());
-    if (!update.exec(sql.arg(last.join(QLatin1Char(' ')), names.join(QLatin1Char(',')))))
+    if (!update.exec(sql))
         throw Failure(QStringLiteral("the store refuses a statement (%1); nothing was changed")
                           .arg(update.lastError().databaseText().simplified()));
 }

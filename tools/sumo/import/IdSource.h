@@ -43,7 +43,8 @@ private:
 
     qint64 floorOf(const char *table) const;
     bool draw(const QByteArray &table, OfTable &ids) const;
-    /// In a file, what is drawn for other networks comes after what was drawn for this one.
+    /// In a file, what is drawn for other networks comes after what was drawn for this one. The counters of networks that are
+    /// behind are moved further than that, so that not each import writes all of them.
     void passInOtherNetworks() const;
 
     const StoreSession &mStore;

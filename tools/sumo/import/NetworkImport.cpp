@@ -6,6 +6,7 @@
 #include "tools/reports/Failure.h"
 #include "tools/reports/ShareOfSteps.h"
 #include "tools/session/GuardedTransaction.h"
+#include "tools/session/NetworkChoice.h"
 #include "tools/session/StoreSession.h"
 #include "tools/session/UnusedNumber.h"
 #include "tools/sumo/import/KeptCompanions.h"
@@ -82,32 +83,6 @@ QPointF centreOf(const SumoNet &net) {
     return {(low.x + high.x) / 2, (low.y + high.y) / 2};
 }
 
-/// The networks that the store has. One that is not read may have the name, or be the default.
-QList<QPair<long, QString>> networksOf(const StoreSession &store) {
-    const int failures = store.unexpectedFailures();
-    const auto present = DBTools::selectNetNames(store.db());
-    if (store.unexpectedFailures() > failures)
-        store.refuseReading(QStringLiteral("the list of networks"));
-    return present;
-}
-
-/// The networks that the store has beside a new one called `name`. Throws where it has no place for it.
-QList<QPair<long, QString>> networksBeside(const StoreSession &store, const QString &name) {
-    const auto present = networksOf(store);
-    for (const auto &other : present) {
-        if (other.second == name)
-            throw Failure(
-                QStringLiteral("the store has a network \"%1\" already; give another name").arg(name));
-    }
-    QList<long> links;
-    if (!store.hasSeveralNetworks() && (!DBTools::selectLinkIDs(store.db(), 0, links) || !links.isEmpty()))
-        throw Failure(
-            QStringLiteral("the store is of generation %1, which holds one network, and has one; import "
-                           "into a new store")
-                .arg(store.generation()));
-    return present;
-}
-
 /// The record that the new network gets in a store of one network: the one that is there already (the upgrade
 /// of the oldest stores makes it), or a new one without what such a store has no place for.
 NetRecord recordOfOneNetwork(const StoreSession &store, NetRecord record) {
@@ -118,16 +93,31 @@ NetRecord recordOfOneNetwork(const StoreSession &store, NetRecord record) {
     return record;
 }
 
+void requireRoom(const StoreSession &store, const QString &name) {
+    requireFreeName(store, name);
+    QList<long> links;
+    if (!store.hasSeveralNetworks() && (!DBTools::selectLinkIDs(store.db(), 0, links) || !links.isEmpty()))
+        throw Failure(
+            QStringLiteral("the store is of generation %1, which holds one network, and has one; import "
+                           "into a new store")
+                .arg(store.generation()));
+}
+
 NetRecord recordFor(const StoreSession &store, const SumoNet &net, const QString &name) {
-    const auto present = networksBeside(store, name);
+    requireRoom(store, name);
+    const int failures = store.unexpectedFailures();
+    const long last = DBTools::selectMaxNetId(store.db());
+    // A network that is not read may be the default.
+    if (store.unexpectedFailures() > failures)
+        store.refuseReading(QStringLiteral("the list of networks"));
     NetRecord record;
-    record.netId = unusedNumber(store, DBTools::selectMaxNetId(store.db()) + 1);
+    record.netId = unusedNumber(store, last + 1);
     record.name = name;
     record.sourceType = QStringLiteral("SUMO");
     record.sourceUrl = net.path;
     record.centerX = centreOf(net).x();
     record.centerY = centreOf(net).y();
-    record.isDefault = present.isEmpty();
+    record.isDefault = last == 0;
     return store.hasSeveralNetworks() ? record : recordOfOneNetwork(store, record);
 }
 
@@ -176,7 +166,12 @@ QString networkNameOf(const QString &path) {
 }
 
 void requirePlaceFor(const StoreSession &store, const QString &name) {
-    networksBeside(store, name);
+    // Networks that cannot be listed would be in the way of whoever chooses one later.
+    const int failures = store.unexpectedFailures();
+    DBTools::selectNetNames(store.db());
+    if (store.unexpectedFailures() > failures)
+        store.refuseReading(QStringLiteral("the list of networks"));
+    requireRoom(store, name);
 }
 
 NetworkObjects importNetwork(const StoreSession &store, const SumoNet &net, const CompanionPlan &plan,

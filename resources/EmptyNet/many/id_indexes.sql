@@ -1,6 +1,6 @@
--- The largest identifier of all networks is asked for by imports, and that of lane connectors by whoever opens a store. A
--- server reads the whole table for it unless an index begins with the identifier; the keys begin with the network. Some
--- tables have one for reads by identifier.
+-- Questions to all networks at once: the keys begin with the network, and whatever begins with something else would be read
+-- as a whole. Imports ask for the largest identifier, and whoever opens a store for that of lane connectors. Some tables have
+-- an index for reads by identifier, which serves as well.
 create index IX_VERTEX_LARGEST on Vertex (vertexID);
 create index IX_LINK_LARGEST on Link (linkID);
 create index IX_GUIDEARROW_LARGEST on GuideArrow (guideArrowID);
@@ -25,3 +25,5 @@ create index IX_BUSSTATIONPASSENGERARRIVING_LARGEST on BusStationPassengerArrivi
 create index IX_ROADWORKZONE_LARGEST on RoadWorkZone (roadWorkZoneId);
 create index IX_REDUCESPEEDAREA_LARGEST on ReduceSpeedArea (reduceSpeedAreaID);
 create index IX_REDUCESPEEDINTERVAL_LARGEST on ReduceSpeedInterval (intervalID);
+-- Opening asks whether link types have their Chinese names.
+create index IX_LINKTYPE_NAME on LinkType (typeName);
