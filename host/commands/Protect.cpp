@@ -1,7 +1,11 @@
 #include "host/commands/Commands.h"
 #include "store/DBTools.h"
 #include "tools/reports/Failure.h"
+#include "tools/session/Patience.h"
 #include "tools/session/StoreAddress.h"
+
+#include <QElapsedTimer>
+#include <QThread>
 
 using namespace moratools;
 
@@ -15,8 +19,19 @@ void changeFile(const std::string &given, bool (*change)(QString)) {
         throw Failure(QStringLiteral("%1: only a store file can be protected; on a server the access "
                                      "rights and its disk's encryption do that")
                           .arg(address.name()));
-    if (!change(address.path()))
-        throw Failure(DBTools::mlCallDbResult.value(0).error.trimmed());
+    constexpr int pause = 100; // milliseconds
+    QElapsedTimer since;
+    since.start();
+    bool isToTell = true;
+    while (!change(address.path())) {
+        const CallDbResult failure = DBTools::mlCallDbResult.last();
+        if (failure.kind != FailureKind::Busy || since.hasExpired(patience::most()))
+            throw Failure(failure.error.trimmed());
+        if (isToTell)
+            patience::tellWaiting();
+        isToTell = false;
+        QThread::msleep(pause);
+    }
 }
 
 // The library's calls by key protect what is not protected.

@@ -20,7 +20,8 @@ bool run(const QString &path, FailureList &failures, const std::function<void()>
         return true;
     } catch (const Refusal &refusal) {
         return recordFailure(failures, {},
-                             QStringLiteral("%1: %2").arg(QDir::toNativeSeparators(path), refusal.reason()));
+                             QStringLiteral("%1: %2").arg(QDir::toNativeSeparators(path), refusal.reason()),
+                             0, refusal.kind());
     }
 }
 

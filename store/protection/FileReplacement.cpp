@@ -1,6 +1,7 @@
 #include "store/protection/FileReplacement.h"
 
 #include "store/core/ConnectionName.h"
+#include "store/core/Failures.h"
 #include "store/core/NativePath.h"
 #include "store/guard/ConnectionGuard.h"
 #include "store/guard/FileGuard.h"
@@ -82,6 +83,7 @@ QString objectionTo(const QString &path) {
 /// the file.
 void settle(const QString &path) {
     QString reason;
+    QString code;
     const QString connection = newConnectionName("protection");
     {
         QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), connection);
@@ -89,8 +91,10 @@ void settle(const QString &path) {
         db.setDatabaseName(path);
         QSqlQuery query(connectionguard::open(db) ? QSqlQuery(db) : QSqlQuery());
         for (const char *sql : {"begin exclusive", "select count(*) from sqlite_master", "commit"}) {
-            if (reason.isEmpty() && !query.exec(QLatin1String(sql)))
+            if (reason.isEmpty() && !query.exec(QLatin1String(sql))) {
                 reason = db.isOpen() ? query.lastError().databaseText() : db.lastError().text();
+                code = query.lastError().nativeErrorCode();
+            }
         }
         query.clear();
         db.close();
@@ -99,7 +103,8 @@ void settle(const QString &path) {
     if (!reason.isEmpty())
         throw Refusal(
             QStringLiteral("another program is using the store, or it is damaged (%1): close it there")
-                .arg(reason));
+                .arg(reason),
+            failureKind(code, true));
 }
 
 bool startsAsSqlite(const QString &path) {
@@ -117,7 +122,8 @@ void requireNoJournal(const QString &path) {
         file.exists() && (!file.open(QIODevice::ReadOnly) || file.read(1) > QByteArray(1, '\0'));
     if (isHot || QFile::exists(log))
         throw Refusal(QStringLiteral("%1 beside it belongs to a program that uses the store: close it there")
-                          .arg(QFileInfo(isHot ? journal : log).fileName()));
+                          .arg(QFileInfo(isHot ? journal : log).fileName()),
+                      FailureKind::Busy);
 }
 
 } // namespace
@@ -180,7 +186,8 @@ void FileReplacement::requireUnchanged() const {
     const QFileInfo now(mPath);
     if (now.size() != mSize || now.fileTime(QFileDevice::FileModificationTime) != mChanged)
         throw Refusal(
-            QStringLiteral("another program has changed it meanwhile: close it there and try again"));
+            QStringLiteral("another program has changed it meanwhile: close it there and try again"),
+            FailureKind::Busy);
 }
 
 void FileReplacement::commit() {

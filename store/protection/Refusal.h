@@ -1,5 +1,7 @@
 #pragma once
 
+#include "model/CallDbResult.h"
+
 #include <QString>
 
 #include <exception>
@@ -8,9 +10,12 @@
 /// for the user.
 class Refusal : public std::exception {
 public:
-    explicit Refusal(const QString &reason) : mReason(reason) {}
+    explicit Refusal(const QString &reason, FailureKind kind = FailureKind::Other)
+        : mReason(reason), mKind(kind) {}
     const QString &reason() const { return mReason; }
+    FailureKind kind() const { return mKind; }
 
 private:
     QString mReason;
+    FailureKind mKind;
 };

@@ -110,6 +110,17 @@ TEST_F(WaitingWriter, GoesOnInAFileWhenAnotherHasFinished) {
     EXPECT_EQ(
         row(store, QStringLiteral("select group_concat(name) from (select name from Net order by name)")),
         QVariantList{QStringLiteral("b,crossing")});
+    {
+        const QStringList protect{QStringLiteral("protect"), other};
+        const Holder holder(other);
+        holder.run("begin");
+        holder.run("select count(*) from Net");
+        expectSentence(run(impatient(protect)), QStringLiteral("another program is using the store"));
+        const Outcome outcome = runUntilItWaits(protect, [&] { holder.run("rollback"); });
+        EXPECT_EQ(outcome.exitCode, 0);
+        EXPECT_EQ(outcome.err, kWaiting);
+        EXPECT_FALSE(read(other).startsWith("SQLite format 3"));
+    }
     EXPECT_EQ(importSix(store), QString());
     EXPECT_EQ(row(store, QStringLiteral("select count(*), count(distinct NetId) from Lane")),
               (QVariantList{8 * 28, 8}));

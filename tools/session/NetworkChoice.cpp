@@ -1,11 +1,12 @@
 #include "tools/session/NetworkChoice.h"
 
-#include "store/DBTools.h"
 #include "tools/reports/Failure.h"
 #include "tools/session/StoreSession.h"
 #include "tools/session/TextLiteral.h"
 
+#include <QSqlError>
 #include <QSqlQuery>
+#include <QVariant>
 
 #include <algorithm>
 #include <iterator>
@@ -34,14 +35,19 @@ NamedNetwork networkCalled(const QString &wanted, const QList<NamedNetwork> &pre
 }
 
 long networkIdOf(const StoreSession &store, const QString &wanted) {
-    const int failuresBefore = store.unexpectedFailures();
-    QList<NamedNetwork> present;
-    const auto names = DBTools::selectNetNames(store.db());
-    for (const auto &[id, name] : names)
-        present.append({id, name});
-    if (store.unexpectedFailures() > failuresBefore)
-        store.refuseReading(QStringLiteral("the list of networks"));
-    return networkCalled(wanted, present).id;
+    // A store may have very many networks.
+    QString sql = QStringLiteral("select NetId, name from Net where name = %1").arg(textLiteral(wanted));
+    bool isNumber = false;
+    const long id = wanted.toLong(&isNumber);
+    if (isNumber)
+        sql += QStringLiteral(" or NetId = %1").arg(id);
+    QList<NamedNetwork> candidates;
+    QSqlQuery rows(store.db());
+    for (bool isThere = rows.exec(sql) && rows.next(); isThere; isThere = rows.next())
+        candidates.append({long(rows.value(0).toLongLong()), rows.value(1).toString()});
+    if (!rows.isActive() || rows.lastError().isValid())
+        store.refuseReading(QStringLiteral("the list of networks"), rows);
+    return networkCalled(wanted, candidates).id;
 }
 
 long chosenNetwork(const StoreSession &store, const std::string &wanted) {

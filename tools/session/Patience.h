@@ -24,9 +24,9 @@ namespace patience {
 MORATOOLS_EXPORT void set(int seconds, std::function<void()> isWaiting);
 
 /// In milliseconds; 0 for none.
-int most();
+MORATOOLS_EXPORT int most();
 /// Somebody waits now.
-void tellWaiting();
+MORATOOLS_EXPORT void tellWaiting();
 /// Whether SQLite refuses a statement for a lock that another connection has: its result code, of which the low
 /// byte is the primary one, https://www.sqlite.org/rescode.html.
 bool isHeld(const QSqlError &error);

@@ -93,18 +93,8 @@ NetRecord recordOfOneNetwork(const StoreSession &store, NetRecord record) {
     return record;
 }
 
-void requireRoom(const StoreSession &store, const QString &name) {
-    requireFreeName(store, name);
-    QList<long> links;
-    if (!store.hasSeveralNetworks() && (!DBTools::selectLinkIDs(store.db(), 0, links) || !links.isEmpty()))
-        throw Failure(
-            QStringLiteral("the store is of generation %1, which holds one network, and has one; import "
-                           "into a new store")
-                .arg(store.generation()));
-}
-
 NetRecord recordFor(const StoreSession &store, const SumoNet &net, const QString &name) {
-    requireRoom(store, name);
+    requirePlaceFor(store, name);
     const int failures = store.unexpectedFailures();
     const long last = DBTools::selectMaxNetId(store.db());
     // A network that is not read may be the default.
@@ -166,12 +156,13 @@ QString networkNameOf(const QString &path) {
 }
 
 void requirePlaceFor(const StoreSession &store, const QString &name) {
-    // Networks that cannot be listed would be in the way of whoever chooses one later.
-    const int failures = store.unexpectedFailures();
-    DBTools::selectNetNames(store.db());
-    if (store.unexpectedFailures() > failures)
-        store.refuseReading(QStringLiteral("the list of networks"));
-    requireRoom(store, name);
+    requireFreeName(store, name);
+    QList<long> links;
+    if (!store.hasSeveralNetworks() && (!DBTools::selectLinkIDs(store.db(), 0, links) || !links.isEmpty()))
+        throw Failure(
+            QStringLiteral("the store is of generation %1, which holds one network, and has one; import "
+                           "into a new store")
+                .arg(store.generation()));
 }
 
 NetworkObjects importNetwork(const StoreSession &store, const SumoNet &net, const CompanionPlan &plan,
