@@ -101,11 +101,11 @@ void NetworkCopy::renumber(const catalogue::Table &entry) {
         return;
     }
     std::vector<qint64> own = mSource.integers(*table, *column, mNetwork);
-    std::vector<qint64> taken = mTarget.taken(entry, own);
+    const std::vector<qint64> taken = mTarget.taken(entry, own);
     const qint64 largest = taken.empty() ? 0 : std::max(mTarget.largest(entry), largestMentioned(entry, own));
     // Only roads are asked whose they are.
     const bool isRoad = name == QLatin1String("Link") || name == QLatin1String("Connector");
-    mIds.add(name, isRoad ? std::move(own) : std::vector<qint64>(), std::move(taken), largest);
+    mIds.add(name, isRoad ? std::move(own) : std::vector<qint64>(), taken, largest);
 }
 
 /// The largest identifier of a table that the network has or refers to: a reference that leads nowhere does
@@ -191,7 +191,7 @@ CopiedNetwork copyWithIds(StoreReader &source, const StoreSession &store, const 
     Progression progression(source, {network}, unheard);
     NetworkCopy copy(source, network, target);
     copy.give(ids);
-    const CopiedNetwork copied = copy.run({}, progression);
+    CopiedNetwork copied = copy.run({}, progression);
     source.finish();
     transaction.commit();
     return copied;
