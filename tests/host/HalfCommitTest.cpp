@@ -48,12 +48,6 @@ protected:
                         .toInt();
         return rows;
     }
-    static QString succeed(const QStringList &command) {
-        const Outcome outcome = run(command);
-        EXPECT_EQ(outcome.exitCode, 0) << command.join(QLatin1Char(' ')).toStdString() << "\n"
-                                       << outcome.err.toStdString();
-        return outcome.out;
-    }
     QString digest(const QString &net) const { return succeed({"digest", mStore, "--net", net}).left(64); }
 
     /// Runs a command that writes with a word of SQL, and kills the first server as soon as the second has committed that.

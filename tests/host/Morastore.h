@@ -40,6 +40,14 @@ protected:
 
     static Outcome run(const QStringList &arguments) { return start(morastoreProgram(), arguments); }
 
+    /// What a command that succeeds prints.
+    static QString succeed(const QStringList &command) {
+        const Outcome outcome = run(command);
+        EXPECT_EQ(outcome.exitCode, 0) << command.join(QLatin1Char(' ')).toStdString() << "\n"
+                                       << outcome.err.toStdString();
+        return outcome.out;
+    }
+
     /// The program as a shell starts it: `redirections` are its last words ("> /dev/full").
     static Outcome runInShell(const QStringList &arguments, const char *redirections,
                               const char *before = "") {

@@ -8,13 +8,6 @@ namespace {
 
 class Partitions : public OnServer {
 protected:
-    static QString succeed(const QStringList &command) {
-        const Outcome outcome = run(command);
-        EXPECT_EQ(outcome.exitCode, 0) << command.join(QLatin1Char(' ')).toStdString() << "\n"
-                                       << outcome.err.toStdString();
-        return outcome.out;
-    }
-
     static void import(const QString &store, const QString &name) {
         const QString folder = QFileInfo(kExample).path();
         succeed({QStringLiteral("import"), store, kExample, QStringLiteral("--name"), name,

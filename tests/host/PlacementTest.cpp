@@ -38,12 +38,6 @@ protected:
         return Beside(mThere->name(), QLatin1String(kOwner)).value(sql);
     }
 
-    static QString succeed(const QStringList &command) {
-        const Outcome outcome = run(command);
-        EXPECT_EQ(outcome.exitCode, 0) << command.join(QLatin1Char(' ')).toStdString() << "\n"
-                                       << outcome.err.toStdString();
-        return outcome.out;
-    }
     QString place(const QStringList &options) const {
         return succeed(QStringList{QStringLiteral("place"), mStore} + options);
     }
