@@ -8,8 +8,6 @@
 #include "store/server/SessionInquiry.h"
 #include "store/server/SocketState.h"
 
-#include <QThread>
-
 #include <libpq-events.h>
 #include <libpq-fe.h>
 
@@ -20,6 +18,7 @@
 #include <memory>
 #include <mutex>
 #include <optional>
+#include <thread>
 
 namespace serverwatch {
 
@@ -49,21 +48,23 @@ private:
 
 int onEvent(PGEventId event, void *info, void *);
 
-class Watch : public QThread {
+class Watch {
 public:
     /// @param limit in milliseconds.
     Watch(PGconn *connection, int limit)
         : mConnection(connection), mLook(std::max(limit / kLooksInLimit, 1)), mInquiry(connection) {}
 
-    ~Watch() override;
+    ~Watch();
+    Watch(const Watch &) = delete;
+    Watch &operator=(const Watch &) = delete;
 
+    void start() {
+        mThread = std::thread([this] { run(); });
+    }
     /// Learns from the connection whom to ask about.
     void identify(PGconn *connection);
     void count(PGresult *result);
     void setMakesRows(bool makes) { mMakesRows = makes; }
-
-protected:
-    void run() override;
 
 private:
     /// What is seen of the connection at one moment.
@@ -78,6 +79,7 @@ private:
         }
     };
 
+    void run();
     Sight look() const;
     bool isLost(const Sight &now, std::unique_lock<std::mutex> &lock);
     int patience() const { return int(mLook.count()) * kLooksOfQuestion; }
@@ -93,6 +95,7 @@ private:
     std::atomic<bool> mMakesRows{false};
     std::atomic<quint64> mResults{0}; ///< that have come
     const RowAtHand mRowAtHand = std::make_shared<std::atomic<quint64>>(0);
+    std::thread mThread; ///< no QThread: see SilentWait.cpp
 };
 
 void Watch::identify(PGconn *connection) {
@@ -108,7 +111,8 @@ Watch::~Watch() {
         mIsWanted = false;
     }
     mWake.notify_all();
-    wait();
+    if (mThread.joinable())
+        mThread.join();
 }
 
 void Watch::count(PGresult *result) {

@@ -5,13 +5,12 @@
 #include <QDeadlineTimer>
 #include <QEventLoop>
 #include <QSocketNotifier>
-#include <QThread>
 #include <QTimer>
 
 #include <libpq-fe.h>
 
 #include <algorithm>
-#include <memory>
+#include <thread>
 
 namespace silentwait {
 
@@ -24,8 +23,9 @@ constexpr qint64 kSlice = 100;
 bool await(int socket, QSocketNotifier::Type event, const QDeadlineTimer &deadline, Wanted wanted) {
     bool isReady = false;
     while (!isReady && !deadline.hasExpired() && (!wanted || *wanted)) {
-        QSocketNotifier ready(socket, event);
+        // Where Qt did not start the thread, the loop makes what a notifier needs.
         QEventLoop loop;
+        QSocketNotifier ready(socket, event);
         QObject::connect(&ready, &QSocketNotifier::activated, &loop, [&] {
             isReady = true;
             loop.quit();
@@ -42,13 +42,12 @@ bool await(int socket, QSocketNotifier::Type event, const QDeadlineTimer &deadli
 }
 
 /// In a thread of its own: a loop that waits for a socket would hand out the events of the caller's thread in the
-/// middle of an opening, clicks on a window and timers.
+/// middle of an opening, clicks on a window and timers. QThread::wait() returns while the thread still tidies up; what
+/// OpenSSL keeps for it would be freed there and by the process, which may be ending.
 template <class Work>
 auto apart(const Work &work) {
     decltype(work()) result{};
-    const std::unique_ptr<QThread> thread(QThread::create([&] { result = work(); }));
-    thread->start();
-    thread->wait();
+    std::thread([&] { result = work(); }).join();
     return result;
 }
 
